@@ -1,0 +1,6 @@
+#pragma once
+
+#include "host/Platform.h"
+
+// The operating system itself, for a host that hands in no platform of its own. Never destroyed.
+Platform& NativePlatform() noexcept;

@@ -1,0 +1,67 @@
+#include <dlfcn.h>
+#include <sys/time.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/NativePlatform.h"
+#include "platform/SystemTime.h"
+
+namespace {
+
+constexpr std::uint32_t kZeroInitialised = 64;
+
+std::filesystem::path BesideTheProgram(const char* fileName) {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  return program.parent_path() / fileName;
+}
+
+class PosixPlatform final : public Platform {
+ public:
+  void GetLocalTime(_SYSTEMTIME& now) override {
+    timeval clock{};
+    gettimeofday(&clock, nullptr);
+    std::tm local{};
+    localtime_r(&clock.tv_sec, &local);
+    now.wYear = static_cast<std::uint16_t>(local.tm_year + 1900);
+    now.wMonth = static_cast<std::uint16_t>(local.tm_mon + 1);
+    now.wDayOfWeek = static_cast<std::uint16_t>(local.tm_wday);
+    now.wDay = static_cast<std::uint16_t>(local.tm_mday);
+    now.wHour = static_cast<std::uint16_t>(local.tm_hour);
+    now.wMinute = static_cast<std::uint16_t>(local.tm_min);
+    now.wSecond = static_cast<std::uint16_t>(local.tm_sec);
+    now.wMilliseconds = static_cast<std::uint16_t>(clock.tv_usec / 1000);
+  }
+
+  // There is no message loop of the system's own here that could run a timer: a host whose loop has timers hands in a
+  // platform with them.
+  TimerId SetTimer(TimerId /*timer*/, std::uint32_t /*milliseconds*/, TimerProcedure /*procedure*/) override {
+    return 0;
+  }
+  void KillTimer(TimerId /*timer*/) override {}
+
+  LibraryHandle LoadLibraryA(const char* fileName) override {
+    LibraryHandle beside = dlopen(BesideTheProgram(fileName).c_str(), RTLD_NOW | RTLD_LOCAL);
+    return beside != nullptr ? beside : dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
+  }
+  LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) override {
+    return reinterpret_cast<LibraryEntry>(dlsym(library, entry));
+  }
+  void FreeLibrary(LibraryHandle library) noexcept override { dlclose(library); }
+
+  void* LocalAlloc(std::uint32_t flags, std::size_t bytes) override {
+    return flags == kZeroInitialised ? std::calloc(bytes, 1) : std::malloc(bytes);
+  }
+  void LocalFree(void* block) noexcept override { std::free(block); }
+};
+
+constinit PosixPlatform nativePlatform;
+
+}  // namespace
+
+Platform& NativePlatform() noexcept {
+  return nativePlatform;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include "MultiEntityDriver/AttachedHost.h"
+#include "host/TString.h"
+
+// Clears a row's text field over its full width and copies the text in. A text that does not fit with its NUL leaves
+// the field empty and is told to the host.
+template <std::size_t kWidth>
+void BoundedCopy(char (&field)[kWidth], const Util::TString& text) {
+  std::fill_n(field, kWidth, '\0');
+  const std::size_t length = std::strlen(text.c_str());
+  if (length >= kWidth) {
+    Host().runtime.InvalidParameter();
+    return;
+  }
+  std::copy_n(text.c_str(), length, field);
+}
+
+// The text of a row's field.
+template <std::size_t kWidth>
+std::string_view FieldText(const char (&field)[kWidth]) noexcept {
+  return {field, static_cast<std::size_t>(std::find(field, field + kWidth, '\0') - field)};
+}

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "host/HostServices.h"
+
+const HostServices& NullHostServices() noexcept;

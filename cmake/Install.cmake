@@ -1,0 +1,29 @@
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/MultiEntityNative)
+set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/MultiEntityNative)
+
+install(TARGETS MultiEntityNative multientity_host
+  EXPORT MultiEntityNativeTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY MultiEntity.Native/include/MultiEntity DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY host DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
+install(FILES LICENSE README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+install(EXPORT MultiEntityNativeTargets NAMESPACE MultiEntity:: DESTINATION ${package_dir})
+configure_package_config_file(cmake/MultiEntityNativeConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/MultiEntityNativeConfig.cmake INSTALL_DESTINATION ${package_dir})
+# Hosts and library share records and virtual tables, so another major version is another interface.
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/MultiEntityNativeConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/MultiEntityNativeConfig.cmake
+              ${PROJECT_BINARY_DIR}/MultiEntityNativeConfigVersion.cmake
+  DESTINATION ${package_dir})
+
+if(TARGET multientity)
+  file(RELATIVE_PATH library_from_program ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(multientity PROPERTIES INSTALL_RPATH $ORIGIN/${library_from_program})
+  install(TARGETS multientity RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()

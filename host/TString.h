@@ -44,10 +44,11 @@ class TString {
   // The text as size() + 1 writable characters, shared with nobody, the NUL included. It stays valid until this object
   // is next changed. Whoever writes into it calls ReleaseBuffer() afterwards.
   char* GetBuffer() {
-    if (block_ == nullptr) {
-      block_ = Allocate(0);
-    } else if (block_->owners.load(std::memory_order_acquire) != 1) {
-      *this = TString(view());
+    if (block_ == nullptr || block_->owners.load(std::memory_order_acquire) != 1) {
+      TString own;
+      own.block_ = Allocate(size());
+      std::memcpy(Characters(own.block_), c_str(), size());
+      std::swap(block_, own.block_);
     }
     return Characters(block_);
   }

@@ -49,7 +49,8 @@ bool MultiEntityDriver::IsCOAValidForMultiEntity(CAccnt* account) {
   return account != nullptr && IsEligible(*account);
 }
 
-// The log knows this operation as GetAllUnusedAccounts in all but its entry and exit lines.
+// The texts of this operation name others, GetAllUnusedAccounts and GetAllRelations; readers of the log search for
+// them.
 MEStatusCode MultiEntityDriver::GetAccountsList(AccountMap& accounts, MEAccountFilter filter, std::string realmId) {
   const OperationLog log{operations::GetAccountsList};
   log.Entering();

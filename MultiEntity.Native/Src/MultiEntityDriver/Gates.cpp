@@ -29,7 +29,7 @@ bool IsActionGranted(ProgramFeature feature, UserAction action) {
   return Host().permissions.FeaturePermissionAvailable(feature, action, 0);
 }
 
-bool IsGranted(const OperationLog& log, MEPermissionType permission, ProgramFeature feature) {
+bool Decide(const OperationLog& log, MEPermissionType permission, ProgramFeature feature) {
   switch (permission) {
     case MEPermissionManageRelations:
       return IsAccountantOrAdministrator();
@@ -48,6 +48,15 @@ bool IsGranted(const OperationLog& log, MEPermissionType permission, ProgramFeat
     default:
       log.Error("MULTIENTITY: Invalid option for permission");
       return false;
+  }
+}
+
+// The gates never throw: what the host cannot answer is refused.
+bool IsGranted(const OperationLog& log, MEPermissionType permission, ProgramFeature feature) noexcept {
+  try {
+    return Decide(log, permission, feature);
+  } catch (...) {
+    return false;
   }
 }
 
@@ -72,5 +81,9 @@ bool MultiEntityDriver::HasMEPermission(MEPermissionType permission, ProgramFeat
 }
 
 bool MultiEntityDriver::IsAccountTypeEnabledForME(KrEnumerations::AccntTypeType type) {
-  return MultiEntityUtils::IsAccountTypeEnabled(type);
+  try {
+    return MultiEntityUtils::IsAccountTypeEnabled(type);
+  } catch (...) {
+    return false;
+  }
 }

@@ -18,15 +18,21 @@ struct Operation {
   const char* sourceFile;
 };
 
-// How printf writes a value of that type.
+// How printf writes a value of that type; only these types are written.
 template <class Argument>
-inline constexpr std::string_view kConversion;
+struct Conversion;
 template <>
-inline constexpr std::string_view kConversion<const char*> = "%s";
+struct Conversion<const char*> {
+  static constexpr std::string_view kText = "%s";
+};
 template <>
-inline constexpr std::string_view kConversion<std::int32_t> = "%d";
+struct Conversion<std::int32_t> {
+  static constexpr std::string_view kText = "%d";
+};
 template <>
-inline constexpr std::string_view kConversion<unsigned long> = "%lu";
+struct Conversion<unsigned long> {
+  static constexpr std::string_view kText = "%lu";
+};
 
 consteval bool HasConversions(std::string_view text, std::initializer_list<std::string_view> conversions) {
   std::size_t at = 0;
@@ -43,7 +49,7 @@ template <class... Arguments>
 struct MessageText {
   consteval MessageText(const char* literal, std::source_location where = std::source_location::current())
       : text(literal), line(static_cast<std::int32_t>(where.line())) {
-    if (!HasConversions(literal, {kConversion<Arguments>...})) throw "the conversions do not fit the arguments";
+    if (!HasConversions(literal, {Conversion<Arguments>::kText...})) throw "the conversions do not fit the arguments";
   }
 
   const char* text;

@@ -105,7 +105,7 @@ MEStatusCode MultiEntityDriver::PopulateCOAInRelation(DBMultiEntityRelation& row
   return MEStatusSuccess;
 }
 
-// The log knows this operation as UpdateRelationsWithState, and its readers search for that name.
+// Two texts of this operation call it UpdateRelationsWithState; readers of the log search for that name.
 MEStatusCode MultiEntityDriver::UpdateRelation(MERelationInfo info) {
   const OperationLog log{operations::UpdateRelation};
   log.Entering();

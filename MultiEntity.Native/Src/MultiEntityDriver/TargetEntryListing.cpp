@@ -149,7 +149,7 @@ MEStatusCode ListTransaction(const OperationLog& log, std::vector<METxnInfo>& li
       return MEStatusReadFailed;
     }
 
-    // The host is told which line comes next; whether the row holds data is told by the row alone.
+    // The host is asked for the line, but whether there is data is told by the row alone.
     static_cast<void>(Host().lines.TargExists(row.targetId, kViewAny));
     if (row.txnType == kTxnTypeNone) {
       log.Error("MULTIENTITY_ERROR:: Not able to fetch data for targetId [%d] in %s", row.targetId, log.Name());

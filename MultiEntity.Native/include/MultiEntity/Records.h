@@ -6,8 +6,8 @@
 #include "host/MultiEntityRows.h"
 #include "host/TString.h"
 
-// The vocabulary of every exported operation. The numbers are part of the interface; enumerators without a number here
-// are never produced.
+// The vocabulary of every exported operation. The numbers are part of the interface; the gaps between the
+// status codes are never produced.
 
 enum MEStatusCode : std::int32_t {
   // Nothing matched, the store declined the change, or a journal entry was not created or was removed again.

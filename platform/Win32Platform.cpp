@@ -1,0 +1,33 @@
+#include <new>
+
+#include "platform/NativePlatform.h"
+#include "platform/SystemTime.h"
+
+namespace {
+
+class Win32Platform final : public Platform {
+ public:
+  void GetLocalTime(_SYSTEMTIME& now) override { ::GetLocalTime(&now); }
+
+  TimerId SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) override {
+    return ::SetTimer(nullptr, timer, milliseconds, reinterpret_cast<TIMERPROC>(procedure));
+  }
+  void KillTimer(TimerId timer) override { ::KillTimer(nullptr, timer); }
+
+  LibraryHandle LoadLibraryA(const char* fileName) override { return ::LoadLibraryA(fileName); }
+  LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) override {
+    return reinterpret_cast<LibraryEntry>(::GetProcAddress(static_cast<HMODULE>(library), entry));
+  }
+  void FreeLibrary(LibraryHandle library) noexcept override { ::FreeLibrary(static_cast<HMODULE>(library)); }
+
+  void* LocalAlloc(std::uint32_t flags, std::size_t bytes) override { return ::LocalAlloc(flags, bytes); }
+  void LocalFree(void* block) noexcept override { ::LocalFree(block); }
+};
+
+constinit Win32Platform nativePlatform;
+
+}  // namespace
+
+Platform& NativePlatform() noexcept {
+  return nativePlatform;
+}

@@ -1,0 +1,120 @@
+#include "standalone/AccountTable.h"
+
+#include <utility>
+
+#include "standalone/AccountTypes.h"
+#include "standalone/Errors.h"
+#include "standalone/ListNames.h"
+#include "standalone/Text.h"
+
+namespace standalone {
+
+namespace {
+
+Account ReadAccount(const Rows& rows) {
+  Account account;
+  account.id = rows.Int32(0);
+  account.parentId = rows.Int32(1);
+  account.name = rows.Text(2);
+  account.fullName = rows.Text(3);
+  account.type = rows.Int16(4);
+  account.specialKind = rows.Int32(5);
+  account.deleted = rows.Bool(6);
+  return account;
+}
+
+std::vector<Account> ReadAccounts(Rows rows) {
+  std::vector<Account> accounts;
+  while (rows.Step()) accounts.push_back(ReadAccount(rows));
+  return accounts;
+}
+
+std::optional<Account> ReadOne(Rows rows) {
+  if (!rows.Step()) return std::nullopt;
+  return ReadAccount(rows);
+}
+
+}  // namespace
+
+AccountTable::AccountTable(Database& database)
+    : database_(database),
+      all_(database,
+           "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+           "ORDER BY full_name, id"),
+      live_(database,
+            "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+            "WHERE deleted = 0 ORDER BY full_name"),
+      liveOfType_(database,
+                  "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+                  "WHERE type = ?1 AND deleted = 0 ORDER BY full_name"),
+      byId_(database, "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account WHERE id = ?1"),
+      byFullName_(database,
+                  "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+                  "WHERE full_name = ?1 AND deleted = 0"),
+      insert_(database,
+              "INSERT INTO account (parent_id, name, full_name, type, special_kind, deleted) "
+              "VALUES (nullif(?1, 0), ?2, ?3, ?4, ?5, ?6)"),
+      setDeleted_(database, "UPDATE account SET deleted = ?2 WHERE id = ?1") {}
+
+std::vector<Account> AccountTable::List(bool withDeleted) {
+  return ReadAccounts(withDeleted ? all_.Query() : live_.Query());
+}
+
+std::vector<Account> AccountTable::ListOfType(std::int16_t type) {
+  return ReadAccounts(liveOfType_.Query(type));
+}
+
+std::optional<Account> AccountTable::Find(std::int32_t id) {
+  return ReadOne(byId_.Query(id));
+}
+
+std::optional<Account> AccountTable::FindByFullName(std::string_view fullName) {
+  return ReadOne(byFullName_.Query(fullName));
+}
+
+Account AccountTable::Require(std::string_view idOrFullName) {
+  const std::optional<std::int32_t> id = ParseRecordNumber(idOrFullName);
+  std::optional<Account> account =
+      id ? Find(*id) : FindByFullName(NormalizedFullName("The account name", idOrFullName));
+  if (account) return *std::move(account);
+  throw InvalidInput("There is no account " + Quoted(idOrFullName) +
+                     "; give its number or its full name, such as Utilities:Water, as 'accounts' lists them.");
+}
+
+Account AccountTable::Create(const NewAccount& account) {
+  Account added;
+  added.fullName = NormalizedFullName("The account name", account.fullName);
+  added.name = LastPart(added.fullName);
+  added.type = account.type;
+  added.specialKind = account.specialKind;
+  added.deleted = account.deleted;
+  if (account.type < 0) throw InvalidInput("The account type " + std::to_string(account.type) + " is below 0.");
+  if (account.specialKind < 0) {
+    throw InvalidInput("The special kind " + std::to_string(account.specialKind) + " is below 0.");
+  }
+  if (const std::string_view parentName = ParentPart(added.fullName); !parentName.empty()) {
+    const std::optional<Account> parent = FindByFullName(parentName);
+    if (!parent) {
+      throw InvalidInput("The account " + Quoted(added.fullName) + " stands under " + Quoted(parentName) +
+                         ", which does not exist; add that account first.");
+    }
+    if (parent->type != account.type) {
+      throw InvalidInput("The account " + Quoted(added.fullName) + " is of type " + AccountTypeName(account.type) +
+                         ", but the account that it stands under is of type " + AccountTypeName(parent->type) +
+                         "; give both the same type.");
+    }
+    added.parentId = parent->id;
+  }
+  if (!added.deleted && FindByFullName(added.fullName)) {
+    throw ConstraintViolation("There is already an account " + Quoted(added.fullName) + "; choose another name.");
+  }
+  insert_.Run(added.parentId, added.name, added.fullName, added.type, added.specialKind, added.deleted);
+  added.id = static_cast<std::int32_t>(database_.LastInsertedId());
+  return added;
+}
+
+void AccountTable::SetDeleted(std::int32_t id, bool deleted) {
+  if (setDeleted_.Run(id, deleted) == 0) throw InvalidInput("There is no account " + std::to_string(id) + ".");
+}
+
+}  // namespace standalone

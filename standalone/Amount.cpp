@@ -1,0 +1,66 @@
+#include "standalone/Amount.h"
+
+#include <algorithm>
+
+namespace standalone {
+
+namespace {
+
+constexpr std::size_t kGroup = 3;
+
+bool IsDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+// Digits only, or groups of three after a first one of one to three.
+bool IsWholePart(std::string_view text) {
+  if (text.empty()) return false;
+  if (text.find(',') == std::string_view::npos) return std::all_of(text.begin(), text.end(), IsDigit);
+  const std::size_t first = text.find(',');
+  if (first == 0 || first > kGroup || (text.size() - first) % (kGroup + 1) != 0) return false;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const bool isSeparatorPlace = index >= first && (index - first) % (kGroup + 1) == 0;
+    if (isSeparatorPlace ? text[index] != ',' : !IsDigit(text[index])) return false;
+  }
+  return true;
+}
+
+bool IsDecimals(std::string_view text) {
+  return (text.size() == 1 || text.size() == 2) && std::all_of(text.begin(), text.end(), IsDigit);
+}
+
+}  // namespace
+
+std::optional<std::int64_t> ParseAmount(std::string_view text) noexcept {
+  const bool isNegative = text.starts_with('-');
+  if (isNegative || text.starts_with('+')) text.remove_prefix(1);
+
+  const std::size_t point = text.find('.');
+  const std::string_view whole = text.substr(0, point);
+  if (!IsWholePart(whole)) return std::nullopt;
+  const std::string_view decimals = point == std::string_view::npos ? "0" : text.substr(point + 1);
+  if (!IsDecimals(decimals)) return std::nullopt;
+
+  std::int64_t amount = 0;
+  for (const char digit : whole) {
+    if (digit == ',') continue;
+    amount = amount * 10 + (digit - '0');
+    if (amount > kLargestAmount) return std::nullopt;
+  }
+  amount = amount * 100 + (decimals[0] - '0') * 10 + (decimals.size() == 2 ? decimals[1] - '0' : 0);
+  if (amount > kLargestAmount) return std::nullopt;
+  return isNegative ? -amount : amount;
+}
+
+std::string FormatAmount(std::int64_t minorUnits) {
+  const bool isNegative = minorUnits < 0;
+  const std::uint64_t magnitude =
+      isNegative ? 0U - static_cast<std::uint64_t>(minorUnits) : static_cast<std::uint64_t>(minorUnits);
+  std::string text = std::to_string(magnitude / 100);
+  for (std::size_t digits = text.size(); digits > kGroup; digits -= kGroup) text.insert(digits - kGroup, ",");
+  const std::uint64_t cents = magnitude % 100;
+  text += {'.', static_cast<char>('0' + cents / 10), static_cast<char>('0' + cents % 10)};
+  return isNegative ? "-" + text : text;
+}
+
+}  // namespace standalone

@@ -1,0 +1,256 @@
+#include "standalone/Database.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+#include "standalone/Errors.h"
+#include "standalone/Text.h"
+
+namespace standalone {
+
+namespace {
+
+bool IsDamage(int code) {
+  const int primary = code & 0xFF;
+  return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
+}
+
+}  // namespace
+
+Database::Database(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout) : file_(file) {
+  const int code = sqlite3_open_v2(PathText(file).c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+                                   /*zVfs=*/nullptr);
+  if (code != SQLITE_OK) {
+    const std::string reason = handle_ != nullptr ? sqlite3_errmsg(handle_) : "out of memory";
+    sqlite3_close(handle_);
+    throw CompanyFileError("The company file " + PathText(file) + " cannot be opened (" + reason +
+                           "). Check that it exists and that you may read and write it.");
+  }
+  if (sqlite3_db_readonly(handle_, "main") != 0) {
+    sqlite3_close(handle_);
+    throw CompanyFileError("The company file " + PathText(file) +
+                           " is write-protected. Give yourself the right to write it.");
+  }
+  sqlite3_extended_result_codes(handle_, 1);
+  sqlite3_busy_timeout(handle_, static_cast<int>(busyTimeout.count()));
+}
+
+Database::~Database() {
+  sqlite3_close_v2(handle_);
+}
+
+void Database::Execute(const char* sql) {
+  const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) Fail(code);
+}
+
+std::int64_t Database::QueryNumber(const char* sql) {
+  const std::string text = QueryText(sql);
+  return text.empty() ? 0 : std::stoll(text);
+}
+
+std::string Database::QueryText(const char* sql) {
+  sqlite3_stmt* statement = nullptr;
+  int code = sqlite3_prepare_v2(handle_, sql, -1, &statement, nullptr);
+  if (code != SQLITE_OK) Fail(code);
+  code = sqlite3_step(statement);
+  std::string text;
+  if (code == SQLITE_ROW && sqlite3_column_type(statement, 0) != SQLITE_NULL) {
+    text = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
+  }
+  sqlite3_finalize(statement);
+  if (code != SQLITE_ROW && code != SQLITE_DONE) Fail(code);
+  return text;
+}
+
+void Database::Begin(Access access) {
+  if (inUnit_) throw UnitOfWorkError("A unit of work is already open.");
+  spoiledBy_.clear();
+  damaged_ = false;
+  const int code =
+      sqlite3_exec(handle_, access == Access::kWrite ? "BEGIN IMMEDIATE" : "BEGIN", nullptr, nullptr, nullptr);
+  if ((code & 0xFF) == SQLITE_BUSY) {
+    throw UnitOfWorkError("The company file " + PathText(file_) + " is in use by another program. Try again later.");
+  }
+  if (code != SQLITE_OK) Fail(code);
+  inUnit_ = true;
+  access_ = access;
+}
+
+void Database::Commit() {
+  if (!inUnit_) throw UnitOfWorkError("There is no unit of work to commit.");
+  NoticeLostUnit();
+  if (!spoiledBy_.empty()) ThrowSpoiled();
+  const int code = sqlite3_exec(handle_, "COMMIT", nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) {
+    spoiledBy_ = sqlite3_errmsg(handle_);
+    damaged_ = IsDamage(code);
+    ThrowSpoiled();
+  }
+  inUnit_ = false;
+}
+
+void Database::Rollback() noexcept {
+  if (!inUnit_) return;
+  inUnit_ = false;
+  if (sqlite3_get_autocommit(handle_) == 0) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+std::int64_t Database::LastInsertedId() const noexcept {
+  return sqlite3_last_insert_rowid(handle_);
+}
+
+std::int64_t Database::ChangedRows() const noexcept {
+  return sqlite3_changes64(handle_);
+}
+
+void Database::RequireUsable(bool writes) {
+  if (!inUnit_) throw UnitOfWorkError("The company file is only worked on within a unit of work.");
+  NoticeLostUnit();
+  if (!spoiledBy_.empty()) ThrowSpoiled();
+  if (writes && access_ != Access::kWrite) throw UnitOfWorkError("A unit of work for reading does not write.");
+}
+
+void Database::Fail(int code) {
+  const std::string reason = sqlite3_errmsg(handle_);
+  const bool isConstraint = (code & 0xFF) == SQLITE_CONSTRAINT;
+  if (inUnit_) {
+    NoticeLostUnit();
+    if (isConstraint && spoiledBy_.empty()) throw ConstraintViolation(reason);
+    spoiledBy_ = reason;
+    damaged_ = IsDamage(code);
+    ThrowSpoiled();
+  }
+  if (isConstraint) throw ConstraintViolation(reason);
+  throw CompanyFileError("The company file " + PathText(file_) +
+                         (IsDamage(code) ? " is damaged (" : " cannot be worked on (") + reason +
+                         (IsDamage(code) ? "). Restore it from a backup." : ")."));
+}
+
+void Database::ThrowSpoiled() const {
+  if (damaged_) {
+    throw CompanyFileError("The company file " + PathText(file_) + " is damaged (" + spoiledBy_ +
+                           "). Restore it from a backup.");
+  }
+  throw UnitOfWorkError("Nothing was saved to the company file " + PathText(file_) + ": " + spoiledBy_ + ".");
+}
+
+// The engine rolls back by itself after some failures, a full disk among them. What follows would then find nothing and
+// write what nobody commits.
+void Database::NoticeLostUnit() {
+  if (inUnit_ && spoiledBy_.empty() && sqlite3_get_autocommit(handle_) != 0) {
+    spoiledBy_ = "the database engine undid the work";
+  }
+}
+
+Rows::Rows(Rows&& other) noexcept : database_(other.database_), statement_(std::exchange(other.statement_, nullptr)) {}
+
+Rows::~Rows() {
+  if (statement_ != nullptr) sqlite3_reset(statement_);
+}
+
+bool Rows::Step() {
+  const int code = sqlite3_step(statement_);
+  if (code == SQLITE_ROW) return true;
+  if (code != SQLITE_DONE) database_.Fail(code);
+  return false;
+}
+
+std::int64_t Rows::Int64(int column) const {
+  return sqlite3_column_int64(statement_, column);
+}
+
+std::int32_t Rows::Int32(int column) const {
+  return sqlite3_column_int(statement_, column);
+}
+
+std::int16_t Rows::Int16(int column) const {
+  return static_cast<std::int16_t>(sqlite3_column_int(statement_, column));
+}
+
+bool Rows::Bool(int column) const {
+  return sqlite3_column_int(statement_, column) != 0;
+}
+
+std::string_view Rows::Text(int column) const {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+  return text != nullptr ? std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column)))
+                         : std::string_view();
+}
+
+Statement::~Statement() {
+  sqlite3_finalize(statement_);
+}
+
+Rows Statement::Start() {
+  if (statement_ == nullptr) {
+    const int code = sqlite3_prepare_v3(database_.handle_, sql_, -1, SQLITE_PREPARE_PERSISTENT, &statement_,
+                                        /*pzTail=*/nullptr);
+    if (code != SQLITE_OK) database_.Fail(code);
+  }
+  database_.RequireUsable(sqlite3_stmt_readonly(statement_) == 0);
+  return {database_, statement_};
+}
+
+void Statement::Bind(int index, std::int64_t value) {
+  const int code = sqlite3_bind_int64(statement_, index, value);
+  if (code != SQLITE_OK) database_.Fail(code);
+}
+
+void Statement::Bind(int index, std::string_view value) {
+  // An empty view may be null, which would bind NULL.
+  const char* text = value.data() != nullptr ? value.data() : "";
+  const int code = sqlite3_bind_text64(statement_, index, text, value.size(), SQLITE_STATIC, SQLITE_UTF8);
+  if (code != SQLITE_OK) database_.Fail(code);
+}
+
+void Statement::Bind(int index, std::nullptr_t) {
+  const int code = sqlite3_bind_null(statement_, index);
+  if (code != SQLITE_OK) database_.Fail(code);
+}
+
+Savepoint::Savepoint(Database& database) : database_(database) {
+  database_.Execute("SAVEPOINT part");
+}
+
+Savepoint::~Savepoint() {
+  if (!open_) return;
+  sqlite3_exec(database_.Handle(), "ROLLBACK TO part; RELEASE part", nullptr, nullptr, nullptr);
+}
+
+void Savepoint::Keep() {
+  database_.Execute("RELEASE part");
+  open_ = false;
+}
+
+UnitOfWork::UnitOfWork(Database& database, Access access) : database_(database) {
+  database_.Begin(access);
+}
+
+UnitOfWork::~UnitOfWork() {
+  database_.Rollback();
+}
+
+void UnitOfWork::Commit() {
+  database_.Commit();
+}
+
+void OutsideUnit(Database& database, const std::function<void()>& work) {
+  if (!database.InUnit()) {
+    work();
+    return;
+  }
+  const Access access = database.UnitAccess();
+  database.Commit();
+  try {
+    work();
+  } catch (...) {
+    // Whoever catches it goes on working.
+    database.Begin(access);
+    throw;
+  }
+  database.Begin(access);
+}
+
+}  // namespace standalone

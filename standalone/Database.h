@@ -1,0 +1,166 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace standalone {
+
+// What a unit of work may do: read one unchanging state of the file, or read and write while others wait.
+enum class Access { kRead, kWrite };
+
+// One connection to a SQLite file, used by one thread. All reading and writing through statements happens in a unit of
+// work, of which a connection has one at a time.
+//
+// Errors: ConstraintViolation leaves the unit of work as it was before the statement. Any other failure of the engine
+// spoils the unit: every later statement and the commit throw UnitOfWorkError (CompanyFileError when the file is
+// damaged), because what the unit wrote before may be gone.
+class Database {
+ public:
+  // Opens an existing file; throws CompanyFileError.
+  Database(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout);
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+  ~Database();
+
+  // Runs statements without results outside of the rules of units of work: for schema, pragmas and the units' own.
+  void Execute(const char* sql);
+  // The first column of the first row, 0 without a row; like Execute outside of the rules of units of work.
+  std::int64_t QueryNumber(const char* sql);
+  std::string QueryText(const char* sql);
+
+  void Begin(Access access);
+  void Commit();
+  void Rollback() noexcept;
+  bool InUnit() const noexcept { return inUnit_; }
+  // The unit's; meaningless outside of one.
+  Access UnitAccess() const noexcept { return access_; }
+
+  std::int64_t LastInsertedId() const noexcept;
+  std::int64_t ChangedRows() const noexcept;
+
+  const std::filesystem::path& File() const noexcept { return file_; }
+  sqlite3* Handle() const noexcept { return handle_; }
+
+ private:
+  friend class Statement;
+  friend class Rows;
+
+  void RequireUsable(bool writes);
+  [[noreturn]] void Fail(int code);
+  [[noreturn]] void ThrowSpoiled() const;
+  void NoticeLostUnit();
+
+  std::filesystem::path file_;
+  sqlite3* handle_ = nullptr;
+  bool inUnit_ = false;
+  Access access_ = Access::kRead;
+  std::string spoiledBy_;
+  bool damaged_ = false;
+};
+
+// The rows of a running statement; the statement is ready to run again when this goes out of scope. Texts are valid
+// until the next step.
+class Rows {
+ public:
+  Rows(Rows&& other) noexcept;
+  Rows& operator=(Rows&&) = delete;
+  Rows(const Rows&) = delete;
+  Rows& operator=(const Rows&) = delete;
+  ~Rows();
+
+  // Goes to the first or the next row; false after the last.
+  bool Step();
+
+  std::int64_t Int64(int column) const;
+  std::int32_t Int32(int column) const;
+  std::int16_t Int16(int column) const;
+  bool Bool(int column) const;
+  std::string_view Text(int column) const;
+
+ private:
+  friend class Statement;
+  Rows(Database& database, sqlite3_stmt* statement) noexcept : database_(database), statement_(statement) {}
+
+  Database& database_;
+  sqlite3_stmt* statement_;
+};
+
+// One SQL statement, prepared at its first use and kept. `sql` outlives it. Values are bound in order; texts must stay
+// alive while the rows are read.
+class Statement {
+ public:
+  Statement(Database& database, const char* sql) noexcept : database_(database), sql_(sql) {}
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+  ~Statement();
+
+  template <typename... Values>
+  Rows Query(const Values&... values) {
+    Rows rows = Start();
+    int index = 0;
+    (Bind(++index, values), ...);
+    return rows;
+  }
+
+  // Runs a statement without rows; returns the number of rows that it changed.
+  template <typename... Values>
+  std::int64_t Run(const Values&... values) {
+    Query(values...).Step();
+    return database_.ChangedRows();
+  }
+
+ private:
+  Rows Start();
+  void Bind(int index, std::int64_t value);
+  void Bind(int index, std::int32_t value) { Bind(index, static_cast<std::int64_t>(value)); }
+  void Bind(int index, std::int16_t value) { Bind(index, static_cast<std::int64_t>(value)); }
+  void Bind(int index, std::uint32_t value) { Bind(index, static_cast<std::int64_t>(value)); }
+  void Bind(int index, bool value) { Bind(index, static_cast<std::int64_t>(value)); }
+  void Bind(int index, std::string_view value);
+  void Bind(int index, std::nullptr_t);
+
+  Database& database_;
+  const char* sql_;
+  sqlite3_stmt* statement_ = nullptr;
+};
+
+// Everything written while it lives is undone unless Keep() is called; within a unit of work.
+class Savepoint {
+ public:
+  explicit Savepoint(Database& database);
+  Savepoint(const Savepoint&) = delete;
+  Savepoint& operator=(const Savepoint&) = delete;
+  ~Savepoint();
+  void Keep();
+
+ private:
+  Database& database_;
+  bool open_ = true;
+};
+
+// A unit of work: what it wrote is in the file once Commit() has returned, and nothing of it otherwise. Throws
+// UnitOfWorkError when it cannot begin or commit.
+class UnitOfWork {
+ public:
+  UnitOfWork(Database& database, Access access);
+  UnitOfWork(const UnitOfWork&) = delete;
+  UnitOfWork& operator=(const UnitOfWork&) = delete;
+  ~UnitOfWork();
+  void Commit();
+
+ private:
+  Database& database_;
+};
+
+// Commits the unit of work that is open, if any, runs `work` and begins another unit with the same access: for
+// questions to the user and for commands, which must not keep others waiting and may open units of their own.
+void OutsideUnit(Database& database, const std::function<void()>& work);
+
+}  // namespace standalone

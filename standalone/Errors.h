@@ -1,0 +1,33 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace standalone {
+
+// The company file cannot be opened or created, is not one, was written by a newer program or is damaged. The message
+// names the file and says what to do; the file is left as it was.
+class CompanyFileError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// A value that a person or a file handed in is not acceptable. The message names the value and what would be right.
+class InvalidInput : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// A unit of work could not begin, go on or be committed: another program holds the file too long, the disk is full, the
+// engine gave up. Nothing of the unit is in the file.
+class UnitOfWorkError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// A change that the rules of the company file refuse, such as a name that is taken. The unit of work goes on.
+class ConstraintViolation : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace standalone

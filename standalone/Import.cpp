@@ -1,0 +1,300 @@
+#include "standalone/Import.h"
+
+#include <array>
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "standalone/AccountTypes.h"
+#include "standalone/Amount.h"
+#include "standalone/CsvReader.h"
+#include "standalone/Dates.h"
+#include "standalone/ListNames.h"
+#include "standalone/StandaloneHost.h"
+#include "standalone/Text.h"
+
+namespace standalone {
+
+namespace {
+
+constexpr std::uint64_t kRowsPerProgress = 256;
+constexpr std::int16_t kStateEstablished = 3;
+
+constexpr std::array<std::string_view, 2> kAccountColumns{"name", "type"};
+constexpr std::array<std::string_view, 2> kAccountOptions{"special", "deleted"};
+constexpr std::array<std::string_view, 2> kNameColumns{"name", "kind"};
+constexpr std::array<std::string_view, 7> kTransactionColumns{"transaction", "type",    "date",  "name",
+                                                              "memo",        "account", "amount"};
+constexpr std::array<std::string_view, 4> kTransactionOptions{"line_memo", "partner_realm", "request_id", "state"};
+
+// Runs `work`, and gives what it refuses the place of a row.
+template <typename Work>
+void At(const CsvReader& rows, std::uint64_t line, Work&& work) {
+  try {
+    work();
+  } catch (const RefusedRow&) {
+    throw;
+  } catch (const InvalidInput& error) {
+    rows.RefuseAt(line, error.what());
+  } catch (const ConstraintViolation& error) {
+    rows.RefuseAt(line, error.what());
+  }
+}
+
+// Hands each row to `take` and calls `finish` after the last one, all in one unit of work.
+template <typename Take, typename Finish>
+void ImportRows(StandaloneHost& host, CsvReader& rows, ImportResult& result, const ImportProgress& progress,
+                Take&& take, Finish&& finish) {
+  const auto report = [&] {
+    if (progress) progress(rows.BytesRead(), rows.BytesTotal());
+  };
+  host.Request(Access::kWrite, [&] {
+    while (rows.NextRow()) {
+      At(rows, rows.Line(), take);
+      ++result.rows;
+      if (static_cast<std::uint64_t>(result.rows) % kRowsPerProgress == 0) report();
+    }
+    finish();
+  });
+  report();
+}
+
+std::int32_t ParseWhole(std::string_view what, std::string_view text, std::int32_t most) {
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool isWhole = error == std::errc{} && end == text.data() + text.size();
+  if (isWhole && number >= 0 && number <= most) return number;
+  throw InvalidInput(std::string(what) + " " + Quoted(text) + " is not a whole number from 0 to " +
+                     std::to_string(most) + ".");
+}
+
+// What a transaction keeps from its first row.
+struct OpenTransaction {
+  std::string key;
+  std::uint64_t line = 0;
+  std::string type;
+  std::string date;
+  std::string name;
+  std::string memo;
+  std::int16_t typeNumber = 0;
+  std::int32_t id = 0;
+  std::int32_t lines = 0;
+  std::int64_t sum = 0;
+  bool awaitsDueToLine = false;
+};
+
+class TransactionImport {
+ public:
+  TransactionImport(StandaloneHost& host, const CsvReader& rows, ImportResult& result)
+      : host_(host),
+        rows_(rows),
+        result_(result),
+        relation_(host.Data(), "SELECT id FROM me_relation WHERE realm_id = ?1"),
+        insertRow_(host.Data(),
+                   "INSERT INTO me_transaction (txn_id, target_id, relation_id, request_id, txn_type, state) "
+                   "VALUES (?1, ?2, ?3, ?4, ?5, ?6)"),
+        hasRequest_(host.Data(),
+                    "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 AND txn_type = 8"),
+        noteKey_(host.Data(), "INSERT OR IGNORE INTO temp.import_key VALUES (?1)") {}
+
+  void Prepare() {
+    // On the disk if need be, so that a file of any size is imported in the same memory.
+    host_.Data().Execute("CREATE TEMP TABLE import_key (key TEXT PRIMARY KEY NOT NULL) STRICT, WITHOUT ROWID");
+  }
+
+  void TakeRow() {
+    const std::string_view key = RequireText("The key transaction", rows_["transaction"], 1, kListFullNameLength);
+    if (!open_ || open_->key != key) {
+      Finish();
+      Begin(key);
+    } else {
+      RequireSame("type", open_->type);
+      RequireSame("date", open_->date);
+      RequireSame("name", open_->name);
+      RequireSame("memo", open_->memo);
+    }
+    AddLine();
+  }
+
+  void Finish() {
+    if (!open_) return;
+    At(rows_, open_->line, [this] { Post(); });
+    open_.reset();
+  }
+
+  void End() {
+    Finish();
+    host_.Data().Execute("DROP TABLE temp.import_key");
+  }
+
+ private:
+  void Begin(std::string_view key) {
+    if (noteKey_.Run(key) == 0) {
+      throw InvalidInput("The transaction " + Quoted(key) +
+                         " has rows further up already; put the rows of one transaction together.");
+    }
+    OpenTransaction begun;
+    begun.key = key;
+    begun.line = rows_.Line();
+    begun.type = rows_["type"];
+    begun.date = rows_["date"];
+    begun.name = rows_["name"];
+    begun.memo = RequireText("The memo", rows_["memo"], 0, kMemoLength);
+    begun.typeNumber = ParseTransactionType(begun.type);
+    begun.id = host_.Transactions().AddHeader({.type = begun.typeNumber,
+                                               .date = ParseDate("The date", begun.date),
+                                               .nameId = begun.name.empty() ? 0 : FindName(begun.name),
+                                               .memo = begun.memo});
+    open_ = std::move(begun);
+    ++result_.transactions;
+  }
+
+  void RequireSame(std::string_view column, std::string_view first) {
+    const std::string_view repeated = rows_[column];
+    if (repeated.empty() || repeated == first) return;
+    throw InvalidInput("The " + std::string(column) + " " + Quoted(repeated) + " differs from " + Quoted(first) +
+                       " in the first row of the transaction; leave it empty or repeat it.");
+  }
+
+  void AddLine() {
+    const std::optional<std::int64_t> amount = ParseAmount(rows_["amount"]);
+    if (!amount) {
+      throw InvalidInput("The amount " + Quoted(rows_["amount"]) +
+                         " is none; write it as 1,234.50 or -1234.5, up to 99,999,999,999.99.");
+    }
+    const std::string_view memo = RequireText("The line memo", rows_["line_memo"], 0, kMemoLength);
+    const std::int32_t id = host_.Transactions().AddLine(
+        open_->id, {.accountId = FindAccount(rows_["account"]), .amount = *amount, .memo = memo});
+    open_->awaitsDueToLine = false;
+    open_->sum += *amount;
+    ++open_->lines;
+    ++result_.lines;
+    AddIntercompanyRow(id);
+  }
+
+  void AddIntercompanyRow(std::int32_t lineId) {
+    const std::string_view realm = rows_["partner_realm"];
+    const std::string_view request = rows_["request_id"];
+    const std::string_view state = rows_["state"];
+    if (realm.empty()) {
+      if (request.empty() && state.empty()) return;
+      throw InvalidInput("There is a request_id or a state, but no partner_realm; give all or none of them.");
+    }
+    const std::int32_t relationId = FindRelation(RequireRealmId(realm));
+    if (!request.empty()) RequireRequestId(request);
+    RequireFreeRequest(relationId, request);
+    const std::int32_t stateNumber =
+        state.empty() ? kStateEstablished : ParseWhole("The state", state, std::numeric_limits<std::int16_t>::max());
+    insertRow_.Run(open_->id, lineId, relationId, request, open_->typeNumber, stateNumber);
+    open_->awaitsDueToLine = open_->typeNumber == kTxnTypeJournalEntry;
+    ++result_.intercompanyRows;
+  }
+
+  void RequireFreeRequest(std::int32_t relationId, std::string_view request) {
+    if (open_->typeNumber != kTxnTypeJournalEntry || request.empty()) return;
+    if (!hasRequest_.Query(relationId, request).Step()) return;
+    throw InvalidInput("The request id " + Quoted(request) +
+                       " belongs to another journal entry with that partner already.");
+  }
+
+  void Post() {
+    if (open_->lines < 2) {
+      throw InvalidInput("The transaction " + Quoted(open_->key) + " has one row only; it needs two or more.");
+    }
+    if (open_->sum != 0) {
+      throw InvalidInput("The amounts of the transaction " + Quoted(open_->key) + " sum to " +
+                         FormatAmount(open_->sum) + "; debits and credits must sum to zero.");
+    }
+    if (open_->awaitsDueToLine) {
+      throw InvalidInput("The last row of the journal entry " + Quoted(open_->key) +
+                         " has a partner_realm; the row of the due-to account must follow it.");
+    }
+    host_.Transactions().Post(open_->id);
+  }
+
+  std::int32_t FindAccount(std::string_view text) {
+    const std::optional<Account> account =
+        host_.Accounts().FindByFullName(NormalizedFullName("The account name", text));
+    if (!account) {
+      throw InvalidInput("There is no account " + Quoted(text) + "; write its full name, or import the account first.");
+    }
+    if (account->type == KrEnumerations::kNonPosting) {
+      throw InvalidInput("The account " + Quoted(text) + " is a non-posting account and takes no amounts.");
+    }
+    return account->id;
+  }
+
+  std::int32_t FindName(std::string_view text) {
+    const std::optional<Name> name = host_.Names().FindByFullName(NormalizedFullName("The name", text));
+    if (name) return name->id;
+    throw InvalidInput("There is no name " + Quoted(text) + "; write its full name, or import the name first.");
+  }
+
+  std::int32_t FindRelation(std::string_view realm) {
+    Rows rows = relation_.Query(realm);
+    if (rows.Step()) return rows.Int32(0);
+    throw InvalidInput("There is no relation with the partner " + Quoted(realm) + "; make the relation first.");
+  }
+
+  StandaloneHost& host_;
+  const CsvReader& rows_;
+  ImportResult& result_;
+  Statement relation_;
+  Statement insertRow_;
+  Statement hasRequest_;
+  Statement noteKey_;
+  std::optional<OpenTransaction> open_;
+};
+
+}  // namespace
+
+ImportResult ImportAccounts(StandaloneHost& host, const std::filesystem::path& csv, const ImportProgress& progress) {
+  CsvReader rows(csv, kAccountColumns, kAccountOptions);
+  ImportResult result;
+  const auto take = [&] {
+    NewAccount account;
+    account.fullName = rows["name"];
+    account.type = ParseAccountType(rows["type"]);
+    if (const std::string_view special = rows["special"]; !special.empty()) {
+      account.specialKind = ParseWhole("The special kind", special, std::numeric_limits<std::int32_t>::max());
+    }
+    if (const std::string_view deleted = rows["deleted"]; !deleted.empty()) {
+      account.deleted = ParseYesNo("The mark deleted", deleted);
+    }
+    host.Accounts().Create(account);
+    ++result.accounts;
+  };
+  ImportRows(host, rows, result, progress, take, [] {});
+  return result;
+}
+
+ImportResult ImportNames(StandaloneHost& host, const std::filesystem::path& csv, const ImportProgress& progress) {
+  CsvReader rows(csv, kNameColumns, {});
+  ImportResult result;
+  const auto take = [&] {
+    host.Names().Create(rows["name"], ParseNameKind(rows["kind"]));
+    ++result.names;
+  };
+  ImportRows(host, rows, result, progress, take, [] {});
+  return result;
+}
+
+ImportResult ImportTransactions(StandaloneHost& host, const std::filesystem::path& csv,
+                                const ImportProgress& progress) {
+  CsvReader rows(csv, kTransactionColumns, kTransactionOptions);
+  ImportResult result;
+  TransactionImport import(host, rows, result);
+  bool isPrepared = false;
+  const auto take = [&] {
+    if (!std::exchange(isPrepared, true)) import.Prepare();
+    import.TakeRow();
+  };
+  ImportRows(host, rows, result, progress, take, [&] {
+    if (isPrepared) import.End();
+  });
+  return result;
+}
+
+}  // namespace standalone

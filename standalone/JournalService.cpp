@@ -1,0 +1,77 @@
+#include "standalone/JournalService.h"
+
+#include <limits>
+#include <optional>
+
+#include "standalone/Amount.h"
+#include "standalone/Dates.h"
+#include "standalone/Guard.h"
+#include "standalone/Text.h"
+
+namespace standalone {
+
+namespace {
+
+bool TakesPostings(const Account& account) {
+  return account.id != 0 && !account.deleted && account.type != KrEnumerations::kNonPosting;
+}
+
+}  // namespace
+
+JournalService::JournalService(Database& database, ChartOfAccountsService& accounts, NameTable& names,
+                               TransactionTable& transactions)
+    : database_(database),
+      accounts_(accounts),
+      names_(names),
+      transactions_(transactions),
+      hasIntercompanyRow_(database, "SELECT 1 FROM me_transaction WHERE txn_id = ?1") {}
+
+EdListStatus JournalService::CreateGeneralJournalEntry(CAccnt& first, CAccnt& second, Util::TString amount,
+                                                       JournalEntryIds& ids, std::int32_t nameId, Util::TString name) {
+  return AsEdListStatus([&] {
+    const Account& credited = accounts_.RecordOf(first.Handle());
+    const Account& debited = accounts_.RecordOf(second.Handle());
+    if (!TakesPostings(credited) || !TakesPostings(debited)) return kEdListFailure;
+    const std::optional<std::int64_t> minorUnits = ParseAmount(amount.view());
+    const std::optional<Name> booked = names_.Find(nameId);
+    if (!minorUnits || !booked) return kEdListFailure;
+    const std::string_view memo = name.empty() ? std::string_view(booked->fullName) : name.view();
+    RequireText("The name", memo, 1, kMemoLength);
+
+    Savepoint booking(database_);
+    const std::int32_t txnId =
+        transactions_.AddHeader({.type = kTxnTypeJournalEntry, .date = Today(), .nameId = booked->id, .memo = memo});
+    const std::int32_t debitLine =
+        transactions_.AddLine(txnId, {.accountId = debited.id, .amount = *minorUnits, .memo = memo});
+    const std::int32_t creditLine =
+        transactions_.AddLine(txnId, {.accountId = credited.id, .amount = -*minorUnits, .memo = memo});
+    if (creditLine != debitLine + 1) return kEdListFailure;
+    transactions_.Post(txnId);
+    booking.Keep();
+    ids = {static_cast<std::uint32_t>(txnId), static_cast<std::uint32_t>(debitLine)};
+    return kEdListSuccess;
+  });
+}
+
+EdListStatus JournalService::DeleteGeneralJournalEntry(std::uint32_t txnId) {
+  return AsEdListStatus([&] {
+    if (txnId > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) return kEdListFailure;
+    const auto id = static_cast<std::int32_t>(txnId);
+    if (!MayDelete(id)) return kEdListFailure;
+    return transactions_.Delete(id) ? kEdListSuccess : kEdListFailure;
+  });
+}
+
+EdListStatus JournalService::UpdateMETransaction(std::int32_t txnId, std::int32_t viewType) {
+  return AsEdListStatus(
+      [&] { return transactions_.ConfirmByPartner(txnId, viewType) ? kEdListSuccess : kEdListFailure; });
+}
+
+bool JournalService::MayDelete(std::int32_t txnId) {
+  const std::optional<TransactionHeader> header = transactions_.FindHeader(txnId);
+  if (!header || header->type != kTxnTypeJournalEntry) return false;
+  if (!hasIntercompanyRow_.Query(txnId).Step()) return true;
+  return removalUnderWay_ && removalUnderWay_();
+}
+
+}  // namespace standalone

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+
+#include "host/Journal.h"
+#include "standalone/ChartOfAccountsService.h"
+#include "standalone/NameTable.h"
+#include "standalone/TransactionTable.h"
+
+namespace standalone {
+
+// The general journal. A booking is dated today and carries the name's text as memo. An entry with an intercompany row
+// is deleted only while the module itself removes it.
+class JournalService final : public Journal {
+ public:
+  JournalService(Database& database, ChartOfAccountsService& accounts, NameTable& names,
+                 TransactionTable& transactions);
+
+  void SetRemovalUnderWay(std::function<bool()> predicate) { removalUnderWay_ = std::move(predicate); }
+
+  EdListStatus CreateGeneralJournalEntry(CAccnt& first, CAccnt& second, Util::TString amount, JournalEntryIds& ids,
+                                         std::int32_t nameId, Util::TString name) override;
+  EdListStatus DeleteGeneralJournalEntry(std::uint32_t txnId) override;
+  EdListStatus UpdateMETransaction(std::int32_t txnId, std::int32_t viewType) override;
+
+ private:
+  bool MayDelete(std::int32_t txnId);
+
+  Database& database_;
+  ChartOfAccountsService& accounts_;
+  NameTable& names_;
+  TransactionTable& transactions_;
+  Statement hasIntercompanyRow_;
+  std::function<bool()> removalUnderWay_;
+};
+
+}  // namespace standalone

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "host/Ops.h"
+
+namespace standalone {
+
+struct LogLimits {
+  std::size_t fileBytes = 8U << 20U;
+  std::size_t olderFiles = 4;
+};
+
+// The operations log: a rotating text file beside the company file, one line per log line, its columns separated by
+// tabs. Lines are written together when a unit of work ends, and at once after an error. A log that cannot be written
+// is given up silently; the work that it tells of goes on.
+class OperationsLog final : public Util::Ops {
+ public:
+  OperationsLog(const std::filesystem::path& file, std::string userName, LogLimits limits = {});
+  OperationsLog(const OperationsLog&) = delete;
+  OperationsLog& operator=(const OperationsLog&) = delete;
+  ~OperationsLog();
+
+  bool Wants(Level level) const noexcept override;
+  void Write(const Line& line) noexcept override;
+
+  void Flush() noexcept;
+
+  // Also gets each line, at once, whether or not the log can be written.
+  using Observer = std::function<void(const Line&)>;
+  void SetObserver(Observer observer) { observer_ = std::move(observer); }
+
+ private:
+  class File;
+
+  Observer observer_;
+  std::string userName_;
+  std::unique_ptr<File> file_;
+  std::string pending_;
+};
+
+// Tab, line feed, carriage return and backslash as \t \n \r \\, other control characters as \xNN.
+std::string EscapeColumn(std::string_view text);
+std::string UnescapeColumn(std::string_view text);
+
+}  // namespace standalone

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "host/Permissions.h"
+#include "standalone/UserTable.h"
+
+namespace standalone {
+
+// The rights of the selected user as the company file has them now. An administrator may do everything.
+class PermissionsService final : public Permissions {
+ public:
+  PermissionsService(UserTable& users, std::int32_t userId) : users_(users), userId_(userId) {}
+
+  bool CurrentUserIsAdminUser() override;
+  bool FeaturePermissionAvailable(ProgramFeature feature, UserAction action, unsigned char option) override;
+  bool ListPermissionAvailable(ListType list, std::int32_t option1, UserAction action, CAccnt& element,
+                               std::int32_t option2, std::int32_t option3) override;
+
+ private:
+  UserTable& users_;
+  std::int32_t userId_;
+};
+
+}  // namespace standalone

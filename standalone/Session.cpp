@@ -1,0 +1,26 @@
+#include "standalone/Session.h"
+
+#include <stdexcept>
+#include <string>
+
+#include "MultiEntity/AttachHost.h"
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/StandaloneHost.h"
+
+namespace standalone {
+
+Session::Session(StandaloneHost& host) : host_(host) {
+  const MEAttachResult result = AttachHost(host.Services());
+  if (result != MEAttachDone) {
+    throw std::runtime_error("The MultiEntity.Native library does not work with this program (answer " +
+                             std::to_string(result) + "); install both from the same release.");
+  }
+  host_.SetRemovalUnderWay(&MultiEntityDriver::GetGJEDeletionDueToFDPFailure);
+}
+
+Session::~Session() {
+  host_.SetRemovalUnderWay({});
+  DetachHost();
+}
+
+}  // namespace standalone

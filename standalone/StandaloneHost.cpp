@@ -1,0 +1,147 @@
+#include "standalone/StandaloneHost.h"
+
+#include "standalone/ChartOfAccountsService.h"
+#include "standalone/JournalService.h"
+#include "standalone/MoneyService.h"
+#include "standalone/MultiEntityStore.h"
+#include "standalone/NameListService.h"
+#include "standalone/PermissionsService.h"
+#include "standalone/PreferencesService.h"
+#include "standalone/QueryEngineService.h"
+#include "standalone/RemoteConfiguration.h"
+#include "standalone/RuntimeService.h"
+#include "standalone/TargetLinesService.h"
+#include "standalone/Text.h"
+
+namespace standalone {
+
+namespace {
+
+User SelectUser(Database& database, UserTable& users, const std::string& name) {
+  UnitOfWork unit(database, Access::kRead);
+  User user = users.Require(name);
+  unit.Commit();
+  return user;
+}
+
+}  // namespace
+
+// In the order in which they are built upon each other.
+struct StandaloneHost::Parts {
+  Parts(const std::filesystem::path& companyFile, const std::string& userName, HostOptions options)
+      : file(companyFile, options.busyTimeout),
+        users(file.Data()),
+        user(SelectUser(file.Data(), users, userName)),
+        log(CompanyFile::LogPath(companyFile), user.name, options.log),
+        remote(CompanyFile::RemotePath(companyFile)),
+        messages(file.Data(), std::move(options.answerer)) {}
+
+  CompanyFile file;
+  UserTable users;
+  User user;
+  OperationsLog log;
+  RemoteConfiguration remote;
+  MessagesService messages;
+  AccountTable accounts{file.Data()};
+  NameTable names{file.Data()};
+  SettingsTable settings{file.Data()};
+  TransactionTable transactions{file.Data()};
+  ApplicationService application{file.Data()};
+  RuntimeService runtime;
+  DatabasePreferencesService databasePreferences{file.Data()};
+  PreferencesService preferences{settings, application};
+  MultiEntityStore multiEntity{file.Data()};
+  PermissionsService permissions{users, user.id};
+  ChartOfAccountsService chart{accounts};
+  NameListService nameList{names};
+  JournalService journal{file.Data(), chart, names, transactions};
+  TargetLinesService lines{transactions, nameList};
+  QueryEngineService queries{file.Data()};
+  MoneyService money;
+  HostServices services{.ops = log,
+                        .runtime = runtime,
+                        .killSwitches = remote,
+                        .remoteValues = remote,
+                        .databasePreferences = databasePreferences,
+                        .preferences = preferences,
+                        .multiEntity = multiEntity,
+                        .permissions = permissions,
+                        .accounts = chart,
+                        .names = nameList,
+                        .journal = journal,
+                        .lines = lines,
+                        .queries = queries,
+                        .money = money,
+                        .application = application,
+                        .messages = messages};
+};
+
+StandaloneHost::StandaloneHost(const std::filesystem::path& companyFile, const std::string& userName,
+                               HostOptions options)
+    : parts_(std::make_unique<Parts>(companyFile, userName, std::move(options))) {}
+
+StandaloneHost::~StandaloneHost() = default;
+
+const HostServices& StandaloneHost::Services() const noexcept {
+  return parts_->services;
+}
+
+const User& StandaloneHost::CurrentUser() const noexcept {
+  return parts_->user;
+}
+
+void StandaloneHost::RequireAdministrator(std::string_view action) {
+  if (parts_->user.administrator) return;
+  throw InvalidInput("The user " + Quoted(parts_->user.name) + " is no administrator; " + std::string(action) +
+                     " may only be done by one.");
+}
+
+const std::filesystem::path& StandaloneHost::CompanyFilePath() const noexcept {
+  return parts_->file.Path();
+}
+
+Database& StandaloneHost::Data() noexcept {
+  return parts_->file.Data();
+}
+
+AccountTable& StandaloneHost::Accounts() noexcept {
+  return parts_->accounts;
+}
+
+NameTable& StandaloneHost::Names() noexcept {
+  return parts_->names;
+}
+
+UserTable& StandaloneHost::Users() noexcept {
+  return parts_->users;
+}
+
+SettingsTable& StandaloneHost::Settings() noexcept {
+  return parts_->settings;
+}
+
+TransactionTable& StandaloneHost::Transactions() noexcept {
+  return parts_->transactions;
+}
+
+ApplicationService& StandaloneHost::App() noexcept {
+  return parts_->application;
+}
+
+MessagesService& StandaloneHost::MessageBoxes() noexcept {
+  return parts_->messages;
+}
+
+OperationsLog& StandaloneHost::Log() noexcept {
+  return parts_->log;
+}
+
+void StandaloneHost::SetRemovalUnderWay(std::function<bool()> predicate) {
+  parts_->journal.SetRemovalUnderWay(std::move(predicate));
+}
+
+StandaloneHost::LogFlush::~LogFlush() {
+  host_.parts_->log.Flush();
+}
+
+}  // namespace standalone

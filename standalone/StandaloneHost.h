@@ -1,0 +1,99 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "host/HostServices.h"
+#include "standalone/AccountTable.h"
+#include "standalone/ApplicationService.h"
+#include "standalone/CompanyFile.h"
+#include "standalone/Errors.h"
+#include "standalone/MessagesService.h"
+#include "standalone/NameTable.h"
+#include "standalone/OperationsLog.h"
+#include "standalone/SettingsTable.h"
+#include "standalone/TransactionTable.h"
+#include "standalone/UserTable.h"
+
+namespace standalone {
+
+struct HostOptions {
+  Answerer answerer;
+  LogLimits log;
+  std::chrono::milliseconds busyTimeout = kBusyTimeout;
+};
+
+// A complete host on one machine around one company file, for one user and on one thread. Whoever calls an operation
+// that works on the company file does so within Request().
+class StandaloneHost {
+ public:
+  // Throws CompanyFileError, or InvalidInput when the file has no such user.
+  explicit StandaloneHost(const std::filesystem::path& companyFile, const std::string& userName = kAdministratorName,
+                          HostOptions options = {});
+  StandaloneHost(const StandaloneHost&) = delete;
+  StandaloneHost& operator=(const StandaloneHost&) = delete;
+  ~StandaloneHost();
+
+  // What AttachHost is given; valid as long as the host lives.
+  const HostServices& Services() const noexcept;
+
+  // Runs `operation` as one unit of work and returns what it returns. The unit is committed when the operation returns,
+  // whatever it answered, and rolled back when it throws. UnitOfWorkError when the unit cannot begin or be committed.
+  // Units do not nest; questions and commands are put outside of the one that is open.
+  template <typename Operation>
+  auto Request(Access access, Operation&& operation) {
+    LogFlush flush(*this);
+    UnitOfWork unit(Data(), access);
+    if constexpr (std::is_void_v<std::invoke_result_t<Operation>>) {
+      std::forward<Operation>(operation)();
+      unit.Commit();
+    } else {
+      auto result = std::forward<Operation>(operation)();
+      unit.Commit();
+      return result;
+    }
+  }
+
+  // The user that was selected, as the file had it when the host was made.
+  const User& CurrentUser() const noexcept;
+  // Throws InvalidInput unless the current user is an administrator; `action` completes "... may only be done by".
+  void RequireAdministrator(std::string_view action);
+
+  const std::filesystem::path& CompanyFilePath() const noexcept;
+  Database& Data() noexcept;
+  AccountTable& Accounts() noexcept;
+  NameTable& Names() noexcept;
+  UserTable& Users() noexcept;
+  SettingsTable& Settings() noexcept;
+  TransactionTable& Transactions() noexcept;
+  ApplicationService& App() noexcept;
+  MessagesService& MessageBoxes() noexcept;
+  OperationsLog& Log() noexcept;
+
+  // Answers whether the module is just removing a journal entry, which alone may delete one that carries an
+  // intercompany row. Without a predicate nobody may.
+  void SetRemovalUnderWay(std::function<bool()> predicate);
+
+ private:
+  struct Parts;
+
+  class LogFlush {
+   public:
+    explicit LogFlush(StandaloneHost& host) noexcept : host_(host) {}
+    LogFlush(const LogFlush&) = delete;
+    LogFlush& operator=(const LogFlush&) = delete;
+    ~LogFlush();
+
+   private:
+    StandaloneHost& host_;
+  };
+
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace standalone

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace standalone {
+
+inline constexpr std::size_t kCompanyNameLength = 59;
+// Of one part of a colon-separated name, and of the whole.
+inline constexpr std::size_t kListNameLength = 100;
+inline constexpr std::size_t kListFullNameLength = 500;
+inline constexpr std::size_t kUserNameLength = 60;
+inline constexpr std::size_t kMemoLength = 4000;
+inline constexpr std::size_t kPreferenceKeyLength = 200;
+
+// Whether the bytes are well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
+bool IsUtf8(std::string_view text) noexcept;
+
+// Whether the text holds a character of U+0000 to U+001F or U+007F.
+bool HasControlCharacters(std::string_view text) noexcept;
+
+// Returns `text` when it is UTF-8 without control characters and has `least` to `most` bytes; throws InvalidInput that
+// calls the value `what` otherwise.
+std::string_view RequireText(std::string_view what, std::string_view text, std::size_t least, std::size_t most);
+
+// 1 to 19 bytes.
+std::string_view RequireRealmId(std::string_view text);
+// 1 to 36 bytes.
+std::string_view RequireRequestId(std::string_view text);
+// 1 to 59 bytes.
+std::string_view RequirePartnerName(std::string_view text);
+
+// Without blanks and tabs at both ends.
+std::string_view Trimmed(std::string_view text) noexcept;
+
+// The text as messages show it: quoted, control characters and bytes that are not UTF-8 as \xNN, long texts shortened.
+std::string Quoted(std::string_view text);
+
+// The path in UTF-8.
+std::string PathText(const std::filesystem::path& path);
+
+// Whether the texts are equal but for the case of ASCII letters, as the company file compares names.
+bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept;
+
+// A record number that a person typed: digits only, 1 to 2147483646. Empty when the text is none.
+std::optional<std::int32_t> ParseRecordNumber(std::string_view text) noexcept;
+
+}  // namespace standalone

@@ -1,0 +1,83 @@
+#include "standalone/TransactionTable.h"
+
+namespace standalone {
+
+namespace {
+
+DateType32 DateOf(std::int64_t value) {
+  const auto bits = static_cast<std::uint32_t>(value);
+  return {static_cast<int>(bits >> 16U), static_cast<int>(bits >> 8U & 0xFFU), static_cast<int>(bits & 0xFFU)};
+}
+
+}  // namespace
+
+TransactionTable::TransactionTable(Database& database)
+    : database_(database),
+      insertHeader_(database, "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, nullif(?3, 0), ?4)"),
+      insertLine_(database, "INSERT INTO txn_line (txn_id, account_id, amount, memo) VALUES (?1, ?2, ?3, ?4)"),
+      post_(database, "UPDATE txn SET posted = 1 WHERE id = ?1"),
+      header_(database, "SELECT id, type, date, name_id, posted, partner_confirmed FROM txn WHERE id = ?1"),
+      lineType_(database,
+                "SELECT 1 FROM txn_line JOIN txn ON txn.id = txn_id WHERE txn_line.id = ?1 "
+                "AND (?2 = 0 OR txn.type = ?2)"),
+      line_(database,
+            "SELECT txn.id, txn.type, date, name_id, account_id, amount, account.full_name, txn_line.memo "
+            "FROM txn_line JOIN txn ON txn.id = txn_id JOIN account ON account.id = account_id "
+            "WHERE txn_line.id = ?1 AND (?2 = 0 OR txn.type = ?2)"),
+      remove_(database, "DELETE FROM txn WHERE id = ?1"),
+      confirm_(database, "UPDATE txn SET partner_confirmed = 1 WHERE id = ?1 AND type = ?2") {}
+
+std::int32_t TransactionTable::AddHeader(const NewTransaction& transaction) {
+  insertHeader_.Run(transaction.type, transaction.date.Value(), transaction.nameId, transaction.memo);
+  return static_cast<std::int32_t>(database_.LastInsertedId());
+}
+
+std::int32_t TransactionTable::AddLine(std::int32_t txnId, const NewLine& line) {
+  insertLine_.Run(txnId, line.accountId, line.amount, line.memo);
+  return static_cast<std::int32_t>(database_.LastInsertedId());
+}
+
+void TransactionTable::Post(std::int32_t txnId) {
+  post_.Run(txnId);
+}
+
+std::optional<TransactionHeader> TransactionTable::FindHeader(std::int32_t txnId) {
+  Rows rows = header_.Query(txnId);
+  if (!rows.Step()) return std::nullopt;
+  TransactionHeader header;
+  header.id = rows.Int32(0);
+  header.type = rows.Int16(1);
+  header.date = DateOf(rows.Int64(2));
+  header.nameId = rows.Int32(3);
+  header.posted = rows.Bool(4);
+  header.partnerConfirmed = rows.Bool(5);
+  return header;
+}
+
+bool TransactionTable::LineExists(std::int32_t lineId, std::int32_t view) {
+  return lineType_.Query(lineId, view).Step();
+}
+
+bool TransactionTable::FindLine(std::int32_t lineId, std::int32_t view, LineView& line) {
+  Rows rows = line_.Query(lineId, view);
+  if (!rows.Step()) return false;
+  line.txnId = rows.Int32(0);
+  line.txnType = rows.Int16(1);
+  line.date = DateOf(rows.Int64(2));
+  line.nameId = rows.Int32(3);
+  line.accountId = rows.Int32(4);
+  line.amount = rows.Int64(5);
+  line.accountName = rows.Text(6);
+  line.memo = rows.Text(7);
+  return true;
+}
+
+bool TransactionTable::Delete(std::int32_t txnId) {
+  return remove_.Run(txnId) != 0;
+}
+
+bool TransactionTable::ConfirmByPartner(std::int32_t txnId, std::int32_t type) {
+  return confirm_.Run(txnId, type) != 0;
+}
+
+}  // namespace standalone

@@ -1,0 +1,204 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "standalone/LogReader.h"
+#include "standalone/OperationsLog.h"
+#include "tests/standalone/CompanyFixture.h"
+
+namespace standalone {
+namespace {
+
+using testing::ElementsAre;
+using testing::Field;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
+
+class TheOperationsLog : public testing::Test {
+ protected:
+  static void Write(OperationsLog& log, std::string_view message, Util::Ops::Level level = Util::Ops::Level::kTrace) {
+    log.Write({.level = level,
+               .eventType = Util::Ops::EventType::kFlow,
+               .sourceFile = "Src/MultiEntityDriver",
+               .sourceLine = 42,
+               .shortName = "MultiEntityDriver::GetRelation",
+               .signature = "static MEStatusCode MultiEntityDriver::GetRelation(Util::TString)",
+               .message = message});
+  }
+
+  static void WriteInTurns(OperationsLog& first, OperationsLog& second, int rounds) {
+    const std::string filler(3000, 'x');
+    for (int round = 0; round < rounds; ++round) {
+      Write(first, filler);
+      Write(second, filler);
+    }
+  }
+
+  static auto Message(const char* text) { return Field(&LogLine::message, text); }
+
+  TemporaryFolder folder_;
+  const std::filesystem::path path_ = folder_ / "birch.company.log";
+  LogReader reader_{path_};
+};
+
+TEST_F(TheOperationsLog, GivesEveryColumnBackAsItWasWritten) {
+  OperationsLog log(path_, "clerk");
+  Write(log, "MULTIENTITY::Entering GetRelation", Util::Ops::Level::kWarning);
+  log.Flush();
+
+  const std::vector<LogLine> lines = reader_.LastLines(10);
+
+  ASSERT_THAT(lines, SizeIs(1));
+  EXPECT_THAT(lines[0].time, MatchesRegex("....-..-..T..:..:..\\....Z"));
+  EXPECT_EQ(lines[0].user, "clerk");
+  EXPECT_EQ(lines[0].level, 3);
+  EXPECT_EQ(lines[0].eventType, 6);
+  EXPECT_EQ(lines[0].sourceFile, "Src/MultiEntityDriver");
+  EXPECT_EQ(lines[0].sourceLine, 42);
+  EXPECT_EQ(lines[0].shortName, "MultiEntityDriver::GetRelation");
+  EXPECT_EQ(lines[0].signature, "static MEStatusCode MultiEntityDriver::GetRelation(Util::TString)");
+  EXPECT_EQ(lines[0].message, "MULTIENTITY::Entering GetRelation");
+}
+
+TEST_F(TheOperationsLog, KeepsALineThatHoldsLineBreaksTabsAndOtherControlCharactersOneLine) {
+  const std::string message = "a\tb\nc\rd\\e\\n\x01\x7F \xC3\xBC trailing ";
+  OperationsLog log(path_, "o\tk");
+  Write(log, message);
+  Write(log, "next");
+  log.Flush();
+
+  const std::vector<LogLine> lines = reader_.LastLines(10);
+
+  ASSERT_THAT(lines, SizeIs(2));
+  EXPECT_EQ(lines[0].message, message);
+  EXPECT_EQ(lines[0].user, "o\tk");
+  EXPECT_EQ(lines[1].message, "next");
+}
+
+TEST_F(TheOperationsLog, HoldsLinesBackUntilTheUnitOfWorkEnds) {
+  OperationsLog log(path_, "clerk");
+
+  Write(log, "one");
+  EXPECT_THAT(reader_.LastLines(10), IsEmpty());
+  log.Flush();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, WritesAnErrorAtOnceWithTheLinesBeforeIt) {
+  OperationsLog log(path_, "clerk");
+
+  Write(log, "one");
+  Write(log, "error", Util::Ops::Level::kError);
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one"), Message("error")));
+}
+
+TEST_F(TheOperationsLog, WritesWhatIsLeftWhenItIsClosed) {
+  {
+    Write(*std::make_unique<OperationsLog>(path_, "clerk"), "one");
+  }
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, IsContinuedByTheNextProgram) {
+  {
+    Write(*std::make_unique<OperationsLog>(path_, "clerk"), "one");
+  }
+  {
+    Write(*std::make_unique<OperationsLog>(path_, "clerk"), "two");
+  }
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one"), Message("two")));
+  EXPECT_THAT(reader_.LastLines(1), ElementsAre(Message("two")));
+  EXPECT_THAT(reader_.LastLines(0), IsEmpty());
+}
+
+TEST_F(TheOperationsLog, ShowsTheLinesSinceAPosition) {
+  OperationsLog log(path_, "clerk");
+  Write(log, "one");
+  log.Flush();
+  const LogPosition position = reader_.End();
+  Write(log, "two");
+  log.Flush();
+
+  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message("two")));
+  EXPECT_THAT(reader_.LinesSince(reader_.End()), IsEmpty());
+}
+
+TEST_F(TheOperationsLog, ShowsAllLinesSinceATimeWithoutLog) {
+  const LogPosition position = reader_.End();
+  OperationsLog log(path_, "clerk");
+  Write(log, "one");
+  log.Flush();
+
+  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, IsRotatedAndReadAcrossItsFiles) {
+  OperationsLog log(path_, "clerk", {.fileBytes = 1000, .olderFiles = 3});
+  Write(log, "one");
+  log.Flush();
+  const LogPosition position = reader_.End();
+  const std::string filler(600, 'x');
+  Write(log, filler);
+  log.Flush();
+  Write(log, "three");
+  log.Flush();
+  Write(log, "four");
+  log.Flush();
+
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "birch.company.1.log"));
+  EXPECT_THAT(reader_.LastLines(3), ElementsAre(Message(filler.c_str()), Message("three"), Message("four")));
+  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message(filler.c_str()), Message("three"), Message("four")));
+}
+
+TEST_F(TheOperationsLog, PassesOverTextsThatAreNoLinesOfIt) {
+  WriteFile(path_, "garbage\n\t\t\t\nx\ty\tz\n");
+  OperationsLog log(path_, "clerk");
+  Write(log, "one");
+  log.Flush();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, ThatCannotBeWrittenIsGivenUpSilently) {
+  std::filesystem::create_directory(path_);
+
+  OperationsLog log(path_, "clerk");
+  Write(log, "one", Util::Ops::Level::kError);
+  log.Flush();
+
+  EXPECT_FALSE(log.Wants(Util::Ops::Level::kError));
+}
+
+TEST_F(TheOperationsLog, KeepsTheLinesOfAUnitThatWasUndone) {
+  const std::filesystem::path company = folder_ / "birch.company";
+  NewCompany values;
+  values.name = "Birch";
+  CompanyFile::Create(company, values);
+  StandaloneHost host(company);
+
+  EXPECT_THROW(host.Request(Access::kWrite,
+                            [&] {
+                              Write(host.Log(), "tried");
+                              throw std::runtime_error("no");
+                            }),
+               std::runtime_error);
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("tried")));
+}
+
+TEST_F(TheOperationsLog, StaysWholeWhenTwoProgramsWriteIt) {
+  OperationsLog first(path_, "first");
+  OperationsLog second(path_, "second");
+  WriteInTurns(first, second, 20);
+  first.Flush();
+  second.Flush();
+
+  EXPECT_THAT(reader_.LastLines(100), SizeIs(40));
+}
+
+}  // namespace
+}  // namespace standalone

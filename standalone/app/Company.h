@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "standalone/Session.h"
+#include "standalone/StandaloneHost.h"
+#include "standalone/app/Invocation.h"
+
+namespace app {
+
+// The company file of a command: open for the user who was named, with the module attached to it.
+class Company {
+ public:
+  // Lines that the operations log gains while this lives are added to the invocation's trace.
+  Company(Invocation& invocation, const std::string& file);
+  Company(const Company&) = delete;
+  Company& operator=(const Company&) = delete;
+  ~Company() = default;
+
+  standalone::StandaloneHost& Host() noexcept { return host_; }
+
+  // One unit of work that only reads, or one that may write.
+  template <typename Operation>
+  auto Read(Operation&& operation) {
+    return host_.Request(standalone::Access::kRead, std::forward<Operation>(operation));
+  }
+  template <typename Operation>
+  auto Write(Operation&& operation) {
+    return host_.Request(standalone::Access::kWrite, std::forward<Operation>(operation));
+  }
+
+ private:
+  standalone::StandaloneHost host_;
+  standalone::Session session_;
+};
+
+}  // namespace app

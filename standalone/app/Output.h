@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace app {
+
+// Keys stay in the order in which they were added.
+using Json = nlohmann::ordered_json;
+
+enum class Align { kLeft, kRight };
+
+struct Column {
+  std::string title;
+  Align align = Align::kLeft;
+};
+
+// Rows under a header, for people. Columns in which every row is empty are left out.
+class Table {
+ public:
+  explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
+
+  // As many cells as there are columns.
+  void Add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+  bool Empty() const noexcept { return rows_.empty(); }
+  std::string Text() const;
+
+ private:
+  std::size_t WidthOf(std::size_t column) const;
+
+  std::vector<Column> columns_;
+  std::vector<std::vector<std::string>> rows_;
+};
+
+// An object whose lists have one element per line, so that line-wise tools can read them too.
+std::string JsonText(const Json& object);
+
+// Writes to standard output. Throws std::runtime_error when it cannot be written, unless whoever read it has stopped
+// reading: then the rest is nobody's loss.
+void Print(std::string_view text);
+// Makes sure that everything printed has arrived; throws like Print.
+void FinishPrinting();
+
+// Writes to standard error, as far as it goes.
+void PrintError(std::string_view text) noexcept;
+
+}  // namespace app

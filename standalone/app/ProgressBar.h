@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace app {
+
+// Shows on a terminal how far a long piece of work has come, once it has taken longer than a second; nowhere else.
+class ProgressBar {
+ public:
+  explicit ProgressBar(std::string title);
+  ProgressBar(const ProgressBar&) = delete;
+  ProgressBar& operator=(const ProgressBar&) = delete;
+  // Wipes the bar.
+  ~ProgressBar();
+
+  void Show(std::uint64_t done, std::uint64_t total) noexcept;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  std::string title_;
+  bool toATerminal_;
+  bool shown_ = false;
+  Clock::time_point next_;
+};
+
+}  // namespace app

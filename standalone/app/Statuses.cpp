@@ -1,0 +1,152 @@
+#include "standalone/app/Statuses.h"
+
+#include <string>
+
+#include "standalone/app/Failure.h"
+
+namespace app {
+
+namespace {
+
+std::string_view RelationHint(Request request, MEStatusCode status) noexcept {
+  switch (status) {
+    case MEStatusInvalidData:
+      return request == Request::kReadRelations || request == Request::kDeleteRelation
+                 ? "see the partners with: multientity relation list FILE"
+                 : "give both --due-from and --due-to; an update needs a relation that exists (multientity relation "
+                   "list FILE)";
+    case MEStatusConflict:
+      return "see what is related already with: multientity relation list FILE, and which accounts are free with: "
+             "multientity accounts FILE --free";
+    case MEStatusRelationPending:
+      return "the partner has not answered yet; add --force to delete the relation all the same";
+    case MEStatusAccountUnusable:
+      return "see the accounts that can serve with: multientity accounts FILE --free --for REALM; sub-accounts, "
+             "receivables, payables and non-posting accounts cannot";
+    default:
+      return {};
+  }
+}
+
+std::string_view JournalHint(MEStatusCode status) noexcept {
+  switch (status) {
+    case MEStatusDeclined:
+      return "check that the amount is within range, that both accounts take postings, and that no entry carries this "
+             "request id already; an account or name that was new has been created";
+    case MEStatusExpenseAccountRefused:
+      return "there is an account of that name; book to it with --expense";
+    case MEStatusAccountFailed:
+      return "check the expense account and the due-to account with: multientity accounts FILE";
+    case MEStatusInvalidData:
+      return "there is no relation with that partner; see: multientity relation list FILE";
+    case MEStatusNameRefused:
+      return "there is a name like that; book under it with --name";
+    case MEStatusNameFailed:
+      return "a name under another one needs that one first; see: multientity names FILE";
+    case MEStatusJournalEntryNotRemoved:
+      return "the journal entry stays booked without being known as intercompany; correct it by hand";
+    default:
+      return {};
+  }
+}
+
+std::string_view RemovalHint(MEStatusCode status) noexcept {
+  switch (status) {
+    case MEStatusJournalEntryNotRemoved:
+      return "there is no journal entry with that id, or it may not be deleted; see: multientity transactions FILE";
+    case MEStatusRowsNotRemoved:
+      return "the journal entry is gone, but is still listed as an intercompany transaction";
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+std::string_view MeaningOf(MEStatusCode status) noexcept {
+  switch (status) {
+    case MEStatusDeclined:
+      return "nothing was done";
+    case MEStatusSuccess:
+      return "done";
+    case MEStatusFeatureDisabled:
+      return "the multi-entity feature is switched off";
+    case MEStatusPermissionDenied:
+      return "the user has no right to do this";
+    case MEStatusExpenseAccountRefused:
+      return "the expense account was not created, its name is taken";
+    case MEStatusAccountFailed:
+      return "the expense account could not be created, or the expense or the due-to account was not found";
+    case MEStatusReadFailed:
+      return "the relations or intercompany transactions could not be read, or there is no such relation";
+    case MEStatusRelationPending:
+      return "the relation is pending and was not deleted";
+    case MEStatusWriteFailed:
+      return "the relation or transaction could not be written";
+    case MEStatusDeleteFailed:
+      return "the relation could not be deleted";
+    case MEStatusInvalidData:
+      return "invalid data or no such row";
+    case MEStatusConflict:
+      return "the partner is related already, or another relation uses the accounts";
+    case MEStatusException:
+      return "the data could not be read because of an error";
+    case MEStatusNameRefused:
+      return "the name was not created, it is taken";
+    case MEStatusNameFailed:
+      return "the name could not be created";
+    case MEStatusJournalEntryNotRemoved:
+      return "the journal entry could not be removed";
+    case MEStatusRowsNotRemoved:
+      return "the journal entry was removed, its intercompany rows were not";
+    case MEStatusAccountUnusable:
+      return "an account does not exist, is deleted or cannot carry an intercompany balance";
+  }
+  return "an answer without a known meaning";
+}
+
+std::string_view HintFor(Request request, MEStatusCode status) noexcept {
+  if (status == MEStatusFeatureDisabled)
+    return "the remote switches beside the company file decide; ask who keeps them";
+  if (status == MEStatusPermissionDenied) {
+    return "an administrator may do this, or give the right with: multientity users change FILE NAME --right ...";
+  }
+  if (status == MEStatusException) return "the operations log says more: multientity log FILE";
+  switch (request) {
+    case Request::kCreateRelation:
+    case Request::kUpdateRelation:
+    case Request::kDeleteRelation:
+    case Request::kReadRelations:
+      return RelationHint(request, status);
+    case Request::kRecordJournalEntry:
+      return JournalHint(status);
+    case Request::kRemoveJournalEntry:
+      return RemovalHint(status);
+    case Request::kListAccounts:
+    case Request::kListTransactions:
+      return {};
+  }
+  return {};
+}
+
+void RequireSuccess(Request request, MEStatusCode status) {
+  if (status == MEStatusSuccess) return;
+  throw Declined(status, std::string(MeaningOf(status)), std::string(HintFor(request, status)));
+}
+
+std::string StateText(int state) {
+  switch (state) {
+    case MEStatePending:
+      return "pending";
+    case MEStateEstablished:
+      return "established";
+    case MEStateWithoutAccounts:
+      return "without-accounts";
+    case MEStateDeactivated:
+      return "deactivated";
+    default:
+      return "state " + std::to_string(state);
+  }
+}
+
+}  // namespace app

@@ -1,0 +1,91 @@
+#include "standalone/app/Values.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <limits>
+#include <string>
+
+#include "standalone/Amount.h"
+#include "standalone/Dates.h"
+#include "standalone/Errors.h"
+#include "standalone/Text.h"
+#include "standalone/app/Statuses.h"
+
+namespace app {
+
+namespace {
+
+constexpr std::int32_t kLargestId = std::numeric_limits<std::int32_t>::max() - 1;
+
+}  // namespace
+
+std::filesystem::path FilePath(std::string_view text) {
+  if (text.empty()) throw standalone::InvalidInput("the file name is empty; give the path of a file");
+  return {std::u8string(text.begin(), text.end())};
+}
+
+Util::TString RealmId(std::string_view text) {
+  return standalone::RequireRealmId(text);
+}
+
+Util::TString PartnerName(std::string_view text) {
+  return standalone::RequirePartnerName(text);
+}
+
+Util::TString RequestId(std::string_view text) {
+  return standalone::RequireRequestId(text);
+}
+
+Util::TString Amount(std::string_view text) {
+  if (!standalone::ParseAmount(text)) {
+    throw standalone::InvalidInput(fmt::format(
+        "amount {} is not acceptable; write it like 1234.50 or 1,234.50, with at most two decimals, up to {}",
+        standalone::Quoted(text), standalone::FormatAmount(standalone::kLargestAmount)));
+  }
+  return text;
+}
+
+Util::TString NewListName(std::string_view what, std::string_view text) {
+  return standalone::RequireText(what, text, 1, standalone::kListFullNameLength);
+}
+
+std::int32_t RecordId(std::string_view what, std::string_view text) {
+  return WholeNumber(what, text, 1, kLargestId);
+}
+
+std::int32_t WholeNumber(std::string_view what, std::string_view text, std::int32_t least, std::int32_t most) {
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < least || number > most) {
+    throw standalone::InvalidInput(fmt::format("{} {} is not acceptable; give a whole number from {} to {}", what,
+                                               standalone::Quoted(text), least, most));
+  }
+  return number;
+}
+
+MEState RelationState(std::string_view text) {
+  for (const MEState state : {MEStatePending, MEStateEstablished, MEStateWithoutAccounts, MEStateDeactivated}) {
+    if (text == StateText(state)) return state;
+  }
+  std::int16_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number == MEStateKeepStored) {
+    throw standalone::InvalidInput(fmt::format(
+        "state {} is not acceptable; give pending, established, without-accounts or deactivated, or a number "
+        "from -32768 to 32767 other than 6",
+        standalone::Quoted(text)));
+  }
+  return static_cast<MEState>(number);
+}
+
+MERelationType RelationType(std::string_view text) {
+  return static_cast<MERelationType>(WholeNumber("relation type", text, std::numeric_limits<std::int16_t>::min(),
+                                                 std::numeric_limits<std::int16_t>::max()));
+}
+
+DateType32 PeriodBound(std::string_view what, const std::optional<std::string>& text) {
+  return text ? standalone::ParseDate(what, *text) : NullDate();
+}
+
+}  // namespace app

@@ -1,0 +1,102 @@
+#include "app/Books.h"
+
+using testing::HasSubstr;
+
+TEST_F(EmptyDirectory, ACompanyFileIsMadeWithItsAdministrator) {
+  Done({"init", kFile, "--name", "Alder Supply Company"});
+
+  const Json users = Answer({"users", "list", kFile}).at("users");
+
+  ASSERT_EQ(users.size(), 1U);
+  EXPECT_EQ(users[0].at("name"), "Admin");
+  EXPECT_EQ(users[0].at("administrator"), true);
+}
+
+TEST_F(EmptyDirectory, AnExistingFileIsNeverOverwrittenByANewCompany) {
+  WriteFile(kFile, "last year's books");
+
+  const Outcome outcome = Run({"init", kFile, "--name", "Alder Supply Company"});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.err, HasSubstr(kFile));
+  EXPECT_EQ(Contents(kFile), "last year's books");
+}
+
+TEST_F(EmptyDirectory, ACompanyNameThatIsTooLongIsRefusedAndNoFileIsLeft) {
+  const std::string name(60, 'a');
+
+  const Outcome outcome = Run({"init", kFile, "--name", name});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("59"));
+  EXPECT_FALSE(std::filesystem::exists(In(kFile)));
+}
+
+TEST_F(EmptyDirectory, ACurrencyThatIsNoCurrencyCodeIsNamed) {
+  const Outcome outcome = Run({"init", kFile, "--name", "Alder", "--home-currency", "dollars"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("dollars"));
+}
+
+TEST_F(EmptyDirectory, AMissingCompanyFileIsReportedAndNotMade) {
+  const Outcome outcome = Run({"accounts", "missing.company"});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("missing.company"));
+  EXPECT_FALSE(std::filesystem::exists(In("missing.company")));
+}
+
+TEST_F(EmptyDirectory, AFileThatIsNoCompanyFileIsLeftAsItWas) {
+  WriteFile("letter.txt", "Dear auditor,\n");
+
+  const Outcome outcome = Run({"accounts", "letter.txt"});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("letter.txt"));
+  EXPECT_EQ(Contents("letter.txt"), "Dear auditor,\n");
+}
+
+TEST_F(EmptyDirectory, AnErrorAboutTheFileComesAsJsonWhenAskedFor) {
+  const Json error = ErrorOf({"accounts", "missing.company"});
+
+  EXPECT_EQ(error.at("exit"), 3);
+  EXPECT_THAT(error.at("message").get<std::string>(), HasSubstr("missing.company"));
+}
+
+TEST_F(Books, ACompanyFileOfANewerProgramIsLeftAsItWas) {
+  std::string bytes = Contents(kFile);
+  constexpr std::size_t kUserVersionOffset = 60;
+  bytes[kUserVersionOffset + 2] = '\x7F';
+  WriteFile(kFile, bytes);
+
+  const Outcome outcome = Run({"accounts", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("newer"));
+  EXPECT_EQ(Contents(kFile), bytes);
+}
+
+TEST_F(Books, ACompanyFileThatWasCutOffIsLeftAsItWas) {
+  const std::string bytes = Contents(kFile).substr(0, 6000);
+  WriteFile(kFile, bytes);
+
+  const Outcome outcome = Run({"accounts", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(Contents(kFile), bytes);
+}
+
+TEST_F(Books, WorkThatDoesNotFitOnTheDiskIsReportedAndNothingOfItIsKept) {
+  RelateBirch();
+  const std::string before = Contents(kFile);
+
+  const Outcome outcome =
+      RunProgramOnAFullDisk(64, In("."),
+                            {"journal", "record", kFile, "--realm", "1001", "--amount", "10", "--request", "r",
+                             "--new-expense", "Insurance", "--new-name", "Stone Insurance"});
+
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.err, HasSubstr(kFile));
+  EXPECT_EQ(Contents(kFile), before);
+}

@@ -1,0 +1,221 @@
+#include "app/Books.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+std::vector<std::string> Booking(const std::vector<std::string>& more) {
+  std::vector<std::string> words = {"journal", "record", kFile, "--realm", "1001"};
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+}  // namespace
+
+TEST_F(Books, ABookingDebitsTheExpenseAndCreditsTheRelationsDueToAccount) {
+  RelateBirch();
+
+  const Json answer = Answer(Booking(
+      {"--amount", "1,234.50", "--request", "request-1", "--expense", "Utilities:Power", "--name", "Walker:Depot"}));
+
+  EXPECT_EQ(answer.at("status"), 1);
+  const Json entry = Answer({"transactions", kFile}).at("transactions").at(0);
+  EXPECT_EQ(entry.at("transaction"), answer.at("transaction"));
+  EXPECT_EQ(entry.at("type"), "journal");
+  EXPECT_EQ(entry.at("entryAccount"), "Utilities:Power");
+  EXPECT_EQ(entry.at("liabilityAccount"), "Due to Birch");
+  EXPECT_EQ(entry.at("amount"), "1,234.50");
+  EXPECT_EQ(entry.at("requestId"), "request-1");
+  EXPECT_EQ(entry.at("state"), 3);
+}
+
+TEST_F(Books, ABookingMayCreditAnotherAccountThanTheRelations) {
+  RelateBirch();
+
+  Done(Booking(
+      {"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker", "--due-to", "Due to Cedar"}));
+
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("liabilityAccount"), "Due to Cedar");
+}
+
+TEST_F(Books, ABookingCreatesTheAccountAndTheNameThatAreNew) {
+  RelateBirch();
+
+  Done(Booking({"--amount", "10", "--request", "r", "--new-expense", "Insurance", "--new-name", "Stone Insurance"}));
+
+  EXPECT_THAT(Run({"accounts", kFile, "--type", "Expense"}).out, HasSubstr("Insurance"));
+  EXPECT_THAT(Run({"names", kFile}).out, HasSubstr("Stone Insurance"));
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("entryAccount"), "Insurance");
+}
+
+TEST_F(Books, ANewAccountMayHaveAnotherTypeThanExpense) {
+  RelateBirch();
+
+  Done(Booking({"--amount", "10", "--request", "r", "--new-expense", "Freight In", "--new-expense-type",
+                "Cost of Goods Sold", "--name", "Walker"}));
+
+  EXPECT_THAT(Run({"accounts", kFile, "--type", "Cost of Goods Sold"}).out, HasSubstr("Freight In"));
+}
+
+TEST_F(Books, AnAccountThatExistsIsNotCreatedAgain) {
+  RelateBirch();
+
+  const Json error =
+      ErrorOf(Booking({"--amount", "10", "--request", "r", "--new-expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(error.at("status"), 5);
+  EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("--expense"));
+}
+
+TEST_F(Books, ANameThatExistsIsNotCreatedAgain) {
+  RelateBirch();
+
+  const Json error =
+      ErrorOf(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--new-name", "Walker"}));
+
+  EXPECT_EQ(error.at("status"), 16);
+  EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("--name"));
+}
+
+TEST_F(Books, ABookingForAnUnknownPartnerIsRefused) {
+  const Outcome outcome =
+      Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("status 12: invalid data or no such row"));
+  EXPECT_THAT(outcome.err, HasSubstr("no relation with that partner"));
+}
+
+TEST_F(Books, ARequestIsBookedOnlyOncePerPartner) {
+  RelateBirch();
+  Book("request-1");
+
+  const Json error =
+      ErrorOf(Booking({"--amount", "40", "--request", "request-1", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(error.at("status"), 0);
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").size(), 1U);
+}
+
+TEST_F(Books, ARequestIdOfThirtySixCharactersIsAccepted) {
+  RelateBirch();
+
+  Book(std::string(36, 'r'));
+
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("requestId"), std::string(36, 'r'));
+}
+
+TEST_F(Books, ARequestIdOfThirtySevenCharactersIsRefusedBeforeTheCall) {
+  RelateBirch();
+  const std::string before = Contents(kFile);
+
+  const Outcome outcome = Run(
+      Booking({"--amount", "40", "--request", std::string(37, 'r'), "--new-expense", "Insurance", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("36"));
+  EXPECT_EQ(Contents(kFile), before);
+}
+
+TEST_F(Books, AnAmountWithThreeDecimalsIsNamedAndNothingIsBooked) {
+  RelateBirch();
+  const std::string before = Contents(kFile);
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "12.345", "--request", "r", "--new-expense", "Insurance", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("\"12.345\""));
+  EXPECT_EQ(Contents(kFile), before);
+}
+
+TEST_F(Books, AnAmountBeyondTheRangeIsRefused) {
+  RelateBirch();
+
+  EXPECT_EQ(
+      Run(Booking({"--amount", "100000000000.00", "--request", "r", "--expense", "Utilities", "--name", "Walker"}))
+          .exitCode,
+      2);
+}
+
+TEST_F(Books, ANegativeAmountIsACredit) {
+  RelateBirch();
+
+  Done(Booking({"--amount", "-10.00", "--request", "r", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("amount"), "-10.00");
+}
+
+TEST_F(Books, ABookingToAnAccountThatDoesNotExistNamesItAndCreatesNothing) {
+  RelateBirch();
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "10", "--request", "r", "--expense", "Insurance", "--new-name", "Stone Insurance"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("Insurance"));
+  EXPECT_THAT(Run({"names", kFile}).out, testing::Not(HasSubstr("Stone")));
+}
+
+TEST_F(Books, ABookingUnderANameThatDoesNotExistNamesItAndCreatesNothing) {
+  RelateBirch();
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "10", "--request", "r", "--new-expense", "Insurance", "--name", "Stone Insurance"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("Stone Insurance"));
+  EXPECT_THAT(Run({"accounts", kFile}).out, testing::Not(HasSubstr("Insurance")));
+}
+
+TEST_F(Books, ABookingNeedsOneExpenseAccountAndOneName) {
+  EXPECT_EQ(Run(Booking({"--amount", "10", "--request", "r", "--name", "Walker"})).exitCode, 2);
+  EXPECT_EQ(Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities"})).exitCode, 2);
+  EXPECT_EQ(Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--new-expense", "Gas", "--name",
+                         "Walker"}))
+                .exitCode,
+            2);
+}
+
+TEST_F(Books, ARelationWithoutADueToAccountNeedsOneForABooking) {
+  Done({"relation", "create", kFile, "--realm", "1001", "--partner", "Birch", "--state", "without-accounts"});
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("--due-to"));
+}
+
+TEST_F(Books, ABookingIsNotGatedByTheFeatureSwitch) {
+  RelateBirch();
+  WriteFile("alder.company.remote.toml", "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+
+  EXPECT_EQ(Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker"})).exitCode,
+            0);
+}
+
+TEST_F(Books, ARemovedEntryIsNoLongerListed) {
+  RelateBirch();
+  const int transaction = Book("request-1");
+
+  const Json answer = Answer({"journal", "remove", kFile, "--txn", std::to_string(transaction)});
+
+  EXPECT_EQ(answer.at("status"), 1);
+  EXPECT_EQ(answer.at("transaction"), transaction);
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions"), Json::array());
+}
+
+TEST_F(Books, AnEntryThatDoesNotExistCannotBeRemoved) {
+  const Outcome outcome = Run({"journal", "remove", kFile, "--txn", "4711"});
+
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("status 18:"));
+}
+
+TEST_F(Books, ATransactionIdBelowOneIsNamed) {
+  const Outcome outcome = Run({"journal", "remove", kFile, "--txn", "0"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("\"0\""));
+}

@@ -1,0 +1,116 @@
+// Starting a program and waiting for it is POSIX here.
+#include "app/Program.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <system_error>
+
+extern char** environ;
+
+namespace {
+
+class Redirections {
+ public:
+  Redirections() { posix_spawn_file_actions_init(&actions_); }
+  Redirections(const Redirections&) = delete;
+  Redirections& operator=(const Redirections&) = delete;
+  ~Redirections() { posix_spawn_file_actions_destroy(&actions_); }
+
+  void ToFile(int descriptor, const std::filesystem::path& file) {
+    posix_spawn_file_actions_addopen(&actions_, descriptor, file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  }
+  void ToDescriptor(int descriptor, int target) { posix_spawn_file_actions_adddup2(&actions_, target, descriptor); }
+  void InDirectory(const std::filesystem::path& directory) {
+    posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str());
+  }
+
+  const posix_spawn_file_actions_t* Get() const { return &actions_; }
+
+ private:
+  posix_spawn_file_actions_t actions_;
+};
+
+int WaitForEnd(pid_t child) {
+  int status = 0;
+  if (waitpid(child, &status, 0) < 0) throw std::system_error(errno, std::generic_category(), "waitpid");
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::vector<std::string> Joined(std::vector<std::string> words, const std::vector<std::string>& more) {
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+int Spawn(const Redirections& redirections, std::vector<std::string> words) {
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  pid_t child = 0;
+  const int error = posix_spawn(&child, pointers[0], redirections.Get(), nullptr, pointers.data(), environ);
+  if (error != 0) throw std::system_error(error, std::generic_category(), pointers[0]);
+  return WaitForEnd(child);
+}
+
+Outcome RunWords(const std::filesystem::path& output, const std::filesystem::path& directory,
+                 const std::vector<std::string>& words) {
+  const std::filesystem::path errors = directory / "standard-error";
+  Redirections redirections;
+  redirections.ToFile(STDOUT_FILENO, output);
+  redirections.ToFile(STDERR_FILENO, errors);
+  redirections.InDirectory(directory);
+  const int exitCode = Spawn(redirections, words);
+  return {exitCode, {}, ContentsOf(errors)};
+}
+
+}  // namespace
+
+Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  const std::filesystem::path out = directory / "standard-output";
+  Outcome outcome = RunProgramInto(out, directory, arguments);
+  outcome.out = ContentsOf(out);
+  return outcome;
+}
+
+Outcome RunProgramInto(const std::filesystem::path& output, const std::filesystem::path& directory,
+                       const std::vector<std::string>& arguments) {
+  return RunWords(output, directory, Joined({MULTIENTITY_PROGRAM}, arguments));
+}
+
+Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  const std::filesystem::path errors = directory / "standard-error";
+  int ends[2];
+  if (pipe(ends) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  close(ends[0]);
+  Redirections redirections;
+  redirections.ToDescriptor(STDOUT_FILENO, ends[1]);
+  redirections.ToFile(STDERR_FILENO, errors);
+  redirections.InDirectory(directory);
+  const int exitCode = Spawn(redirections, Joined({MULTIENTITY_PROGRAM}, arguments));
+  close(ends[1]);
+  return {exitCode, {}, ContentsOf(errors)};
+}
+
+Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,
+                              const std::vector<std::string>& arguments) {
+  const std::string limited = "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + R"(; exec "$0" "$@")";
+  return RunWords(directory / "standard-output", directory,
+                  Joined({"/bin/sh", "-c", limited, MULTIENTITY_PROGRAM}, arguments));
+}
+
+std::string ContentsOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw std::runtime_error("cannot read " + file.string());
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void Write(const std::filesystem::path& file, std::string_view text) {
+  std::ofstream stream(file, std::ios::binary);
+  stream << text;
+  if (!stream.flush()) throw std::runtime_error("cannot write " + file.string());
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// How a run of the program ended and what it printed.
+struct Outcome {
+  int exitCode = -1;
+  std::string out;
+  std::string err;
+};
+
+// Runs multientity with these arguments and waits for its end. `directory` is its working directory and holds what it
+// prints meanwhile.
+Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
+// Runs it with its standard output going to `output` instead, such as a device; Outcome::out stays empty.
+Outcome RunProgramInto(const std::filesystem::path& output, const std::filesystem::path& directory,
+                       const std::vector<std::string>& arguments);
+
+// Runs it with its standard output going to a pipe that nobody reads any more.
+Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
+// Runs it where no file may grow beyond this many blocks of 512 bytes, as on a disk that is full.
+Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,
+                              const std::vector<std::string>& arguments);
+
+std::string ContentsOf(const std::filesystem::path& file);
+void Write(const std::filesystem::path& file, std::string_view text);

@@ -1,0 +1,132 @@
+#include "app/Books.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+std::vector<std::string> RequestsIn(const Json& answer) {
+  std::vector<std::string> requests;
+  for (const Json& entry : answer.at("transactions")) requests.push_back(entry.at("requestId"));
+  return requests;
+}
+
+}  // namespace
+
+class March : public Books {
+ public:
+  March() {
+    RelateBirch();
+    ImportMarch();
+  }
+};
+
+TEST_F(March, WithoutBoundsEveryIntercompanyLineIsListed) {
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile})),
+              ElementsAre("request-bill", "request-check", "request-journal"));
+}
+
+TEST_F(March, BothBoundsOfAPeriodBelongToIt) {
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile, "--from", "2024-03-01", "--to", "2024-03-15"})),
+              ElementsAre("request-bill", "request-check"));
+}
+
+TEST_F(March, APeriodMayBeOpenAtItsEnd) {
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile, "--from", "2024-03-02"})),
+              ElementsAre("request-check", "request-journal"));
+}
+
+TEST_F(March, APeriodMayBeOpenAtItsBeginning) {
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile, "--to", "2024-03-30"})),
+              ElementsAre("request-bill", "request-check"));
+}
+
+TEST_F(March, ABillIsListedWithItsAccountNameAmountAndDate) {
+  const Json bill = Answer({"transactions", kFile}).at("transactions").at(0);
+
+  EXPECT_EQ(bill.at("type"), "bill");
+  EXPECT_EQ(bill.at("typeNumber"), 9);
+  EXPECT_EQ(bill.at("date"), "03/01/2024");
+  EXPECT_EQ(bill.at("name"), "Northern Power");
+  EXPECT_EQ(bill.at("billCheckAccount"), "Due from Birch");
+  EXPECT_EQ(bill.at("entryAccount"), "");
+  EXPECT_EQ(bill.at("amount"), "40.00");
+  EXPECT_EQ(bill.at("currency"), "USD");
+  EXPECT_EQ(bill.at("stateText"), "pending");
+  EXPECT_EQ(bill.at("realm"), "1001");
+  EXPECT_EQ(bill.at("partner"), "Birch Services Company");
+}
+
+TEST_F(March, AmountsAreAlignedAtTheirRightForPeople) {
+  EXPECT_THAT(Run({"transactions", kFile, "--to", "2024-03-15"}).out,
+              testing::AllOf(HasSubstr("     40.00  USD  pending"), HasSubstr("  1,250.00  USD  established")));
+}
+
+TEST_F(March, OneTransactionIsListedByItsId) {
+  const Json bill = Answer({"transactions", kFile}).at("transactions").at(0);
+
+  const Json answer = Answer({"transactions", kFile, "--txn", std::to_string(bill.at("transaction").get<int>())});
+
+  EXPECT_THAT(RequestsIn(answer), ElementsAre("request-bill"));
+  EXPECT_EQ(answer.at("transactions")[0].at("billCheckAccount"), "");
+}
+
+TEST_F(March, ATransactionWithoutIntercompanyLinesHasAnEmptyList) {
+  EXPECT_EQ(Run({"transactions", kFile, "--txn", "4711"}).out, "No intercompany transactions.\n");
+}
+
+TEST_F(March, AUserSeesOnlyTheTypesThatTheirRightsAllow) {
+  Done({"users", "add", kFile, "Robin", "--right", "checks:view"});
+
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile, "--user", "Robin"})), ElementsAre("request-check"));
+}
+
+TEST_F(March, ATransactionThatTheUserMayNotSeeIsRefused) {
+  Done({"users", "add", kFile, "Robin", "--right", "checks:view"});
+  const Json bill = Answer({"transactions", kFile}).at("transactions").at(0);
+
+  const Json error =
+      ErrorOf({"transactions", kFile, "--txn", std::to_string(bill.at("transaction").get<int>()), "--user", "Robin"});
+
+  EXPECT_EQ(error.at("status"), 3);
+}
+
+TEST_F(Books, ADayThatDoesNotExistIsNamed) {
+  const Outcome outcome = Run({"transactions", kFile, "--from", "2023-02-29"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("2023-02-29"));
+}
+
+TEST_F(Books, ADateInAnotherFormIsNamed) {
+  const Outcome outcome = Run({"transactions", kFile, "--to", "03/31/2024"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("03/31/2024"));
+  EXPECT_THAT(outcome.err, HasSubstr("YYYY-MM-DD"));
+}
+
+TEST_F(Books, APeriodThatEndsBeforeItBeginsIsRefused) {
+  const Outcome outcome = Run({"transactions", kFile, "--from", "2024-04-01", "--to", "2024-03-31"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("2024-04-01"));
+}
+
+TEST_F(Books, OneTransactionAndAPeriodExcludeEachOther) {
+  EXPECT_EQ(Run({"transactions", kFile, "--txn", "1", "--from", "2024-03-01"}).exitCode, 2);
+}
+
+TEST_F(EmptyDirectory, TheSampleCompaniesAreImportedWhole) {
+  const std::string samples = MULTIENTITY_SAMPLES "/alder/";
+  Done({"init", kFile, "--name", "Alder Supply Company", "--sample"});
+  Done({"import", "accounts", kFile, samples + "accounts.csv"});
+  Done({"import", "names", kFile, samples + "names.csv"});
+  Done({"relation", "create", kFile, "--realm", "5120918846275", "--partner", "Birch Services Company", "--due-from",
+        "Due from Birch Services Company", "--due-to", "Due to Birch Services Company"});
+
+  const Json answer = Answer({"import", "transactions", kFile, samples + "transactions.csv"});
+
+  EXPECT_EQ(answer.at("transactions"), 600);
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").size(), answer.at("intercompanyLines"));
+}

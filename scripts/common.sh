@@ -1,0 +1,51 @@
+# Shared by ./run and ./test: what is missing is installed, then built.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
+  libspdlog-dev libfccp-dev)
+test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils)
+
+say() {
+  printf '\n==> %s\n' "$*"
+}
+
+fail() {
+  printf '%s\n' "$*" >&2
+  exit 1
+}
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    fail "Packages have to be installed: run this once as root, or install sudo. Missing: ${missing[*]}"
+  fi
+}
+
+install_missing() {
+  missing=()
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done
+  if [ "${#missing[@]}" -eq 0 ]; then return; fi
+  say "Installing ${missing[*]}"
+  as_root apt-get update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# Configures and builds one preset; $2 and the rest name targets.
+build() {
+  local preset=$1
+  shift
+  cmake --preset "$preset" >"build/$preset.configure.log" 2>&1 || {
+    cat "build/$preset.configure.log" >&2
+    fail "The $preset build could not be configured."
+  }
+  cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"}
+}
+
+mkdir -p build

@@ -1,0 +1,252 @@
+#!/usr/bin/env bash
+# Plays the main job on the two sample companies and checks every step:
+#
+#   scripts/play-main-job.sh PROGRAM DIRECTORY
+#
+# PROGRAM is multientity. DIRECTORY receives the company files; it is new, or one that this script has used before, which
+# is emptied first. Exits with 1 when something is not as expected.
+set -euo pipefail
+
+if [[ $# -ne 2 ]]; then
+  echo "usage: $0 PROGRAM DIRECTORY" >&2
+  exit 2
+fi
+program=$(realpath -- "$1")
+samples=$(realpath -- "$(dirname -- "${BASH_SOURCE[0]}")/../samples")
+mkdir -p -- "$2"
+cd -- "$2"
+if [[ -n "$(ls -A)" && ! -e .main-job ]]; then
+  echo "$0: $2 is not empty; give a new directory" >&2
+  exit 2
+fi
+rm -rf -- samples ./*.company* output.txt errors.txt
+touch .main-job
+mkdir samples
+cp -r -- "$samples"/alder "$samples"/birch samples/
+
+readonly kAlder='Alder Supply Company' kAlderRealm=5120774003618
+readonly kBirch='Birch Services Company' kBirchRealm=5120918846275
+readonly kVendor='Cold Spring Elevator Company' kAccount='Elevator Maintenance'
+readonly kDriver=MultiEntityDriver
+
+step_number=0
+step_text=
+unexpected=()
+exit_code=0
+status=-
+output=
+complaint=
+trace=
+
+step() {
+  step_number=$((step_number + 1))
+  step_text=$1
+  printf '\n%d. %s\n' "$step_number" "$step_text"
+}
+
+# The command line as a person would type it.
+typed() {
+  local word line=multientity
+  for word in "$@"; do
+    [[ $word == *[[:space:]]* ]] && word="\"$word\""
+    line+=" $word"
+  done
+  printf '%s' "$line"
+}
+
+# Runs the program; `output`, `complaint` and `trace` hold what it printed, `status` what the module answered (- when it
+# was not asked), `exit_code` how it ended.
+ask() {
+  exit_code=0
+  "$program" "$@" --trace >output.txt 2>errors.txt || exit_code=$?
+  output=$(tr -d '\r' <output.txt)
+  trace=$(tr -d '\r' <errors.txt | grep '^log ' || true)
+  complaint=$(tr -d '\r' <errors.txt | grep -v -e '^log ' -e '^status ' || true)
+  status=$(tr -d '\r' <errors.txt | sed -n 's/^\(multientity: \)\{0,1\}status \([0-9]*\): .*/\2/p')
+  status=${status:--}
+}
+
+# Shows text under a step; lines that repeat one after the other are counted.
+show() {
+  [[ -z "$1" ]] && return
+  printf '%s\n' "$1" | awk -v indent="      $2" '
+    function flush() { if (count) print indent last (count > 1 ? "  (" count " times)" : "") }
+    $0 == last { count++; next }
+    { flush(); last = $0; count = 1 }
+    END { flush() }'
+}
+
+unexpected_here() {
+  unexpected+=("step $step_number ($step_text): $1")
+  printf '   !! %s\n' "$1"
+}
+
+# run STATUS ARGUMENT...: runs the program before the reader's eyes and expects the module to answer STATUS, or with -
+# not to be asked. The program must end with 0 when all is done and with 1 when the module declined.
+run() {
+  local expected=$1 expected_exit=1
+  shift
+  [[ $expected == - || $expected == 1 ]] && expected_exit=0
+  printf '   $ %s\n' "$(typed "$@")"
+  ask "$@"
+  show "$output" ''
+  show "$trace" ''
+  show "$complaint" ''
+  if [[ $status == - ]]; then
+    printf '   -> exit %d\n' "$exit_code"
+  else
+    printf '   -> status %s, exit %d\n' "$status" "$exit_code"
+  fi
+  [[ $status == "$expected" ]] || unexpected_here "the module answered $status instead of $expected"
+  [[ $exit_code -eq $expected_exit ]] || unexpected_here "ended with exit code $exit_code instead of $expected_exit"
+}
+
+# The log gained exactly these lines, each "LEVEL EVENT OPERATION: MESSAGE".
+log_gained() {
+  local line rest expected=
+  for line in "$@"; do
+    rest=${line#* }
+    expected+="log level ${line%% *} event ${rest%% *} ${rest#* }"$'\n'
+  done
+  [[ "$trace" == "${expected%$'\n'}" ]] || unexpected_here "the log gained other lines than: ${expected//$'\n'/ | }"
+}
+
+contains() {
+  [[ "$1" == *"$2"* ]] || unexpected_here "$3: \"$2\" is missing"
+}
+
+lacks() {
+  [[ "$1" != *"$2"* ]] || unexpected_here "$3: \"$2\" should not be there"
+}
+
+# The value of a text or number in one line of JSON.
+json_value() {
+  sed -n "s/.*\"$2\":\"\{0,1\}\([^\",}]*\).*/\1/p" <<<"$1" | head -n 1
+}
+
+granted=("1 5 $kDriver::HasMEPermission: MULTIENTITY::Entering $kDriver::HasMEPermission"
+  "1 5 $kDriver::HasMEPermission: MULTIENTITY::Exiting $kDriver::HasMEPermission")
+created=("0 6 $kDriver::CreateRelation: MULTIENTITY::Entering $kDriver::CreateRelation"
+  "1 5 $kDriver::IsFeatureEnabled: MULTIENTITY::Entering $kDriver::IsFeatureEnabled"
+  "${granted[@]}")
+# A period's list asks for the right to see bills, checks and journal entries, and passes over what lies outside. Of the
+# samples' intercompany lines and what is booked here, each list below leaves out 36.
+listed=("${granted[@]}" "${granted[@]}" "${granted[@]}")
+for _ in {1..36}; do
+  listed+=("3 5 $kDriver::GetListOfTxnTargetEntries: MULTIENTITY_WARNING: This transaction is not in desired period")
+done
+
+echo "An intercompany bill, from one company's books into the other's"
+
+step "$kAlder and $kBirch open their books: accounts and names come from CSV files."
+run - init alder.company --name "$kAlder" --sample
+run - import accounts alder.company samples/alder/accounts.csv
+run - import names alder.company samples/alder/names.csv
+run - init birch.company --name "$kBirch" --sample
+run - import accounts birch.company samples/birch/accounts.csv
+run - import names birch.company samples/birch/names.csv
+
+step "Each company relates itself to the other, with the two accounts that carry what they owe each other."
+run 1 relation create alder.company --realm "$kBirchRealm" --partner "$kBirch" \
+  --due-from "Due from $kBirch" --due-to "Due to $kBirch"
+log_gained "${created[@]}"
+run 1 relation create birch.company --realm "$kAlderRealm" --partner "$kAlder" \
+  --due-from "Due from $kAlder" --due-to "Due to $kAlder"
+log_gained "${created[@]}"
+
+step "A year of bills, checks and journal entries follows, some of them paid for the partner."
+run - import transactions alder.company samples/alder/transactions.csv
+contains "$output" '600 transactions' 'imported'
+run - import transactions birch.company samples/birch/transactions.csv
+contains "$output" '600 transactions' 'imported'
+
+step "On December 10 Alder paid half of an elevator inspection for Birch. Birch has not booked it yet."
+run 1 transactions alder.company --from 2024-12-10 --to 2024-12-10
+log_gained "${listed[@]}"
+ask transactions alder.company --from 2024-12-10 --to 2024-12-10 --json
+bill=$(grep "\"name\":\"$kVendor\"" <<<"$output" || true)
+contains "$bill" '"type":"bill"' "Alder's bill"
+contains "$bill" '"date":"12/10/2024"' "Alder's bill"
+contains "$bill" '"amount":"480.00"' "Alder's bill"
+contains "$bill" "\"billCheckAccount\":\"Due from $kBirch\"" "Alder's bill"
+contains "$bill" '"stateText":"pending"' "Alder's bill"
+request=$(json_value "$bill" requestId)
+ask accounts birch.company --json
+lacks "$output" "$kAccount" "Birch's accounts"
+ask names birch.company --json
+lacks "$output" "$kVendor" "Birch's names"
+
+step "Birch books it as a journal entry. The expense account and the vendor are new to Birch and are created on the way."
+booked_after=$(date +%F)
+run 1 journal record birch.company --realm "$kAlderRealm" --amount 480.00 --request "$request" \
+  --new-expense "$kAccount" --new-name "$kVendor"
+log_gained "${granted[@]}"
+booked_before=$(date +%F)
+transaction=${output//[!0-9]/}
+ask accounts birch.company --type Expense --json
+contains "$output" "\"name\":\"$kAccount\"" "Birch's expense accounts"
+ask names birch.company --json
+contains "$output" "\"name\":\"$kVendor\"" "Birch's names"
+
+step "The entry stands in Birch's list of the day, between the new account and the due-to account."
+run 1 transactions birch.company --from "$booked_after"
+log_gained "${listed[@]}"
+ask transactions birch.company --from "$booked_after" --json
+entry=$(grep "\"transaction\":$transaction," <<<"$output" || true)
+contains "$entry" '"type":"journal"' "Birch's entry"
+contains "$entry" "\"realm\":\"$kAlderRealm\"" "Birch's entry"
+contains "$entry" "\"name\":\"$kVendor\"" "Birch's entry"
+contains "$entry" "\"entryAccount\":\"$kAccount\"" "Birch's entry"
+contains "$entry" "\"liabilityAccount\":\"Due to $kAlder\"" "Birch's entry"
+contains "$entry" '"amount":"480.00"' "Birch's entry"
+contains "$entry" '"currency":"USD"' "Birch's entry"
+contains "$entry" '"stateText":"established"' "Birch's entry"
+contains "$entry" "\"requestId\":\"$request\"" "Birch's entry"
+entry_date=$(json_value "$entry" date)
+entry_day=${entry_date:6}-${entry_date:0:2}-${entry_date:3:2}
+[[ "$entry_day" == "$booked_after" || "$entry_day" == "$booked_before" ]] ||
+  unexpected_here "the entry is dated $entry_date instead of today"
+
+step "A bill of a company that Birch is not related to is refused."
+run 12 journal record birch.company --realm 5999000000001 --amount 75.00 --request unknown-partner-1 \
+  --expense "$kAccount" --name "$kVendor"
+log_gained "${granted[@]}" \
+  "4 5 $kDriver::RecordGeneralJournalEntry: MULTIENTITY_ERROR:: Relation fatching failed for realm [5999000000001] in $kDriver::RecordGeneralJournalEntry"
+
+step "Robin may look at journal entries but not create them: a booking by Robin is refused."
+run - users add birch.company Robin --right journal:view
+run 3 journal record birch.company --realm "$kAlderRealm" --amount 75.00 --request robin-1 \
+  --expense "$kAccount" --name "$kVendor" --user Robin
+log_gained "${granted[@]}" "0 6 $kDriver::RecordGeneralJournalEntry: MULTIENTITY: No permission to record GJE"
+
+step "The entry is removed again; the list of the day is empty, the account and the vendor stay."
+run 1 journal remove birch.company --txn "$transaction"
+log_gained
+ask transactions birch.company --from "$booked_after" --json
+contains "$output" '"transactions":[]' "Birch's list"
+ask accounts birch.company --type Expense --json
+contains "$output" "\"name\":\"$kAccount\"" "Birch's expense accounts"
+
+step "With the feature switched off from afar, no relation can be made; a booking is still possible."
+printf '[switches.MultiEntityFeature]\nME_FOR_ALL = false\n' >birch.company.remote.toml
+run 2 relation create birch.company --realm 5120000000042 --partner "Cedar Leasing Company" --state without-accounts
+log_gained "0 6 $kDriver::CreateRelation: MULTIENTITY::Entering $kDriver::CreateRelation" \
+  "1 5 $kDriver::IsFeatureEnabled: MULTIENTITY::Entering $kDriver::IsFeatureEnabled" \
+  "0 6 MultiEntityUtils::IsFeatureEnabled: MULTIENTITY:: Global feature Off" \
+  "1 5 $kDriver::IsFeatureEnabled: MULTIENTITY::Exiting $kDriver::IsFeatureEnabled, key 0, value 0 " \
+  "0 6 $kDriver::CreateRelation: MULTIENTITY: CreateRelation :Feature is disabled"
+run 1 journal record birch.company --realm "$kAlderRealm" --amount 480.00 --request "$request" \
+  --expense "$kAccount" --name "$kVendor"
+log_gained "${granted[@]}"
+rm birch.company.remote.toml
+ask relation list birch.company --realms --json
+contains "$output" "\"$kAlderRealm\"" "Birch's partners"
+lacks "$output" 5120000000042 "Birch's partners"
+
+echo
+if [[ ${#unexpected[@]} -ne 0 ]]; then
+  echo "NOT as expected:"
+  printf '  - %s\n' "${unexpected[@]}"
+  exit 1
+fi
+echo "All is as expected: $step_number steps played."

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "platform/NativePlatform.h"
@@ -41,7 +42,7 @@ class PosixPlatform final : public Platform {
   TimerId SetTimer(TimerId /*timer*/, std::uint32_t /*milliseconds*/, TimerProcedure /*procedure*/) override {
     return 0;
   }
-  void KillTimer(TimerId /*timer*/) override {}
+  void KillTimer(TimerId /*timer*/) noexcept override {}
 
   LibraryHandle LoadLibraryA(const char* fileName) override {
     LibraryHandle beside = dlopen(BesideTheProgram(fileName).c_str(), RTLD_NOW | RTLD_LOCAL);
@@ -53,7 +54,9 @@ class PosixPlatform final : public Platform {
   void FreeLibrary(LibraryHandle library) noexcept override { dlclose(library); }
 
   void* LocalAlloc(std::uint32_t flags, std::size_t bytes) override {
-    return flags == kZeroInitialised ? std::calloc(bytes, 1) : std::malloc(bytes);
+    void* block = flags == kZeroInitialised ? std::calloc(bytes, 1) : std::malloc(bytes);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
   }
   void LocalFree(void* block) noexcept override { std::free(block); }
 };

@@ -33,8 +33,9 @@ class MultiEntityDriver {
   MULTIENTITY_API static bool IsAccountTypeEnabledForME(KrEnumerations::AccntTypeType type);
 
   // Relates this company to a partner, whose name has 1 to 59 characters. `accounts` holds one due-from and one due-to
-  // account, in any order, and is not looked at in state MEStateWithoutAccounts. A relation left pending or without
-  // accounts is taken up again, with its name and type kept. Gated; needs the right to manage relations.
+  // account, in any order; a new relation in state MEStateWithoutAccounts needs none. A relation left pending or
+  // without accounts is taken up again: its name and type are kept, the accounts given now are filled in. Gated; needs
+  // the right to manage relations.
   MULTIENTITY_API static MEStatusCode CreateRelation(Util::TString realmId, Util::TString partnerName,
                                                      MERelationType relationType, MEState state,
                                                      std::vector<MEAccountInfo> accounts);
@@ -88,7 +89,7 @@ class MultiEntityDriver {
   MULTIENTITY_API static MEStatusCode RemoveGeneralJournalEntry(std::uint32_t txnId);
 
   // Whether a journal entry is just being deleted by RemoveGeneralJournalEntry, for the host to ask while it deletes
-  // one.
+  // one. The removal sets the flag before and clears it after; a host that sets it itself vouches for its own deletion.
   MULTIENTITY_API static void SetGJEDeletionDueToFDPFailure(bool deleting);
   MULTIENTITY_API static bool GetGJEDeletionDueToFDPFailure();
 

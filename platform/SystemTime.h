@@ -4,7 +4,9 @@
 #if defined(_WIN32)
 
 #define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #include <windows.h>
 
 #else

@@ -67,7 +67,9 @@ std::string_view Field(std::string_view text, std::size_t at) {
 }
 
 std::string TwoDigits(int number) {
-  return (number < 10 ? "0" : "") + std::to_string(number);
+  std::string digits = std::to_string(number);
+  if (number < 10) digits.insert(digits.begin(), '0');
+  return digits;
 }
 
 SYSTEMTIME LocalTime() {

@@ -9,7 +9,8 @@ namespace {
 
 std::string TwoDigits(int number) {
   std::string digits = std::to_string(number);
-  return number < 10 ? "0" + digits : digits;
+  if (number < 10) digits.insert(digits.begin(), '0');
+  return digits;
 }
 
 Util::TString OwnName(const CName& name) {

@@ -38,8 +38,8 @@ class AppMsg {
 
 // A message for the queue that keeps the order in which messages were made. The heap block of one made by new and its
 // plain constructor is handed to the attached host's queue while it is constructed; the queue owns it from then on and
-// processes it no earlier than the host's next turn of its loop. A message on the stack, a copy and a moved one stay
-// their maker's.
+// processes it no earlier than the host's next turn of its loop. A message on the stack, a copy, a moved one and
+// any that is made while no host is attached stay their maker's.
 class SequencedAppMsg : public AppMsg {
  public:
   ~SequencedAppMsg() override;
@@ -110,8 +110,9 @@ class Application {
   // The manager of the open company file, the host's own; null while no file is open.
   virtual DBMgr::FileMgr* GetActiveFileMgr() = 0;
 
-  // Takes over a message made on the heap. The host's loop calls its ProcessMsg() once and then deletes it.
-  virtual void Enqueue(AppMsg* message) = 0;
+  // Takes over a message made on the heap, which is still being constructed. The host's loop calls its ProcessMsg()
+  // once and then deletes it. Called from timer procedures, too, which nothing may be thrown through.
+  virtual void Enqueue(AppMsg* message) noexcept = 0;
 
   // From Subscribe to Unsubscribe the host calls the listener's HandleNotification() when it closes the company. The
   // listener stays its maker's.

@@ -136,7 +136,7 @@ class NullHost final : public Util::Ops,
   bool SystemIsOpen() override { return false; }
   bool SystemIsClosing() override { return false; }
   DBMgr::FileMgr* GetActiveFileMgr() override { return nullptr; }
-  void Enqueue(AppMsg*) override {}
+  void Enqueue(AppMsg*) noexcept override {}
   void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
   void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
   void ExecuteCommand(const CCommandAndArgs&) override {}

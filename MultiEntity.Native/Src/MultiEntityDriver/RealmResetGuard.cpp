@@ -26,11 +26,6 @@ constexpr std::int32_t kNoRelationsIcon = 4;
 constexpr std::int32_t kNoRelationsButtons = 0;
 constexpr std::int32_t kNoRelationsAnswerToLaunch = 0;
 
-// Roles of the relations screen.
-constexpr int kRoleOwner = 0;
-constexpr int kRoleMember = 1;
-constexpr int kRoleAdministrator = 15;
-
 void ShowNoRealmMessage() {
   std::array<char, kMessageTextSize> text{};
   Host().messages.GetIndStringC(text.data(), text.size(), Host().messages.GetKRWinInstance(), kNoRealmList,
@@ -60,7 +55,7 @@ bool MultiEntityDriver::IsRealmReset(Util::TString realmId) {
   const OperationLog log{operations::IsRealmReset};
   try {
     bool ok = false;
-    // The block stays with the host for good.
+    // This block is never given back.
     const char* remembered = GetMECacheRealmId(realmId, ok);
     return ok && remembered != nullptr && !realmId.empty() && realmId.view() != remembered;
   } catch (...) {
@@ -109,10 +104,10 @@ bool MultiEntityDriver::CheckForPluginNavigation() {
 SybaseRelationsUserPersona MultiEntityDriver::SybaseRelationsUserPersonaForRole(int role) {
   const OperationLog log{operations::SybaseRelationsUserPersonaForRole};
   try {
-    if (role == kRoleOwner || role == kRoleAdministrator) return SybaseRelationsPersonaManager;
+    if (role == 0 || role == 15) return SybaseRelationsPersonaManager;
 
     CAccnt element(Host().accounts, kFeatureTypeStandard);
-    if (role == kRoleMember) {
+    if (role == 1) {
       if (MayDoInAccountList(element, kActionDelete)) return SybaseRelationsPersonaManager;
       return MayDoInAccountList(element, kActionView) ? SybaseRelationsPersonaContributor : SybaseRelationsPersonaNone;
     }

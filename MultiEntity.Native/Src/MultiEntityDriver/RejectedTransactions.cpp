@@ -1,4 +1,3 @@
-#include <array>
 #include <cstddef>
 
 #include "MultiEntityDriver/BoundedCopy.h"

@@ -4,10 +4,6 @@
 
 namespace {
 
-// The states before an update that ask for another right than that to view.
-constexpr std::int16_t kStateNew = 0;
-constexpr std::int16_t kStateOpen = 2;
-
 bool IsRequestIdValid(const Util::TString& requestId) noexcept {
   return !requestId.empty() && requestId.size() <= kRequestIdLength;
 }
@@ -20,9 +16,9 @@ bool MayUpdate(std::int16_t txnType, MEPermissionType permission) {
 
 MEPermissionType PermissionToLeave(std::int16_t state) noexcept {
   switch (state) {
-    case kStateNew:
+    case 0:
       return MEPermissionCreateTransactions;
-    case kStateOpen:
+    case 2:
       return MEPermissionModifyTransactions;
     default:
       return MEPermissionViewTransactions;

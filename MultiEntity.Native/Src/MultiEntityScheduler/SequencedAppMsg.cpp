@@ -16,6 +16,7 @@ void* SequencedAppMsg::operator new(std::size_t size) {
 }
 
 void SequencedAppMsg::operator delete(void* block) noexcept {
+  if (blockUnderConstruction == block) blockUnderConstruction = nullptr;
   ::operator delete(block);
 }
 

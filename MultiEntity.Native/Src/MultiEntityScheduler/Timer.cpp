@@ -56,8 +56,8 @@ void MESchedulerUtil::OnTimerElapsed(HWND__* /*window*/, std::uint32_t /*message
   log.Note("MULTIENTITY::OnTimerElapsed: Timer elapsed");
   Host().platform->KillTimer(timerId);
   timerId = 0;
-  // The host's queue takes it over while it is constructed.
-  new MESchedulerUIPrompt;
+  // The host's queue takes it over while it is constructed; without a host there is no queue to own it.
+  if (IsHostAttached()) new MESchedulerUIPrompt;
 }
 
 void MESchedulerUtil::KillAnyExistingScheduler() {

@@ -20,16 +20,16 @@ class MESchedulerUtil {
   // The hour of the local day at which the reminder comes; 10 unless configured remotely, and not held to 0 to 23.
   MULTIENTITY_API static std::uint32_t GetHoursToLaunchFromDCE();
 
-  // The day that the company file remembers for the next reminder, or today. Throws std::invalid_argument or
-  // std::out_of_range when the remembered text is no date.
+  // The day that the company file remembers for the next reminder, or today. Throws as StringToDate() when the
+  // remembered text cannot be read.
   MULTIENTITY_API static DateType32 GetNextSchedulerTimeFromPrefDb();
 
   // Remembers the day of the next reminder: today while the launch hour is still ahead, otherwise tomorrow. Catches the
   // host's exceptions.
   MULTIENTITY_API static void SetNextSchedulerTimeToPrefDb();
 
-  // Seconds from now to the launch hour of the remembered day; 0 when that is past today. Throws as
-  // GetNextSchedulerTimeFromPrefDb().
+  // Seconds from now to the launch hour of the remembered day, a past day counting as today; 0 when today's launch hour
+  // has come. Throws as StringToDate().
   MULTIENTITY_API static std::uint32_t GetSchedulerLaunchDelayInSeconds();
 
   // A date as YYYYMMDD, the year unpadded, and back. Reading throws std::invalid_argument where a field has no digits

@@ -133,9 +133,9 @@ class MultiEntityDriver {
   // Neither gated nor bound to a right.
   MULTIENTITY_API static MEStatusCode DeleteRejectedTransaction(Util::TString requestId);
 
-  // The realm id that the company file remembers, or null. A file that remembers none remembers `realmId` from now on.
-  // `ok` is false when the preferences could not be used. The caller owns the block and gives it back with the
-  // platform's LocalFree. Catches the host's exceptions.
+  // The realm id that the company file remembers, or null. A file that remembers none is given `realmId` to remember.
+  // `ok` is false when the preference could be neither read nor given. The caller owns the block and gives it back with
+  // the platform's LocalFree. Catches the host's exceptions.
   MULTIENTITY_API static char* GetMECacheRealmId(Util::TString realmId, bool& ok);
 
   // Remembers `realmId`, a NUL-terminated text. False when it could not be stored. Catches the host's exceptions.

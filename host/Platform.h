@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// SYSTEMTIME and the window that a timer procedure is told, as the platform's own headers have them.
+// SYSTEMTIME and the window that a timer procedure is told, as the Windows headers have them; elsewhere
+// host/SystemTime.h defines the first.
 struct _SYSTEMTIME;
 struct HWND__;
 
@@ -18,6 +19,9 @@ using LibraryEntry = void (*)();
 
 // Names a loaded library; null is none.
 using LibraryHandle = void*;
+
+// LocalAlloc's flag for a block filled with zeros.
+inline constexpr std::uint32_t kLocalAllocZeroInitialised = 64;
 
 // The operating system, as far as the module needs it. The library has a native one of its own; a host hands in another
 // one only to replace it. The module calls it on the user-interface thread.
@@ -36,7 +40,8 @@ class Platform {
   virtual LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) = 0;
   virtual void FreeLibrary(LibraryHandle library) noexcept = 0;
 
-  // `flags` is 64: the block is filled with zeros. Throws std::bad_alloc when there is no memory for it.
+  // `flags` is kLocalAllocZeroInitialised: the block is filled with zeros. Throws std::bad_alloc when there is no
+  // memory for it.
   virtual void* LocalAlloc(std::uint32_t flags, std::size_t bytes) = 0;
   virtual void LocalFree(void* block) noexcept = 0;
 

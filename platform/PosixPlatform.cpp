@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr std::uint32_t kZeroInitialised = 64;
-
 std::filesystem::path BesideTheProgram(const char* fileName) {
   std::error_code error;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -54,7 +52,7 @@ class PosixPlatform final : public Platform {
   void FreeLibrary(LibraryHandle library) noexcept override { dlclose(library); }
 
   void* LocalAlloc(std::uint32_t flags, std::size_t bytes) override {
-    void* block = flags == kZeroInitialised ? std::calloc(bytes, 1) : std::malloc(bytes);
+    void* block = flags == kLocalAllocZeroInitialised ? std::calloc(bytes, 1) : std::malloc(bytes);
     if (block == nullptr) throw std::bad_alloc();
     return block;
   }

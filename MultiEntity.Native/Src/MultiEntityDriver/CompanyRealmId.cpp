@@ -7,10 +7,9 @@
 namespace {
 
 constexpr const char* kRealmIdKey = "MERealmId";
-constexpr std::uint32_t kZeroInitialised = 64;
 
 char* CopyToLocalBlock(const Util::TString& text) {
-  auto* block = static_cast<char*>(Host().platform->LocalAlloc(kZeroInitialised, text.size() + 1));
+  auto* block = static_cast<char*>(Host().platform->LocalAlloc(kLocalAllocZeroInitialised, text.size() + 1));
   std::memcpy(block, text.c_str(), text.size());
   return block;
 }

@@ -7,6 +7,7 @@
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntityDriver/ActiveFile.h"
 #include "MultiEntityDriver/Operations.h"
+#include "MultiEntityUtils/TwoDigits.h"
 #include "platform/SystemTime.h"
 
 namespace {
@@ -64,12 +65,6 @@ int ToInt(std::string_view field) {
 std::string_view Field(std::string_view text, std::size_t at) {
   if (at >= text.size()) throw std::out_of_range("invalid string position");
   return text.substr(at, kFieldLength);
-}
-
-std::string TwoDigits(int number) {
-  std::string digits = std::to_string(number);
-  if (number < 10) digits.insert(digits.begin(), '0');
-  return digits;
 }
 
 SYSTEMTIME LocalTime() {

@@ -4,14 +4,9 @@
 
 #include "MultiEntityDriver/AttachedHost.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
+#include "MultiEntityUtils/TwoDigits.h"
 
 namespace {
-
-std::string TwoDigits(int number) {
-  std::string digits = std::to_string(number);
-  if (number < 10) digits.insert(digits.begin(), '0');
-  return digits;
-}
 
 Util::TString OwnName(const CName& name) {
   return name.GetName(nullptr, 0);

@@ -6,7 +6,7 @@
 #include "MultiEntity/Export.h"
 #include "host/DateType32.h"
 
-// SYSTEMTIME and the window that a timer procedure is told, as the platform's own headers have them.
+// SYSTEMTIME and the window that a timer procedure is told, as the Windows headers have them.
 struct _SYSTEMTIME;
 struct HWND__;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -35,20 +36,57 @@ class AppMsg {
   AppMsg& operator=(AppMsg&&) = default;
 };
 
-// What a listener is told when the host closes the company.
-struct CNotifyDataCloseSystem {};
+// A message for the queue that keeps the order in which messages were made. The heap block of one made by new and its
+// plain constructor is handed to the attached host's queue while it is constructed; the queue owns it from then on and
+// processes it no earlier than the host's next turn of its loop. A message on the stack, a copy, a moved one and
+// any that is made while no host is attached stay their maker's.
+class SequencedAppMsg : public AppMsg {
+ public:
+  ~SequencedAppMsg() override;
 
-// What the host's notification calls. The destructor is its first virtual operation.
+  static void* operator new(std::size_t size);
+  static void operator delete(void* block) noexcept;
+
+ protected:
+  SequencedAppMsg();
+  SequencedAppMsg(const SequencedAppMsg& other);
+  SequencedAppMsg(SequencedAppMsg&& other) noexcept;
+  SequencedAppMsg& operator=(const SequencedAppMsg& other);
+  SequencedAppMsg& operator=(SequencedAppMsg&& other) noexcept;
+};
+
+// What the host's notifications know of a listener. The destructor is its first virtual operation.
 class CNotificationBase {
  public:
+  CNotificationBase(const CNotificationBase&) = delete;
+  CNotificationBase& operator=(const CNotificationBase&) = delete;
   virtual ~CNotificationBase() = default;
+
+  // Called when the notification ends before its listener does.
+  virtual void NotificationEnded() {}
 
  protected:
   CNotificationBase() = default;
-  CNotificationBase(const CNotificationBase&) = default;
-  CNotificationBase(CNotificationBase&&) = default;
-  CNotificationBase& operator=(const CNotificationBase&) = default;
-  CNotificationBase& operator=(CNotificationBase&&) = default;
+};
+
+// What a listener is told when the host closes the company.
+struct CNotifyDataCloseSystem {};
+
+template <class Data>
+class CNotify;
+
+// A listener that exists is subscribed to the close-system notification of whichever host is attached, also of one that
+// is attached after the listener was made.
+template <>
+class CNotify<CNotifyDataCloseSystem> : public CNotificationBase {
+ public:
+  CNotify(const CNotify&) = delete;
+  CNotify& operator=(const CNotify&) = delete;
+  ~CNotify() override;
+  virtual void HandleNotification(const CNotifyDataCloseSystem& data) = 0;
+
+ protected:
+  CNotify();
 };
 
 // A command URL, such as krw:Command?name=value.
@@ -72,13 +110,14 @@ class Application {
   // The manager of the open company file, the host's own; null while no file is open.
   virtual DBMgr::FileMgr* GetActiveFileMgr() = 0;
 
-  // Takes over a message made on the heap. The host's loop calls its ProcessMsg() once and then deletes it.
-  virtual void Enqueue(AppMsg* message) = 0;
+  // Takes over a message made on the heap, which is still being constructed. The host's loop calls its ProcessMsg()
+  // once and then deletes it. Called from timer procedures, too, which nothing may be thrown through.
+  virtual void Enqueue(AppMsg* message) noexcept = 0;
 
-  // From Subscribe to Unsubscribe the host calls the listener's handler when it closes the company. The listener stays
-  // its maker's.
-  virtual void SubscribeCloseSystem(CNotificationBase& listener) = 0;
-  virtual void UnsubscribeCloseSystem(CNotificationBase& listener) noexcept = 0;
+  // From Subscribe to Unsubscribe the host calls the listener's HandleNotification() when it closes the company. The
+  // listener stays its maker's.
+  virtual void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept = 0;
+  virtual void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept = 0;
 
   virtual void ExecuteCommand(const CCommandAndArgs& command) = 0;
 

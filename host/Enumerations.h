@@ -63,7 +63,7 @@ enum FeatureType : std::int32_t {
   kFeatureTypeStandard = 1,
 };
 
-// The outcome of a call into the host's lists and transactions.
+// The outcome of a call into the host's lists and transactions. What is none of these has failed for another reason.
 enum EdListStatus : std::int32_t {
   kEdListSuccess = 1,
   kEdListFailure = 2,

@@ -37,13 +37,13 @@ class Messages {
   virtual void GetIndStringC(char* buffer, std::size_t size, ResourceInstance instance, std::int32_t list,
                              std::int32_t index) = 0;
 
-  // Asks yes or no with two strings of a list: the question and its title. Both flags are true.
+  // Asks yes or no with two strings of a list, of which the first heads the second. Both flags are true.
   virtual YNC_Tag YesNoInfoMsgO(const Util::SourceContext& source, ResourceInstance instance, std::int32_t list,
                                 std::int32_t firstIndex, std::int32_t secondIndex, bool flag1, bool flag2) = 0;
   // Shows a message; icon, buttons and the arguments after the list have the host's meaning, and so has the answer.
   virtual std::int32_t KRMSG_MessageO(std::uintptr_t window, std::int32_t icon, std::int32_t buttons, std::int32_t list,
                                       std::span<const MessageArgument> arguments) = 0;
-  // Shows a warning of two texts. `window` is 0, `flag` true.
+  // Shows a warning of two texts, of which the first heads the second. `window` is 0, `flag` true.
   virtual void KRWarnMsgWithTitle02(std::uintptr_t window, const Util::SourceContext& source, const char* first,
                                     const char* second, bool flag) = 0;
 

@@ -27,7 +27,8 @@ class MultiEntityDBManager {
   // Fails when there is no relation to that partner.
   virtual Util::Status DeleteRelation(Util::TString realmId) = 0;
 
-  // Whether a relation already uses one of the two accounts, as due-from or as due-to account.
+  // Whether a relation already uses one of the two accounts, as due-from or as due-to account; `realmId` is the partner
+  // they are wanted for.
   virtual bool HasAnyMatchingRecord(Util::TString realmId, long account1, long account2) = 0;
   // The same, without the relation to that partner.
   virtual bool HasAnyMatchingAccRecordExclRealm(Util::TString realmId, long account1, long account2) = 0;

@@ -22,7 +22,8 @@ class NameList {
   // kEdListDuplicateName when the text is taken, anything but kEdListSuccess when it failed otherwise.
   virtual EdListStatus CreateCName(Util::TString& name, NameType type, std::int32_t& nameId) = 0;
 
-  // What a CName is made of. Handles that are returned are the caller's and released once, unless they are kNone.
+  // What a CName is made of. Handles that are returned are the caller's and released once, unless they are kNone. A
+  // name that is not valid, kNone too, has the empty text and no parent.
   virtual bool IsValidName(NameHandle name) = 0;
   // The name itself, without its parents, when `buffer` is null and `modifier` is 0.
   virtual Util::TString GetName(NameHandle name, char* buffer, std::int32_t modifier) = 0;

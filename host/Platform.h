@@ -3,20 +3,25 @@
 #include <cstddef>
 #include <cstdint>
 
-// SYSTEMTIME, where the platform's own headers call it so.
+// SYSTEMTIME and the window that a timer procedure is told, as the Windows headers have them; elsewhere
+// host/SystemTime.h defines the first.
 struct _SYSTEMTIME;
+struct HWND__;
 
 // Names an armed timer; 0 is none.
 using TimerId = std::uintptr_t;
 
 // A timer's procedure. The window is always null; the ticks are the platform's.
-using TimerProcedure = void (*)(void* window, std::uint32_t message, TimerId timer, std::uint32_t ticks);
+using TimerProcedure = void (*)(HWND__* window, std::uint32_t message, TimerId timer, std::uint32_t ticks);
 
 // An entry of a loaded library; it is cast to its real type before it is called.
 using LibraryEntry = void (*)();
 
 // Names a loaded library; null is none.
 using LibraryHandle = void*;
+
+// LocalAlloc's flag for a block filled with zeros.
+inline constexpr std::uint32_t kLocalAllocZeroInitialised = 64;
 
 // The operating system, as far as the module needs it. The library has a native one of its own; a host hands in another
 // one only to replace it. The module calls it on the user-interface thread.
@@ -27,7 +32,7 @@ class Platform {
   // Arms a timer without a window; `procedure` runs on this thread, through its message loop, each time the period
   // passes, until the timer is killed. 0 when it could not be armed.
   virtual TimerId SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) = 0;
-  virtual void KillTimer(TimerId timer) = 0;
+  virtual void KillTimer(TimerId timer) noexcept = 0;
 
   // Loads a library by its file name, looked for beside the program first; null when it cannot be loaded.
   virtual LibraryHandle LoadLibraryA(const char* fileName) = 0;
@@ -35,7 +40,8 @@ class Platform {
   virtual LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) = 0;
   virtual void FreeLibrary(LibraryHandle library) noexcept = 0;
 
-  // `flags` is 64: the block is filled with zeros. Null when there is no memory.
+  // `flags` is kLocalAllocZeroInitialised: the block is filled with zeros. Throws std::bad_alloc when there is no
+  // memory for it.
   virtual void* LocalAlloc(std::uint32_t flags, std::size_t bytes) = 0;
   virtual void LocalFree(void* block) noexcept = 0;
 

@@ -28,7 +28,7 @@ enum class CurrencyHandle : std::uint64_t {};
 // The company's own preferences. A host implements it; the module calls it on the user-interface thread.
 class PrefsTag {
  public:
-  // Whether the preferences of a company file are there to be asked. The other questions are asked only then.
+  // Whether the preferences of a company file are there to be asked; they are while one is open.
   virtual bool PrefGetPrefHandle() = 0;
 
   virtual bool GetCurrentFileIsSample() = 0;

@@ -4,14 +4,13 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "platform/NativePlatform.h"
 #include "platform/SystemTime.h"
 
 namespace {
-
-constexpr std::uint32_t kZeroInitialised = 64;
 
 std::filesystem::path BesideTheProgram(const char* fileName) {
   std::error_code error;
@@ -41,7 +40,7 @@ class PosixPlatform final : public Platform {
   TimerId SetTimer(TimerId /*timer*/, std::uint32_t /*milliseconds*/, TimerProcedure /*procedure*/) override {
     return 0;
   }
-  void KillTimer(TimerId /*timer*/) override {}
+  void KillTimer(TimerId /*timer*/) noexcept override {}
 
   LibraryHandle LoadLibraryA(const char* fileName) override {
     LibraryHandle beside = dlopen(BesideTheProgram(fileName).c_str(), RTLD_NOW | RTLD_LOCAL);
@@ -53,7 +52,9 @@ class PosixPlatform final : public Platform {
   void FreeLibrary(LibraryHandle library) noexcept override { dlclose(library); }
 
   void* LocalAlloc(std::uint32_t flags, std::size_t bytes) override {
-    return flags == kZeroInitialised ? std::calloc(bytes, 1) : std::malloc(bytes);
+    void* block = flags == kLocalAllocZeroInitialised ? std::calloc(bytes, 1) : std::malloc(bytes);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
   }
   void LocalFree(void* block) noexcept override { std::free(block); }
 };

@@ -12,7 +12,7 @@ class Win32Platform final : public Platform {
   TimerId SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) override {
     return ::SetTimer(nullptr, timer, milliseconds, reinterpret_cast<TIMERPROC>(procedure));
   }
-  void KillTimer(TimerId timer) override { ::KillTimer(nullptr, timer); }
+  void KillTimer(TimerId timer) noexcept override { ::KillTimer(nullptr, timer); }
 
   LibraryHandle LoadLibraryA(const char* fileName) override { return ::LoadLibraryA(fileName); }
   LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) override {
@@ -20,7 +20,11 @@ class Win32Platform final : public Platform {
   }
   void FreeLibrary(LibraryHandle library) noexcept override { ::FreeLibrary(static_cast<HMODULE>(library)); }
 
-  void* LocalAlloc(std::uint32_t flags, std::size_t bytes) override { return ::LocalAlloc(flags, bytes); }
+  void* LocalAlloc(std::uint32_t flags, std::size_t bytes) override {
+    void* block = ::LocalAlloc(flags, bytes);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+  }
   void LocalFree(void* block) noexcept override { ::LocalFree(block); }
 };
 

@@ -1,14 +1,24 @@
 #include "MultiEntityDriver/AttachedHost.h"
 
 #include <optional>
+#include <vector>
 
 #include "MultiEntity/AttachHost.h"
+#include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntityDriver/NullHost.h"
 #include "platform/NativePlatform.h"
 
 namespace {
 
+using CloseSystemListener = CNotify<CNotifyDataCloseSystem>;
+
 constinit std::optional<HostServices> attachedHost;
+
+// Every listener there is. Built by the first one, so it outlives them all.
+std::vector<CloseSystemListener*>& Listeners() {
+  static std::vector<CloseSystemListener*> listeners;
+  return listeners;
+}
 
 }  // namespace
 
@@ -28,9 +38,22 @@ MEAttachResult AttachHost(const HostServices& services) noexcept {
 
   attachedHost.emplace(services);
   if (attachedHost->platform == nullptr) attachedHost->platform = &NativePlatform();
+  for (CloseSystemListener* listener : Listeners()) attachedHost->application.SubscribeCloseSystem(*listener);
   return MEAttachDone;
 }
 
 void DetachHost() noexcept {
+  MESchedulerUtil::KillAnyExistingScheduler();
+  for (CloseSystemListener* listener : Listeners()) Host().application.UnsubscribeCloseSystem(*listener);
   attachedHost.reset();
+}
+
+CNotify<CNotifyDataCloseSystem>::CNotify() {
+  Listeners().push_back(this);
+  Host().application.SubscribeCloseSystem(*this);
+}
+
+// Runs when the library is unloaded, after the host has detached; it never calls the host.
+CNotify<CNotifyDataCloseSystem>::~CNotify() {
+  std::erase(Listeners(), this);
 }

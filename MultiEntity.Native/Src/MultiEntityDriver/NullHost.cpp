@@ -1,5 +1,7 @@
 #include "MultiEntityDriver/NullHost.h"
 
+#include <new>
+
 namespace {
 
 constexpr Util::Status kNothingThere{-1};
@@ -134,9 +136,9 @@ class NullHost final : public Util::Ops,
   bool SystemIsOpen() override { return false; }
   bool SystemIsClosing() override { return false; }
   DBMgr::FileMgr* GetActiveFileMgr() override { return nullptr; }
-  void Enqueue(AppMsg* message) override { delete message; }
-  void SubscribeCloseSystem(CNotificationBase&) override {}
-  void UnsubscribeCloseSystem(CNotificationBase&) noexcept override {}
+  void Enqueue(AppMsg*) noexcept override {}
+  void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
+  void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
   void ExecuteCommand(const CCommandAndArgs&) override {}
 
   ResourceInstance GetKRWinInstance() override { return {}; }
@@ -156,11 +158,11 @@ class NullHost final : public Util::Ops,
 
   void GetLocalTime(_SYSTEMTIME&) override {}
   TimerId SetTimer(TimerId, std::uint32_t, TimerProcedure) override { return 0; }
-  void KillTimer(TimerId) override {}
+  void KillTimer(TimerId) noexcept override {}
   LibraryHandle LoadLibraryA(const char*) override { return nullptr; }
   LibraryEntry GetProcAddress(LibraryHandle, const char*) override { return nullptr; }
   void FreeLibrary(LibraryHandle) noexcept override {}
-  void* LocalAlloc(std::uint32_t, std::size_t) override { return nullptr; }
+  void* LocalAlloc(std::uint32_t, std::size_t) override { throw std::bad_alloc(); }
   void LocalFree(void*) noexcept override {}
 };
 

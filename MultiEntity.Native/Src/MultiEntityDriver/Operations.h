@@ -6,6 +6,7 @@
 namespace operations {
 
 inline constexpr const char* kDriverSource = "Src/MultiEntityDriver";
+inline constexpr const char* kSchedulerSource = "Src/MultiEntityScheduler";
 inline constexpr const char* kUtilsSource = "Src/MultiEntityUtils";
 
 inline constexpr Operation IsFeatureEnabled{
@@ -118,5 +119,120 @@ inline constexpr Operation InitializeMEKillSwitchLookUpTable{
 inline constexpr Operation IsKillSwitchEnabled{"MultiEntityUtils::IsFeatureEnabled",
                                                "bool __cdecl MultiEntityUtils::IsFeatureEnabled(enum MEKillSwitchKey)",
                                                kUtilsSource};
+
+inline constexpr Operation UpdateTransactionWithStateByRequest{
+    "MultiEntityDriver::UpdateTransactionWithState",
+    "enum MEStatusCode __cdecl MultiEntityDriver::UpdateTransactionWithState(class Util::TString<char,class "
+    "Util::TStringAllocator<char> >,class Util::TString<char,class Util::TStringAllocator<char> >,enum MEState)",
+    kDriverSource};
+
+inline constexpr Operation UpdateTransactionWithStateByLine{
+    "MultiEntityDriver::UpdateTransactionWithState",
+    "enum MEStatusCode __cdecl MultiEntityDriver::UpdateTransactionWithState(int,int,enum MEState)", kDriverSource};
+
+inline constexpr Operation DoesTransactionExist{
+    "MultiEntityDriver::DoesTransactionExist",
+    "enum MEStatusCode __cdecl MultiEntityDriver::DoesTransactionExist(class Util::TString<char,class "
+    "Util::TStringAllocator<char> >,class Util::TString<char,class Util::TStringAllocator<char> >)",
+    kDriverSource};
+
+inline constexpr Operation SaveRejectedTransaction{
+    "MultiEntityDriver::SaveRejectedTransaction",
+    "enum MEStatusCode __cdecl MultiEntityDriver::SaveRejectedTransaction(class Util::TString<char,class "
+    "Util::TStringAllocator<char> >,short,class Util::TString<char,class Util::TStringAllocator<char> >,class "
+    "Util::TString<char,class Util::TStringAllocator<char> >,class Util::TString<char,class "
+    "Util::TStringAllocator<char> >)",
+    kDriverSource};
+
+inline constexpr Operation GetAllRejectedTransaction{
+    "MultiEntityDriver::GetAllRejectedTransaction",
+    "enum MEStatusCode __cdecl MultiEntityDriver::GetAllRejectedTransaction(class std::vector<struct "
+    "MERejectedTxnInfo,class std::allocator<struct MERejectedTxnInfo> > &)",
+    kDriverSource};
+
+inline constexpr Operation DeleteRejectedTransaction{
+    "MultiEntityDriver::DeleteRejectedTransaction",
+    "enum MEStatusCode __cdecl MultiEntityDriver::DeleteRejectedTransaction(class Util::TString<char,class "
+    "Util::TStringAllocator<char> >)",
+    kDriverSource};
+
+inline constexpr Operation GetTxns{"MultiEntityDriver::GetTxns",
+                                   "bool __cdecl MultiEntityDriver::GetTxns(unsigned int,class std::vector<unsigned "
+                                   "long,class std::allocator<unsigned long> > &)",
+                                   kDriverSource};
+
+inline constexpr Operation GetTxnsForPeriod{
+    "MultiEntityDriver::GetTxnsForPeriod",
+    "bool __cdecl MultiEntityDriver::GetTxnsForPeriod(class DateType32,class DateType32,unsigned int,unsigned "
+    "int,class std::vector<unsigned long,class std::allocator<unsigned long> > &)",
+    kDriverSource};
+
+inline constexpr Operation GetMECacheRealmId{"MultiEntityDriver::GetMECacheRealmId",
+                                             "char * __cdecl MultiEntityDriver::GetMECacheRealmId(class "
+                                             "Util::TString<char,class Util::TStringAllocator<char> >,bool &)",
+                                             kDriverSource};
+
+inline constexpr Operation SetMECacheRealmId{
+    "MultiEntityDriver::SetMECacheRealmId", "bool __cdecl MultiEntityDriver::SetMECacheRealmId(char *)", kDriverSource};
+
+inline constexpr Operation IsRealmReset{
+    "MultiEntityDriver::IsRealmReset",
+    "bool __cdecl MultiEntityDriver::IsRealmReset(class Util::TString<char,class Util::TStringAllocator<char> >)",
+    kDriverSource};
+
+inline constexpr Operation BlockUserIfRealmReset{"MultiEntityDriver::BlockUserIfRealmReset",
+                                                 "bool __cdecl MultiEntityDriver::BlockUserIfRealmReset(class "
+                                                 "Util::TString<char,class Util::TStringAllocator<char> >)",
+                                                 kDriverSource};
+
+inline constexpr Operation CheckForPluginNavigation{"MultiEntityDriver::CheckForPluginNavigation",
+                                                    "bool __cdecl MultiEntityDriver::CheckForPluginNavigation(void)",
+                                                    kDriverSource};
+
+inline constexpr Operation SybaseRelationsUserPersonaForRole{
+    "MultiEntityDriver::SybaseRelationsUserPersonaForRole",
+    "enum SybaseRelationsUserPersona __cdecl MultiEntityDriver::SybaseRelationsUserPersonaForRole(int)", kDriverSource};
+
+inline constexpr Operation NeedToCheckForMERealmReset{"MultiEntityUtils::NeedToCheckForMERealmReset",
+                                                      "bool __cdecl MultiEntityUtils::NeedToCheckForMERealmReset(void)",
+                                                      kUtilsSource};
+
+inline constexpr Operation GetDelayInSecondsFromDCE{
+    "MESchedulerUtil::GetDelayInSecondsFromDCE", "unsigned int __cdecl MESchedulerUtil::GetDelayInSecondsFromDCE(void)",
+    kSchedulerSource};
+
+inline constexpr Operation GetHoursToLaunchFromDCE{
+    "MESchedulerUtil::GetHoursToLaunchFromDCE", "unsigned int __cdecl MESchedulerUtil::GetHoursToLaunchFromDCE(void)",
+    kSchedulerSource};
+
+inline constexpr Operation GetNextSchedulerTimeFromPrefDb{
+    "MESchedulerUtil::GetNextSchedulerTimeFromPrefDb",
+    "class DateType32 __cdecl MESchedulerUtil::GetNextSchedulerTimeFromPrefDb(void)", kSchedulerSource};
+
+inline constexpr Operation SetNextSchedulerTimeToPrefDb{
+    "MESchedulerUtil::SetNextSchedulerTimeToPrefDb", "void __cdecl MESchedulerUtil::SetNextSchedulerTimeToPrefDb(void)",
+    kSchedulerSource};
+
+inline constexpr Operation GetSchedulerLaunchDelayInSeconds{
+    "MESchedulerUtil::GetSchedulerLaunchDelayInSeconds",
+    "unsigned int __cdecl MESchedulerUtil::GetSchedulerLaunchDelayInSeconds(void)", kSchedulerSource};
+
+inline constexpr Operation CanProcessSchedulerMsg{"MESchedulerUtil::CanProcessSchedulerMsg",
+                                                  "bool __cdecl MESchedulerUtil::CanProcessSchedulerMsg(void)",
+                                                  kSchedulerSource};
+
+inline constexpr Operation StartScheduler{"MESchedulerUtil::StartScheduler",
+                                          "void __cdecl MESchedulerUtil::StartScheduler(void)", kSchedulerSource};
+
+inline constexpr Operation OnTimerElapsed{
+    "MESchedulerUtil::OnTimerElapsed",
+    "void __cdecl MESchedulerUtil::OnTimerElapsed(struct HWND__ *,unsigned int,unsigned __int64,unsigned int)",
+    kSchedulerSource};
+
+inline constexpr Operation ProcessScheduler{"MultiEntityScheduler::ProcessMsg",
+                                            "void __cdecl MultiEntityScheduler::ProcessMsg(void)", kSchedulerSource};
+
+inline constexpr Operation ProcessUIPrompt{"MESchedulerUIPrompt::ProcessMsg",
+                                           "void __cdecl MESchedulerUIPrompt::ProcessMsg(void)", kSchedulerSource};
 
 }  // namespace operations

@@ -1,8 +1,8 @@
-#include <array>
 #include <exception>
 
 #include "MultiEntityDriver/BoundedCopy.h"
 #include "MultiEntityDriver/CallFrame.h"
+#include "MultiEntityDriver/MoneyText.h"
 #include "MultiEntityDriver/Operations.h"
 #include "MultiEntityDriver/TransactionTypes.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
@@ -11,7 +11,6 @@ namespace {
 
 using RelationsById = std::unordered_map<std::int32_t, DBMultiEntityRelation>;
 
-constexpr std::size_t kAmountTextSize = 30;
 constexpr std::int32_t kDefaultAccountName = 0;
 
 bool MayView(ProgramFeature feature) {
@@ -72,12 +71,6 @@ bool IsInPeriod(DateType32 date, DateType32 from, DateType32 to) noexcept {
   return (from == NullDate() || date.Value() >= from.Value()) && (to == NullDate() || date.Value() <= to.Value());
 }
 
-Util::TString AmountText(const TargType& line) {
-  std::array<char, kAmountTextSize> text{};
-  Host().money.Money2Str_s(text.data(), text.size(), line.GetAmount(), kMoneyFormatDisplay);
-  return text.data();
-}
-
 // What both listings show of a line.
 METxnInfo Describe(const DBMultiEntityTransaction& row, const DBMultiEntityRelation& relation, const TargType& line,
                    DateType32 date) {
@@ -87,7 +80,7 @@ METxnInfo Describe(const DBMultiEntityTransaction& row, const DBMultiEntityRelat
   info.txnType = row.txnType;
   info.state = row.state;
   info.requestId = FieldText(row.requestId);
-  info.amount = AmountText(line);
+  info.amount = MoneyText(line.GetAmount());
   info.partnerName = FieldText(relation.partnerName);
   info.realmId = FieldText(relation.realmId);
   info.txnDate = MultiEntityUtils::FormatDate(date);

@@ -4,13 +4,9 @@
 
 #include "MultiEntityDriver/AttachedHost.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
+#include "MultiEntityUtils/TwoDigits.h"
 
 namespace {
-
-std::string TwoDigits(int number) {
-  std::string digits = std::to_string(number);
-  return number < 10 ? "0" + digits : digits;
-}
 
 Util::TString OwnName(const CName& name) {
   return name.GetName(nullptr, 0);

@@ -21,6 +21,9 @@ class MultiEntityUtils {
   // Whether accounts of that type may be used, asked of the host each time. A type without a switch may not.
   static bool IsAccountTypeEnabled(KrEnumerations::AccntTypeType type);
 
+  // Whether a realm reset is to be looked for; the remote configuration can switch that off at any time.
+  static bool NeedToCheckForMERealmReset();
+
   // MM/DD/year with the year unpadded; empty for a date that is none.
   static Util::TString FormatDate(DateType32 date);
 

@@ -19,6 +19,6 @@ enum MEAttachResult : std::int32_t {
 extern "C" MULTIENTITY_API MEAttachResult AttachHost(const HostServices& services) noexcept;
 
 // Lets go of the host: an armed timer is killed and no service is called again. On the user-interface thread, before
-// the library is unloaded; without an attached host it does nothing. Operations called while no host is attached grant
-// nothing, find nothing and log nothing.
+// the library is unloaded and when none of its messages is queued any more; without an attached host it does nothing.
+// Operations called while no host is attached find and log nothing, and grant no right that has to be asked for.
 extern "C" MULTIENTITY_API void DetachHost() noexcept;

@@ -33,8 +33,9 @@ class MultiEntityDriver {
   MULTIENTITY_API static bool IsAccountTypeEnabledForME(KrEnumerations::AccntTypeType type);
 
   // Relates this company to a partner, whose name has 1 to 59 characters. `accounts` holds one due-from and one due-to
-  // account, in any order, and is not looked at in state MEStateWithoutAccounts. A relation left pending or without
-  // accounts is taken up again, with its name and type kept. Gated; needs the right to manage relations.
+  // account, in any order; a new relation in state MEStateWithoutAccounts needs none. A relation left pending or
+  // without accounts is taken up again: its name and type are kept, the accounts given now are filled in. Gated; needs
+  // the right to manage relations.
   MULTIENTITY_API static MEStatusCode CreateRelation(Util::TString realmId, Util::TString partnerName,
                                                      MERelationType relationType, MEState state,
                                                      std::vector<MEAccountInfo> accounts);
@@ -88,7 +89,7 @@ class MultiEntityDriver {
   MULTIENTITY_API static MEStatusCode RemoveGeneralJournalEntry(std::uint32_t txnId);
 
   // Whether a journal entry is just being deleted by RemoveGeneralJournalEntry, for the host to ask while it deletes
-  // one.
+  // one. The removal sets the flag before and clears it after; a host that sets it itself vouches for its own deletion.
   MULTIENTITY_API static void SetGJEDeletionDueToFDPFailure(bool deleting);
   MULTIENTITY_API static bool GetGJEDeletionDueToFDPFailure();
 
@@ -103,7 +104,67 @@ class MultiEntityDriver {
   MULTIENTITY_API static MEStatusCode GetListOfTxnTargetEntries(std::vector<METxnInfo>& list, DateType32 from,
                                                                 DateType32 to);
 
+  // Moves an intercompany transaction to a state, named as the partner's messages name it: by realm and request id (1
+  // to 36 characters). For MEStateEstablished the host first updates its own transaction. Gated; needs the right to
+  // modify transactions of the row's type.
+  MULTIENTITY_API static MEStatusCode UpdateTransactionWithState(Util::TString partnerRealmId, Util::TString requestId,
+                                                                 MEState state);
+
+  // The same, named as the host's screens name it: by a line of a host transaction. The host's transaction is left as
+  // it is. Not gated; the right that is needed follows from the state before.
+  MULTIENTITY_API static MEStatusCode UpdateTransactionWithState(std::int32_t txnId, std::int32_t targetId,
+                                                                 MEState state);
+
+  // MEStatusSuccess when a partner's request id is known, as a transaction of that partner or as a rejected one of any;
+  // MEStatusDeclined when it is not. Not gated; catches the host's exceptions.
+  MULTIENTITY_API static MEStatusCode DoesTransactionExist(Util::TString partnerRealmId, Util::TString requestId);
+
+  // Remembers a bill (9) or check (3) that the partner rejected; other types are refused. Request id and partner's id
+  // have up to 36 characters, the amount text up to 22. Needs the right to view such transactions; catches the host's
+  // exceptions.
+  MULTIENTITY_API static MEStatusCode SaveRejectedTransaction(Util::TString requestId, std::int16_t txnType,
+                                                              Util::TString partnerRealmId, Util::TString amount,
+                                                              Util::TString partnerTxnId);
+
+  // Appends the rejected transactions that the user may view to `list`. A row without a relation ends the listing, and
+  // the entries before it stay. Gated.
+  MULTIENTITY_API static MEStatusCode GetAllRejectedTransaction(std::vector<MERejectedTxnInfo>& list);
+
+  // Neither gated nor bound to a right.
+  MULTIENTITY_API static MEStatusCode DeleteRejectedTransaction(Util::TString requestId);
+
+  // The realm id that the company file remembers, or null. A file that remembers none is given `realmId` to remember.
+  // `ok` is false when the preference could be neither read nor given. The caller owns the block and gives it back with
+  // the platform's LocalFree. Catches the host's exceptions.
+  MULTIENTITY_API static char* GetMECacheRealmId(Util::TString realmId, bool& ok);
+
+  // Remembers `realmId`, a NUL-terminated text. False when it could not be stored. Catches the host's exceptions.
+  MULTIENTITY_API static bool SetMECacheRealmId(char* realmId);
+
+  // True when the caller must not go on: no realm id is known, or the company now reports another one than the file
+  // remembers. The user has been told, and may have asked for the plug-in. Catches the host's exceptions.
+  MULTIENTITY_API static bool BlockUserIfRealmReset(Util::TString realmId);
+
+  // False when the user was told that there is no established relation and the plug-in was opened to set one up.
+  // Catches the host's exceptions.
+  MULTIENTITY_API static bool CheckForPluginNavigation();
+
+  // The persona that belongs to a role of the relations screen. Catches the host's exceptions.
+  MULTIENTITY_API static SybaseRelationsUserPersona SybaseRelationsUserPersonaForRole(int role);
+
  protected:
   MultiEntityDriver() = default;
   ~MultiEntityDriver() = default;
+
+ private:
+  friend struct MultiEntityPrivateAccess;
+
+  // Append the ids of the host's transactions that a selection yields, on request of those only whose date field lies
+  // between two dates. False when the query failed.
+  MULTIENTITY_API static bool GetTxns(unsigned int selection, std::vector<unsigned long>& txns);
+  MULTIENTITY_API static bool GetTxnsForPeriod(DateType32 from, DateType32 to, unsigned int selection,
+                                               unsigned int dateField, std::vector<unsigned long>& txns);
+
+  // Whether the company file remembers another realm id than `realmId`; it remembers `realmId` if it had none.
+  MULTIENTITY_API static bool IsRealmReset(Util::TString realmId);
 };

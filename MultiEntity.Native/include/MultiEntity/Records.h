@@ -122,3 +122,23 @@ struct METxnInfo {
   Util::TString entryAccountName;      // in the period listing, for journal entries
   Util::TString txnDate;               // MM/DD/year
 };
+
+// A rejected transaction, as text for display.
+struct MERejectedTxnInfo {
+  std::int16_t txnType = 0;  // 3 check, 9 bill
+  std::int16_t state = 0;    // always 4
+  Util::TString realmId;
+  Util::TString partnerName;
+  Util::TString requestId;
+  Util::TString currencyCode;
+  Util::TString amount;
+  Util::TString partnerTxnId;
+};
+
+// The persona with which the relations screen works.
+enum SybaseRelationsUserPersona : std::int32_t {
+  SybaseRelationsPersonaNone = 0,
+  SybaseRelationsPersonaViewer = 1,
+  SybaseRelationsPersonaContributor = 2,
+  SybaseRelationsPersonaManager = 3,
+};

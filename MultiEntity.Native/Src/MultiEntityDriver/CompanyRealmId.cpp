@@ -1,0 +1,51 @@
+#include <cstring>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityDriver/ActiveFile.h"
+#include "MultiEntityDriver/Operations.h"
+
+namespace {
+
+constexpr const char* kRealmIdKey = "MERealmId";
+
+char* CopyToLocalBlock(const Util::TString& text) {
+  auto* block = static_cast<char*>(Host().platform->LocalAlloc(kLocalAllocZeroInitialised, text.size() + 1));
+  std::memcpy(block, text.c_str(), text.size());
+  return block;
+}
+
+}  // namespace
+
+char* MultiEntityDriver::GetMECacheRealmId(Util::TString realmId, bool& ok) {
+  const OperationLog log{operations::GetMECacheRealmId};
+  ok = true;
+  try {
+    if (!MayUseDatabase()) return nullptr;
+
+    Util::TString remembered;
+    const Util::Status status = Host().databasePreferences.GetCompanyDBPreference(kRealmIdKey, remembered);
+    if (status.Succeeded()) return CopyToLocalBlock(remembered);
+
+    // Whoever asks first gives the file the id that it remembers from then on.
+    if (status.GetStatusCode() == Util::Status::kPreferenceMissing) {
+      ok = Host().databasePreferences.SetCompanyDBPreference(kRealmIdKey, realmId).Succeeded();
+      return nullptr;
+    }
+    log.Error("MULTIENTITY_ERROR::In %s, Unable to read CDB Preferences", log.Name());
+    ok = false;
+    return nullptr;
+  } catch (...) {
+    log.Error("MULTIENTITY_ERROR::Exiting %s, due to generic exception", log.Name());
+    return nullptr;
+  }
+}
+
+bool MultiEntityDriver::SetMECacheRealmId(char* realmId) {
+  const OperationLog log{operations::SetMECacheRealmId};
+  try {
+    return MayUseDatabase() && Host().databasePreferences.SetCompanyDBPreference(kRealmIdKey, realmId).Succeeded();
+  } catch (...) {
+    log.Error("MULTIENTITY_ERROR::Exiting %s, due to generic exception", log.Name());
+    return false;
+  }
+}

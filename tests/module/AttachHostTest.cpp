@@ -1,11 +1,15 @@
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "MultiEntity/AttachHost.h"
+#include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntity/MultiEntityScheduler.h"
 #include "module/Arrangements.h"
+#include "support/MultiEntityPrivateAccess.h"
 
 namespace {
 
@@ -18,7 +22,7 @@ bool GateIsOpen() {
 
 class AttachingAHost : public testing::Test {
  protected:
-  ~AttachingAHost() override { DetachHost(); }
+  void TearDown() override { DetachHost(); }
 
   ScriptedHost host;
 };
@@ -152,7 +156,7 @@ class WithoutAHost : public testing::Test {
     DetachHost();
     host.Forget();
   }
-  ~WithoutAHost() override { EXPECT_THAT(host.Events(), IsEmpty()); }
+  void TearDown() override { EXPECT_THAT(host.Events(), IsEmpty()); }
 
   ScriptedHost host;
   DBMultiEntityRelation row = RelationRow({.dueFromAccountId = 1, .dueToAccountId = 2});
@@ -221,6 +225,108 @@ TEST_F(WithoutAHost, NoTransactionIsListed) {
   EXPECT_THAT(list, IsEmpty());
   EXPECT_EQ(MultiEntityDriver::GetListOfTxnTargetEntries(list, NullDate(), NullDate()), MEStatusSuccess);
   EXPECT_THAT(list, IsEmpty());
+}
+
+TEST_F(WithoutAHost, NoTransactionIsMovedToAState) {
+  EXPECT_EQ(MultiEntityDriver::UpdateTransactionWithState("9130", "request-1", MEStateEstablished),
+            MEStatusFeatureDisabled);
+  EXPECT_EQ(MultiEntityDriver::UpdateTransactionWithState(71, 501, MEStateEstablished), MEStatusInvalidData);
+  EXPECT_EQ(MultiEntityDriver::DoesTransactionExist("9130", "request-1"), MEStatusDeclined);
+}
+
+TEST_F(WithoutAHost, NoRejectedTransactionIsSavedListedOrDeleted) {
+  std::vector<MERejectedTxnInfo> list(1);
+
+  EXPECT_EQ(MultiEntityDriver::SaveRejectedTransaction("request-1", 9, "9130", "1.00", "partner-1"),
+            MEStatusPermissionDenied);
+  EXPECT_EQ(MultiEntityDriver::GetAllRejectedTransaction(list), MEStatusFeatureDisabled);
+  EXPECT_THAT(list, SizeIs(1));
+  EXPECT_EQ(MultiEntityDriver::DeleteRejectedTransaction("request-1"), MEStatusDeclined);
+}
+
+TEST_F(WithoutAHost, NoTransactionIsQueried) {
+  std::vector<unsigned long> txns{5};
+
+  EXPECT_FALSE(MultiEntityPrivateAccess::GetTxns(12, txns));
+  EXPECT_FALSE(MultiEntityPrivateAccess::GetTxnsForPeriod(NullDate(), NullDate(), 12, 7, txns));
+
+  EXPECT_THAT(txns, testing::ElementsAre(5));
+}
+
+TEST_F(WithoutAHost, NoRealmIsRemembered) {
+  bool ok = false;
+  std::string realmId = "9130";
+
+  EXPECT_EQ(MultiEntityDriver::GetMECacheRealmId("9130", ok), nullptr);
+  EXPECT_TRUE(ok);
+  EXPECT_FALSE(MultiEntityDriver::SetMECacheRealmId(realmId.data()));
+  EXPECT_FALSE(MultiEntityPrivateAccess::IsRealmReset("9130"));
+}
+
+TEST_F(WithoutAHost, OnlyAUserWithoutARealmIsStopped) {
+  EXPECT_TRUE(MultiEntityDriver::BlockUserIfRealmReset(""));
+  EXPECT_FALSE(MultiEntityDriver::BlockUserIfRealmReset("9130"));
+  EXPECT_TRUE(MultiEntityDriver::CheckForPluginNavigation());
+}
+
+TEST_F(WithoutAHost, OnlyTheRolesThatNeedNoRightHaveAPersona) {
+  EXPECT_EQ(MultiEntityDriver::SybaseRelationsUserPersonaForRole(0), SybaseRelationsPersonaManager);
+  EXPECT_EQ(MultiEntityDriver::SybaseRelationsUserPersonaForRole(15), SybaseRelationsPersonaManager);
+  EXPECT_EQ(MultiEntityDriver::SybaseRelationsUserPersonaForRole(1), SybaseRelationsPersonaNone);
+  EXPECT_EQ(MultiEntityDriver::SybaseRelationsUserPersonaForRole(2), SybaseRelationsPersonaNone);
+}
+
+TEST_F(WithoutAHost, TheLaunchIsTimedByTheUsualValues) {
+  EXPECT_EQ(MESchedulerUtil::GetDelayInSecondsFromDCE(), 900U);
+  EXPECT_EQ(MESchedulerUtil::GetHoursToLaunchFromDCE(), 10U);
+  EXPECT_EQ(MESchedulerUtil::GetNextSchedulerTimeFromPrefDb(), NullDate());
+  EXPECT_EQ(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds(), 36000U);
+  EXPECT_TRUE(MultiEntityPrivateAccess::IsTimerLaunchDateToday());
+}
+
+TEST_F(WithoutAHost, DatesAreConvertedAsEver) {
+  EXPECT_EQ(MESchedulerUtil::DateToString({2025, 3, 3}), "20250303");
+  EXPECT_EQ(MESchedulerUtil::StringToDate("20250303"), DateType32(2025, 3, 3));
+  EXPECT_EQ(MESchedulerUtil::SystemTimeToDate(host.platform.now), DateType32(2024, 3, 3));
+}
+
+TEST_F(WithoutAHost, NoTimerIsArmedAndNoReminderQueued) {
+  EXPECT_FALSE(MESchedulerUtil::CanProcessSchedulerMsg());
+  MESchedulerUtil::SetNextSchedulerTimeToPrefDb();
+  MESchedulerUtil::StartScheduler();
+  MESchedulerUtil::OnTimerElapsed(nullptr, 0, 0, 0);
+  MESchedulerUtil::KillAnyExistingScheduler();
+
+  EXPECT_THAT(host.platform.timers, IsEmpty());
+  EXPECT_THAT(host.application.queue, IsEmpty());
+}
+
+TEST_F(WithoutAHost, AMessageStaysItsMakersAndDoesNothing) {
+  const std::unique_ptr<MultiEntityScheduler> message(new MultiEntityScheduler);
+
+  message->ProcessMsg();
+
+  EXPECT_THAT(host.application.queue, IsEmpty());
+}
+
+TEST_F(AttachingAHost, HasItsOwnLeastDelayAlthoughTheTimerWasStartedBefore) {
+  MESchedulerUtil::StartScheduler();
+  host.values.values[{"MultiEntity", "InitialDelayInSeconds"}] = "7";
+  AttachHost(host.Services());
+
+  MESchedulerUtil::StartScheduler();
+
+  EXPECT_THAT(host.CallsOf({"SetTimer"}), testing::ElementsAre("SetTimer(0, 7000)"));
+}
+
+TEST_F(AttachingAHost, HasItsOwnLaunchHourAlthoughItWasAskedForBefore) {
+  EXPECT_EQ(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds(), 36000U);
+  EXPECT_TRUE(MultiEntityPrivateAccess::IsTimerLaunchDateToday());
+  host.values.values[{"MultiEntity", "HoursToLaunchDay"}] = "13";
+  AttachHost(host.Services());
+
+  EXPECT_EQ(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds(), 3600U);
+  EXPECT_TRUE(MultiEntityPrivateAccess::IsTimerLaunchDateToday());
 }
 
 }  // namespace

@@ -12,7 +12,6 @@ using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
 using testing::SizeIs;
-using testing::StrEq;
 
 const std::string kCreate = "MultiEntityDriver::CreateRelation";
 const std::string kUpdate = "MultiEntityDriver::UpdateRelation";

@@ -3,7 +3,10 @@
 #include <utility>
 #include <vector>
 
+#include "MultiEntity/MESchedulerUtil.h"
+#include "MultiEntity/MultiEntityScheduler.h"
 #include "module/Arrangements.h"
+#include "support/MultiEntityPrivateAccess.h"
 
 namespace {
 
@@ -15,6 +18,7 @@ using testing::IsEmpty;
 using testing::Not;
 
 constexpr const char* kDriver = "Src/MultiEntityDriver";
+constexpr const char* kScheduler = "Src/MultiEntityScheduler";
 constexpr const char* kUtils = "Src/MultiEntityUtils";
 
 // Every line of an operation says where it comes from in the same words, whatever the compiler.
@@ -202,6 +206,214 @@ TEST_F(LinesOf, TheListingOfAPeriod) {
   ExpectAllFrom(kDriver, "MultiEntityDriver::GetListOfTxnTargetEntries",
                 "enum MEStatusCode __cdecl MultiEntityDriver::GetListOfTxnTargetEntries(class std::vector<struct "
                 "METxnInfo,class std::allocator<struct METxnInfo> > &,class DateType32,class DateType32)");
+}
+
+TEST_F(LinesOf, UpdateTransactionWithStateByRequest) {
+  MultiEntityDriver::UpdateTransactionWithState("", "", MEStateEstablished);
+
+  ExpectAllFrom(
+      kDriver, "MultiEntityDriver::UpdateTransactionWithState",
+      "enum MEStatusCode __cdecl MultiEntityDriver::UpdateTransactionWithState(class Util::TString<char,class "
+      "Util::TStringAllocator<char> >,class Util::TString<char,class Util::TStringAllocator<char> >,enum MEState)");
+}
+
+TEST_F(LinesOf, UpdateTransactionWithStateByLine) {
+  MultiEntityDriver::UpdateTransactionWithState(71, 501, MEStateEstablished);
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::UpdateTransactionWithState",
+                "enum MEStatusCode __cdecl MultiEntityDriver::UpdateTransactionWithState(int,int,enum MEState)");
+}
+
+TEST_F(LinesOf, DoesTransactionExist) {
+  host.ThrowAt("GetRelation", 42);
+
+  MultiEntityDriver::DoesTransactionExist("", "");
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::DoesTransactionExist",
+                "enum MEStatusCode __cdecl MultiEntityDriver::DoesTransactionExist(class Util::TString<char,class "
+                "Util::TStringAllocator<char> >,class Util::TString<char,class Util::TStringAllocator<char> >)");
+}
+
+TEST_F(LinesOf, SaveRejectedTransaction) {
+  MultiEntityDriver::SaveRejectedTransaction("", 8, "", "", "");
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::SaveRejectedTransaction",
+                "enum MEStatusCode __cdecl MultiEntityDriver::SaveRejectedTransaction(class Util::TString<char,class "
+                "Util::TStringAllocator<char> >,short,class Util::TString<char,class Util::TStringAllocator<char> "
+                ">,class Util::TString<char,class Util::TStringAllocator<char> >,class Util::TString<char,class "
+                "Util::TStringAllocator<char> >)");
+}
+
+TEST_F(LinesOf, GetAllRejectedTransaction) {
+  std::vector<MERejectedTxnInfo> list;
+
+  MultiEntityDriver::GetAllRejectedTransaction(list);
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::GetAllRejectedTransaction",
+                "enum MEStatusCode __cdecl MultiEntityDriver::GetAllRejectedTransaction(class std::vector<struct "
+                "MERejectedTxnInfo,class std::allocator<struct MERejectedTxnInfo> > &)");
+}
+
+TEST_F(LinesOf, DeleteRejectedTransaction) {
+  MultiEntityDriver::DeleteRejectedTransaction("");
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::DeleteRejectedTransaction",
+                "enum MEStatusCode __cdecl MultiEntityDriver::DeleteRejectedTransaction(class Util::TString<char,class "
+                "Util::TStringAllocator<char> >)");
+}
+
+TEST_F(LinesOf, GetTxns) {
+  std::vector<unsigned long> txns;
+  host.FailAt("DoQuery");
+
+  MultiEntityPrivateAccess::GetTxns(12, txns);
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::GetTxns",
+                "bool __cdecl MultiEntityDriver::GetTxns(unsigned int,class std::vector<unsigned long,class "
+                "std::allocator<unsigned long> > &)");
+}
+
+TEST_F(LinesOf, GetTxnsForPeriod) {
+  std::vector<unsigned long> txns;
+  host.FailAt("DoQuery");
+
+  MultiEntityPrivateAccess::GetTxnsForPeriod(NullDate(), NullDate(), 12, 7, txns);
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::GetTxnsForPeriod",
+                "bool __cdecl MultiEntityDriver::GetTxnsForPeriod(class DateType32,class DateType32,unsigned "
+                "int,unsigned int,class std::vector<unsigned long,class std::allocator<unsigned long> > &)");
+}
+
+TEST_F(LinesOf, GetMECacheRealmId) {
+  bool ok = false;
+  host.FailAt("GetCompanyDBPreference");
+
+  MultiEntityDriver::GetMECacheRealmId("9130", ok);
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::GetMECacheRealmId",
+                "char * __cdecl MultiEntityDriver::GetMECacheRealmId(class Util::TString<char,class "
+                "Util::TStringAllocator<char> >,bool &)");
+}
+
+TEST_F(LinesOf, SetMECacheRealmId) {
+  std::string realmId = "9130";
+  host.ThrowAt("SetCompanyDBPreference", 42);
+
+  MultiEntityDriver::SetMECacheRealmId(realmId.data());
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::SetMECacheRealmId",
+                "bool __cdecl MultiEntityDriver::SetMECacheRealmId(char *)");
+}
+
+TEST_F(LinesOf, BlockUserIfRealmReset) {
+  host.ThrowAt("KRMSG_MessageO", 42);
+
+  MultiEntityDriver::BlockUserIfRealmReset("");
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::BlockUserIfRealmReset",
+                "bool __cdecl MultiEntityDriver::BlockUserIfRealmReset(class Util::TString<char,class "
+                "Util::TStringAllocator<char> >)");
+}
+
+TEST_F(LinesOf, CheckForPluginNavigation) {
+  host.FailAt("GetAllRelations");
+
+  MultiEntityDriver::CheckForPluginNavigation();
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::CheckForPluginNavigation",
+                "bool __cdecl MultiEntityDriver::CheckForPluginNavigation(void)");
+}
+
+TEST_F(LinesOf, SybaseRelationsUserPersonaForRole) {
+  host.ThrowAt("OpenAccount", 42);
+
+  MultiEntityDriver::SybaseRelationsUserPersonaForRole(1);
+
+  ExpectAllFrom(kDriver, "MultiEntityDriver::SybaseRelationsUserPersonaForRole",
+                "enum SybaseRelationsUserPersona __cdecl MultiEntityDriver::SybaseRelationsUserPersonaForRole(int)");
+}
+
+TEST_F(LinesOf, TheRealmResetSetting) {
+  host.ThrowAt("GetValue2", 42);
+
+  MultiEntityDriver::BlockUserIfRealmReset("9130");
+
+  ExpectAllFrom(kUtils, "MultiEntityUtils::NeedToCheckForMERealmReset",
+                "bool __cdecl MultiEntityUtils::NeedToCheckForMERealmReset(void)");
+}
+
+TEST_F(LinesOf, GetDelayInSecondsFromDCE) {
+  MESchedulerUtil::GetDelayInSecondsFromDCE();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUtil::GetDelayInSecondsFromDCE",
+                "unsigned int __cdecl MESchedulerUtil::GetDelayInSecondsFromDCE(void)");
+}
+
+TEST_F(LinesOf, GetHoursToLaunchFromDCE) {
+  MESchedulerUtil::GetHoursToLaunchFromDCE();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUtil::GetHoursToLaunchFromDCE",
+                "unsigned int __cdecl MESchedulerUtil::GetHoursToLaunchFromDCE(void)");
+}
+
+TEST_F(LinesOf, GetNextSchedulerTimeFromPrefDb) {
+  MESchedulerUtil::GetNextSchedulerTimeFromPrefDb();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUtil::GetNextSchedulerTimeFromPrefDb",
+                "class DateType32 __cdecl MESchedulerUtil::GetNextSchedulerTimeFromPrefDb(void)");
+}
+
+TEST_F(LinesOf, SetNextSchedulerTimeToPrefDb) {
+  MESchedulerUtil::SetNextSchedulerTimeToPrefDb();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUtil::SetNextSchedulerTimeToPrefDb",
+                "void __cdecl MESchedulerUtil::SetNextSchedulerTimeToPrefDb(void)");
+}
+
+TEST_F(LinesOf, GetSchedulerLaunchDelayInSeconds) {
+  MESchedulerUtil::GetSchedulerLaunchDelayInSeconds();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUtil::GetSchedulerLaunchDelayInSeconds",
+                "unsigned int __cdecl MESchedulerUtil::GetSchedulerLaunchDelayInSeconds(void)");
+}
+
+TEST_F(LinesOf, CanProcessSchedulerMsg) {
+  host.application.closing = true;
+
+  MESchedulerUtil::CanProcessSchedulerMsg();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUtil::CanProcessSchedulerMsg",
+                "bool __cdecl MESchedulerUtil::CanProcessSchedulerMsg(void)");
+}
+
+TEST_F(LinesOf, StartScheduler) {
+  MESchedulerUtil::StartScheduler();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUtil::StartScheduler", "void __cdecl MESchedulerUtil::StartScheduler(void)");
+}
+
+TEST_F(LinesOf, OnTimerElapsed) {
+  MESchedulerUtil::OnTimerElapsed(nullptr, 0, 0, 0);
+
+  ExpectAllFrom(
+      kScheduler, "MESchedulerUtil::OnTimerElapsed",
+      "void __cdecl MESchedulerUtil::OnTimerElapsed(struct HWND__ *,unsigned int,unsigned __int64,unsigned int)");
+}
+
+TEST_F(LinesOf, TheSchedulersMessage) {
+  TurnTheFeatureOff();
+
+  MultiEntityScheduler().ProcessMsg();
+
+  ExpectAllFrom(kScheduler, "MultiEntityScheduler::ProcessMsg", "void __cdecl MultiEntityScheduler::ProcessMsg(void)");
+}
+
+TEST_F(LinesOf, TheReminder) {
+  MESchedulerUtil::OnTimerElapsed(nullptr, 0, 0, 0);
+
+  host.application.DeliverMessages();
+
+  ExpectAllFrom(kScheduler, "MESchedulerUIPrompt::ProcessMsg", "void __cdecl MESchedulerUIPrompt::ProcessMsg(void)");
 }
 
 }  // namespace

@@ -59,6 +59,10 @@ void CallScript::Forget() {
   events_.clear();
 }
 
+void CallScript::AddException(std::string name, std::size_t nth, std::exception_ptr exception) {
+  faults_.push_back({std::move(name), nth, std::move(exception), {}});
+}
+
 void CallScript::Add(const char* name, std::string text) {
   ++counts_[name];
   calls_.push_back(text);
@@ -71,7 +75,7 @@ std::optional<ScriptedFailure> CallScript::Play(const std::string& name) {
 
   const auto fault = std::ranges::find_if(faults_, [&](const Fault& candidate) { return IsDue(candidate, name); });
   if (fault == faults_.end()) return std::nullopt;
-  if (fault->thrower) fault->thrower();
+  if (fault->exception) std::rethrow_exception(fault->exception);
   return fault->failure;
 }
 

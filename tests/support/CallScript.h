@@ -2,6 +2,7 @@
 
 #include <concepts>
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <initializer_list>
 #include <map>
@@ -72,11 +73,11 @@ class CallScript {
   // Every call of that name throws `exception`, of whatever type.
   template <class Exception>
   void ThrowAt(std::string name, Exception exception) {
-    faults_.push_back({std::move(name), 0, Thrower(std::move(exception)), {}});
+    ThrowAtNth(std::move(name), 0, std::move(exception));
   }
   template <class Exception>
   void ThrowAtNth(std::string name, std::size_t nth, Exception exception) {
-    faults_.push_back({std::move(name), nth, Thrower(std::move(exception)), {}});
+    AddException(std::move(name), nth, std::make_exception_ptr(std::move(exception)));
   }
 
   // The nth call of all, whatever its name, counted from 1.
@@ -117,19 +118,13 @@ class CallScript {
   struct Fault {
     std::string name;
     std::size_t nth;  // 0: every call
-    std::function<void()> thrower;
+    std::exception_ptr exception;
     ScriptedFailure failure;
   };
 
   static constexpr const char* kAnyCall = "";
 
-  template <class Exception>
-  static std::function<void()> Thrower(Exception exception) {
-    return [exception = std::move(exception)] {
-      throw exception;
-    };
-  }
-
+  void AddException(std::string name, std::size_t nth, std::exception_ptr exception);
   void Add(const char* name, std::string text);
   std::optional<ScriptedFailure> Play(const std::string& name);
   bool IsDue(const Fault& fault, const std::string& name) const;

@@ -8,25 +8,25 @@ void PrintTo(const LogLine& line, std::ostream* out) {
   *out << line.level << '/' << line.eventType << ' ' << line.shortName << " \"" << line.message << '"';
 }
 
-Matcher<LogLine> Logged(std::int32_t level, std::int32_t eventType, std::string text) {
+Matcher<LogLine> Logged(std::int32_t level, std::int32_t eventType, const std::string& text) {
   return AllOf(Field("level", &LogLine::level, level), Field("eventType", &LogLine::eventType, eventType),
-               Field("message", &LogLine::message, std::move(text)));
+               Field("message", &LogLine::message, text));
 }
 
-Matcher<LogLine> Trace(std::string text) {
-  return Logged(0, 6, std::move(text));
+Matcher<LogLine> Trace(const std::string& text) {
+  return Logged(0, 6, text);
 }
 
-Matcher<LogLine> Gate(std::string text) {
-  return Logged(1, 5, std::move(text));
+Matcher<LogLine> Gate(const std::string& text) {
+  return Logged(1, 5, text);
 }
 
-Matcher<LogLine> Warning(std::string text) {
-  return Logged(3, 5, std::move(text));
+Matcher<LogLine> Warning(const std::string& text) {
+  return Logged(3, 5, text);
 }
 
-Matcher<LogLine> Error(std::string text) {
-  return Logged(4, 5, std::move(text));
+Matcher<LogLine> Error(const std::string& text) {
+  return Logged(4, 5, text);
 }
 
 Matcher<LogLine> Entering(const std::string& shortName) {
@@ -61,16 +61,15 @@ Matcher<LogLine> RightAnswered() {
   return Gate("MULTIENTITY::Exiting MultiEntityDriver::HasMEPermission");
 }
 
-Matcher<LogLine> ComesFrom(std::string sourceFile, std::string shortName, std::string signature) {
-  return AllOf(Field("sourceFile", &LogLine::sourceFile, std::move(sourceFile)),
-               Field("shortName", &LogLine::shortName, std::move(shortName)),
-               Field("signature", &LogLine::signature, std::move(signature)));
+Matcher<LogLine> ComesFrom(const std::string& sourceFile, const std::string& shortName, const std::string& signature) {
+  return AllOf(Field("sourceFile", &LogLine::sourceFile, sourceFile),
+               Field("shortName", &LogLine::shortName, shortName), Field("signature", &LogLine::signature, signature));
 }
 
-Matcher<std::vector<LogLine>> AllInOrder(std::vector<Matcher<LogLine>> lines) {
+Matcher<std::vector<LogLine>> AllInOrder(const std::vector<Matcher<LogLine>>& lines) {
   return testing::ElementsAreArray(lines);
 }
 
-Matcher<std::vector<std::string>> AllInOrder(std::vector<std::string> calls) {
+Matcher<std::vector<std::string>> AllInOrder(const std::vector<std::string>& calls) {
   return testing::ElementsAreArray(calls);
 }

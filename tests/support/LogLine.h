@@ -23,11 +23,11 @@ struct LogLine {
 void PrintTo(const LogLine& line, std::ostream* out);
 
 // Matchers for whole lines: the pair of level and event type, and the text from its first to its last character.
-testing::Matcher<LogLine> Logged(std::int32_t level, std::int32_t eventType, std::string text);
-testing::Matcher<LogLine> Trace(std::string text);
-testing::Matcher<LogLine> Gate(std::string text);
-testing::Matcher<LogLine> Warning(std::string text);
-testing::Matcher<LogLine> Error(std::string text);
+testing::Matcher<LogLine> Logged(std::int32_t level, std::int32_t eventType, const std::string& text);
+testing::Matcher<LogLine> Trace(const std::string& text);
+testing::Matcher<LogLine> Gate(const std::string& text);
+testing::Matcher<LogLine> Warning(const std::string& text);
+testing::Matcher<LogLine> Error(const std::string& text);
 
 // The lines that most operations share.
 testing::Matcher<LogLine> Entering(const std::string& shortName);
@@ -40,10 +40,11 @@ testing::Matcher<LogLine> RightAsked();
 testing::Matcher<LogLine> RightAnswered();
 
 // Where a line says that it comes from.
-testing::Matcher<LogLine> ComesFrom(std::string sourceFile, std::string shortName, std::string signature);
+testing::Matcher<LogLine> ComesFrom(const std::string& sourceFile, const std::string& shortName,
+                                    const std::string& signature);
 
-testing::Matcher<std::vector<LogLine>> AllInOrder(std::vector<testing::Matcher<LogLine>> lines);
-testing::Matcher<std::vector<std::string>> AllInOrder(std::vector<std::string> calls);
+testing::Matcher<std::vector<LogLine>> AllInOrder(const std::vector<testing::Matcher<LogLine>>& lines);
+testing::Matcher<std::vector<std::string>> AllInOrder(const std::vector<std::string>& calls);
 
 // A log that consists of these lines, or a record that consists of these calls. What gmock's own ElementsAre says, but
 // compiled once for all of them.

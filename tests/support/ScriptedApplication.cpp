@@ -25,18 +25,18 @@ DBMgr::FileMgr* ScriptedApplication::GetActiveFileMgr() {
   return failed || !hasActiveFile ? nullptr : this;
 }
 
-void ScriptedApplication::Enqueue(AppMsg* message) {
+void ScriptedApplication::Enqueue(AppMsg* message) noexcept {
   std::unique_ptr<AppMsg> owned(message);
-  script_.Call("Enqueue");
+  script_.Note("Enqueue");
   queue.push_back(std::move(owned));
 }
 
-void ScriptedApplication::SubscribeCloseSystem(CNotificationBase& listener) {
-  script_.Call("SubscribeCloseSystem");
+void ScriptedApplication::SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept {
+  script_.Note("SubscribeCloseSystem");
   closeListeners.push_back(&listener);
 }
 
-void ScriptedApplication::UnsubscribeCloseSystem(CNotificationBase& listener) noexcept {
+void ScriptedApplication::UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept {
   script_.Note("UnsubscribeCloseSystem");
   std::erase(closeListeners, &listener);
 }
@@ -48,6 +48,11 @@ void ScriptedApplication::ExecuteCommand(const CCommandAndArgs& command) {
 void ScriptedApplication::DeliverMessages() {
   const auto messages = std::exchange(queue, {});
   for (const auto& message : messages) message->ProcessMsg();
+}
+
+void ScriptedApplication::NotifyClose() const {
+  const auto listeners = closeListeners;
+  for (auto* listener : listeners) listener->HandleNotification({});
 }
 
 std::int32_t ScriptedApplication::GetFileState() {

@@ -20,13 +20,16 @@ class ScriptedApplication final : public Application, private DBMgr::FileMgr {
   bool SystemIsOpen() override;
   bool SystemIsClosing() override;
   DBMgr::FileMgr* GetActiveFileMgr() override;
-  void Enqueue(AppMsg* message) override;
-  void SubscribeCloseSystem(CNotificationBase& listener) override;
-  void UnsubscribeCloseSystem(CNotificationBase& listener) noexcept override;
+  void Enqueue(AppMsg* message) noexcept override;
+  void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept override;
+  void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept override;
   void ExecuteCommand(const CCommandAndArgs& command) override;
 
   // Delivers the messages that are queued now, the first first; those that they queue wait for the next time.
   void DeliverMessages();
+
+  // Tells every listener that the company is being closed.
+  void NotifyClose() const;
 
   bool serverMode = false;
   bool open = true;
@@ -34,7 +37,7 @@ class ScriptedApplication final : public Application, private DBMgr::FileMgr {
   bool hasActiveFile = true;
   std::int32_t fileState = 0;
   std::deque<std::unique_ptr<AppMsg>> queue;
-  std::vector<CNotificationBase*> closeListeners;
+  std::vector<CNotify<CNotifyDataCloseSystem>*> closeListeners;
 
  private:
   std::int32_t GetFileState() override;

@@ -88,7 +88,7 @@ const char* ScriptedLines::GetAccountName(LineHandle line, std::int32_t option1,
 Util::TString ScriptedLines::GetStrMemo(LineHandle line) {
   const std::int32_t targetId = open[line];
   script_.Call("GetStrMemo", targetId);
-  return Util::TString(Find(targetId).memo);
+  return {Find(targetId).memo};
 }
 
 CName ScriptedLines::GetTransactionName(LineHandle line) {
@@ -174,7 +174,7 @@ void ScriptedMoney::Money2Str_s(char* buffer, std::size_t size, BalType amount, 
   const std::string_view sign = amount.minorUnits < 0 ? "-" : "";
   const auto magnitude = amount.minorUnits < 0 ? 0U - static_cast<std::uint64_t>(amount.minorUnits)
                                                : static_cast<std::uint64_t>(amount.minorUnits);
-  const std::string cents = std::to_string(100 + magnitude % 100).substr(1);
+  const std::string cents = std::to_string(100 + (magnitude % 100)).substr(1);
   const std::string text = std::string(sign) + Grouped(std::to_string(magnitude / 100)) + "." + cents;
   std::snprintf(buffer, size, "%s", text.c_str());
 }

@@ -131,7 +131,7 @@ class ScriptedQueries final : public QueryEngine {
     std::size_t next = 0;
   };
 
-  const DQE::IDBResultSetRow* NextRow(Query& query);
+  static const DQE::IDBResultSetRow* NextRow(Query& query);
 
   CallScript& script_;
 

@@ -63,7 +63,7 @@ bool ScriptedPreferences::IsValidCurrency(CurrencyHandle currency) {
 Util::TString ScriptedPreferences::GetCurrencyCode(CurrencyHandle currency) {
   const std::string code = currencies[currency];
   script_.Call("GetCurrencyCode", code);
-  return Util::TString(code);
+  return {code};
 }
 
 void ScriptedPreferences::ReleaseCurrency(CurrencyHandle currency) noexcept {
@@ -80,7 +80,7 @@ bool ScriptedPermissions::FeaturePermissionAvailable(ProgramFeature feature, Use
 }
 
 bool ScriptedPermissions::ListPermissionAvailable(ListType list, std::int32_t option1, UserAction action,
-                                                  CAccnt& /*element*/, std::int32_t option2, std::int32_t option3) {
-  if (script_.Call("ListPermissionAvailable", list, option1, action, option2, option3)) return false;
+                                                  CAccnt& element, std::int32_t option2, std::int32_t option3) {
+  if (script_.Call("ListPermissionAvailable", list, option1, action, element.Handle(), option2, option3)) return false;
   return administrator || lists.contains({list, action});
 }

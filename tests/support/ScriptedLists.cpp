@@ -192,11 +192,13 @@ EdListStatus ScriptedNames::CreateCName(Util::TString& name, NameType type, std:
 }
 
 bool ScriptedNames::IsValidName(NameHandle name) {
+  if (name == NameHandle::kNone) return false;
   const std::int32_t id = open[name];
   return !script_.Call("IsValidName", id) && names.contains(id);
 }
 
 Util::TString ScriptedNames::GetName(NameHandle name, char* buffer, std::int32_t modifier) {
+  if (name == NameHandle::kNone) return {};
   const std::int32_t id = open[name];
   script_.Call("GetName", id, buffer, modifier);
   const auto found = names.find(id);
@@ -204,6 +206,7 @@ Util::TString ScriptedNames::GetName(NameHandle name, char* buffer, std::int32_t
 }
 
 NameHandle ScriptedNames::GetParent(NameHandle name) {
+  if (name == NameHandle::kNone) return NameHandle::kNone;
   const std::int32_t id = open[name];
   script_.Call("GetParent", id);
   const auto found = names.find(id);

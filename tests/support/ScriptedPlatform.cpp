@@ -2,17 +2,13 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+#include <cstring>
+#include <new>
+#include <utility>
 
-LibraryHandle HandleOf(std::uint64_t number) {
-  return reinterpret_cast<LibraryHandle>(static_cast<std::uintptr_t>(number));
+ScriptedPlatform::~ScriptedPlatform() {
+  EXPECT_TRUE(loaded_.empty()) << "left loaded: " << loaded_.size() << " libraries";
 }
-
-std::uint64_t NumberOf(LibraryHandle handle) {
-  return reinterpret_cast<std::uintptr_t>(handle);
-}
-
-}  // namespace
 
 void ScriptedPlatform::GetLocalTime(_SYSTEMTIME& time) {
   script_.Call("GetLocalTime");
@@ -21,23 +17,26 @@ void ScriptedPlatform::GetLocalTime(_SYSTEMTIME& time) {
 
 TimerId ScriptedPlatform::SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) {
   if (script_.Call("SetTimer", timer, milliseconds)) return 0;
-  timers.emplace(++lastTimer_, ScriptedTimer{milliseconds, procedure});
-  return lastTimer_;
+  timers.emplace(++lastTimer, ScriptedTimer{milliseconds, procedure});
+  return lastTimer;
 }
 
-void ScriptedPlatform::KillTimer(TimerId timer) {
-  script_.Call("KillTimer", timer);
+void ScriptedPlatform::KillTimer(TimerId timer) noexcept {
+  script_.Note("KillTimer", timer);
   timers.erase(timer);
 }
 
 LibraryHandle ScriptedPlatform::LoadLibraryA(const char* fileName) {
   const bool failed = script_.Call("LoadLibraryA", fileName).has_value();
   if (failed || !libraries.contains(fileName)) return nullptr;
-  return HandleOf(loaded_.Open(fileName));
+  auto name = std::make_unique<std::string>(fileName);
+  LibraryHandle handle = name.get();
+  loaded_.emplace(handle, std::move(name));
+  return handle;
 }
 
 LibraryEntry ScriptedPlatform::GetProcAddress(LibraryHandle library, const char* entry) {
-  const std::string& fileName = loaded_[NumberOf(library)];
+  const std::string& fileName = *loaded_.at(library);
   if (script_.Call("GetProcAddress", fileName, entry)) return nullptr;
   const auto& entries = libraries[fileName];
   const auto found = entries.find(entry);
@@ -45,12 +44,15 @@ LibraryEntry ScriptedPlatform::GetProcAddress(LibraryHandle library, const char*
 }
 
 void ScriptedPlatform::FreeLibrary(LibraryHandle library) noexcept {
-  script_.Note("FreeLibrary", loaded_.Release(NumberOf(library)));
+  const auto freed = loaded_.extract(library);
+  EXPECT_FALSE(freed.empty()) << "a library was freed that is not loaded";
+  script_.Note("FreeLibrary", freed.empty() ? std::string() : *freed.mapped());
 }
 
 void* ScriptedPlatform::LocalAlloc(std::uint32_t flags, std::size_t bytes) {
-  if (script_.Call("LocalAlloc", flags, bytes)) return nullptr;
+  if (script_.Call("LocalAlloc", flags, bytes)) throw std::bad_alloc();
   auto block = std::make_unique<std::byte[]>(bytes);
+  std::memset(block.get(), flags == kLocalAllocZeroInitialised ? 0 : 'Z', bytes);
   void* address = block.get();
   blocks_.emplace(address, std::move(block));
   return address;

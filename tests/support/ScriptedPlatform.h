@@ -10,7 +10,6 @@
 #include "host/Platform.h"
 #include "platform/SystemTime.h"
 #include "support/CallScript.h"
-#include "support/OpenObjects.h"
 
 struct ScriptedTimer {
   std::uint32_t milliseconds;
@@ -20,10 +19,13 @@ struct ScriptedTimer {
 class ScriptedPlatform final : public Platform {
  public:
   explicit ScriptedPlatform(CallScript& script) : script_(script) {}
+  ScriptedPlatform(const ScriptedPlatform&) = delete;
+  ScriptedPlatform& operator=(const ScriptedPlatform&) = delete;
+  ~ScriptedPlatform();
 
-  void GetLocalTime(_SYSTEMTIME& now) override;
+  void GetLocalTime(_SYSTEMTIME& time) override;
   TimerId SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) override;
-  void KillTimer(TimerId timer) override;
+  void KillTimer(TimerId timer) noexcept override;
   LibraryHandle LoadLibraryA(const char* fileName) override;
   LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) override;
   void FreeLibrary(LibraryHandle library) noexcept override;
@@ -48,14 +50,14 @@ class ScriptedPlatform final : public Platform {
                  .wSecond = 0,
                  .wMilliseconds = 0};       // the local clock
   std::map<TimerId, ScriptedTimer> timers;  // those armed
+  TimerId lastTimer = 0;                    // the next timer gets the number after it
   std::map<std::string, std::map<std::string, LibraryEntry>> libraries;
 
   // How many libraries are loaded just now.
-  std::size_t LoadedLibraries() const noexcept { return loaded_.Count(); }
+  std::size_t LoadedLibraries() const noexcept { return loaded_.size(); }
 
  private:
   CallScript& script_;
-  TimerId lastTimer_ = 0;
-  OpenObjects<std::uint64_t, std::string> loaded_{"library"};
+  std::map<LibraryHandle, std::unique_ptr<std::string>> loaded_;  // the handle points at the file name
   std::map<void*, std::unique_ptr<std::byte[]>> blocks_;
 };

@@ -30,6 +30,8 @@ class ScriptedOps final : public Util::Ops {
 class ScriptedRuntime final : public Util::Runtime, private Util::MemoryManager {
  public:
   explicit ScriptedRuntime(CallScript& script) : script_(script) {}
+  ScriptedRuntime(const ScriptedRuntime&) = delete;
+  ScriptedRuntime& operator=(const ScriptedRuntime&) = delete;
   ~ScriptedRuntime();
 
   char* FormatStringV(const char* pattern, std::va_list arguments) override;

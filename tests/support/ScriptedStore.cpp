@@ -75,7 +75,7 @@ bool UsesOneOf(const DBMultiEntityRelation& row, long account1, long account2) {
 }
 
 void CopyText(std::span<char> field, std::string_view text) {
-  std::memcpy(field.data(), text.data(), std::min(text.size(), field.size()));
+  std::ranges::copy(text.substr(0, field.size()), field.begin());
 }
 
 }  // namespace

@@ -78,17 +78,17 @@ struct TransactionFields {
   std::int32_t txnId = 1;
   std::int32_t relationId = 1;
   std::int32_t targetId = 1;
-  std::string_view requestId = "";
+  std::string_view requestId{};
   std::int16_t txnType = 8;
   std::int16_t state = 3;
 };
 DBMultiEntityTransaction TransactionRow(const TransactionFields& fields);
 
 struct RejectedFields {
-  std::string_view requestId = "";
+  std::string_view requestId{};
   std::int32_t txnType = 9;
   std::int32_t relationId = 1;
-  std::string_view amount = "";
-  std::string_view partnerTxnId = "";
+  std::string_view amount{};
+  std::string_view partnerTxnId{};
 };
 DBMultiEntityRejectedTxnReceiver RejectedRow(const RejectedFields& fields);

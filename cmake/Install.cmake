@@ -26,4 +26,9 @@ if(TARGET multientity)
   file(RELATIVE_PATH library_from_program ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(multientity PROPERTIES INSTALL_RPATH $ORIGIN/${library_from_program})
   install(TARGETS multientity RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  # Looked for beside the program.
+  install(TARGETS AddinBridge
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_BINDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endif()

@@ -47,7 +47,9 @@ std::optional<std::int64_t> ParseAmount(std::string_view text) noexcept {
     amount = amount * 10 + (digit - '0');
     if (amount > kLargestAmount) return std::nullopt;
   }
-  amount = amount * 100 + (decimals[0] - '0') * 10 + (decimals.size() == 2 ? decimals[1] - '0' : 0);
+  const std::int64_t tenths = decimals[0] - '0';
+  const std::int64_t hundredths = decimals.size() == 2 ? decimals[1] - '0' : 0;
+  amount = amount * 100 + tenths * 10 + hundredths;
   if (amount > kLargestAmount) return std::nullopt;
   return isNegative ? -amount : amount;
 }

@@ -1,6 +1,7 @@
 #include "standalone/ApplicationService.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <utility>
 
@@ -12,9 +13,32 @@ namespace {
 
 constexpr std::int32_t kFileStateReady = 0;
 
+constexpr const char* kSource = "standalone";
+
+struct PluginCommand {
+  std::string_view url;
+  PluginView view;
+};
+
+constexpr std::array kPluginCommands{
+    PluginCommand{"krw:LaunchMEPlugin?context=ICT_SCHEDULER", PluginView::kPendingTransactions},
+    PluginCommand{"krw:LaunchMEPlugin?context=ICT_TXN_DUE_TO_REALM_RESET", PluginView::kRelationsAfterRealmReset},
+    PluginCommand{"krw:LaunchMEPlugin?context=ICT_TXN_DUE_TO_NORELATIONS", PluginView::kRelationSetUp},
+};
+
+struct Operation {
+  const char* shortName;
+  const char* signature;
+};
+
+constexpr Operation kExecuteCommand{"Application::ExecuteCommand",
+                                    "void Application::ExecuteCommand(const CCommandAndArgs& command)"};
+constexpr Operation kClose{"Application::Close", "void Application::Close()"};
+
 }  // namespace
 
-ApplicationService::ApplicationService(Database& database) : database_(database) {}
+ApplicationService::ApplicationService(Database& database, Util::Ops& log, CommandRunner runner)
+    : database_(database), log_(log), runner_(std::move(runner)) {}
 
 ApplicationService::~ApplicationService() = default;
 
@@ -34,58 +58,60 @@ DBMgr::FileMgr* ApplicationService::GetActiveFileMgr() {
   return state_ == State::kClosed ? nullptr : &fileManager_;
 }
 
-void ApplicationService::Enqueue(AppMsg* message) {
-  std::unique_ptr<AppMsg> owned(message);
-  if (state_ != State::kClosed) queue_.push_back(std::move(owned));
+void ApplicationService::Enqueue(AppMsg* message) noexcept {
+  queue_.emplace_back(message);
 }
 
-void ApplicationService::SubscribeCloseSystem(CNotificationBase& listener) {
+void ApplicationService::SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept {
   listeners_.push_back(&listener);
 }
 
-void ApplicationService::UnsubscribeCloseSystem(CNotificationBase& listener) noexcept {
+void ApplicationService::UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept {
   std::erase(listeners_, &listener);
 }
 
 void ApplicationService::ExecuteCommand(const CCommandAndArgs& command) {
-  const std::string url(command.Url().view());
-  const std::size_t mark = std::min(url.find('?'), url.size());
-  const auto found = commands_.find(std::string_view(url).substr(0, mark));
-  if (found == commands_.end()) {
-    throw std::runtime_error("There is no command " + Quoted(url) + " in this program.");
+  const std::string_view url = command.Url().view();
+  const auto* const known = std::ranges::find(kPluginCommands, url, &PluginCommand::url);
+  if (known == kPluginCommands.end() || !runner_) {
+    Util::Ops::MessageFunctor(log_, Util::Ops::Level::kError, Util::Ops::EventType::kDiagnostic, kSource, __LINE__,
+                              kExecuteCommand.shortName,
+                              kExecuteCommand.signature)("HOST:: command refused: %s", command.Url().c_str());
+    throw std::runtime_error("The command " + Quoted(url) + " opens nothing in this program.");
   }
-  const std::string_view arguments = std::string_view(url).substr(std::min(mark + 1, url.size()));
-  OutsideUnit(database_, [&] { found->second(arguments); });
+  Util::Ops::MessageFunctor(log_, Util::Ops::Level::kTrace, Util::Ops::EventType::kFlow, kSource, __LINE__,
+                            kExecuteCommand.shortName,
+                            kExecuteCommand.signature)("HOST:: running command %s", command.Url().c_str());
+  OutsideUnit(database_, [&] { runner_(known->view, url); });
 }
 
-void ApplicationService::RegisterCommand(std::string name, Command command) {
-  commands_.insert_or_assign(std::move(name), std::move(command));
+void ApplicationService::DeliverNextMessage() {
+  const std::unique_ptr<AppMsg> message = std::move(queue_.front());
+  queue_.pop_front();
+  if (onDelivery_) onDelivery_(*message);
+  message->ProcessMsg();
 }
 
-std::size_t ApplicationService::DeliverMessages() {
-  std::size_t delivered = 0;
-  while (!queue_.empty()) {
-    const std::unique_ptr<AppMsg> message = std::move(queue_.front());
-    queue_.pop_front();
-    ++delivered;
-    message->ProcessMsg();
-  }
-  return delivered;
-}
-
-void ApplicationService::BeginClosing(const std::function<void(CNotificationBase&)>& notify) {
+void ApplicationService::Close() noexcept {
   if (state_ != State::kOpen) return;
   state_ = State::kClosing;
-  const std::vector<CNotificationBase*> listeners = listeners_;
-  for (CNotificationBase* listener : listeners) {
-    const bool isStillThere = std::find(listeners_.begin(), listeners_.end(), listener) != listeners_.end();
-    if (isStillThere) notify(*listener);
+  const std::vector<CNotify<CNotifyDataCloseSystem>*> listeners = listeners_;
+  for (CNotify<CNotifyDataCloseSystem>* listener : listeners) {
+    const bool isStillThere = std::ranges::find(listeners_, listener) != listeners_.end();
+    if (isStillThere) Tell(*listener);
   }
-}
-
-void ApplicationService::EndClosing() {
   state_ = State::kClosed;
   queue_.clear();
+}
+
+// A listener that fails keeps neither the others from being told nor the company from being closed.
+void ApplicationService::Tell(CNotify<CNotifyDataCloseSystem>& listener) noexcept {
+  try {
+    listener.HandleNotification({});
+  } catch (const std::exception& error) {
+    Util::Ops::MessageFunctor(log_, Util::Ops::Level::kError, Util::Ops::EventType::kDiagnostic, kSource, __LINE__,
+                              kClose.shortName, kClose.signature)("HOST:: a listener failed: %s", error.what());
+  }
 }
 
 std::int32_t ApplicationService::FileManager::GetFileState() {

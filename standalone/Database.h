@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -158,6 +159,16 @@ class UnitOfWork {
  private:
   Database& database_;
 };
+
+// Runs `work` in the unit of work that is open, or in a reading one of its own, and returns what it returns.
+template <typename Work>
+auto InReadingUnit(Database& database, Work&& work) {
+  if (database.InUnit()) return std::forward<Work>(work)();
+  UnitOfWork unit(database, Access::kRead);
+  auto result = std::forward<Work>(work)();
+  unit.Commit();
+  return result;
+}
 
 // Commits the unit of work that is open, if any, runs `work` and begins another unit with the same access: for
 // questions to the user and for commands, which must not keep others waiting and may open units of their own.

@@ -11,13 +11,17 @@ namespace standalone {
 
 enum class QuestionKind { kYesNo, kNotice, kWarning };
 
+// A message box. Notices and warnings have the accepting button only.
 struct Question {
   QuestionKind kind = QuestionKind::kYesNo;
   std::string title;
   std::string text;
+  std::string accept = "Yes";  // the words on the button that goes on
+  std::string decline = "No";  // the words on the button that does nothing further
 };
 
-// Asks the user; true is yes. Notices and warnings are only shown, their answer is not looked at.
+// Shows a message box to the user, on the user-interface thread; true is the accepting button. Of notices and warnings
+// the answer is not looked at.
 using Answerer = std::function<bool(const Question&)>;
 
 // Message boxes for a program without windows: what is asked goes to an answerer, outside of the unit of work. Without

@@ -21,7 +21,7 @@ std::string_view Field(const char (&field)[kSize]) {
 template <std::size_t kSize>
 void Fill(char (&field)[kSize], std::string_view text) {
   std::memset(field, 0, kSize);
-  std::memcpy(field, text.data(), std::min(text.size(), kSize));
+  std::copy_n(text.begin(), std::min(text.size(), kSize), field);
 }
 
 std::int64_t MillisecondsNow() {

@@ -26,6 +26,12 @@ Util::Status DatabasePreferencesService::SetCompanyDBPreference(Util::TString ke
   });
 }
 
+std::optional<std::string> DatabasePreferencesService::Find(std::string_view key) {
+  Rows rows = get_.Query(key);
+  if (!rows.Step()) return std::nullopt;
+  return std::string(rows.Text(0));
+}
+
 bool PreferencesService::PrefGetPrefHandle() {
   return application_.GetActiveFileMgr() != nullptr;
 }

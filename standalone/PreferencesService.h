@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "host/Application.h"
 #include "host/Preferences.h"
@@ -9,6 +11,10 @@
 
 namespace standalone {
 
+// The realm id that the company file remembers, and the day of its next reminder (YYYYMMDD).
+inline constexpr const char* kRealmIdPreference = "MERealmId";
+inline constexpr const char* kLaunchDatePreference = "MEPromptLaunchDate";
+
 // The preferences kept in the company file by key.
 class DatabasePreferencesService final : public DBPreferences {
  public:
@@ -16,6 +22,9 @@ class DatabasePreferencesService final : public DBPreferences {
 
   Util::Status GetCompanyDBPreference(Util::TString key, Util::TString& value) override;
   Util::Status SetCompanyDBPreference(Util::TString key, Util::TString value) override;
+
+  // Only reads; within a unit of work.
+  std::optional<std::string> Find(std::string_view key);
 
  private:
   Statement get_;

@@ -22,7 +22,7 @@ constexpr std::chrono::seconds kSettledAfter{2};
 
 struct Stamp {
   bool exists = false;
-  file_time_type time{};
+  file_time_type time;
   std::uintmax_t size = 0;
 
   friend bool operator==(const Stamp&, const Stamp&) = default;

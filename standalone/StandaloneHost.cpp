@@ -28,13 +28,17 @@ User SelectUser(Database& database, UserTable& users, const std::string& name) {
 
 // In the order in which they are built upon each other.
 struct StandaloneHost::Parts {
-  Parts(const std::filesystem::path& companyFile, const std::string& userName, HostOptions options)
+  Parts(StandaloneHost& host, const std::filesystem::path& companyFile, const std::string& userName,
+        HostOptions options)
       : file(companyFile, options.busyTimeout),
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),
         log(CompanyFile::LogPath(companyFile), user.name, options.log),
         remote(CompanyFile::RemotePath(companyFile)),
-        messages(file.Data(), std::move(options.answerer)) {}
+        messages(file.Data(), std::move(options.answerer)),
+        application(file.Data(), log, std::move(options.commandRunner)),
+        events(MakeLoopEvents(options.clock != nullptr ? *options.clock : SteadyLoopClock())),
+        loop(host, *events) {}
 
   CompanyFile file;
   UserTable users;
@@ -46,7 +50,10 @@ struct StandaloneHost::Parts {
   NameTable names{file.Data()};
   SettingsTable settings{file.Data()};
   TransactionTable transactions{file.Data()};
-  ApplicationService application{file.Data()};
+  ApplicationService application;
+  std::unique_ptr<LoopEvents> events;
+  MessageLoop loop;
+  PendingWork pending{file.Data()};
   RuntimeService runtime;
   DatabasePreferencesService databasePreferences{file.Data()};
   PreferencesService preferences{settings, application};
@@ -73,12 +80,13 @@ struct StandaloneHost::Parts {
                         .queries = queries,
                         .money = money,
                         .application = application,
-                        .messages = messages};
+                        .messages = messages,
+                        .platform = events->TimerPlatform()};
 };
 
 StandaloneHost::StandaloneHost(const std::filesystem::path& companyFile, const std::string& userName,
                                HostOptions options)
-    : parts_(std::make_unique<Parts>(companyFile, userName, std::move(options))) {}
+    : parts_(std::make_unique<Parts>(*this, companyFile, userName, std::move(options))) {}
 
 StandaloneHost::~StandaloneHost() = default;
 
@@ -88,6 +96,10 @@ const HostServices& StandaloneHost::Services() const noexcept {
 
 const User& StandaloneHost::CurrentUser() const noexcept {
   return parts_->user;
+}
+
+bool StandaloneHost::CurrentUserIsAccountant() {
+  return InReadingUnit(Data(), [this] { return parts_->users.IsAccountant(parts_->user.id); });
 }
 
 void StandaloneHost::RequireAdministrator(std::string_view action) {
@@ -126,6 +138,18 @@ TransactionTable& StandaloneHost::Transactions() noexcept {
 
 ApplicationService& StandaloneHost::App() noexcept {
   return parts_->application;
+}
+
+MessageLoop& StandaloneHost::Loop() noexcept {
+  return parts_->loop;
+}
+
+DatabasePreferencesService& StandaloneHost::DatabasePreferences() noexcept {
+  return parts_->databasePreferences;
+}
+
+PendingWork& StandaloneHost::Pending() noexcept {
+  return parts_->pending;
 }
 
 MessagesService& StandaloneHost::MessageBoxes() noexcept {

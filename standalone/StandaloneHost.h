@@ -13,9 +13,13 @@
 #include "standalone/ApplicationService.h"
 #include "standalone/CompanyFile.h"
 #include "standalone/Errors.h"
+#include "standalone/LoopEvents.h"
+#include "standalone/MessageLoop.h"
 #include "standalone/MessagesService.h"
 #include "standalone/NameTable.h"
 #include "standalone/OperationsLog.h"
+#include "standalone/PendingWork.h"
+#include "standalone/PreferencesService.h"
 #include "standalone/SettingsTable.h"
 #include "standalone/TransactionTable.h"
 #include "standalone/UserTable.h"
@@ -26,6 +30,9 @@ struct HostOptions {
   Answerer answerer;
   LogLimits log;
   std::chrono::milliseconds busyTimeout = kBusyTimeout;
+  CommandRunner commandRunner;
+  // By which the loop's timers are due; null for the machine's own.
+  LoopClock* clock = nullptr;
 };
 
 // A complete host on one machine around one company file, for one user and on one thread. Whoever calls an operation
@@ -61,6 +68,8 @@ class StandaloneHost {
 
   // The user that was selected, as the file had it when the host was made.
   const User& CurrentUser() const noexcept;
+  // Whether that user is marked an accountant now.
+  bool CurrentUserIsAccountant();
   // Throws InvalidInput unless the current user is an administrator; `action` completes "... may only be done by".
   void RequireAdministrator(std::string_view action);
 
@@ -72,7 +81,11 @@ class StandaloneHost {
   SettingsTable& Settings() noexcept;
   TransactionTable& Transactions() noexcept;
   ApplicationService& App() noexcept;
+  // The loop of a host that stays open. Nobody has to run it.
+  MessageLoop& Loop() noexcept;
   MessagesService& MessageBoxes() noexcept;
+  DatabasePreferencesService& DatabasePreferences() noexcept;
+  PendingWork& Pending() noexcept;
   OperationsLog& Log() noexcept;
 
   // Answers whether the module is just removing a journal entry, which alone may delete one that carries an

@@ -93,6 +93,7 @@ UserTable::UserTable(Database& database)
       all_(database, "SELECT id, name, administrator, accountant FROM user ORDER BY name"),
       byName_(database, "SELECT id, name, administrator, accountant FROM user WHERE name = ?1"),
       isAdministrator_(database, "SELECT 1 FROM user WHERE id = ?1 AND administrator = 1"),
+      isAccountant_(database, "SELECT 1 FROM user WHERE id = ?1 AND accountant = 1"),
       featureRights_(database,
                      "SELECT feature, action FROM user_feature_right WHERE user_id = ?1 "
                      "ORDER BY feature, action"),
@@ -167,6 +168,10 @@ void UserTable::Remove(std::string_view name) {
 
 bool UserTable::IsAdministrator(std::int32_t userId) {
   return isAdministrator_.Query(userId).Step();
+}
+
+bool UserTable::IsAccountant(std::int32_t userId) {
+  return isAccountant_.Query(userId).Step();
 }
 
 bool UserTable::HasRight(std::int32_t userId, FeatureRight right) {

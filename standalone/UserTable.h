@@ -61,6 +61,7 @@ class UserTable {
   void Remove(std::string_view name);
 
   bool IsAdministrator(std::int32_t userId);
+  bool IsAccountant(std::int32_t userId);
   bool HasRight(std::int32_t userId, FeatureRight right);
   bool HasRight(std::int32_t userId, ListRight right);
 
@@ -73,6 +74,7 @@ class UserTable {
   Statement all_;
   Statement byName_;
   Statement isAdministrator_;
+  Statement isAccountant_;
   Statement featureRights_;
   Statement listRights_;
   Statement hasFeatureRight_;

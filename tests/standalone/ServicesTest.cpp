@@ -100,179 +100,25 @@ TEST_F(RemoteSwitches, ComeWithValuesThatLeaveTheCallersOwnWhenTheyAreMissing) {
               HasSubstr("is not a text in quotes"));
 }
 
-class MessageBoxes : public CompanyFixture {
- protected:
-  Messages& Boxes() { return host_.Services().messages; }
+TEST_F(RemoteSwitches, ComeWithValuesThatChangeWithTheFile) {
+  WriteFile(path_, "[values.MultiEntity]\nCheckForRealmReset = \"1\"\n");
+  Util::TString before;
+  remote_.GetValue2("MultiEntity", "CheckForRealmReset", before);
 
-  void AnswerYes() {
-    host_.MessageBoxes().SetAnswerer([this](const Question& question) {
-      asked_.push_back(question);
-      return true;
-    });
-  }
+  WriteFile(path_, "[values.MultiEntity]\nCheckForRealmReset = \"0\"\n");
+  Util::TString after;
+  remote_.GetValue2("MultiEntity", "CheckForRealmReset", after);
 
-  const Util::SourceContext here_{"file", "operation"};
-  std::vector<Question> asked_;
-  StandaloneHost host_{path_};
-};
-
-TEST_F(MessageBoxes, WithoutAnybodyToAskAnswerByWhatDoesNothingFurther) {
-  EXPECT_NE(Boxes().YesNoInfoMsgO(here_, Boxes().GetKRWinInstance(), 14715, 1, 2, true, true), kAnswerYes);
-  EXPECT_NE(Boxes().KRMSG_MessageO(0, 4, 0, 14717, {}), 0);
+  EXPECT_EQ(before.view(), "1");
+  EXPECT_EQ(after.view(), "0");
 }
 
-TEST_F(MessageBoxes, AskWithTheTextsOfTheirList) {
-  AnswerYes();
+TEST_F(RemoteSwitches, ThatCannotBeReadAreReportedWhenAValueIsAskedForToo) {
+  WriteFile(path_, "[values\n");
+  Util::TString value;
 
-  EXPECT_EQ(Boxes().YesNoInfoMsgO(here_, Boxes().GetKRWinInstance(), 14715, 1, 2, true, true), kAnswerYes);
-
-  ASSERT_THAT(asked_, SizeIs(1));
-  EXPECT_EQ(asked_[0].kind, QuestionKind::kYesNo);
-  EXPECT_EQ(asked_[0].title, "Intercompany transactions");
-  EXPECT_THAT(asked_[0].text, HasSubstr("waiting to be booked"));
-}
-
-TEST_F(MessageBoxes, ShowTextsOfTheCallersOwn) {
-  AnswerYes();
-  const std::array<MessageArgument, 4> arguments{-7, Util::TString("A title"), Util::TString("A text"), -1};
-
-  Boxes().KRMSG_MessageO(0, 3, 3, 2003, arguments);
-
-  ASSERT_THAT(asked_, SizeIs(1));
-  EXPECT_EQ(asked_[0].kind, QuestionKind::kNotice);
-  EXPECT_EQ(asked_[0].title, "A title");
-  EXPECT_EQ(asked_[0].text, "A text");
-}
-
-TEST_F(MessageBoxes, AnswerAListedMessageByTheNumberOfItsFirstButton) {
-  AnswerYes();
-  const std::array<MessageArgument, 8> arguments{1, 2, 0, 1, 4, 5, 3, -1};
-
-  EXPECT_EQ(Boxes().KRMSG_MessageO(0, 4, 0, 14717, arguments), 0);
-
-  ASSERT_THAT(asked_, SizeIs(1));
-  EXPECT_EQ(asked_[0].title, StringResource(14717, 1));
-  EXPECT_EQ(asked_[0].text, StringResource(14717, 2));
-}
-
-TEST_F(MessageBoxes, WarnWithTwoTexts) {
-  AnswerYes();
-
-  Boxes().KRWarnMsgWithTitle02(0, here_, "first", "second", true);
-
-  ASSERT_THAT(asked_, SizeIs(1));
-  EXPECT_EQ(asked_[0].kind, QuestionKind::kWarning);
-  EXPECT_EQ(asked_[0].text, "second");
-}
-
-TEST_F(MessageBoxes, HaveEveryTextThatIsAskedFor) {
-  EXPECT_FALSE(StringResource(2003, 3023).empty());
-  EXPECT_FALSE(StringResource(14715, 1).empty());
-  EXPECT_FALSE(StringResource(14715, 2).empty());
-  EXPECT_FALSE(StringResource(14715, 3).empty());
-  EXPECT_FALSE(StringResource(14715, 4).empty());
-  EXPECT_FALSE(StringResource(14717, 1).empty());
-  EXPECT_FALSE(StringResource(14717, 2).empty());
-}
-
-TEST_F(MessageBoxes, FillABufferNoFurtherThanItGoes) {
-  std::array<char, 6> buffer{};
-  buffer.fill('#');
-
-  Boxes().GetIndStringC(buffer.data(), 5, Boxes().GetKRWinInstance(), 14715, 1);
-
-  EXPECT_STREQ(buffer.data(), "Inte");
-  EXPECT_EQ(buffer[5], '#');
-}
-
-class RecordedMessage final : public AppMsg {
- public:
-  RecordedMessage(std::vector<std::string>& record, std::string name, Application* next = nullptr)
-      : record_(record), name_(std::move(name)), next_(next) {}
-  ~RecordedMessage() override { record_.push_back("destroyed " + name_); }
-
-  void ProcessMsg() override {
-    record_.push_back("processed " + name_);
-    if (next_ != nullptr) next_->Enqueue(new RecordedMessage(record_, name_ + "'s next"));
-  }
-
- private:
-  std::vector<std::string>& record_;
-  std::string name_;
-  Application* next_;
-};
-
-class TheApplication : public CompanyFixture {
- protected:
-  Application& App() { return host_.Services().application; }
-
-  std::vector<std::string> record_;
-  StandaloneHost host_{path_};
-};
-
-TEST_F(TheApplication, IsOpenWithAFileThatTakesWork) {
-  EXPECT_TRUE(App().SystemIsOpen());
-  EXPECT_FALSE(App().SystemIsClosing());
-  EXPECT_FALSE(App().IsServerMode(true));
-  ASSERT_NE(App().GetActiveFileMgr(), nullptr);
-  EXPECT_NE(App().GetActiveFileMgr()->GetFileState(), DBMgr::kFileStateNoDatabaseWork);
-  EXPECT_TRUE(host_.Services().preferences.PrefGetPrefHandle());
-}
-
-TEST_F(TheApplication, TakesNoWorkOnAFileThatItCloses) {
-  host_.App().BeginClosing([](CNotificationBase&) {});
-
-  EXPECT_FALSE(App().SystemIsOpen());
-  EXPECT_TRUE(App().SystemIsClosing());
-  EXPECT_EQ(App().GetActiveFileMgr()->GetFileState(), DBMgr::kFileStateNoDatabaseWork);
-  host_.App().EndClosing();
-  EXPECT_EQ(App().GetActiveFileMgr(), nullptr);
-  EXPECT_FALSE(host_.Services().preferences.PrefGetPrefHandle());
-}
-
-TEST_F(TheApplication, DeliversEachMessageOnceAndDestroysItBeforeTheNext) {
-  App().Enqueue(new RecordedMessage(record_, "first", &App()));
-  App().Enqueue(new RecordedMessage(record_, "second"));
-
-  EXPECT_EQ(host_.App().DeliverMessages(), 3U);
-  EXPECT_EQ(host_.App().DeliverMessages(), 0U);
-
-  EXPECT_THAT(record_, ElementsAre("processed first", "destroyed first", "processed second", "destroyed second",
-                                   "processed first's next", "destroyed first's next"));
-}
-
-TEST_F(TheApplication, DestroysMessagesThatItNoLongerDelivers) {
-  App().Enqueue(new RecordedMessage(record_, "late"));
-  host_.App().EndClosing();
-  App().Enqueue(new RecordedMessage(record_, "later"));
-
-  EXPECT_EQ(host_.App().DeliverMessages(), 0U);
-
-  EXPECT_THAT(record_, ElementsAre("destroyed late", "destroyed later"));
-}
-
-TEST_F(TheApplication, TellsTheListenersThatAreStillSubscribedWhenItCloses) {
-  struct Listener final : CNotificationBase {};
-  Listener first;
-  Listener second;
-  Listener third;
-  App().SubscribeCloseSystem(first);
-  App().SubscribeCloseSystem(second);
-  App().SubscribeCloseSystem(third);
-  App().UnsubscribeCloseSystem(second);
-  std::vector<CNotificationBase*> told;
-
-  host_.App().BeginClosing([&](CNotificationBase& listener) {
-    told.push_back(&listener);
-    App().UnsubscribeCloseSystem(third);
-  });
-
-  EXPECT_THAT(told, ElementsAre(&first));
-}
-
-TEST_F(TheApplication, RefusesACommandThatItDoesNotKnow) {
-  EXPECT_THAT(MessageOf<std::runtime_error>([&] { App().ExecuteCommand(CCommandAndArgs("krw:Unknown?x=1")); }),
-              HasSubstr("\"krw:Unknown?x=1\""));
+  EXPECT_THAT(MessageOf<std::runtime_error>([&] { remote_.GetValue2("MultiEntity", "HoursToLaunchDay", value); }),
+              HasSubstr("birch.company.remote.toml"));
 }
 
 class TheQueryEngine : public CompanyFixture {

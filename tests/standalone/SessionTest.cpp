@@ -1,15 +1,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/Dates.h"
 #include "standalone/LogReader.h"
+#include "standalone/QueryEngineService.h"
 #include "standalone/Session.h"
 #include "tests/standalone/CompanyFixture.h"
+#include "tests/support/MultiEntityPrivateAccess.h"
 
 namespace standalone {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -48,6 +54,12 @@ class ASession : public CompanyFixture {
     });
   }
 
+  MEStatusCode Establish(const char* requestId) {
+    return host_.Request(Access::kWrite, [&] {
+      return MultiEntityDriver::UpdateTransactionWithState("9130347", requestId, MEStateEstablished);
+    });
+  }
+
   MEStatusCode Remove() {
     return host_.Request(Access::kWrite, [&] { return MultiEntityDriver::RemoveGeneralJournalEntry(txnId_); });
   }
@@ -64,7 +76,7 @@ class ASession : public CompanyFixture {
   std::int32_t dueFrom_ = 0;
   std::int32_t dueTo_ = 0;
   StandaloneHost host_{path_};
-  Session session_{host_};
+  std::optional<Session> session_{std::in_place, host_};
 };
 
 TEST_F(ASession, BooksAnEntryThatTheListingShows) {
@@ -111,6 +123,151 @@ TEST_F(ASession, ReportsARequestThatTheEngineUndidWhateverTheModuleAnswers) {
 
   EXPECT_EQ(Count(host_, "SELECT count(*) FROM txn"), 0);
   EXPECT_EQ(Count(host_, "SELECT count(*) FROM account"), 2);
+}
+
+TEST_F(ASession, LetsWhoeverSetsTheModulesFlagVouchForADeletion) {
+  ASSERT_EQ(Relate(), MEStatusSuccess);
+  ASSERT_EQ(Record("req-1"), MEStatusSuccess);
+  MultiEntityDriver::SetGJEDeletionDueToFDPFailure(true);
+
+  const EdListStatus deleted =
+      host_.Request(Access::kWrite, [&] { return host_.Services().journal.DeleteGeneralJournalEntry(txnId_); });
+
+  EXPECT_EQ(deleted, kEdListSuccess);
+}
+
+TEST_F(ASession, MarksATransactionThatThePartnerConfirmed) {
+  ASSERT_EQ(Relate(), MEStatusSuccess);
+  ASSERT_EQ(Record("req-1"), MEStatusSuccess);
+
+  EXPECT_EQ(Establish("req-1"), MEStatusSuccess);
+
+  EXPECT_EQ(Count(host_, "SELECT partner_confirmed FROM txn"), 1);
+}
+
+TEST_F(ASession, KeepsTheStateOfATransactionWhoseEntryIsGone) {
+  ASSERT_EQ(Relate(), MEStatusSuccess);
+  ASSERT_EQ(Record("req-1"), MEStatusSuccess);
+  host_.Data().Execute("UPDATE me_transaction SET state = 1; DELETE FROM txn");
+
+  EXPECT_EQ(Establish("req-1"), MEStatusRowsNotRemoved);
+
+  EXPECT_EQ(Count(host_, "SELECT state FROM me_transaction"), MEStatePending);
+}
+
+TEST_F(ASession, ConfirmsNoTransactionOfAnotherTypeThanItsRowSays) {
+  ASSERT_EQ(Relate(), MEStatusSuccess);
+  ASSERT_EQ(Record("req-1"), MEStatusSuccess);
+  host_.Data().Execute("UPDATE me_transaction SET txn_type = 9, state = 1");
+
+  EXPECT_EQ(Establish("req-1"), MEStatusRowsNotRemoved);
+
+  EXPECT_EQ(Count(host_, "SELECT partner_confirmed FROM txn"), 0);
+  EXPECT_EQ(Count(host_, "SELECT state FROM me_transaction"), MEStatePending);
+}
+
+TEST_F(ASession, FindsTransactionsByTypeAndPeriodWithBothDaysIncluded) {
+  ASSERT_EQ(Relate(), MEStatusSuccess);
+  ASSERT_EQ(Record("req-1"), MEStatusSuccess);
+  const DateType32 today = Today();
+  const unsigned int journal = kTxnTypeJournalEntry;
+  std::vector<unsigned long> ofType;
+  std::vector<unsigned long> ofOtherType;
+  std::vector<unsigned long> ofToday;
+  std::vector<unsigned long> ofTomorrow;
+
+  host_.Request(Access::kRead, [&] {
+    EXPECT_TRUE(MultiEntityPrivateAccess::GetTxns(journal, ofType));
+    EXPECT_TRUE(MultiEntityPrivateAccess::GetTxns(kTxnTypeBill, ofOtherType));
+    EXPECT_TRUE(MultiEntityPrivateAccess::GetTxnsForPeriod(today, today, journal, kFieldTransactionDate, ofToday));
+    EXPECT_TRUE(MultiEntityPrivateAccess::GetTxnsForPeriod(DateAdd(today, 1), NullDate(), journal,
+                                                           kFieldTransactionDate, ofTomorrow));
+  });
+
+  EXPECT_THAT(ofType, ElementsAre(txnId_));
+  EXPECT_THAT(ofOtherType, IsEmpty());
+  EXPECT_THAT(ofToday, ElementsAre(txnId_));
+  EXPECT_THAT(ofTomorrow, IsEmpty());
+}
+
+TEST_F(ASession, FailsAQueryOfASelectionOrDateFieldThatDoesNotExist) {
+  std::vector<unsigned long> found;
+
+  host_.Request(Access::kRead, [&] {
+    EXPECT_FALSE(MultiEntityPrivateAccess::GetTxns(77, found));
+    EXPECT_FALSE(MultiEntityPrivateAccess::GetTxnsForPeriod(NullDate(), NullDate(), kSelectAllTransactions, 77, found));
+  });
+
+  EXPECT_THAT(found, IsEmpty());
+}
+
+TEST_F(ASession, ShowsTheRememberedRealmIdWithoutRememberingOne) {
+  const auto remembered = [this] {
+    return host_.Request(Access::kRead, [&] { return host_.DatabasePreferences().Find(kRealmIdPreference); });
+  };
+  ASSERT_EQ(remembered(), std::nullopt);
+
+  EXPECT_FALSE(host_.Request(Access::kWrite, [] { return MultiEntityDriver::BlockUserIfRealmReset("9130"); }));
+
+  EXPECT_EQ(remembered(), "9130");
+}
+
+TEST_F(ASession, AsksTheRemoteValueForTheRealmCheckAfreshEachTime) {
+  const auto isBlocked = [this](const char* realmId) {
+    return host_.Request(Access::kWrite, [=] { return MultiEntityDriver::BlockUserIfRealmReset(realmId); });
+  };
+  ASSERT_FALSE(isBlocked("111"));
+  ASSERT_TRUE(isBlocked("222"));
+
+  WriteFile(CompanyFile::RemotePath(path_), "[values.MultiEntity]\nCheckForRealmReset = \"0\"\n");
+
+  EXPECT_FALSE(isBlocked("222"));
+}
+
+TEST_F(ASession, OpensTheRelationsOfARealmThatWasResetWhenTheUserWantsTo) {
+  std::vector<PluginView> opened;
+  host_.App().SetCommandRunner([&](PluginView view, std::string_view) { opened.push_back(view); });
+  host_.MessageBoxes().SetAnswerer([](const Question&) { return true; });
+  const auto isBlocked = [this](const char* realmId) {
+    return host_.Request(Access::kWrite, [=] { return MultiEntityDriver::BlockUserIfRealmReset(realmId); });
+  };
+  ASSERT_FALSE(isBlocked("111"));
+
+  EXPECT_TRUE(isBlocked("222"));
+
+  EXPECT_THAT(opened, ElementsAre(PluginView::kRelationsAfterRealmReset));
+}
+
+TEST_F(ASession, OpensTheSetUpOfARelationWhenTheUserWantsTo) {
+  std::vector<PluginView> opened;
+  host_.App().SetCommandRunner([&](PluginView view, std::string_view) { opened.push_back(view); });
+  host_.MessageBoxes().SetAnswerer([](const Question&) { return true; });
+
+  EXPECT_FALSE(host_.Request(Access::kRead, [] { return MultiEntityDriver::CheckForPluginNavigation(); }));
+
+  EXPECT_THAT(opened, ElementsAre(PluginView::kRelationSetUp));
+}
+
+TEST_F(ASession, GoesOnWithoutARelationWhenTheUserDeclinesToSetOneUp) {
+  std::vector<PluginView> opened;
+  host_.App().SetCommandRunner([&](PluginView view, std::string_view) { opened.push_back(view); });
+
+  EXPECT_TRUE(host_.Request(Access::kRead, [] { return MultiEntityDriver::CheckForPluginNavigation(); }));
+
+  EXPECT_THAT(opened, IsEmpty());
+}
+
+TEST_F(ASession, ClosesTheCompanyWhenItEnds) {
+  StandaloneHost host(path_);
+  session_.reset();
+  {
+    Session session(host);
+    session.QueueReminder();
+    EXPECT_TRUE(host.App().HasMessages());
+  }
+
+  EXPECT_FALSE(host.App().HasMessages());
+  EXPECT_EQ(host.Services().application.GetActiveFileMgr(), nullptr);
 }
 
 TEST_F(ASession, WritesTheModulesLinesIntoTheOperationsLog) {

@@ -12,6 +12,8 @@
 namespace standalone {
 namespace {
 
+constexpr const char* kReminderUrl = "krw:LaunchMEPlugin?context=ICT_SCHEDULER";
+
 using testing::HasSubstr;
 
 class AUnitOfWork : public CompanyFixture {
@@ -279,30 +281,30 @@ TEST_F(AUnitOfWork, IsCommittedBeforeAQuestionAndAnotherBeginsAfterIt) {
 TEST_F(AUnitOfWork, OfACommandIsItsOwn) {
   StandaloneHost host(path_);
   std::string received;
-  host.App().RegisterCommand("krw:Launch", [&](std::string_view arguments) {
-    received = arguments;
+  host.App().SetCommandRunner([&](PluginView, std::string_view url) {
+    received = url;
     host.Request(Access::kWrite, [&] { host.Names().Create("Northfield", NameKind::kVendor); });
   });
 
   EXPECT_THROW(host.Request(Access::kWrite,
                             [&] {
-                              host.Services().application.ExecuteCommand(CCommandAndArgs("krw:Launch?context=A"));
+                              host.Services().application.ExecuteCommand(CCommandAndArgs(kReminderUrl));
                               AddRent(host);
                               throw std::logic_error("no");
                             }),
                std::logic_error);
 
-  EXPECT_EQ(received, "context=A");
+  EXPECT_EQ(received, kReminderUrl);
   EXPECT_EQ(Count(host, "SELECT count(*) FROM name"), 1);
   EXPECT_EQ(Accounts(host), 0);
 }
 
 TEST_F(AUnitOfWork, BeginsAgainAfterACommandThatFailed) {
   StandaloneHost host(path_);
-  host.App().RegisterCommand("krw:Launch", [](std::string_view) { throw std::runtime_error("no plug-in"); });
+  host.App().SetCommandRunner([](PluginView, std::string_view) { throw std::runtime_error("no plug-in"); });
 
   host.Request(Access::kWrite, [&] {
-    EXPECT_THROW(host.Services().application.ExecuteCommand(CCommandAndArgs("krw:Launch")), std::runtime_error);
+    EXPECT_THROW(host.Services().application.ExecuteCommand(CCommandAndArgs(kReminderUrl)), std::runtime_error);
     AddRent(host);
   });
 

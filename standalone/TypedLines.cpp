@@ -1,0 +1,29 @@
+#include "standalone/TypedLines.h"
+
+#include <utility>
+
+namespace standalone {
+
+void TypedLines::Put(std::string line) {
+  const std::lock_guard lock(mutex_);
+  if (!isAwaited_ || line_) return;
+  line_ = std::move(line);
+  changed_.notify_one();
+}
+
+void TypedLines::End() {
+  const std::lock_guard lock(mutex_);
+  isEnded_ = true;
+  changed_.notify_one();
+}
+
+std::optional<std::string> TypedLines::Next() {
+  std::unique_lock lock(mutex_);
+  line_.reset();
+  isAwaited_ = true;
+  changed_.wait(lock, [this] { return line_ || isEnded_; });
+  isAwaited_ = false;
+  return std::exchange(line_, std::nullopt);
+}
+
+}  // namespace standalone

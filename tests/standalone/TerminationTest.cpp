@@ -1,0 +1,143 @@
+// Standard input and signals as POSIX systems have them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <array>
+#include <future>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+#include "standalone/Termination.h"
+#include "standalone/TypedLines.h"
+
+namespace standalone {
+namespace {
+
+using testing::ElementsAre;
+
+class TheWatchForTermination : public testing::Test {
+ protected:
+  TheWatchForTermination() {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(pipe(ends.data()), 0);
+    EXPECT_EQ(dup2(ends[0], STDIN_FILENO), STDIN_FILENO);
+    close(ends[0]);
+    input_ = ends[1];
+  }
+
+  void Type(std::string_view text) const {
+    EXPECT_EQ(write(input_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  void EndInput() const { close(input_); }
+
+  TerminationHandlers Handlers() {
+    return {[this](std::string line) { lines_.push_back(std::move(line)); },
+            [this](TerminationCause cause) {
+              ended_.set_value(cause);
+            }};
+  }
+
+  TerminationCause Cause() { return ended_.get_future().get(); }
+
+  int input_ = -1;
+  std::vector<std::string> lines_;
+  std::promise<TerminationCause> ended_;
+};
+
+TEST_F(TheWatchForTermination, EndsWithTheInputAndHandsOverItsLines) {
+  const Termination watch(Handlers());
+
+  Type("yes\r\nn");
+  Type("o\n\nlast");
+  EndInput();
+
+  EXPECT_EQ(Cause(), TerminationCause::kEndOfInput);
+  EXPECT_THAT(lines_, ElementsAre("yes", "no", "", "last"));
+}
+
+TEST_F(TheWatchForTermination, EndsWithCtrlC) {
+  const Termination watch(Handlers());
+
+  raise(SIGINT);
+
+  EXPECT_EQ(Cause(), TerminationCause::kInterrupt);
+}
+
+TEST_F(TheWatchForTermination, EndsWhenTheSystemAsksForIt) {
+  const Termination watch(Handlers());
+
+  raise(SIGTERM);
+  raise(SIGTERM);
+
+  EXPECT_EQ(Cause(), TerminationCause::kTerminate);
+}
+
+TEST_F(TheWatchForTermination, EndsWhenTheTerminalIsGone) {
+  const Termination watch(Handlers());
+
+  raise(SIGHUP);
+
+  EXPECT_EQ(Cause(), TerminationCause::kTerminate);
+}
+
+TEST_F(TheWatchForTermination, IsGivenUpWithoutAnEnd) {
+  {
+    const Termination watch(Handlers());
+  }
+
+  struct sigaction action{};
+  sigaction(SIGTERM, nullptr, &action);
+  EXPECT_EQ(action.sa_handler, SIG_DFL);
+  EXPECT_EQ(ended_.get_future().wait_for(std::chrono::seconds(0)), std::future_status::timeout);
+}
+
+TEST_F(TheWatchForTermination, LeavesASignalAloneThatTheProgramIsToIgnore) {
+  signal(SIGHUP, SIG_IGN);
+  const Termination watch(Handlers());
+
+  raise(SIGHUP);
+  raise(SIGINT);
+
+  EXPECT_EQ(Cause(), TerminationCause::kInterrupt);
+}
+
+TEST_F(TheWatchForTermination, IsKeptOnlyOnceAtATime) {
+  const Termination watch(Handlers());
+
+  EXPECT_THROW(const Termination second(Handlers()), std::logic_error);
+
+  raise(SIGINT);
+  EXPECT_EQ(Cause(), TerminationCause::kInterrupt);
+}
+
+TEST(LinesThatAPersonTypes, ReachWhoAsks) {
+  TypedLines lines;
+  std::future<std::optional<std::string>> answer = std::async(std::launch::async, [&] { return lines.Next(); });
+
+  while (answer.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) lines.Put("yes");
+
+  EXPECT_EQ(answer.get(), "yes");
+}
+
+TEST(LinesThatAPersonTypes, AnswerNoLaterQuestion) {
+  TypedLines lines;
+  lines.Put("yes");
+  lines.End();
+
+  EXPECT_EQ(lines.Next(), std::nullopt);
+}
+
+TEST(LinesThatAPersonTypes, EndForWhoeverWaits) {
+  TypedLines lines;
+  std::future<std::optional<std::string>> answer = std::async(std::launch::async, [&] { return lines.Next(); });
+
+  lines.End();
+
+  EXPECT_EQ(answer.get(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace standalone

@@ -18,6 +18,13 @@ void AddSettings(CLI::App& program, Invocation& invocation);
 void AddRelation(CLI::App& program, Invocation& invocation);
 void AddJournal(CLI::App& program, Invocation& invocation);
 void AddTransactions(CLI::App& program, Invocation& invocation);
+void AddTransaction(CLI::App& program, Invocation& invocation);
+void AddRejected(CLI::App& program, Invocation& invocation);
+void AddRealm(CLI::App& program, Invocation& invocation);
+void AddPlugin(CLI::App& program, Invocation& invocation);
+void AddPersona(CLI::App& program, Invocation& invocation);
+void AddReminder(CLI::App& program, Invocation& invocation);
+void AddOpen(CLI::App& program, Invocation& invocation);
 void AddLog(CLI::App& program, Invocation& invocation);
 
 // A command that works on a company file. `example` is what follows the program's name.

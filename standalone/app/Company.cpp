@@ -7,10 +7,8 @@ namespace app {
 Company::Company(Invocation& invocation, const std::string& file)
     : host_(FilePath(file), invocation.options.user), session_(host_) {
   if (!invocation.options.trace) return;
-  host_.Log().SetObserver([&trace = invocation.trace](const Util::Ops::Line& line) {
-    trace.push_back({static_cast<std::int32_t>(line.level), static_cast<std::int32_t>(line.eventType), line.shortName,
-                     std::string(line.message)});
-  });
+  host_.Log().SetObserver(
+      [&trace = invocation.trace](const Util::Ops::Line& line) { trace.push_back(TraceLineOf(line)); });
 }
 
 }  // namespace app

@@ -19,6 +19,7 @@ class Company {
   ~Company() = default;
 
   standalone::StandaloneHost& Host() noexcept { return host_; }
+  standalone::Session& Attached() noexcept { return session_; }
 
   // One unit of work that only reads, or one that may write.
   template <typename Operation>

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "MultiEntity/Records.h"
+#include "host/Ops.h"
 #include "standalone/app/Output.h"
 #include "standalone/app/Statuses.h"
 
@@ -31,6 +32,10 @@ struct TraceLine {
   std::string shortName;
   std::string message;
 };
+
+TraceLine TraceLineOf(const Util::Ops::Line& line);
+// The line as standard error has it, an object on one line for programs.
+std::string TraceText(const TraceLine& line, bool json);
 
 // One run of the program: the command that was chosen, and what it reports.
 class Invocation {

@@ -91,6 +91,10 @@ std::string JsonText(const Json& object) {
   return text + "}\n";
 }
 
+std::string JsonLine(const Json& object) {
+  return Compact(object) + '\n';
+}
+
 void Print(std::string_view text) {
   if (readerHasGone) return;
   CheckWritten(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());

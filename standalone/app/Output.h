@@ -38,6 +38,8 @@ class Table {
 
 // An object whose lists have one element per line, so that line-wise tools can read them too.
 std::string JsonText(const Json& object);
+// An object on one line.
+std::string JsonLine(const Json& object);
 
 // Writes to standard output. Throws std::runtime_error when it cannot be written, unless whoever read it has stopped
 // reading: then the rest is nobody's loss.

@@ -1,7 +1,5 @@
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,7 +11,9 @@
 #include "standalone/app/Commands.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Listings.h"
 #include "standalone/app/Statuses.h"
+#include "standalone/app/Times.h"
 #include "standalone/app/Values.h"
 
 namespace app {
@@ -33,45 +33,6 @@ struct RelationOptions {
   bool realmsOnly = false;
   bool withAccountsOnly = false;
 };
-
-std::string UtcText(std::int64_t milliseconds) {
-  const std::chrono::sys_time<std::chrono::milliseconds> moment{std::chrono::milliseconds(milliseconds)};
-  return fmt::format("{:%Y-%m-%dT%H:%M:%S}Z", std::chrono::floor<std::chrono::seconds>(moment));
-}
-
-// Puts the accounts' names beside their ids; within a unit of work.
-std::string AccountNameOf(Company& company, std::int32_t id) {
-  if (id == 0) return {};
-  const auto account = company.Host().Accounts().Find(id);
-  return account ? account->fullName : fmt::format("account {}, which does not exist", id);
-}
-
-struct RelationView {
-  DBMultiEntityRelation row{};
-  std::string dueFrom;
-  std::string dueTo;
-};
-
-RelationView ViewOf(Company& company, const DBMultiEntityRelation& row) {
-  return {row, AccountNameOf(company, row.dueFromAccountId), AccountNameOf(company, row.dueToAccountId)};
-}
-
-Json RelationJson(const RelationView& view) {
-  const DBMultiEntityRelation& row = view.row;
-  return {{"id", row.relationId},
-          {"realm", row.realmId},
-          {"partner", row.partnerName},
-          {"type", row.relationType},
-          {"state", row.state},
-          {"stateText", StateText(row.state)},
-          {"dueFromId", row.dueFromAccountId},
-          {"dueFrom", view.dueFrom},
-          {"dueToId", row.dueToAccountId},
-          {"dueTo", view.dueTo},
-          {"revision", row.revision},
-          {"createdAt", UtcText(row.createdAt)},
-          {"changedAt", UtcText(row.changedAt)}};
-}
 
 std::vector<MEAccountInfo> AccountsFrom(Company& company, const RelationOptions& options) {
   std::vector<MEAccountInfo> accounts;
@@ -184,14 +145,9 @@ void ListRelations(Invocation& invocation, const RelationOptions& options) {
     return answer;
   });
   invocation.Accept(Request::kReadRelations, status);
-  Json list = Json::array();
-  Table table({{"Id", Align::kRight}, {"Realm"}, {"Partner"}, {"State"}, {"Due from"}, {"Due to"}});
-  for (const RelationView& view : views) {
-    list.push_back(RelationJson(view));
-    table.Add({std::to_string(view.row.relationId), view.row.realmId, view.row.partnerName, StateText(view.row.state),
-               view.dueFrom, view.dueTo});
-  }
-  invocation.Report({{"status", status}, {"relations", list}}, table.Empty() ? "No relations.\n" : table.Text());
+  const Listing listing = ListRelationViews(views);
+  invocation.Report({{"status", status}, {"relations", listing.json}},
+                    listing.table.Empty() ? "No relations.\n" : listing.table.Text());
 }
 
 constexpr const char* kRealmHelp = "The partner company's realm id, 1 to 19 characters";

@@ -61,7 +61,71 @@ std::string_view RemovalHint(MEStatusCode status) noexcept {
   }
 }
 
+std::string_view SetStateHint(MEStatusCode status) noexcept {
+  switch (status) {
+    case MEStatusInvalidData:
+      return "see the partners with: multientity relation list FILE, and the intercompany lines with their request ids "
+             "with: multientity transactions FILE";
+    case MEStatusRowsNotRemoved:
+      return "the transaction is gone from the books, or is of another type than its intercompany line says; its state "
+             "is as it was";
+    case MEStatusReadFailed:
+    case MEStatusWriteFailed:
+      return "the state is as it was; see the operations log: multientity log FILE";
+    default:
+      return {};
+  }
+}
+
+std::string_view RejectionHint(Request request, MEStatusCode status) noexcept {
+  switch (status) {
+    case MEStatusInvalidData:
+      return "see the partners with: multientity relation list FILE";
+    case MEStatusReadFailed:
+      return "see the operations log: multientity log FILE";
+    case MEStatusDeclined:
+      return request == Request::kDeleteRejection ? "see what is kept with: multientity rejected list FILE"
+                                                  : std::string_view();
+    default:
+      return {};
+  }
+}
+
+// Where a number says something else as the answer to one request than it does in general.
+std::string_view OwnMeaningOf(Request request, MEStatusCode status) noexcept {
+  switch (request) {
+    case Request::kSetTransactionState:
+      if (status == MEStatusInvalidData) return "there is no such relation or intercompany transaction";
+      if (status == MEStatusReadFailed || status == MEStatusWriteFailed) return "the new state could not be written";
+      if (status == MEStatusRowsNotRemoved) return "the transaction itself could not be marked as confirmed";
+      return {};
+    case Request::kFindRequest:
+      if (status == MEStatusSuccess) return "the request is known";
+      if (status == MEStatusDeclined) return "the request is not known, or there is no relation with the partner";
+      return {};
+    case Request::kSaveRejection:
+      if (status == MEStatusDeclined) return "the rejected transaction could not be saved";
+      if (status == MEStatusInvalidData) return "there is no relation with the partner";
+      if (status == MEStatusException) return "the rejected transaction could not be saved because of an error";
+      return {};
+    case Request::kListRejections:
+      if (status == MEStatusReadFailed)
+        return "the rejected transactions could not be read, or one of them has no relation any more";
+      return {};
+    case Request::kDeleteRejection:
+      if (status == MEStatusDeclined) return "there is no rejected transaction with that request id";
+      return {};
+    default:
+      return {};
+  }
+}
+
 }  // namespace
+
+std::string_view MeaningOf(Request request, MEStatusCode status) noexcept {
+  const std::string_view own = OwnMeaningOf(request, status);
+  return own.empty() ? MeaningOf(status) : own;
+}
 
 std::string_view MeaningOf(MEStatusCode status) noexcept {
   switch (status) {
@@ -122,8 +186,15 @@ std::string_view HintFor(Request request, MEStatusCode status) noexcept {
       return JournalHint(status);
     case Request::kRemoveJournalEntry:
       return RemovalHint(status);
+    case Request::kSetTransactionState:
+      return SetStateHint(status);
+    case Request::kSaveRejection:
+    case Request::kListRejections:
+    case Request::kDeleteRejection:
+      return RejectionHint(request, status);
     case Request::kListAccounts:
     case Request::kListTransactions:
+    case Request::kFindRequest:
       return {};
   }
   return {};
@@ -131,7 +202,7 @@ std::string_view HintFor(Request request, MEStatusCode status) noexcept {
 
 void RequireSuccess(Request request, MEStatusCode status) {
   if (status == MEStatusSuccess) return;
-  throw Declined(status, std::string(MeaningOf(status)), std::string(HintFor(request, status)));
+  throw Declined(status, std::string(MeaningOf(request, status)), std::string(HintFor(request, status)));
 }
 
 std::string StateText(int state) {
@@ -147,6 +218,11 @@ std::string StateText(int state) {
     default:
       return "state " + std::to_string(state);
   }
+}
+
+// The numbers are those of relations; 4 is the state in which rejected transactions are shown.
+std::string TransactionStateText(int state) {
+  return state == MEStateWithoutAccounts ? "rejected" : StateText(state);
 }
 
 }  // namespace app

@@ -17,10 +17,16 @@ enum class Request {
   kRecordJournalEntry,
   kRemoveJournalEntry,
   kListTransactions,
+  kSetTransactionState,
+  kFindRequest,
+  kSaveRejection,
+  kListRejections,
+  kDeleteRejection,
 };
 
-// What an answer of the module means, in general.
+// What an answer of the module means, in general and as the answer to a request.
 std::string_view MeaningOf(MEStatusCode status) noexcept;
+std::string_view MeaningOf(Request request, MEStatusCode status) noexcept;
 
 // What to do about it; empty when there is nothing to say.
 std::string_view HintFor(Request request, MEStatusCode status) noexcept;
@@ -28,7 +34,9 @@ std::string_view HintFor(Request request, MEStatusCode status) noexcept;
 // Throws Declined unless the module answered 1.
 void RequireSuccess(Request request, MEStatusCode status);
 
-// "pending", "established", ...; "state 2" for a number without a name.
+// The state of a relation, or of an intercompany transaction: "pending", "established", ...; "state 2" for a number
+// without a name.
 std::string StateText(int state);
+std::string TransactionStateText(int state);
 
 }  // namespace app

@@ -20,6 +20,14 @@ bool ErrorsGoToATerminal() noexcept {
 #endif
 }
 
+bool InputComesFromATerminal() noexcept {
+#ifdef _WIN32
+  return _isatty(_fileno(stdin)) != 0;
+#else
+  return isatty(STDIN_FILENO) != 0;
+#endif
+}
+
 void IgnoreClosedPipes() noexcept {
 #ifdef SIGPIPE
   std::signal(SIGPIPE, SIG_IGN);

@@ -8,10 +8,10 @@
 #include <CLI/CLI.hpp>
 
 #include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/AccountTypes.h"
 #include "standalone/app/Commands.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Listings.h"
 #include "standalone/app/Statuses.h"
 #include "standalone/app/Values.h"
 
@@ -25,43 +25,6 @@ struct TransactionsOptions {
   std::optional<std::string> from;
   std::optional<std::string> to;
 };
-
-Json EntryJson(const METxnInfo& entry) {
-  return {{"transaction", entry.txnId},
-          {"line", entry.targetId},
-          {"type", standalone::TransactionTypeName(entry.txnType)},
-          {"typeNumber", entry.txnType},
-          {"date", entry.txnDate.view()},
-          {"realm", entry.realmId.view()},
-          {"partner", entry.partnerName.view()},
-          {"name", entry.txnName.view()},
-          {"billCheckAccount", entry.billCheckAccountName.view()},
-          {"entryAccount", entry.entryAccountName.view()},
-          {"liabilityAccount", entry.liabilityAccountName.view()},
-          {"amount", entry.amount.view()},
-          {"currency", entry.currencyCode.view()},
-          {"state", entry.state},
-          {"stateText", StateText(entry.state)},
-          {"requestId", entry.requestId.view()}};
-}
-
-std::vector<std::string> EntryCells(const METxnInfo& entry) {
-  const auto text = [](const Util::TString& value) {
-    return std::string(value.view());
-  };
-  return {text(entry.txnDate),
-          standalone::TransactionTypeName(entry.txnType),
-          std::to_string(entry.txnId),
-          std::to_string(entry.targetId),
-          text(entry.partnerName),
-          text(entry.txnName),
-          text(entry.billCheckAccountName.empty() ? entry.entryAccountName : entry.billCheckAccountName),
-          text(entry.liabilityAccountName),
-          text(entry.amount),
-          text(entry.currencyCode),
-          StateText(entry.state),
-          text(entry.requestId)};
-}
 
 void Transactions(Invocation& invocation, const TransactionsOptions& options) {
   std::optional<std::int32_t> txnId;
@@ -79,25 +42,9 @@ void Transactions(Invocation& invocation, const TransactionsOptions& options) {
                  : MultiEntityDriver::GetListOfTxnTargetEntries(entries, from, to);
   });
   invocation.Accept(Request::kListTransactions, status);
-  Json list = Json::array();
-  Table table({{"Date"},
-               {"Type"},
-               {"Txn", Align::kRight},
-               {"Line", Align::kRight},
-               {"Partner"},
-               {"Name"},
-               {"Account"},
-               {"Liability account"},
-               {"Amount", Align::kRight},
-               {"Cur"},
-               {"State"},
-               {"Request"}});
-  for (const METxnInfo& entry : entries) {
-    list.push_back(EntryJson(entry));
-    table.Add(EntryCells(entry));
-  }
-  invocation.Report({{"status", status}, {"transactions", list}},
-                    table.Empty() ? "No intercompany transactions.\n" : table.Text());
+  const Listing listing = ListEntries(entries);
+  invocation.Report({{"status", status}, {"transactions", listing.json}},
+                    listing.table.Empty() ? "No intercompany transactions.\n" : listing.table.Text());
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <limits>
 #include <string>
 
+#include "host/Enumerations.h"
+#include "standalone/AccountTypes.h"
 #include "standalone/Amount.h"
 #include "standalone/Dates.h"
 #include "standalone/Errors.h"
@@ -17,6 +19,17 @@ namespace app {
 namespace {
 
 constexpr std::int32_t kLargestId = std::numeric_limits<std::int32_t>::max() - 1;
+
+// A state by its name or by its number.
+std::optional<MEState> ReadState(std::string_view text, std::string (*nameOf)(int state)) {
+  for (const MEState state : {MEStatePending, MEStateEstablished, MEStateWithoutAccounts, MEStateDeactivated}) {
+    if (text == nameOf(state)) return state;
+  }
+  std::int16_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return static_cast<MEState>(number);
+}
 
 }  // namespace
 
@@ -65,18 +78,44 @@ std::int32_t WholeNumber(std::string_view what, std::string_view text, std::int3
 }
 
 MEState RelationState(std::string_view text) {
-  for (const MEState state : {MEStatePending, MEStateEstablished, MEStateWithoutAccounts, MEStateDeactivated}) {
-    if (text == StateText(state)) return state;
-  }
-  std::int16_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || number == MEStateKeepStored) {
+  const std::optional<MEState> state = ReadState(text, StateText);
+  if (!state || *state == MEStateKeepStored) {
     throw standalone::InvalidInput(fmt::format(
         "state {} is not acceptable; give pending, established, without-accounts or deactivated, or a number "
         "from -32768 to 32767 other than 6",
         standalone::Quoted(text)));
   }
-  return static_cast<MEState>(number);
+  return *state;
+}
+
+MEState TransactionState(std::string_view text) {
+  const std::optional<MEState> state = ReadState(text, TransactionStateText);
+  if (!state) {
+    throw standalone::InvalidInput(
+        fmt::format("state {} is not acceptable; give pending, established, rejected or deactivated, or a number "
+                    "from -32768 to 32767",
+                    standalone::Quoted(text)));
+  }
+  return *state;
+}
+
+std::int16_t RejectedType(std::string_view text) {
+  for (const std::int16_t type : {kTxnTypeBill, kTxnTypeCheck}) {
+    if (text == standalone::TransactionTypeName(type) || text == std::to_string(type)) return type;
+  }
+  throw standalone::InvalidInput(
+      fmt::format("type {} is not acceptable; partners reject a bill or a check", standalone::Quoted(text)));
+}
+
+Util::TString RejectedAmount(std::string_view text) {
+  const Util::TString amount = Amount(text);
+  if (amount.size() <= kRejectedAmountLength) return amount;
+  throw standalone::InvalidInput(fmt::format("amount {} is too long; write it with at most {} characters",
+                                             standalone::Quoted(text), kRejectedAmountLength));
+}
+
+Util::TString PartnerTxnId(std::string_view text) {
+  return standalone::RequireText("The partner's transaction id", text, 1, kPartnerTxnIdLength);
 }
 
 MERelationType RelationType(std::string_view text) {

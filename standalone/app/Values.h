@@ -32,6 +32,15 @@ std::int32_t WholeNumber(std::string_view what, std::string_view text, std::int3
 // A relation's state: its name, or another number that fits its 16 bits. Not MEStateKeepStored, which is never stored.
 MEState RelationState(std::string_view text);
 MERelationType RelationType(std::string_view text);
+// An intercompany transaction's state: its name, or any number that fits its 16 bits.
+MEState TransactionState(std::string_view text);
+
+// A transaction that a partner can reject: "bill" or "check", or its number.
+std::int16_t RejectedType(std::string_view text);
+// An amount as it was written, which fits the 22 characters that a rejected transaction has for it.
+Util::TString RejectedAmount(std::string_view text);
+// The partner's own id of a transaction, 1 to 36 characters.
+Util::TString PartnerTxnId(std::string_view text);
 
 // The null date, which leaves a period open, when nothing was given.
 DateType32 PeriodBound(std::string_view what, const std::optional<std::string>& text);

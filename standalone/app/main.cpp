@@ -10,7 +10,6 @@
 #include <CLI/CLI.hpp>
 
 #include "standalone/Errors.h"
-#include "standalone/OperationsLog.h"
 #include "standalone/UserTable.h"
 #include "standalone/app/Commands.h"
 #include "standalone/app/Failure.h"
@@ -22,18 +21,6 @@ namespace app {
 namespace {
 
 constexpr const char* kGlobalOptionsHelp = "--user NAME, --json and --trace may be added to every command.";
-
-std::string TraceText(const TraceLine& line, bool json) {
-  if (!json) {
-    return fmt::format("log level {} event {} {}: {}\n", line.level, line.eventType, line.shortName,
-                       standalone::EscapeColumn(line.message));
-  }
-  return JsonText({{"log",
-                    {{"level", line.level},
-                     {"eventType", line.eventType},
-                     {"shortName", line.shortName},
-                     {"message", line.message}}}});
-}
 
 // The lines that the log gained; an answer other than 1 is told as an error later.
 void PrintTrace(const Invocation& invocation) {
@@ -87,6 +74,13 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   AddRelation(program, invocation);
   AddJournal(program, invocation);
   AddTransactions(program, invocation);
+  AddTransaction(program, invocation);
+  AddRejected(program, invocation);
+  AddRealm(program, invocation);
+  AddPlugin(program, invocation);
+  AddPersona(program, invocation);
+  AddReminder(program, invocation);
+  AddOpen(program, invocation);
   AddLog(program, invocation);
 }
 

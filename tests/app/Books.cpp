@@ -1,5 +1,7 @@
 #include "app/Books.h"
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <random>
 #include <sstream>
@@ -98,6 +100,19 @@ int Books::Book(const std::string& request) const {
   return Answer({"journal", "record", kFile, "--realm", "1001", "--amount", "40.00", "--request", request, "--expense",
                  "Utilities", "--name", "Northern Power"})
       .at("transaction");
+}
+
+void Books::Remember(const std::string& key, const std::string& text) const {
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(In(kFile).c_str(), &database), SQLITE_OK);
+  const std::string sql = "INSERT INTO preference VALUES ('" + key + "', '" + text + "')";
+  EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
+  sqlite3_close(database);
+}
+
+void Books::LetTheReminderComeAtOnce() const {
+  WriteFile("alder.company.remote.toml",
+            "[values.MultiEntity]\nInitialDelayInSeconds = \"1\"\nHoursToLaunchDay = \"0\"\n");
 }
 
 int Books::AccountId(const std::string& name) const {

@@ -53,6 +53,10 @@ class Books : public EmptyDirectory {
   void ImportMarch() const;
   // Books 40.00 to Utilities under the request id; the journal entry's transaction id.
   int Book(const std::string& request) const;
+  // Has the company file remember a text under a key, past the program.
+  void Remember(const std::string& key, const std::string& text) const;
+  // Remote values with which the reminder is due a second after the company is opened, at any time of the day.
+  void LetTheReminderComeAtOnce() const;
   // The numbers of the accounts, by name.
   int AccountId(const std::string& name) const;
 };

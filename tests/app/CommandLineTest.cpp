@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "app/Books.h"
 
 using testing::AllOf;
@@ -124,19 +126,24 @@ using Words = std::vector<std::string>;
 std::string TestName(const Words& command) {
   std::string name = "multientity";
   for (const std::string& word : command) name += "_" + word;
+  std::ranges::replace(name, '-', '_');
   return name;
 }
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(Help, EveryCommand,
-                         testing::Values(Words{}, Words{"init"}, Words{"import"}, Words{"import", "accounts"},
-                                         Words{"import", "names"}, Words{"import", "transactions"}, Words{"accounts"},
-                                         Words{"names"}, Words{"users"}, Words{"users", "list"}, Words{"users", "add"},
-                                         Words{"users", "change"}, Words{"users", "remove"}, Words{"settings"},
-                                         Words{"settings", "show"}, Words{"settings", "set"}, Words{"relation"},
-                                         Words{"relation", "create"}, Words{"relation", "update"},
-                                         Words{"relation", "delete"}, Words{"relation", "show"},
-                                         Words{"relation", "list"}, Words{"journal"}, Words{"journal", "record"},
-                                         Words{"journal", "remove"}, Words{"transactions"}, Words{"log"}),
-                         [](const testing::TestParamInfo<Words>& words) { return TestName(words.param); });
+INSTANTIATE_TEST_SUITE_P(
+    Help, EveryCommand,
+    testing::Values(Words{}, Words{"init"}, Words{"import"}, Words{"import", "accounts"}, Words{"import", "names"},
+                    Words{"import", "transactions"}, Words{"accounts"}, Words{"names"}, Words{"users"},
+                    Words{"users", "list"}, Words{"users", "add"}, Words{"users", "change"}, Words{"users", "remove"},
+                    Words{"settings"}, Words{"settings", "show"}, Words{"settings", "set"}, Words{"relation"},
+                    Words{"relation", "create"}, Words{"relation", "update"}, Words{"relation", "delete"},
+                    Words{"relation", "show"}, Words{"relation", "list"}, Words{"journal"}, Words{"journal", "record"},
+                    Words{"journal", "remove"}, Words{"transactions"}, Words{"transaction"},
+                    Words{"transaction", "set-state"}, Words{"transaction", "exists"}, Words{"rejected"},
+                    Words{"rejected", "save"}, Words{"rejected", "list"}, Words{"rejected", "delete"}, Words{"realm"},
+                    Words{"realm", "show"}, Words{"realm", "set"}, Words{"realm", "check"}, Words{"plugin"},
+                    Words{"plugin", "check"}, Words{"persona"}, Words{"reminder"}, Words{"reminder", "show"},
+                    Words{"open"}, Words{"log"}),
+    [](const testing::TestParamInfo<Words>& words) { return TestName(words.param); });

@@ -11,13 +11,15 @@
 #include <stdexcept>
 #include <system_error>
 
-extern char** environ;
-
 namespace {
 
 class Redirections {
  public:
-  Redirections() { posix_spawn_file_actions_init(&actions_); }
+  // Nobody is there to type.
+  Redirections() {
+    posix_spawn_file_actions_init(&actions_);
+    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  }
   Redirections(const Redirections&) = delete;
   Redirections& operator=(const Redirections&) = delete;
   ~Redirections() { posix_spawn_file_actions_destroy(&actions_); }
@@ -49,6 +51,7 @@ std::vector<std::string> Joined(std::vector<std::string> words, const std::vecto
 
 int Spawn(const Redirections& redirections, std::vector<std::string> words) {
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   pid_t child = 0;

@@ -12,8 +12,8 @@ struct Outcome {
   std::string err;
 };
 
-// Runs multientity with these arguments and waits for its end. `directory` is its working directory and holds what it
-// prints meanwhile.
+// Runs multientity with these arguments and without input, and waits for its end. `directory` is its working directory
+// and holds what it prints meanwhile.
 Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
 
 // Runs it with its standard output going to `output` instead, such as a device; Outcome::out stays empty.

@@ -1,0 +1,137 @@
+#include "app/Books.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+namespace {
+
+// A company that needs the reminder.
+class RelatedBooks : public Books {
+ public:
+  RelatedBooks() { RelateBirch(); }
+
+ protected:
+  Json Reminder() const { return Answer({"reminder", "show", kFile}); }
+  void SetRemoteValues(const std::string& delay, const std::string& hour) const {
+    WriteFile("alder.company.remote.toml",
+              "[values.MultiEntity]\nInitialDelayInSeconds = \"" + delay + "\"\nHoursToLaunchDay = \"" + hour + "\"\n");
+  }
+};
+
+}  // namespace
+
+TEST_F(RelatedBooks, AfterTheLaunchHourTheLeastDelayCounts) {
+  SetRemoteValues("7", "0");
+
+  const Json reminder = Reminder();
+
+  EXPECT_EQ(reminder.at("comes"), true);
+  EXPECT_EQ(reminder.at("remembered"), false);
+  EXPECT_EQ(reminder.at("delaySeconds"), 7);
+  EXPECT_EQ(reminder.at("why"), "00:00 today has passed, so the least delay of 7 seconds counts");
+}
+
+TEST_F(RelatedBooks, BeforeTheLaunchHourItIsWaitedFor) {
+  SetRemoteValues("7", "48");
+
+  const Json reminder = Reminder();
+
+  EXPECT_GT(reminder.at("delaySeconds"), 23 * 3600);
+  EXPECT_LE(reminder.at("delaySeconds"), 48 * 3600);
+  EXPECT_EQ(reminder.at("why"), "48:00 today is still ahead");
+}
+
+TEST_F(RelatedBooks, ALaunchHourThatComesTooSoonWaitsForTheLeastDelay) {
+  SetRemoteValues("1000000", "48");
+
+  const Json reminder = Reminder();
+
+  EXPECT_EQ(reminder.at("delaySeconds"), 1000000);
+  EXPECT_EQ(reminder.at("why"), "48:00 today comes before the least delay of 1000000 seconds is over");
+}
+
+TEST_F(RelatedBooks, ARememberedDayInTheFutureIsWaitedFor) {
+  Remember("MEPromptLaunchDate", "21000102");
+
+  const Json reminder = Reminder();
+
+  EXPECT_EQ(reminder.at("launchDate"), "2100-01-02");
+  EXPECT_EQ(reminder.at("remembered"), true);
+  EXPECT_EQ(reminder.at("why"), "10:00 on 2100-01-02 is still ahead");
+}
+
+TEST_F(RelatedBooks, ARememberedDayInThePastCountsAsToday) {
+  SetRemoteValues("7", "0");
+  Remember("MEPromptLaunchDate", "20200102");
+
+  const Json reminder = Reminder();
+
+  EXPECT_EQ(reminder.at("launchDate"), "2020-01-02");
+  EXPECT_EQ(reminder.at("delaySeconds"), 7);
+  EXPECT_THAT(reminder.at("why").get<std::string>(), HasSubstr("as which a day in the past counts"));
+}
+
+TEST_F(RelatedBooks, ADayThatCannotBeReadIsNamed) {
+  Remember("MEPromptLaunchDate", "soon");
+
+  const Json reminder = Reminder();
+
+  EXPECT_EQ(reminder.at("comes"), false);
+  EXPECT_EQ(reminder.at("launchDate"), nullptr);
+  EXPECT_EQ(reminder.at("delaySeconds"), nullptr);
+  EXPECT_EQ(reminder.at("why"), "the company file remembers \"soon\" as the day of the next reminder, which is no day");
+}
+
+TEST_F(RelatedBooks, ShowingTheReminderHasTheFileRememberNothing) {
+  const Json first = Reminder();
+  const Json second = Reminder();
+
+  EXPECT_EQ(first.at("remembered"), false);
+  EXPECT_EQ(second.at("remembered"), false);
+}
+
+TEST_F(RelatedBooks, TheReminderIsShownForPeople) {
+  SetRemoteValues("1", "0");
+
+  EXPECT_THAT(Run({"reminder", "show", kFile}).out,
+              testing::MatchesRegex("Reminder:   comes while the company is open\n"
+                                    "Launch day: [0-9-]+ \\(today, as the company file remembers no day\\)\n"
+                                    "Delay:      1 second, until [0-9-]+ [0-9:]+\n"
+                                    "Why:        00:00 today has passed, so the least delay of 1 second counts\n"));
+}
+
+TEST_F(Books, WithoutRelationsNoReminderComes) {
+  const Outcome outcome = Run({"reminder", "show", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_THAT(outcome.out, AllOf(HasSubstr("Reminder:   does not come\n"), HasSubstr("Delay:      none\n"),
+                                 HasSubstr("there is no relation with a partner company")));
+}
+
+TEST_F(RelatedBooks, ASampleFileAnAccountantsCopyAndSeveralCurrenciesNeedNoReminder) {
+  Done({"settings", "set", kFile, "multi-currency", "yes"});
+  EXPECT_EQ(Reminder().at("why"), "the company keeps several currencies");
+  Done({"settings", "set", kFile, "accountants-copy", "yes"});
+  EXPECT_EQ(Reminder().at("why"), "this is an accountant's copy");
+  Done({"settings", "set", kFile, "sample-file", "yes"});
+  EXPECT_EQ(Reminder().at("why"), "this is a sample file");
+}
+
+TEST_F(RelatedBooks, AUserWhoMayNotCreateJournalEntriesNeedsNoReminder) {
+  Done({"users", "add", kFile, "Robin", "--right", "journal:view"});
+
+  EXPECT_EQ(Answer({"reminder", "show", kFile, "--user", "Robin"}).at("why"),
+            "this user is no administrator and no accountant and may not create journal entries");
+}
+
+TEST_F(RelatedBooks, AnAccountantNeedsTheReminder) {
+  Done({"users", "add", kFile, "Robin", "--accountant"});
+
+  EXPECT_EQ(Answer({"reminder", "show", kFile, "--user", "Robin"}).at("comes"), true);
+}
+
+TEST_F(RelatedBooks, WithTheFeatureSwitchedOffNoReminderComes) {
+  WriteFile("alder.company.remote.toml", "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+
+  EXPECT_EQ(Reminder().at("why"), "the multi-entity feature is switched off");
+}

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -73,6 +74,11 @@ Outcome RunWords(const std::filesystem::path& output, const std::filesystem::pat
 
 }  // namespace
 
+std::string ProgramUnderTest() {
+  const char* named = std::getenv("MULTIENTITY_PROGRAM");
+  return named != nullptr ? named : MULTIENTITY_PROGRAM;
+}
+
 Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
   const std::filesystem::path out = directory / "standard-output";
   Outcome outcome = RunProgramInto(out, directory, arguments);
@@ -82,7 +88,7 @@ Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std
 
 Outcome RunProgramInto(const std::filesystem::path& output, const std::filesystem::path& directory,
                        const std::vector<std::string>& arguments) {
-  return RunWords(output, directory, Joined({MULTIENTITY_PROGRAM}, arguments));
+  return RunWords(output, directory, Joined({ProgramUnderTest()}, arguments));
 }
 
 Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
@@ -94,7 +100,7 @@ Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const 
   redirections.ToDescriptor(STDOUT_FILENO, ends[1]);
   redirections.ToFile(STDERR_FILENO, errors);
   redirections.InDirectory(directory);
-  const int exitCode = Spawn(redirections, Joined({MULTIENTITY_PROGRAM}, arguments));
+  const int exitCode = Spawn(redirections, Joined({ProgramUnderTest()}, arguments));
   close(ends[1]);
   return {exitCode, {}, ContentsOf(errors)};
 }
@@ -103,7 +109,7 @@ Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory
                               const std::vector<std::string>& arguments) {
   const std::string limited = "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + R"(; exec "$0" "$@")";
   return RunWords(directory / "standard-output", directory,
-                  Joined({"/bin/sh", "-c", limited, MULTIENTITY_PROGRAM}, arguments));
+                  Joined({"/bin/sh", "-c", limited, ProgramUnderTest()}, arguments));
 }
 
 std::string ContentsOf(const std::filesystem::path& file) {

@@ -12,6 +12,10 @@ struct Outcome {
   std::string err;
 };
 
+// The program under test: the one that was built with the tests, or the one that the environment names, such as the
+// Windows program run by an emulator.
+std::string ProgramUnderTest();
+
 // Runs multientity with these arguments and without input, and waits for its end. `directory` is its working directory
 // and holds what it prints meanwhile.
 Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments);

@@ -55,7 +55,7 @@ Connection ThroughATerminal() {
 
 pid_t Start(const std::filesystem::path& directory, const std::filesystem::path& errors, const Connection& connection,
             const std::vector<std::string>& arguments) {
-  std::vector<std::string> words = {MULTIENTITY_PROGRAM};
+  std::vector<std::string> words = {ProgramUnderTest()};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
   pointers.reserve(words.size() + 1);

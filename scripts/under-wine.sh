@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Runs a Windows program: under-wine.sh PROGRAM ARGUMENT...
+#
+# Wine's files lie in a prefix of this project's own, which ./test and ./run make once.
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+export WINEPREFIX=$here/build/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+unset DISPLAY WAYLAND_DISPLAY
+# Debian's wrapper would look for the 32-bit loader first and complain.
+exec /usr/lib/wine/wine64 "$@"

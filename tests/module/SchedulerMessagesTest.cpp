@@ -131,6 +131,32 @@ TEST_F(SchedulerMessage, ThatIsQueuedMayBeTheOriginalOfACopy) {
   EXPECT_EQ(Queued(), 1U);
 }
 
+const MultiEntityScheduler& NoOriginal() {
+  throw std::runtime_error("there is no message to copy");
+}
+
+// The allocator may give the block of the message that was not made to the pair.
+TEST_F(SchedulerMessage, InsideAnotherObjectStaysItsMakersAlsoAfterOneOnTheHeapCouldNotBeMade) {
+  EXPECT_THROW(new MultiEntityScheduler(NoOriginal()), std::runtime_error);
+  const auto pair = std::make_unique<std::pair<MultiEntityScheduler, int>>();
+
+  EXPECT_EQ(Queued(), 0U);
+}
+
+class SuccessorOf : public MultiEntityScheduler {
+ public:
+  explicit SuccessorOf(const std::unique_ptr<MultiEntityScheduler>& /*former*/) {}
+};
+
+TEST_F(SchedulerMessage, IsQueuedAlthoughItsMakingDeletesAnother) {
+  const MultiEntityScheduler original;
+  auto former = std::make_unique<MultiEntityScheduler>(original);
+
+  new SuccessorOf(former = nullptr);
+
+  EXPECT_EQ(Queued(), 1U);
+}
+
 // A company that needs the reminder: one relation, and a user who may be reminded. 3 March 2024 at noon.
 class SchedulerProcessing : public AttachedTest {
  protected:

@@ -115,6 +115,16 @@ TEST_F(SchedulerMessage, MadeAnewInTheBlockOfACopyStaysItsMakers) {
   EXPECT_EQ(Queued(), 0U);
 }
 
+TEST_F(SchedulerMessage, MadeAnewInTheBlockOfAMovedOneStaysItsMakers) {
+  MultiEntityScheduler original;
+  const std::unique_ptr<MultiEntityScheduler> message(new MultiEntityScheduler(std::move(original)));
+
+  std::destroy_at(message.get());
+  std::construct_at(message.get());
+
+  EXPECT_EQ(Queued(), 0U);
+}
+
 TEST_F(SchedulerMessage, ThatIsAssignedStaysItsMakers) {
   MultiEntityScheduler message;
   const MultiEntityScheduler other;

@@ -29,6 +29,11 @@ class BenchError(Exception):
     pass
 
 
+def succeeds(command: list[str | Path], seconds: float | None = None) -> bool:
+    done = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=seconds)
+    return done.returncode == 0
+
+
 @dataclass(frozen=True)
 class Case:
     program: Path
@@ -36,12 +41,10 @@ class Case:
     file: str  # the test file's name
 
     def passes(self) -> bool:
-        command = [self.program, f"--gtest_filter={self.name}"]
         try:
-            done = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=SECONDS_PER_CASE)
+            return succeeds([self.program, f"--gtest_filter={self.name}"], SECONDS_PER_CASE)
         except subprocess.TimeoutExpired:
             return False
-        return done.returncode == 0
 
 
 class Bench:
@@ -74,8 +77,7 @@ class Bench:
 
     def compile(self, mutant: Mutant) -> bool:
         self._path(mutant).write_text(mutant.source)
-        done = subprocess.run(self._build_command(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        return done.returncode == 0
+        return succeeds(self._build_command())
 
     def killer(self, mutant: Mutant) -> Case | None:
         """The case that fails with the mutant that was compiled last, or none."""
@@ -94,8 +96,8 @@ class Bench:
         return self._source / SOURCES / mutant.file
 
     def _copy(self) -> None:
-        listing = self._run(["git", "-C", self._project, "ls-files", "-z", "--cached", "--others", "--exclude-standard"])
-        for name in listing.rstrip("\0").split("\0"):
+        list_files = ["git", "-C", self._project, "ls-files", "-z", "--cached", "--others", "--exclude-standard"]
+        for name in self._run(list_files).rstrip("\0").split("\0"):
             original, copy = self._project / name, self._source / name
             if not original.is_file():
                 continue

@@ -16,6 +16,7 @@ TOKEN = re.compile(
 
 BRACKETS = {"(": ")", "[": "]", "{": "}"}
 SCOPES = {"namespace", "class", "struct", "enum", "union", "template"}
+BEFORE_A_BLOCK = {")", "else", "try", "do", "{", "}", ";", ":", "noexcept", "const", "override"}
 HEADS = {"if", "for", "while", "switch"}
 
 
@@ -131,7 +132,7 @@ class Reader:
 
     @staticmethod
     def _opens_block(before: str, first: str) -> bool:
-        return first in SCOPES or before in (")", "else", "try", "do", "{", "}", ";", ":", "noexcept", "const", "override")
+        return first in SCOPES or before in BEFORE_A_BLOCK
 
     def _close(self, at: int) -> None:
         closed = self._levels.pop()

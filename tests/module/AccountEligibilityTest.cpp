@@ -341,6 +341,14 @@ TEST_F(AccountsOfAType, AreNotTestedForEligibility) {
   EXPECT_THAT(host.CallsOf({"GetListOfAccounts", "OpenAccount"}), InOrder("GetListOfAccounts(5)"));
 }
 
+TEST_F(AccountsOfAType, AreNotSaidToBeListedWhenTheHostThrows) {
+  host.ThrowAt("GetListOfAccounts", std::runtime_error("the file is damaged"));
+
+  EXPECT_THROW(List(7), std::runtime_error);
+
+  EXPECT_THAT(host.Lines(), InOrder(Entering(kListByType), FeatureAsked()));
+}
+
 TEST_F(AccountsOfAType, AreNoneForATypeThatNoAccountHas) {
   EXPECT_EQ(List(300), MEStatusSuccess);
 

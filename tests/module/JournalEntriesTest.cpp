@@ -216,6 +216,14 @@ TEST_F(JournalEntry, RefusesARelationWithANegativeId) {
   EXPECT_EQ(Record({}), MEStatusInvalidData);
 }
 
+TEST_F(JournalEntry, IsRecordedForTheCompanysFirstRelation) {
+  host.store.relations.front().relationId = 1;
+
+  EXPECT_EQ(Record({}), MEStatusSuccess);
+
+  EXPECT_THAT(host.store.transactions, ElementsAre(Field(&DBMultiEntityTransaction::relationId, 1)));
+}
+
 TEST_F(JournalEntry, NeedsADueToAccountThatExists) {
   EXPECT_EQ(Record({.dueToAccountId = 97}), MEStatusAccountFailed);
 

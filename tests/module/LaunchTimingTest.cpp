@@ -158,7 +158,7 @@ TEST_P(NumberAtARemoteValuesStart, IsTaken) {
 INSTANTIATE_TEST_SUITE_P(Every, NumberAtARemoteValuesStart,
                          testing::Values(RemoteNumber{"0", 0}, RemoteNumber{"7", 7}, RemoteNumber{"007", 7},
                                          RemoteNumber{"12xyz", 12}, RemoteNumber{"1.5", 1}, RemoteNumber{"1,000", 1},
-                                         RemoteNumber{"0x10", 0}, RemoteNumber{"12 34", 12},
+                                         RemoteNumber{"0x10", 0}, RemoteNumber{"12 34", 12}, RemoteNumber{"12~34", 12},
                                          RemoteNumber{" \t\n\v\f\r42", 42}, RemoteNumber{"+7", 7},
                                          RemoteNumber{" +7", 7}, RemoteNumber{"-0", 0}, RemoteNumber{"-1", 4294967295U},
                                          RemoteNumber{" -2 ", 4294967294U}, RemoteNumber{"4294967295", 4294967295U},
@@ -180,7 +180,7 @@ TEST_P(RemoteValueWithoutANumber, IsReportedAndReplacedByTheUsualOne) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, RemoteValueWithoutANumber,
-                         testing::Values("abc", "x12", " ", "+", "-", "--1", "+-1", "+ 5", ".5", "4294967296",
+                         testing::Values("abc", "x12", "~12", " ", "+", "-", "--1", "+-1", "+ 5", ".5", "4294967296",
                                          "-4294967296", "18446744073709551616", "18446744073709551615",
                                          "99999999999999999999999999999999999999"));
 

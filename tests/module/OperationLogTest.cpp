@@ -75,6 +75,20 @@ TEST_F(OperationsLogLine, IsNotWrittenWhenTheHostDoesNotWantItsLevel) {
   EXPECT_THAT(host.Lines(), InOrder(Warning("a warning")));
 }
 
+TEST(OperationsLogText, FitsArgumentsWhoseConversionsItHasInTheirOrder) {
+  EXPECT_TRUE(HasConversions("no argument", {}));
+  EXPECT_TRUE(HasConversions("%s", {"%s"}));
+  EXPECT_TRUE(HasConversions("realm [%s], accnt [%d], %lu seconds", {"%s", "%d", "%lu"}));
+  EXPECT_TRUE(HasConversions("%d%d", {"%d", "%d"}));
+}
+
+TEST(OperationsLogText, FitsNeitherFewerNorMoreNorOtherArguments) {
+  EXPECT_FALSE(HasConversions("realm [%s]", {}));
+  EXPECT_FALSE(HasConversions("realm [%s]", {"%s", "%s"}));
+  EXPECT_FALSE(HasConversions("realm [%s], accnt [%d]", {"%d", "%s"}));
+  EXPECT_FALSE(HasConversions("%d", {"%s"}));
+}
+
 TEST(OperationsLogWithoutAHost, TakesALineAndWritesNone) {
   ScriptedHost host;
 

@@ -217,6 +217,14 @@ TEST_P(RelationWithoutAnId, IsTakenAsNone) {
 
 INSTANTIATE_TEST_SUITE_P(Every, RelationWithoutAnId, testing::Values(0, -1, -2147483647));
 
+TEST_F(RejectedTransaction, IsRememberedForTheCompanysFirstRelation) {
+  host.store.relations.front().relationId = 1;
+
+  EXPECT_EQ(Save({}), MEStatusSuccess);
+
+  EXPECT_EQ(Saved().relationId, 1);
+}
+
 class RejectedTransactionStep : public RejectedTransaction, public testing::WithParamInterface<const char*> {};
 
 TEST_P(RejectedTransactionStep, ReportsWhateverTheHostThrowsAndRemembersNothing) {

@@ -115,6 +115,16 @@ TEST_F(SchedulerMessage, MadeAnewInTheBlockOfACopyStaysItsMakers) {
   EXPECT_EQ(Queued(), 0U);
 }
 
+TEST_F(SchedulerMessage, MadeAnewInTheBlockOfAMovedOneStaysItsMakers) {
+  MultiEntityScheduler original;
+  const std::unique_ptr<MultiEntityScheduler> message(new MultiEntityScheduler(std::move(original)));
+
+  std::destroy_at(message.get());
+  std::construct_at(message.get());
+
+  EXPECT_EQ(Queued(), 0U);
+}
+
 TEST_F(SchedulerMessage, ThatIsAssignedStaysItsMakers) {
   MultiEntityScheduler message;
   const MultiEntityScheduler other;
@@ -127,6 +137,32 @@ TEST_F(SchedulerMessage, ThatIsAssignedStaysItsMakers) {
 TEST_F(SchedulerMessage, ThatIsQueuedMayBeTheOriginalOfACopy) {
   auto* queued = new MultiEntityScheduler;
   const MultiEntityScheduler copy(*queued);
+
+  EXPECT_EQ(Queued(), 1U);
+}
+
+const MultiEntityScheduler& NoOriginal() {
+  throw std::runtime_error("there is no message to copy");
+}
+
+// The allocator may give the block of the message that was not made to the pair.
+TEST_F(SchedulerMessage, InsideAnotherObjectStaysItsMakersAlsoAfterOneOnTheHeapCouldNotBeMade) {
+  EXPECT_THROW(new MultiEntityScheduler(NoOriginal()), std::runtime_error);
+  const auto pair = std::make_unique<std::pair<MultiEntityScheduler, int>>();
+
+  EXPECT_EQ(Queued(), 0U);
+}
+
+class SuccessorOf : public MultiEntityScheduler {
+ public:
+  explicit SuccessorOf(const std::unique_ptr<MultiEntityScheduler>& /*former*/) {}
+};
+
+TEST_F(SchedulerMessage, IsQueuedAlthoughItsMakingDeletesAnother) {
+  const MultiEntityScheduler original;
+  auto former = std::make_unique<MultiEntityScheduler>(original);
+
+  new SuccessorOf(former = nullptr);
 
   EXPECT_EQ(Queued(), 1U);
 }

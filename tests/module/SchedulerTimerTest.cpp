@@ -54,6 +54,22 @@ TEST_F(SchedulerTimer, IsArmedInThisOrder) {
                       "GetLocalTime()", "GetLocalTime()", "SetTimer(0, 900000)"));
 }
 
+TEST_F(SchedulerTimer, IsArmedAnewBetweenTheseLines) {
+  FileRemembers("20240303");
+  MESchedulerUtil::StartScheduler();
+  host.Forget();
+
+  MESchedulerUtil::StartScheduler();
+
+  EXPECT_THAT(host.Events(),
+              InOrder("MULTIENTITY::StartTimer: Entering function", "KillTimer(1)",
+                      "MULTIENTITY::GetNextSchedulerTimeFromPrefDb: Getting next launch date from pref db",
+                      "GetActiveFileMgr()", "GetFileState()", "GetCompanyDBPreference(MEPromptLaunchDate)",
+                      "GetLocalTime()", "MULTIENTITY::GetNextLaunchDelayInSeconds: Launch date today",
+                      "MULTIENTITY::StartScheduler: Starting Timer for 900 seconds", "SetTimer(0, 900000)",
+                      "MULTIENTITY::StartScheduler: Exiting function"));
+}
+
 TEST_F(SchedulerTimer, IsArmedWithTheseLines) {
   MESchedulerUtil::StartScheduler();
 

@@ -143,11 +143,13 @@ TEST_F(TransactionEntries, ShowAJournalEntryUnderItsMemoWithoutItsAccountNames) 
 TEST_F(TransactionEntries, AreReadInThisOrderOfQuestions) {
   List(10);
 
-  EXPECT_THAT(host.CallsOf({"GetTransactionWithTargets", "FeaturePermissionAvailable", "GetRelationById", "TargExists",
-                            "OpenLine", "GetDate", "GetAmount", "Money2Str_s", "ReleaseLine"}),
-              InOrder("GetTransactionWithTargets(10)", "FeaturePermissionAvailable(20, 2, 0)", "GetRelationById(5)",
-                      "TargExists(101, 0)", "OpenLine(101, 1, 0, 9)", "GetDate(101)", "GetAmount(101)",
-                      "Money2Str_s(30, 125050, 65536)", "ReleaseLine(101)"));
+  EXPECT_THAT(
+      host.CallsOf({"GetTransactionWithTargets", "FeaturePermissionAvailable", "GetRelationById", "TargExists",
+                    "OpenLine", "GetDate", "GetAmount", "Money2Str_s", "PrefGetPrefHandle", "GetTransactionName",
+                    "ReleaseLine"}),
+      InOrder("GetTransactionWithTargets(10)", "FeaturePermissionAvailable(20, 2, 0)", "GetRelationById(5)",
+              "TargExists(101, 0)", "OpenLine(101, 1, 0, 9)", "GetDate(101)", "GetAmount(101)",
+              "Money2Str_s(30, 125050, 65536)", "PrefGetPrefHandle()", "GetTransactionName(101)", "ReleaseLine(101)"));
   EXPECT_THAT(host.CallsOf({"GetAccountName"}), IsEmpty());
 }
 
@@ -411,6 +413,16 @@ TEST_F(PeriodEntries, OpenEachLineUnderItsTypeAndReleaseIt) {
                       "TargExists(301, 8)", "OpenLine(301, 1, 0, 8)", "GetDate(301)", "TargExists(302, 8)",
                       "OpenLine(302, 1, 0, 8)", "GetAccountName(302, 0, 0)", "GetAccountName(301, 0, 0)"));
   EXPECT_THAT(host.CallsOf({"ReleaseLine"}), SizeIs(4));
+}
+
+TEST_F(PeriodEntries, AskForAmountAccountCurrencyAndNameInThisOrder) {
+  host.store.transactions = {BillRow()};
+
+  List();
+
+  EXPECT_THAT(host.CallsOf({"GetAmount", "Money2Str_s", "GetAccountName", "PrefGetPrefHandle", "GetTransactionName"}),
+              InOrder("GetAmount(101)", "Money2Str_s(30, 125050, 65536)", "GetAccountName(101, 0, 0)",
+                      "PrefGetPrefHandle()", "GetTransactionName(101)"));
 }
 
 TEST_F(PeriodEntries, AreListedAlsoWhileTheFeatureIsOff) {

@@ -175,11 +175,6 @@ inline constexpr Operation GetMECacheRealmId{"MultiEntityDriver::GetMECacheRealm
 inline constexpr Operation SetMECacheRealmId{
     "MultiEntityDriver::SetMECacheRealmId", "bool __cdecl MultiEntityDriver::SetMECacheRealmId(char *)", kDriverSource};
 
-inline constexpr Operation IsRealmReset{
-    "MultiEntityDriver::IsRealmReset",
-    "bool __cdecl MultiEntityDriver::IsRealmReset(class Util::TString<char,class Util::TStringAllocator<char> >)",
-    kDriverSource};
-
 inline constexpr Operation BlockUserIfRealmReset{"MultiEntityDriver::BlockUserIfRealmReset",
                                                  "bool __cdecl MultiEntityDriver::BlockUserIfRealmReset(class "
                                                  "Util::TString<char,class Util::TStringAllocator<char> >)",

@@ -52,16 +52,10 @@ bool MayDoInAccountList(CAccnt& element, UserAction action) {
 }  // namespace
 
 bool MultiEntityDriver::IsRealmReset(Util::TString realmId) {
-  const OperationLog log{operations::IsRealmReset};
-  try {
-    bool ok = false;
-    // This block is never given back.
-    const char* remembered = GetMECacheRealmId(realmId, ok);
-    return ok && remembered != nullptr && !realmId.empty() && realmId.view() != remembered;
-  } catch (...) {
-    log.Error("MULTIENTITY_ERROR::Exiting %s, due to generic exception", log.Name());
-    return false;
-  }
+  bool ok = false;
+  // This block is never given back.
+  const char* remembered = GetMECacheRealmId(realmId, ok);
+  return ok && remembered != nullptr && !realmId.empty() && realmId.view() != remembered;
 }
 
 bool MultiEntityDriver::BlockUserIfRealmReset(Util::TString realmId) {

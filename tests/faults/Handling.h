@@ -64,7 +64,7 @@ class Handling {
     inTables.emplace_back(std::move(text), std::move(instead));
     return std::move(*this);
   }
-  // The result or the row of a table that begins so is not there.
+  // No result and no row of a table begins so.
   Handling&& Without(std::string beginning) && {
     missing.push_back(std::move(beginning));
     return std::move(*this);

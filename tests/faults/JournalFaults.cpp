@@ -28,6 +28,9 @@ void TakeTheNextLine(Company& company) {
 // Whatever is thrown while an entry is recorded leaves what was already booked.
 std::vector<Scenario> JournalScenarios() {
   const Handling caught = Ends("14", {Error("MULTIENTITY_ERROR:: exception occured during fetching data  " + kRecord)});
+  // The caller has the entry's id from the moment at which there is a row to be saved.
+  const Handling caughtWithId = Handling(caught).With("txnId 0", "txnId 31");
+  const Handling caughtWithoutId = Handling(caught).With("txnId 31", "txnId 0");
   const auto expenseAccount = [](const std::string& id) {
     return Ends("6", {Error("MULTIENTITY_ERROR:: no matching Expense Accnt for id [" + id + "] in  " + kRecord)});
   };
@@ -49,13 +52,20 @@ std::vector<Scenario> JournalScenarios() {
       {"CreateCName", WhenFailing(Ends("17")).Or(kEdListDuplicateName, Ends("16")), caught},
       {"CreateGeneralJournalEntry", Ends("0", {Error("MULTIENTITY_ERROR:: Not able to create GJE in  " + kRecord)}),
        caught},
-      {"InvalidParameter", NoSuchFailure(), caught},
+      {"InvalidParameter", NoSuchFailure(), caughtWithoutId},
       {"SaveTransaction",
-       Ends("0", {saveFailed}).AfterAsking({"DeleteGeneralJournalEntry"}).Undone("CreateGeneralJournalEntry"), caught}};
-  const Table undo = Table{{"SaveTransaction", GoesOn(), caught},
-                           {"DeleteGeneralJournalEntry",
-                            Ends("18", {Error("MULTIENTITY_ERROR:: Not able to delete GJE in  " + kRecord)}), caught}} +
-                     record;
+       Ends("0", {saveFailed})
+           .AfterAsking({"DeleteGeneralJournalEntry"})
+           .Undone("CreateGeneralJournalEntry")
+           .With("txnId 0", "txnId 31"),
+       caughtWithId}};
+  const Table undo =
+      Table{
+          {"SaveTransaction", GoesOn(), caughtWithId},
+          {"DeleteGeneralJournalEntry",
+           Ends("18", {Error("MULTIENTITY_ERROR:: Not able to delete GJE in  " + kRecord)}).With("txnId 0", "txnId 31"),
+           caughtWithId}} +
+      record;
   const Handling entryStays = Ends("18", {Error("MULTIENTITY_ERROR:: Not able to delete GJE in  " + kRemove)});
   const Handling rowsStay =
       Ends("19", {Error("MULTIENTITY_ERROR:: Not able to save GJE data in ME Txn table in  " + kRemove)});

@@ -152,11 +152,6 @@ Place PlaceOf(const Table& table, const Record& record, const Point& point) {
   return {nullptr, 0};
 }
 
-void EraseFirst(Texts& texts, const std::string& beginning) {
-  const auto found = std::ranges::find_if(texts, [&](const std::string& text) { return text.starts_with(beginning); });
-  if (found != texts.end()) texts.erase(found);
-}
-
 void ReplaceNth(Texts& texts, std::size_t nth, const std::string& what, const std::string& instead) {
   for (std::string& text : texts) {
     const std::size_t at = text.find(what);
@@ -168,7 +163,9 @@ void ReplaceNth(Texts& texts, std::size_t nth, const std::string& what, const st
 
 void Amend(Texts& texts, const Substitutions& substitutions, const Texts& missing, std::size_t nth) {
   for (const auto& [what, instead] : substitutions) ReplaceNth(texts, nth, what, instead);
-  for (const std::string& beginning : missing) EraseFirst(texts, beginning);
+  for (const std::string& beginning : missing) {
+    std::erase_if(texts, [&](const std::string& text) { return text.starts_with(beginning); });
+  }
 }
 
 Texts TablesAt(const Record& record, const std::string& name) {

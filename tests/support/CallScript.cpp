@@ -45,6 +45,10 @@ void CallScript::OnCall(std::string name, std::function<void()> action) {
   actions_.emplace(std::move(name), std::move(action));
 }
 
+void CallScript::OnEveryCall(std::function<void()> action) {
+  actionsOfEveryCall_.push_back(std::move(action));
+}
+
 std::vector<std::string> CallScript::CallsOf(std::initializer_list<std::string_view> names) const {
   std::vector<std::string> found;
   std::ranges::copy_if(calls_, std::back_inserter(found), [names](const std::string& call) {
@@ -70,6 +74,7 @@ void CallScript::Add(const char* name, std::string text) {
 }
 
 std::optional<ScriptedFailure> CallScript::Play(const std::string& name) {
+  std::ranges::for_each(actionsOfEveryCall_, [](const auto& action) { action(); });
   const auto [first, last] = actions_.equal_range(name);
   std::for_each(first, last, [](const auto& entry) { entry.second(); });
 

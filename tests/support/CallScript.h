@@ -81,14 +81,19 @@ class CallScript {
   }
 
   // The nth call of all, whatever its name, counted from 1.
-  void FailAtCall(std::size_t nth) { FailAtNth(kAnyCall, nth); }
+  void FailAtCall(std::size_t nth, std::optional<long> code = std::nullopt) { FailAtNth(kAnyCall, nth, code); }
   template <class Exception>
   void ThrowAtCall(std::size_t nth, Exception exception) {
     ThrowAtNth(kAnyCall, nth, std::move(exception));
   }
 
+  // From here on nothing fails.
+  void ClearFaults() { faults_.clear(); }
+
   // Runs `action` inside every call of that name, before it is served.
   void OnCall(std::string name, std::function<void()> action);
+  // Runs `action` inside every call that can fail, before it is served.
+  void OnEveryCall(std::function<void()> action);
 
   template <class... Arguments>
   std::optional<ScriptedFailure> Call(const char* name, const Arguments&... arguments) {
@@ -130,6 +135,7 @@ class CallScript {
   bool IsDue(const Fault& fault, const std::string& name) const;
 
   std::vector<Fault> faults_;
+  std::vector<std::function<void()>> actionsOfEveryCall_;
   std::multimap<std::string, std::function<void()>> actions_;
   std::map<std::string, std::size_t> counts_;
   std::vector<std::string> calls_;

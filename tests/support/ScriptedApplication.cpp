@@ -74,9 +74,9 @@ void ScriptedMessages::GetIndStringC(char* buffer, std::size_t size, ResourceIns
 
 YNC_Tag ScriptedMessages::YesNoInfoMsgO(const Util::SourceContext& source, ResourceInstance instance, std::int32_t list,
                                         std::int32_t firstIndex, std::int32_t secondIndex, bool flag1, bool flag2) {
-  script_.Call("YesNoInfoMsgO", source.sourceFile, source.operation, instance, list, firstIndex, secondIndex, flag1,
-               flag2);
-  return answer;
+  const auto failure = script_.Call("YesNoInfoMsgO", source.sourceFile, source.operation, instance, list, firstIndex,
+                                    secondIndex, flag1, flag2);
+  return failure ? YNC_Tag{} : answer;
 }
 
 std::int32_t ScriptedMessages::KRMSG_MessageO(std::uintptr_t window, std::int32_t icon, std::int32_t buttons,
@@ -86,8 +86,8 @@ std::int32_t ScriptedMessages::KRMSG_MessageO(std::uintptr_t window, std::int32_
     text += text.empty() ? "" : "; ";
     text += std::visit([](const auto& value) { return call_text::Of(value); }, argument);
   }
-  script_.Call("KRMSG_MessageO", window, icon, buttons, list, "[" + text + "]");
-  return messageAnswer;
+  const auto failure = script_.Call("KRMSG_MessageO", window, icon, buttons, list, "[" + text + "]");
+  return failure ? -1 : messageAnswer;
 }
 
 void ScriptedMessages::KRWarnMsgWithTitle02(std::uintptr_t window, const Util::SourceContext& source, const char* first,

@@ -165,7 +165,7 @@ bool ScriptedJournal::CanBePosted(long recnum) const {
 }
 
 void ScriptedMoney::String2Dollar(BalType& amount, const char* text) {
-  script_.Call("String2Dollar", text);
+  if (script_.Call("String2Dollar", text)) return;
   amount.minorUnits = ParsedAmount(text).value_or(amount.minorUnits);
 }
 

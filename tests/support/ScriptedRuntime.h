@@ -35,7 +35,10 @@ class ScriptedRuntime final : public Util::Runtime, private Util::MemoryManager 
   ~ScriptedRuntime();
 
   char* FormatStringV(const char* pattern, std::va_list arguments) override;
-  Util::MemoryManager& GetMemoryManager() override { return *this; }
+  Util::MemoryManager& GetMemoryManager() override {
+    script_.Call("GetMemoryManager");
+    return *this;
+  }
   void InvalidParameter() override { script_.Call("InvalidParameter"); }
 
   // Texts handed out and not given back yet.

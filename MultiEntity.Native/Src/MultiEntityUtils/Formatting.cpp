@@ -1,4 +1,5 @@
 #include <cstdarg>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -45,11 +46,14 @@ Util::TString MultiEntityUtils::GetQualifiedTxnName(const TargType& line, std::i
 }
 
 void MultiEntityUtils::FormatWithHost(Util::TString& target, const char* pattern, ...) {
+  // Asked for while there is no text yet, so that the text goes back on every path.
+  Util::MemoryManager& memory = Host().runtime.GetMemoryManager();
+  const auto release = [&memory](char* text) noexcept {
+    memory.Release(text);
+  };
   std::va_list arguments;
   va_start(arguments, pattern);
-  char* formatted = Host().runtime.FormatStringV(pattern, arguments);
+  const std::unique_ptr<char, decltype(release)> formatted(Host().runtime.FormatStringV(pattern, arguments), release);
   va_end(arguments);
-  if (formatted == nullptr) return;
-  target = Util::TString(formatted);
-  Host().runtime.GetMemoryManager().Release(formatted);
+  if (formatted != nullptr) target = Util::TString(formatted.get());
 }

@@ -1,0 +1,82 @@
+#include "app/Books.h"
+
+// What people type and files hold is data for the screen, the log and the company file.
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr std::size_t kMebibyte = 1U << 20U;
+
+std::vector<std::string> CreateRelation(const std::string& realm, const std::string& partner) {
+  return {"relation", "create", kFile, "--realm", realm, "--partner", partner, "--state", "4"};
+}
+
+class OddWords : public Books, public testing::WithParamInterface<std::string> {};
+
+INSTANTIATE_TEST_SUITE_P(Every, OddWords,
+                         testing::Values("%s%n%d%999999999s", "'; DROP TABLE--", "\"North\" & 'Co'", "\\x41\\0",
+                                         "\xc3\xa9\xe2\x82\xac"),
+                         [](const auto& text) { return "number" + std::to_string(text.index); });
+
+TEST_P(OddWords, AreARealmIdAndAPartnersName) {
+  Done(CreateRelation(GetParam(), GetParam()));
+
+  const Json relation = Answer({"relation", "show", kFile, "--realm", GetParam()}).at("relation");
+  EXPECT_EQ(relation.at("realm"), GetParam());
+  EXPECT_EQ(relation.at("partner"), GetParam());
+}
+
+TEST_P(OddWords, AreOnTheScreenAsTheyWereTyped) {
+  Done(CreateRelation("1002", GetParam()));
+
+  EXPECT_THAT(Run({"relation", "list", kFile}).out, HasSubstr(GetParam()));
+}
+
+class ControlCharacters : public Books, public testing::WithParamInterface<std::string> {};
+
+INSTANTIATE_TEST_SUITE_P(Every, ControlCharacters, testing::Values("a\tb", "a\nb", "\x1b[31mred", "\x7f", "\xff\xfe"),
+                         [](const auto& text) { return "number" + std::to_string(text.index); });
+
+TEST_P(ControlCharacters, AreRefusedAndDoNotReachTheScreen) {
+  const std::string before = Contents(kFile);
+
+  const Outcome outcome = Run(CreateRelation(GetParam(), "North"));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, Not(HasSubstr(GetParam())));
+  EXPECT_EQ(Contents(kFile), before);
+}
+
+TEST_F(Books, AWordOfAHundredKibibytesIsRefusedInAShortMessage) {
+  const Outcome outcome = Run(CreateRelation(std::string(100U << 10U, '%'), "North"));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("19"));
+  EXPECT_LT(outcome.err.size(), 1000U);
+}
+
+TEST_F(Books, AFieldOfAMebibyteIsRefusedWithItsLine) {
+  WriteFile("names.csv", "name,kind\n" + std::string(kMebibyte, '%') + ",vendor\n");
+  const std::string before = Contents(kFile);
+
+  const Outcome outcome = Run({"import", "names", kFile, "names.csv"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("names.csv, line 2"));
+  EXPECT_EQ(Contents(kFile), before);
+}
+
+TEST_F(Books, ANulInAFileIsRefusedWithItsLine) {
+  using namespace std::string_literals;
+  WriteFile("names.csv", "name,kind\nNo\0rth,vendor\n"s);
+
+  const Outcome outcome = Run({"import", "names", kFile, "names.csv"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("names.csv, line 2"));
+  EXPECT_THAT(outcome.err, HasSubstr("\\x00"));
+}
+
+}  // namespace

@@ -4,7 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
   libspdlog-dev libfccp-dev)
-test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils)
+test_packages=(libgtest-dev libgmock-dev librapidcheck-dev valgrind clang-format-19 clang-tidy-19 binutils)
 
 say() {
   printf '\n==> %s\n' "$*"

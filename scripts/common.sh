@@ -4,8 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
   libspdlog-dev libfccp-dev)
-test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils
-  clang-19 llvm-19 libclang-rt-19-dev python3)
+test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev python3 librapidcheck-dev valgrind)
 
 say() {
   printf '\n==> %s\n' "$*"

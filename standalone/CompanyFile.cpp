@@ -67,6 +67,22 @@ void Configure(Database& database) {
   database.Execute("PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA trusted_schema = OFF;");
 }
 
+[[noreturn]] void ThrowNotMade(const std::filesystem::path& path, const std::exception& reason) {
+  throw CompanyFileError("The company file " + PathText(path) + " cannot be made. " + reason.what());
+}
+
+void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
+  Database database(draft, kBusyTimeout);
+  // A draft that a crash spoils is worth nothing; the last change below brings all of it to the disk.
+  database.Execute("PRAGMA synchronous = OFF; PRAGMA foreign_keys = ON;");
+  database.Execute(("PRAGMA application_id = " + std::to_string(kApplicationId)).c_str());
+  Migrate(database, SchemaSteps());
+  InsertCompany(database, company);
+  Configure(database);
+  // Kept in the file; done last, so that the header is complete in the file itself.
+  database.Execute("PRAGMA journal_mode = WAL");
+}
+
 }  // namespace
 
 void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& company) {
@@ -81,16 +97,12 @@ void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& co
   refuseExisting();
 
   const DraftFile draft(path);
-  {
-    Database database(draft.Path(), kBusyTimeout);
-    // A draft that a crash spoils is worth nothing; the last change below brings all of it to the disk.
-    database.Execute("PRAGMA synchronous = OFF; PRAGMA foreign_keys = ON;");
-    database.Execute(("PRAGMA application_id = " + std::to_string(kApplicationId)).c_str());
-    Migrate(database, SchemaSteps());
-    InsertCompany(database, company);
-    Configure(database);
-    // Kept in the file; done last, so that the header is complete in the file itself.
-    database.Execute("PRAGMA journal_mode = WAL");
+  try {
+    FillDraft(draft.Path(), company);
+  } catch (const UnitOfWorkError& error) {
+    ThrowNotMade(path, error);
+  } catch (const CompanyFileError& error) {
+    ThrowNotMade(path, error);
   }
   refuseExisting();
   std::error_code error;

@@ -16,6 +16,32 @@ bool IsDamage(int code) {
   return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
 }
 
+// What went wrong with the file and what to do about it; `reason` is the engine's.
+std::string Complaint(const std::filesystem::path& file, int code, const std::string& reason) {
+  const std::string name = "The company file " + PathText(file);
+  switch (code & 0xFF) {
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return name + " is damaged (" + reason + "). Restore it from a backup.";
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+      return name + " is in use by another program. Try again later.";
+    case SQLITE_READONLY:
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+      return name + " cannot be worked on (" + reason +
+             "). Check that you may write it, the files beside it and its folder.";
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+      return name + " cannot be worked on (" + reason + "). Check that its disk is there and has room.";
+    case SQLITE_ERROR:
+      return name + " cannot be worked on (" + reason + "). Restore it from a backup if it is damaged.";
+    default:
+      return name + " cannot be worked on (" + reason + ").";
+  }
+}
+
 }  // namespace
 
 Database::Database(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout) : file_(file) {
@@ -67,12 +93,9 @@ std::string Database::QueryText(const char* sql) {
 void Database::Begin(Access access) {
   if (inUnit_) throw UnitOfWorkError("A unit of work is already open.");
   spoiledBy_.clear();
-  damaged_ = false;
   const int code =
       sqlite3_exec(handle_, access == Access::kWrite ? "BEGIN IMMEDIATE" : "BEGIN", nullptr, nullptr, nullptr);
-  if ((code & 0xFF) == SQLITE_BUSY) {
-    throw UnitOfWorkError("The company file " + PathText(file_) + " is in use by another program. Try again later.");
-  }
+  if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(file_, code, sqlite3_errmsg(handle_)));
   if (code != SQLITE_OK) Fail(code);
   inUnit_ = true;
   access_ = access;
@@ -85,7 +108,7 @@ void Database::Commit() {
   const int code = sqlite3_exec(handle_, "COMMIT", nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) {
     spoiledBy_ = sqlite3_errmsg(handle_);
-    damaged_ = IsDamage(code);
+    spoiledCode_ = code;
     ThrowSpoiled();
   }
   inUnit_ = false;
@@ -119,21 +142,17 @@ void Database::Fail(int code) {
     NoticeLostUnit();
     if (isConstraint && spoiledBy_.empty()) throw ConstraintViolation(reason);
     spoiledBy_ = reason;
-    damaged_ = IsDamage(code);
+    spoiledCode_ = code;
     ThrowSpoiled();
   }
   if (isConstraint) throw ConstraintViolation(reason);
-  throw CompanyFileError("The company file " + PathText(file_) +
-                         (IsDamage(code) ? " is damaged (" : " cannot be worked on (") + reason +
-                         (IsDamage(code) ? "). Restore it from a backup." : ")."));
+  throw CompanyFileError(Complaint(file_, code, reason));
 }
 
 void Database::ThrowSpoiled() const {
-  if (damaged_) {
-    throw CompanyFileError("The company file " + PathText(file_) + " is damaged (" + spoiledBy_ +
-                           "). Restore it from a backup.");
-  }
-  throw UnitOfWorkError("Nothing was saved to the company file " + PathText(file_) + ": " + spoiledBy_ + ".");
+  const std::string complaint = Complaint(file_, spoiledCode_, spoiledBy_);
+  if (IsDamage(spoiledCode_)) throw CompanyFileError(complaint);
+  throw UnitOfWorkError("Nothing was saved. " + complaint);
 }
 
 // The engine rolls back by itself after some failures, a full disk among them. What follows would then find nothing and
@@ -141,6 +160,7 @@ void Database::ThrowSpoiled() const {
 void Database::NoticeLostUnit() {
   if (inUnit_ && spoiledBy_.empty() && sqlite3_get_autocommit(handle_) != 0) {
     spoiledBy_ = "the database engine undid the work";
+    spoiledCode_ = SQLITE_ABORT;
   }
 }
 

@@ -63,7 +63,7 @@ class Database {
   bool inUnit_ = false;
   Access access_ = Access::kRead;
   std::string spoiledBy_;
-  bool damaged_ = false;
+  int spoiledCode_ = 0;  // the engine's, meaningful while spoiledBy_ is not empty
 };
 
 // The rows of a running statement; the statement is ready to run again when this goes out of scope. Texts are valid

@@ -21,7 +21,8 @@ void RequireCompanyFileHeader(const std::filesystem::path& file, std::size_t new
 // Brings the schema up to date, each step whole or not at all, even when two programs try at once.
 void Migrate(Database& database, std::span<const char* const> steps);
 
-// Throws CompanyFileError when a table of the schema is missing or the engine finds the file damaged.
+// Throws CompanyFileError when a part of the schema is missing or changed, the engine finds the file damaged, a row
+// refers to nothing, or a posted transaction does not sum to zero.
 void RequireSound(Database& database);
 
 }  // namespace standalone

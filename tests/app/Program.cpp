@@ -112,6 +112,40 @@ Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory
                   Joined({"/bin/sh", "-c", limited, ProgramUnderTest()}, arguments));
 }
 
+Outcome RunProgramWithoutRights(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  if (geteuid() != 0) return RunProgram(directory, arguments);
+  // Others may not reach the place where it was built.
+  const std::filesystem::path reachable = directory / "program";
+  const std::filesystem::path built = std::filesystem::path(MULTIENTITY_PROGRAM).parent_path();
+  std::filesystem::create_directory(reachable);
+  for (const char* name : {"multientity", "libMultiEntity.Native.so", "AddinBridge.DLL"}) {
+    std::filesystem::copy_file(built / name, reachable / name);
+  }
+  return RunWords(directory / "standard-output", directory,
+                  Joined({"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "/usr/bin/env",
+                          "LD_LIBRARY_PATH=" + reachable.string(), (reachable / "multientity").string()},
+                         arguments));
+}
+
+Outcome RunProgramOnASmallDisk(const std::filesystem::path& directory, const std::string& file,
+                               const std::vector<std::string>& arguments) {
+  // The disk is seen by this shell and its children only, and is gone when they end.
+  const std::string script =
+      "file=$1; shift; mkdir disk && "
+      "mount -t tmpfs -o size=$(($(stat -c %s \"$file\") / 1024 + 64))k none disk && "
+      "cp \"$file\" disk && cd disk && "
+      "{ \"$@\"; code=$?; cp \"$file\" .. && exit $code; }; exit 125";
+  return RunWords(
+      directory / "standard-output", directory,
+      Joined({"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, "sh", file, MULTIENTITY_PROGRAM}, arguments));
+}
+
+bool MayMountASmallDisk() {
+  const Redirections nowhere;
+  return geteuid() == 0 &&
+         Spawn(nowhere, {"/usr/bin/unshare", "--mount", "/bin/sh", "-c", "mount -t tmpfs none /mnt 2>/dev/null"}) == 0;
+}
+
 std::string ContentsOf(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) throw std::runtime_error("cannot read " + file.string());

@@ -31,5 +31,15 @@ Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const 
 Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,
                               const std::vector<std::string>& arguments);
 
+// Runs it as a user who owns nothing on this machine and may do what everybody may; as the user who runs the tests
+// unless that is root.
+Outcome RunProgramWithoutRights(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
+// Runs it on a disk of its own that holds `file` of the directory and has room for 64 KiB more; what became of the file
+// is in the directory afterwards. Only where MayMountASmallDisk().
+Outcome RunProgramOnASmallDisk(const std::filesystem::path& directory, const std::string& file,
+                               const std::vector<std::string>& arguments);
+bool MayMountASmallDisk();
+
 std::string ContentsOf(const std::filesystem::path& file);
 void Write(const std::filesystem::path& file, std::string_view text);

@@ -51,6 +51,22 @@ TEST_F(TheCompanyFile, KeepsAWriteAheadLogAndItsReferences) {
             0);
 }
 
+TEST_F(TheCompanyFile, BringsWhatIsCommittedToTheDisk) {
+  constexpr int kFull = 2;
+
+  CompanyFile file(path_);
+
+  EXPECT_EQ(file.Data().QueryNumber("PRAGMA synchronous"), kFull);
+}
+
+TEST_F(TheCompanyFile, ThatAnotherProgramLocksAgainstReadersIsInUse) {
+  Database other(path_, kBusyTimeout);
+  other.Execute("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
+
+  EXPECT_THAT(MessageOf<CompanyFileError>([&] { CompanyFile file(path_, std::chrono::milliseconds(20)); }),
+              AllOf(HasSubstr(path_.string()), HasSubstr("in use by another program")));
+}
+
 TEST_F(TheCompanyFile, IsNotMadeOverAnotherFile) {
   WriteFile(folder_ / "other", "precious");
   NewCompany company;

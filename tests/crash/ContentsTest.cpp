@@ -1,0 +1,132 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "crash/Contents.h"
+#include "standalone/CompanyFile.h"
+#include "standalone/TemporaryFolder.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
+
+// One journal entry with its row, and past it whatever a program would have to be broken for.
+constexpr const char* kSoundBooks =
+    "INSERT INTO account VALUES (1, NULL, 'Rent', 'Rent', 12, 0, 0), (2, NULL, 'Due', 'Due', 7, 0, 0);"
+    "INSERT INTO me_relation VALUES (1, '1001', 'Birch', 0, 3, 0, 0, 1, 1, 2);"
+    "INSERT INTO txn (id, type, date, memo) VALUES (5, 8, 1, '');"
+    "INSERT INTO txn_line VALUES (1, 5, 1, 100, ''), (2, 5, 2, -100, '');"
+    "UPDATE txn SET posted = 1;"
+    "INSERT INTO me_transaction VALUES (1, 5, 1, 1, 'request', 8, 3);"
+    "DROP TRIGGER txn_line_update_posted; DROP TRIGGER txn_line_delete_posted; DROP TRIGGER txn_change_posted;"
+    "DROP TRIGGER txn_insert_posted; DROP TRIGGER txn_line_insert_posted;"
+    "DROP INDEX me_transaction_journal_request;";
+
+class TheInspection : public testing::Test {
+ protected:
+  TheInspection() {
+    standalone::NewCompany company;
+    company.name = "Alder Supply Company";
+    standalone::CompanyFile::Create(file_, company);
+    Tamper(kSoundBooks);
+  }
+
+  void Tamper(const char* sql) const {
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open(file_.c_str(), &database), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(database, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
+    sqlite3_close(database);
+  }
+
+  std::vector<std::string> FaultsAfter(const char* sql) const {
+    Tamper(sql);
+    return Inspect(file_).faults;
+  }
+
+  std::map<std::int64_t, std::string> SeparatedAfter(const char* sql) const {
+    Tamper(sql);
+    return Inspect(file_).separated;
+  }
+
+  standalone::TemporaryFolder folder_;
+  const std::filesystem::path file_ = folder_ / "alder.company";
+};
+
+TEST_F(TheInspection, FindsNothingWrongWithSoundBooksAndReadsThem) {
+  const Inspection found = Inspect(file_);
+
+  EXPECT_THAT(found.faults, IsEmpty());
+  EXPECT_THAT(found.separated, IsEmpty());
+  ASSERT_THAT(found.contents.transactions, Contains(Pair(5, testing::_)));
+  const Transaction& entry = found.contents.transactions.at(5);
+  EXPECT_THAT(entry.lines, ElementsAre(EntryLine{1, "Rent", 100}, EntryLine{2, "Due", -100}));
+  EXPECT_THAT(entry.rows, ElementsAre(IntercompanyRow{1, "1001", "request", 8, 3}));
+}
+
+TEST_F(TheInspection, FindsATransactionThatDoesNotSumToZero) {
+  EXPECT_THAT(FaultsAfter("UPDATE txn_line SET amount = 101 WHERE id = 1"),
+              ElementsAre("does not sum to zero: transaction 5"));
+}
+
+TEST_F(TheInspection, FindsATransactionThatIsNotPosted) {
+  EXPECT_THAT(FaultsAfter("UPDATE txn SET posted = 0"), ElementsAre("not posted: transaction 5"));
+}
+
+TEST_F(TheInspection, FindsATransactionWithOneLine) {
+  EXPECT_THAT(FaultsAfter("DELETE FROM txn_line WHERE id = 2"), Contains("fewer than two lines: transaction 5"));
+}
+
+TEST_F(TheInspection, FindsABrokenReference) {
+  EXPECT_THAT(FaultsAfter("UPDATE txn_line SET account_id = 77 WHERE id = 2"),
+              ElementsAre("broken reference: txn_line 2 to account"));
+}
+
+TEST_F(TheInspection, FindsARequestThatIsBookedTwice) {
+  EXPECT_THAT(FaultsAfter("INSERT INTO txn VALUES (6, 8, 1, NULL, '', 1, 0);"
+                          "INSERT INTO txn_line VALUES (3, 6, 1, 100, ''), (4, 6, 2, -100, '');"
+                          "INSERT INTO me_transaction VALUES (2, 6, 3, 1, 'request', 8, 3)"),
+              ElementsAre("booked twice: request request"));
+}
+
+TEST_F(TheInspection, FindsAnIndexThatContradictsItsTable) {
+  EXPECT_THAT(FaultsAfter("PRAGMA writable_schema = ON;"
+                          "UPDATE sqlite_schema SET rootpage = (SELECT rootpage FROM sqlite_schema WHERE name = "
+                          "'txn_name') WHERE name = 'txn_line_account'"),
+              Contains(HasSubstr("not sound: ")));
+}
+
+TEST_F(TheInspection, FindsAJournalEntryWithoutItsRow) {
+  EXPECT_THAT(SeparatedAfter("DELETE FROM me_transaction"),
+              ElementsAre(Pair(5, "a journal entry without an intercompany row")));
+}
+
+TEST_F(TheInspection, FindsARowWithoutItsJournalEntry) {
+  EXPECT_THAT(SeparatedAfter("DELETE FROM txn_line; DELETE FROM txn"),
+              ElementsAre(Pair(5, "an intercompany row without its entry")));
+}
+
+TEST_F(TheInspection, FindsARowThatNamesALineOfAnotherEntry) {
+  EXPECT_THAT(SeparatedAfter("UPDATE me_transaction SET target_id = 9"),
+              ElementsAre(Pair(5, "an intercompany row without its entry")));
+}
+
+TEST_F(TheInspection, SaysThatAFileCannotBeRead) {
+  standalone::WriteFile(file_, std::string(5000, 'x'));
+
+  EXPECT_THAT(Inspect(file_).faults, ElementsAre(HasSubstr("cannot be read")));
+}
+
+TEST_F(TheInspection, OfACopyLeavesTheFileAsItIs) {
+  const std::string before = standalone::ReadFile(file_);
+
+  const Inspection found = InspectCopy(file_);
+
+  EXPECT_EQ(found.contents.transactions, Inspect(file_).contents.transactions);
+  EXPECT_EQ(standalone::ReadFile(file_), before);
+}
+
+}  // namespace

@@ -1,0 +1,426 @@
+#include "crash/Crashes.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <thread>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using Json = nlohmann::json;
+using std::chrono::nanoseconds;
+
+constexpr const char* kBooksName = "alder.company";
+constexpr std::size_t kRememberedCommands = 12;
+constexpr int kImportedAtOnce = 6;
+constexpr int kMeasuredRuns = 9;
+
+constexpr std::string_view kAccountsCsv =
+    "name,type\n"
+    "Checking,Bank\n"
+    "Payables,Accounts Payable\n"
+    "Due from Birch,Other Current Asset\n"
+    "Due to Birch,Other Current Liability\n"
+    "Utilities,Expense\n"
+    "Rent,Expense\n";
+constexpr std::string_view kNamesCsv = "name,kind\nNorthern Power,vendor\nWalker,vendor\n";
+
+void WriteFile(const std::filesystem::path& file, std::string_view text) {
+  std::ofstream stream(file, std::ios::binary);
+  stream << text;
+  if (!stream.flush()) throw std::runtime_error("cannot write " + file.string());
+}
+
+std::vector<std::string> CommandOf(const Scene& scene, const std::vector<std::string>& words) {
+  std::vector<std::string> command{scene.program.string()};
+  command.insert(command.end(), words.begin(), words.end());
+  command.emplace_back("--json");
+  return command;
+}
+
+std::string Joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
+std::string AfterMilliseconds(nanoseconds time) {
+  if (time == kWhenItPrints) return " when it prints";
+  std::ostringstream text;
+  text << " after " << static_cast<double>(time.count()) / 1e6 << " ms";
+  return text.str();
+}
+
+std::string Description(const ProgramRun& run) {
+  switch (run.ending) {
+    case Ending::kByItself:
+      return "ended with " + std::to_string(run.code) + ' ' + run.out + run.err;
+    case Ending::kKilled:
+      return "killed; it had printed: " + run.out + run.err + '\n';
+    default:
+      return "died of signal " + std::to_string(run.code) + ' ' + run.err;
+  }
+}
+
+ProgramRun RunToItsEnd(const Scene& scene, const std::vector<std::string>& words) {
+  ProgramRun run = Run(CommandOf(scene, words), {.directory = scene.directory});
+  if (run.ending == Ending::kByItself && run.code == 0) return run;
+  throw BooksBroken("multientity " + Joined(words) + ' ' + Description(run));
+}
+
+std::filesystem::path MakeBooks(const Scene& scene) {
+  const std::filesystem::path file = scene.directory / kBooksName;
+  WriteFile(scene.directory / "accounts.csv", kAccountsCsv);
+  WriteFile(scene.directory / "names.csv", kNamesCsv);
+  RunToItsEnd(scene, {"init", file, "--name", "Alder Supply Company"});
+  RunToItsEnd(scene, {"import", "accounts", file, "accounts.csv"});
+  RunToItsEnd(scene, {"import", "names", file, "names.csv"});
+  RunToItsEnd(scene, {"relation", "create", file, "--realm", kRealm, "--partner", "Birch Services Company",
+                      "--due-from", kDueFrom, "--due-to", kDueTo});
+  return file;
+}
+
+nanoseconds Median(std::vector<nanoseconds> times) {
+  std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
+  return times[times.size() / 2];
+}
+
+// The size and the time of the last change of a company file and of its write-ahead log.
+class Stamps {
+ public:
+  explicit Stamps(const std::filesystem::path& file) : file_(Of(file)), log_(Of(file.string() + "-wal")) {}
+
+  Traces Until(const Stamps& later) const { return {.inLog = log_ != later.log_, .inFile = file_ != later.file_}; }
+
+ private:
+  using Stamp = std::pair<std::uintmax_t, std::filesystem::file_time_type>;
+
+  static Stamp Of(const std::filesystem::path& file) {
+    std::error_code missing;
+    const std::uintmax_t size = std::filesystem::file_size(file, missing);
+    if (missing || size == 0) return {};
+    return {size, std::filesystem::last_write_time(file, missing)};
+  }
+
+  Stamp file_;
+  Stamp log_;
+};
+
+Moment MomentOf(const ProgramRun& run, const Report& report, bool isCommitted, Traces traces) {
+  if (report.kind == Report::Kind::kDone) return Moment::kAfterReport;
+  if (isCommitted && !run.hadFileOpen) return Moment::kBeforeReport;
+  if (isCommitted) return traces.inFile ? Moment::kDuringCheckpoint : Moment::kAfterCommit;
+  if (!run.hadFileOpen) return Moment::kBeforeOpening;
+  return traces.inLog ? Moment::kDuringCommit : Moment::kBeforeCommit;
+}
+
+// The module said that it could not keep an entry and its row together.
+bool ReportsSeparation(const Report& report) {
+  constexpr std::array kStatuses{14, 18, 19};
+  return report.status && std::ranges::find(kStatuses, *report.status) != kStatuses.end();
+}
+
+class Stopwatch {
+ public:
+  explicit Stopwatch(Tally& tally) : tally_(tally) {}
+  Stopwatch(const Stopwatch&) = delete;
+  Stopwatch& operator=(const Stopwatch&) = delete;
+  ~Stopwatch() { tally_.took = std::chrono::steady_clock::now() - start_; }
+
+ private:
+  Tally& tally_;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+void Count(Tally& tally, const ProgramRun& run, Moment moment) {
+  ++tally.runs;
+  if (run.ending == Ending::kKilled) {
+    ++tally.kills;
+    ++tally.killed[static_cast<std::size_t>(moment)];
+  } else {
+    ++tally.ended;
+  }
+}
+
+}  // namespace
+
+UnluckyCompany::UnluckyCompany(const Scene& scene, std::uint64_t seed)
+    : scene_(scene), file_(MakeBooks(scene)), random_(seed) {
+  books_ = InspectCopy(file_).contents;
+  Measure();
+}
+
+ProgramRun UnluckyCompany::RunUnharmed(const std::vector<std::string>& words) const {
+  return RunToItsEnd(scene_, words);
+}
+
+// The runs that are measured also give the others something to remove and change.
+void UnluckyCompany::Measure() {
+  std::map<std::string, std::vector<nanoseconds>> times;
+  const auto measure = [&](Wish& wish) {
+    times[wish.Kind()].push_back(RunUnharmed(wish.Words()).took);
+    books_ = InspectCopy(file_).contents;
+  };
+  for (int round = 0; round < kMeasuredRuns; ++round) {
+    measure(*BookingWish(file_, NewOrder()));
+    const auto& [id, entry] = *books_.transactions.rbegin();
+    measure(*StateWish(file_, id, entry.rows.front(), 1));
+    measure(*RemovalWish(file_, id));
+    const std::string key = "M" + std::to_string(round);
+    measure(*ImportWish(file_, scene_.directory / "import.csv", key, kImportedAtOnce));
+  }
+  for (auto& [kind, measured] : times) timings_.emplace(kind, Timing(Median(std::move(measured))));
+}
+
+BookingOrder UnluckyCompany::NewOrder() {
+  const std::string number = std::to_string(++orders_);
+  BookingOrder order{.request = "request-" + number,
+                     .amount = Pick(random_, 1, 100'000'000),
+                     .expense = OneIn(random_, 2) ? "Utilities" : "Rent",
+                     .name = OneIn(random_, 2) ? "Northern Power" : "Walker"};
+  if (OneIn(random_, 6)) {
+    order.expense = "Expense " + number;
+    order.expenseIsNew = true;
+  }
+  if (OneIn(random_, 6)) {
+    order.name = "Vendor " + number;
+    order.nameIsNew = true;
+  }
+  return order;
+}
+
+// Of two runs at the same time each works on something else; `taken` are the transactions that others work on.
+std::shared_ptr<Wish> UnluckyCompany::NewWish(std::set<std::int64_t>& taken) {
+  std::vector<std::int64_t> entries;
+  for (const auto& [id, transaction] : books_.transactions) {
+    if (transaction.type == 8 && !transaction.rows.empty() && !taken.contains(id)) entries.push_back(id);
+  }
+  const int dice = Pick(random_, 1, 10);
+  if (entries.empty() || dice <= 4) return BookingWish(file_, NewOrder());
+  if (dice == 5) {
+    const std::string key = "I" + std::to_string(++orders_);
+    return ImportWish(file_, scene_.directory / (key + ".csv"), key, kImportedAtOnce);
+  }
+  const std::int64_t id = entries[static_cast<std::size_t>(Pick(random_, 0, static_cast<int>(entries.size()) - 1))];
+  taken.insert(id);
+  if (dice <= 7) return RemovalWish(file_, id);
+  const IntercompanyRow& row = books_.transactions.at(id).rows.front();
+  constexpr std::array kStates{1, 3, 4, 5};
+  int state = kStates[static_cast<std::size_t>(Pick(random_, 0, 3))];
+  if (state == row.state) state = row.state == 1 ? 3 : 1;
+  return StateWish(file_, id, row, state);
+}
+
+UnluckyCompany::Attempt UnluckyCompany::NextAttempt(std::set<std::int64_t>& taken) {
+  Attempt attempt;
+  if (again_.empty()) {
+    attempt.wish = NewWish(taken);
+  } else {
+    attempt.wish = again_.back();
+    again_.pop_back();
+  }
+  attempt.killAfter = OneIn(random_, 8) ? kWhenItPrints : timings_.at(attempt.wish->Kind()).NextKill(random_);
+  return attempt;
+}
+
+void UnluckyCompany::Try(Attempt& attempt) const {
+  attempt.run = Run(CommandOf(scene_, attempt.wish->Words()),
+                    {.directory = scene_.directory, .watchedFile = file_, .killAfter = attempt.killAfter});
+  attempt.report = ReportOf(attempt.run);
+}
+
+void UnluckyCompany::TryAlone(Attempt& attempt) const {
+  const Stamps before(file_);
+  Try(attempt);
+  attempt.traces = before.Until(Stamps(file_));
+}
+
+Tally UnluckyCompany::KillOneAtATime(int kills) {
+  Tally tally;
+  const Stopwatch stopwatch(tally);
+  while (tally.kills < kills) {
+    std::set<std::int64_t> taken;
+    std::vector<Lane> lanes(1);
+    lanes[0].push_back(NextAttempt(taken));
+    TryAlone(lanes[0][0]);
+    Judge(lanes, tally);
+  }
+  return tally;
+}
+
+Tally UnluckyCompany::KillTwoAtATime(int kills) {
+  Tally tally;
+  const Stopwatch stopwatch(tally);
+  while (tally.kills < kills) {
+    std::set<std::int64_t> taken;
+    for (const std::shared_ptr<Wish>& wish : again_) {
+      if (wish->Subject()) taken.insert(*wish->Subject());
+    }
+    std::vector<Lane> lanes(2);
+    for (int command = 0; command < 2; ++command) {
+      for (Lane& lane : lanes) lane.push_back(NextAttempt(taken));
+    }
+    // Now and then both want the same.
+    if (OneIn(random_, 4)) lanes[1][0].wish = lanes[0][0].wish;
+
+    std::vector<std::jthread> threads;
+    threads.reserve(lanes.size());
+    for (Lane& lane : lanes) {
+      threads.emplace_back([this, &lane] { std::ranges::for_each(lane, [this](Attempt& attempt) { Try(attempt); }); });
+    }
+    threads.clear();
+    Judge(lanes, tally);
+  }
+  return tally;
+}
+
+void UnluckyCompany::Judge(std::vector<Lane>& lanes, Tally& tally) {
+  std::vector<std::pair<std::shared_ptr<Wish>, std::vector<const Attempt*>>> attempts;
+  for (const Lane& lane : lanes) {
+    for (const Attempt& attempt : lane) {
+      auto same = std::ranges::find(attempts, attempt.wish, [](const auto& entry) { return entry.first; });
+      if (same == attempts.end()) same = attempts.emplace(same, attempt.wish, std::vector<const Attempt*>());
+      same->second.push_back(&attempt);
+      history_.push_back("multientity " + Joined(attempt.wish->Words()) + AfterMilliseconds(attempt.killAfter) + ": " +
+                         Description(attempt.run));
+    }
+  }
+  if (history_.size() > kRememberedCommands) {
+    history_.erase(history_.begin(), history_.end() - static_cast<std::ptrdiff_t>(kRememberedCommands));
+  }
+
+  Inspection found = InspectCopy(file_);
+  Change change(books_, found.contents);
+  for (const auto& [wish, tries] : attempts) {
+    std::vector<Report> reports;
+    std::ranges::transform(tries, std::back_inserter(reports), [](const Attempt* attempt) { return attempt->report; });
+    const bool mayBeSeparated = std::ranges::any_of(reports, ReportsSeparation);
+    for (const auto& [id, what] : found.separated) {
+      if (mayBeSeparated && wish->Subject().value_or(id) == id) excused_.insert(id);
+    }
+    const bool wasFulfilled = wish->IsFulfilled();
+    wish->Judge(reports, change, found.faults);
+    for (const Attempt* attempt : tries) Settle(*attempt, tries.size() == 1, wasFulfilled, tally);
+    const bool isReported =
+        std::ranges::any_of(reports, [](const Report& report) { return report.kind == Report::Kind::kDone; });
+    if (!isReported && OneIn(random_, 2)) again_.push_back(wish);
+  }
+  for (const auto& [id, what] : found.separated) {
+    if (!excused_.contains(id)) found.faults.push_back(what + ": transaction " + std::to_string(id));
+  }
+  std::ranges::copy(change.Unclaimed(), std::back_inserter(found.faults));
+  if (!found.faults.empty()) Fail(found.faults);
+  books_ = std::move(found.contents);
+}
+
+void UnluckyCompany::Settle(const Attempt& attempt, bool isOnlyOne, bool wasFulfilled, Tally& tally) {
+  const bool isCommitted = !wasFulfilled && attempt.wish->IsFulfilled();
+  const bool isKnown = isOnlyOne || !isCommitted || attempt.report.kind == Report::Kind::kDone;
+  Count(tally, attempt.run,
+        isKnown ? MomentOf(attempt.run, attempt.report, isCommitted, attempt.traces) : Moment::kUnknown);
+  if (attempt.report.kind == Report::Kind::kRefused) ++tally.refused;
+  if (isKnown && !wasFulfilled && attempt.killAfter != kWhenItPrints) {
+    timings_.at(attempt.wish->Kind()).Learn(attempt.killAfter, attempt.run, isCommitted);
+  }
+}
+
+void UnluckyCompany::ReadThroughTheProgram() {
+  const Inspection found = Inspect(file_);
+  std::vector<std::string> faults = found.faults;
+  std::ranges::copy(Change(books_, found.contents).Unclaimed(), std::back_inserter(faults));
+
+  std::size_t rows = 0;
+  for (const auto& [id, transaction] : books_.transactions) rows += transaction.rows.size();
+  const ProgramRun listing =
+      RunUnharmed({"transactions", file_.string(), "--from", "2000-01-01", "--to", "2999-12-31"});
+  const std::size_t listed = Json::parse(listing.out).at("transactions").size();
+  if (listed != rows) {
+    faults.push_back("the program lists " + std::to_string(listed) + " intercompany lines of " + std::to_string(rows));
+  }
+  RunUnharmed({"log", file_.string(), "--last", "100000"});
+  if (!faults.empty()) Fail(faults);
+}
+
+void UnluckyCompany::Fail(const std::vector<std::string>& faults) const {
+  std::string text = "The books are broken:\n";
+  for (const std::string& fault : faults) text += "  " + fault + '\n';
+  text += "The last commands, each with the moment at which it was to be killed:\n";
+  for (const std::string& command : history_) text += "  " + command;
+  throw BooksBroken(text + "The company file is as it was left: " + file_.string());
+}
+
+Tally KillImports(const Scene& scene, std::uint64_t seed, int kills, int transactions) {
+  Random random(seed);
+  const std::filesystem::path file = MakeBooks(scene);
+  const std::filesystem::path untouched = scene.directory / "untouched.company";
+  std::filesystem::copy_file(file, untouched);
+  const auto import = [&] {
+    return ImportWish(file, scene.directory / "import.csv", "import", transactions);
+  };
+  const auto startAnew = [&] {
+    std::filesystem::remove(file.string() + "-wal");
+    std::filesystem::remove(file.string() + "-shm");
+    std::filesystem::copy_file(untouched, file, std::filesystem::copy_options::overwrite_existing);
+  };
+  Timing timing(RunToItsEnd(scene, import()->Words()).took);
+  startAnew();
+
+  const Contents before = InspectCopy(file).contents;
+  Tally tally;
+  const Stopwatch stopwatch(tally);
+  while (tally.kills < kills) {
+    const std::unique_ptr<Wish> wish = import();
+    const nanoseconds killAfter = timing.NextKill(random);
+    const Stamps stamps(file);
+    const ProgramRun run = Run(CommandOf(scene, wish->Words()),
+                               {.directory = scene.directory, .watchedFile = file, .killAfter = killAfter});
+    const Report report = ReportOf(run);
+    Inspection found = InspectCopy(file);
+    Change change(before, found.contents);
+    wish->Judge({report}, change, found.faults);
+    std::ranges::copy(change.Unclaimed(), std::back_inserter(found.faults));
+    for (const auto& [id, what] : found.separated) found.faults.push_back(what + ": transaction " + std::to_string(id));
+    if (!found.faults.empty()) {
+      throw BooksBroken("The import" + AfterMilliseconds(killAfter) + " " + Description(run) + found.faults.front() +
+                        "\nThe company file is as it was left: " + file.string());
+    }
+    Count(tally, run, MomentOf(run, report, wish->IsFulfilled(), stamps.Until(Stamps(file))));
+    timing.Learn(killAfter, run, wish->IsFulfilled());
+    if (wish->IsFulfilled()) startAnew();
+  }
+  return tally;
+}
+
+Tally KillInits(const Scene& scene, std::uint64_t seed, int kills) {
+  Random random(seed);
+  const auto init = [](const std::filesystem::path& file) {
+    return std::vector<std::string>{"init", file.string(), "--name", "Alder Supply Company"};
+  };
+  Timing timing(RunToItsEnd(scene, init(scene.directory / "measured.company")).took);
+
+  Tally tally;
+  const Stopwatch stopwatch(tally);
+  while (tally.kills < kills) {
+    const std::filesystem::path file = scene.directory / ("company-" + std::to_string(tally.runs));
+    const nanoseconds killAfter = timing.NextKill(random);
+    const ProgramRun run =
+        Run(CommandOf(scene, init(file)), {.directory = scene.directory, .watchedFile = file, .killAfter = killAfter});
+    const Report report = ReportOf(run);
+    const bool isMade = std::filesystem::exists(file);
+    if (report.kind == Report::Kind::kDone && !isMade) {
+      throw BooksBroken("reported as done, but it is not there: init " + file.string());
+    }
+    if (isMade) {
+      const Inspection found = InspectCopy(file);
+      if (!found.faults.empty()) throw BooksBroken(found.faults.front() + ": init " + file.string());
+      RunToItsEnd(scene, {"settings", "show", file.string()});
+    }
+    Count(tally, run, MomentOf(run, report, isMade, {}));
+    timing.Learn(killAfter, run, isMade);
+  }
+  return tally;
+}

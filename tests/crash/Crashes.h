@@ -1,0 +1,106 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "crash/Contents.h"
+#include "crash/Timing.h"
+#include "crash/Wish.h"
+
+// What a run was at when it was killed, as far as can be told from outside.
+enum class Moment {
+  kBeforeOpening,  // of the company file
+  kBeforeCommit,
+  kDuringCommit,  // the write-ahead log was written, but not to the end
+  kAfterCommit,
+  kDuringCheckpoint,  // what is in the write-ahead log was being moved into the file, or had been
+  kBeforeReport,      // the company was closed
+  kAfterReport,
+  kUnknown,  // two runs had the same wish, and one of them fulfilled it
+};
+inline constexpr std::size_t kMoments = 8;
+
+struct Tally {
+  std::array<int, kMoments> killed{};
+  int runs = 0;
+  int kills = 0;
+  int ended = 0;  // by themselves, before they were to be killed
+  int refused = 0;
+  std::chrono::nanoseconds took{};
+};
+
+// Something is wrong with the books after a crash. What() says what, and what was done last.
+class BooksBroken : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// What a run that was alone on the company file changed of it.
+struct Traces {
+  bool inLog = false;
+  bool inFile = false;
+};
+
+struct Scene {
+  std::filesystem::path program{};
+  std::filesystem::path directory{};  // existing and empty
+};
+
+// A company whose users are unlucky: the program is killed again and again while they work.
+class UnluckyCompany {
+ public:
+  UnluckyCompany(const Scene& scene, std::uint64_t seed);
+
+  // One program at a time; the books are looked at after each run.
+  Tally KillOneAtATime(int kills);
+  // Two programs at once, each with two commands after each other; the books are looked at when both are dead.
+  Tally KillTwoAtATime(int kills);
+  // Runs without a kill: what the program itself says about the books after all this. Throws BooksBroken.
+  void ReadThroughTheProgram();
+
+  const std::map<std::string, Timing>& Timings() const noexcept { return timings_; }
+
+ private:
+  struct Attempt {
+    std::shared_ptr<Wish> wish;
+    std::chrono::nanoseconds killAfter{};
+    ProgramRun run;
+    Report report;
+    Traces traces;
+  };
+  using Lane = std::vector<Attempt>;
+
+  ProgramRun RunUnharmed(const std::vector<std::string>& words) const;
+  void Measure();
+  std::shared_ptr<Wish> NewWish(std::set<std::int64_t>& taken);
+  BookingOrder NewOrder();
+  Attempt NextAttempt(std::set<std::int64_t>& taken);
+  void Try(Attempt& attempt) const;
+  void TryAlone(Attempt& attempt) const;
+  void Judge(std::vector<Lane>& lanes, Tally& tally);
+  void Settle(const Attempt& attempt, bool isOnlyOne, bool wasFulfilled, Tally& tally);
+  [[noreturn]] void Fail(const std::vector<std::string>& faults) const;
+
+  Scene scene_;
+  std::filesystem::path file_;
+  Random random_;
+  std::map<std::string, Timing> timings_;
+  Contents books_;  // as they were found last
+  std::set<std::int64_t> excused_;
+  std::vector<std::shared_ptr<Wish>> again_;
+  std::vector<std::string> history_;
+  int orders_ = 0;
+};
+
+// Imports of so many transactions, killed on the way. Each leaves all of them or none.
+Tally KillImports(const Scene& scene, std::uint64_t seed, int kills, int transactions);
+
+// Companies that are killed while they are made. Each is there, complete, or not there.
+Tally KillInits(const Scene& scene, std::uint64_t seed, int kills);

@@ -1,0 +1,149 @@
+// Starting, watching and killing a program is POSIX here; which files it has open is told by Linux.
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+#include "crash/ProgramRun.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+[[noreturn]] void ThrowSystemError(const char* what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number) noexcept : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { Close(); }
+
+  int Number() const noexcept { return number_; }
+  bool IsOpen() const noexcept { return number_ >= 0; }
+  void Close() noexcept {
+    if (IsOpen()) close(number_);
+    number_ = -1;
+  }
+
+ private:
+  int number_;
+};
+
+// Closed in the programs that other threads start meanwhile, so that its end is seen when this one's program ends.
+struct Pipe {
+  Pipe() : Pipe(Open()) {}
+
+  Descriptor reading;
+  Descriptor writing;
+
+ private:
+  explicit Pipe(const std::array<int, 2>& ends) noexcept : reading(ends[0]), writing(ends[1]) {}
+
+  static std::array<int, 2> Open() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) ThrowSystemError("pipe2");
+    return ends;
+  }
+};
+
+pid_t Start(std::vector<std::string> words, const RunOptions& options, const Pipe& out, const Pipe& err) {
+  std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_adddup2(&actions, out.writing.Number(), STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, err.writing.Number(), STDERR_FILENO);
+  posix_spawn_file_actions_addchdir_np(&actions, options.directory.c_str());
+  pid_t child = 0;
+  const int error = posix_spawn(&child, pointers[0], &actions, nullptr, pointers.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0) throw std::system_error(error, std::generic_category(), pointers[0]);
+  return child;
+}
+
+bool HasOpen(pid_t child, const std::filesystem::path& file) {
+  std::error_code error;
+  const std::filesystem::path descriptors = "/proc/" + std::to_string(child) + "/fd";
+  for (std::filesystem::directory_iterator entry(descriptors, error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code gone;
+    if (std::filesystem::read_symlink(entry->path(), gone) == file) return true;
+  }
+  return false;
+}
+
+void ReadInto(std::string& text, Descriptor& from) {
+  std::array<char, 65536> bytes{};
+  const ssize_t count = read(from.Number(), bytes.data(), bytes.size());
+  if (count < 0) ThrowSystemError("read");
+  if (count == 0) {
+    from.Close();
+  } else {
+    text.append(bytes.data(), static_cast<std::size_t>(count));
+  }
+}
+
+// False when nothing came until then.
+bool ReadSome(ProgramRun& run, Pipe& out, Pipe& err, std::optional<Clock::time_point> until) {
+  std::array<pollfd, 2> watched{pollfd{out.reading.Number(), POLLIN, 0}, pollfd{err.reading.Number(), POLLIN, 0}};
+  timespec left{};
+  if (until) {
+    const auto remaining = std::max(*until - Clock::now(), Clock::duration::zero());
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(remaining);
+    left.tv_sec = seconds.count();
+    left.tv_nsec = std::chrono::nanoseconds(remaining - seconds).count();
+  }
+  const int ready = ppoll(watched.data(), watched.size(), until ? &left : nullptr, nullptr);
+  if (ready < 0) ThrowSystemError("ppoll");
+  if (watched[0].revents != 0) ReadInto(run.out, out.reading);
+  if (watched[1].revents != 0) ReadInto(run.err, err.reading);
+  return ready != 0;
+}
+
+}  // namespace
+
+ProgramRun Run(const std::vector<std::string>& words, const RunOptions& options) {
+  ProgramRun run;
+  Pipe out;
+  Pipe err;
+  const Clock::time_point start = Clock::now();
+  const pid_t child = Start(words, options, out, err);
+  out.writing.Close();
+  err.writing.Close();
+
+  const bool killsWhenItPrints = options.killAfter == kWhenItPrints;
+  std::optional<Clock::time_point> killAt;
+  if (options.killAfter && !killsWhenItPrints) killAt = start + *options.killAfter;
+  bool wasKilled = false;
+  while (out.reading.IsOpen() || err.reading.IsOpen()) {
+    const bool isTime = !ReadSome(run, out, err, killAt);
+    if (wasKilled || !(isTime || (killsWhenItPrints && !run.out.empty()))) continue;
+    run.hadFileOpen = HasOpen(child, options.watchedFile);
+    kill(child, SIGKILL);
+    wasKilled = true;
+    killAt.reset();
+  }
+  int status = 0;
+  if (waitpid(child, &status, 0) < 0) ThrowSystemError("waitpid");
+  run.took = Clock::now() - start;
+  if (WIFEXITED(status)) {
+    run.code = WEXITSTATUS(status);
+  } else {
+    run.code = WTERMSIG(status);
+    run.ending = run.code == SIGKILL && wasKilled ? Ending::kKilled : Ending::kCrashed;
+  }
+  return run;
+}

@@ -1,0 +1,103 @@
+// Kills the command line again and again while it works, and looks at the books after each time.
+#include <unistd.h>
+
+#include <cstdio>
+#include <exception>
+#include <random>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "crash/Crashes.h"
+
+namespace {
+
+struct Options {
+  std::filesystem::path program = MULTIENTITY_PROGRAM;
+  std::filesystem::path directory = std::filesystem::temp_directory_path();
+  std::uint64_t seed = std::random_device{}();
+  int kills = 1000;
+  int pairKills = 1000;
+  int importKills = 40;
+  int importTransactions = 4000;
+  int initKills = 60;
+};
+
+constexpr std::array<const char*, kMoments> kMomentTexts{
+    "before the company file was opened",
+    "company open, nothing written",
+    "write-ahead log begun, not written to the end",
+    "committed",
+    "committed, being moved from the log into the file",
+    "company closed, nothing reported",
+    "reported",
+    "one of two that wanted the same",
+};
+
+double Seconds(std::chrono::nanoseconds time) {
+  return std::chrono::duration<double>(time).count();
+}
+
+void Print(const char* title, const Tally& tally) {
+  std::printf("%s: %d kills in %d runs, %.1f s; %d ended before their kill, %d were refused\n", title, tally.kills,
+              tally.runs, Seconds(tally.took), tally.ended, tally.refused);
+  for (std::size_t moment = 0; moment < kMoments; ++moment) {
+    if (tally.killed[moment] != 0) std::printf("  %5d  %s\n", tally.killed[moment], kMomentTexts[moment]);
+  }
+  std::fflush(stdout);
+}
+
+void Print(const std::map<std::string, Timing>& timings) {
+  for (const auto& [kind, timing] : timings) {
+    std::printf("  %-22s takes %.1f ms, commits after %.1f ms\n", kind.c_str(), 1e3 * Seconds(timing.TypicalRun()),
+                1e3 * Seconds(timing.TypicalCommit()));
+  }
+}
+
+Scene NewScene(const Options& options, const std::filesystem::path& directory) {
+  std::filesystem::create_directories(directory);
+  return {.program = options.program, .directory = std::filesystem::canonical(directory)};
+}
+
+void Crash(const Options& options, const std::filesystem::path& directory) {
+  UnluckyCompany company(NewScene(options, directory / "company"), options.seed);
+  Print("one program at a time", company.KillOneAtATime(options.kills));
+  Print(company.Timings());
+  Print("two programs at once", company.KillTwoAtATime(options.pairKills));
+  Print(company.Timings());
+  company.ReadThroughTheProgram();
+  Print(("an import of " + std::to_string(options.importTransactions) + " transactions").c_str(),
+        KillImports(NewScene(options, directory / "import"), options.seed, options.importKills,
+                    options.importTransactions));
+  Print("making a company", KillInits(NewScene(options, directory / "init"), options.seed, options.initKills));
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  Options options;
+  CLI::App program("Kills multientity at random moments and looks at the books after each time");
+  program.add_option("--program", options.program, "The program")->capture_default_str();
+  program.add_option("--directory", options.directory, "Where to work; a new directory is made there")
+      ->capture_default_str();
+  program.add_option("--seed", options.seed, "Plays the commands and moments of another run again");
+  program.add_option("--kills", options.kills, "One program at a time")->capture_default_str();
+  program.add_option("--pair-kills", options.pairKills, "Two programs at once")->capture_default_str();
+  program.add_option("--import-kills", options.importKills, "Of a long import")->capture_default_str();
+  program.add_option("--import-transactions", options.importTransactions, "How long that is")->capture_default_str();
+  program.add_option("--init-kills", options.initKills, "Of companies that are made")->capture_default_str();
+  CLI11_PARSE(program, argumentCount, arguments);
+
+  std::printf("seed %llu\n", static_cast<unsigned long long>(options.seed));
+  std::fflush(stdout);
+  const std::filesystem::path directory = options.directory / ("multientity-crash-" + std::to_string(getpid()));
+  try {
+    Crash(options, directory);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\nseed %llu, directory %s\n", error.what(), static_cast<unsigned long long>(options.seed),
+                 directory.c_str());
+    return 1;
+  }
+  std::filesystem::remove_all(directory);
+  return 0;
+}

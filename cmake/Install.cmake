@@ -10,7 +10,9 @@ install(TARGETS MultiEntityNative multientity_host
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY MultiEntity.Native/include/MultiEntity DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY host DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
-install(FILES LICENSE README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE README.md THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY examples/embedding DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 install(EXPORT MultiEntityNativeTargets NAMESPACE MultiEntity:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/MultiEntityNativeConfig.cmake.in

@@ -14,6 +14,17 @@ install(FILES LICENSE README.md THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDI
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY examples/embedding DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
+# On Windows, the C++ runtime that the library shares with its host.
+set(runtime_library_names)
+if(WIN32)
+  install(FILES ${MULTIENTITY_RUNTIME_LIBRARIES} DESTINATION ${CMAKE_INSTALL_BINDIR})
+  set(runtime_library_names MultiEntity.Native.dll)
+  foreach(library IN LISTS MULTIENTITY_RUNTIME_LIBRARIES)
+    cmake_path(GET library FILENAME name)
+    list(APPEND runtime_library_names ${name})
+  endforeach()
+endif()
+
 install(EXPORT MultiEntityNativeTargets NAMESPACE MultiEntity:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/MultiEntityNativeConfig.cmake.in
   ${PROJECT_BINARY_DIR}/MultiEntityNativeConfig.cmake INSTALL_DESTINATION ${package_dir})

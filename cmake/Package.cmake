@@ -26,7 +26,11 @@ bundle_licence(spdlog libspdlog-dev)
 bundle_licence(tomlplusplus libtomlplusplus-dev)
 bundle_licence(sqlite libsqlite3-dev)
 
-if(NOT WIN32)
+if(MINGW)
+  bundle_licence(gcc-runtime gcc-mingw-w64-base)
+  bundle_licence(winpthreads mingw-w64-x86-64-dev)
+  bundle(/usr/share/common-licenses/GPL-3 DESTINATION ${CMAKE_INSTALL_DOCDIR}/third-party RENAME GPL-3.txt)
+elseif(UNIX)
   file(REAL_PATH ${SQLite3_LIBRARY} sqlite)
   # Under the name by which programs ask for it.
   bundle(${sqlite} DESTINATION ${CMAKE_INSTALL_LIBDIR} RENAME libsqlite3.so.0)

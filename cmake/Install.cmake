@@ -10,7 +10,20 @@ install(TARGETS MultiEntityNative multientity_host
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY MultiEntity.Native/include/MultiEntity DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY host DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
-install(FILES LICENSE README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE README.md THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY examples/embedding DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+
+# On Windows, the C++ runtime that the library shares with its host.
+set(runtime_library_names)
+if(WIN32)
+  install(FILES ${MULTIENTITY_RUNTIME_LIBRARIES} DESTINATION ${CMAKE_INSTALL_BINDIR})
+  set(runtime_library_names MultiEntity.Native.dll)
+  foreach(library IN LISTS MULTIENTITY_RUNTIME_LIBRARIES)
+    cmake_path(GET library FILENAME name)
+    list(APPEND runtime_library_names ${name})
+  endforeach()
+endif()
 
 install(EXPORT MultiEntityNativeTargets NAMESPACE MultiEntity:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/MultiEntityNativeConfig.cmake.in

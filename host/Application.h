@@ -89,6 +89,8 @@ class CNotify<CNotifyDataCloseSystem> : public CNotificationBase {
   CNotify();
 };
 
+using CNotifyCloseSystem = CNotify<CNotifyDataCloseSystem>;
+
 // A command URL, such as krw:Command?name=value.
 class CCommandAndArgs {
  public:
@@ -116,8 +118,8 @@ class Application {
 
   // From Subscribe to Unsubscribe the host calls the listener's HandleNotification() when it closes the company. The
   // listener stays its maker's.
-  virtual void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept = 0;
-  virtual void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>& listener) noexcept = 0;
+  virtual void SubscribeCloseSystem(CNotifyCloseSystem& listener) noexcept = 0;
+  virtual void UnsubscribeCloseSystem(CNotifyCloseSystem& listener) noexcept = 0;
 
   virtual void ExecuteCommand(const CCommandAndArgs& command) = 0;
 

@@ -1,13 +1,71 @@
 #!/usr/bin/env bash
-# Installs the release into a folder of its own and builds and runs another project against nothing but that.
+# Installs the build of preset $1, release or windows, and unzips its package elsewhere; builds and runs another project
+# against nothing but either.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-prefix=$PWD/build/install/prefix
-consumer=$PWD/build/install/consumer
-rm -rf build/install
-cmake --install build/release --prefix "$prefix" >/dev/null
-cmake -S tests/package -B "$consumer" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release >/dev/null
-cmake --build "$consumer"
-"$consumer/consumer"
-"$prefix/bin/multientity" --version
+preset=$1
+work="$PWD/build/install/$preset"
+rm -rf "$work"
+mkdir -p "$work"
+
+case $preset in
+  release)
+    compiler=()
+    emulator=()
+    program=multientity
+    ;;
+  windows)
+    compiler=(-DCMAKE_SYSTEM_NAME=Windows -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix)
+    emulator=(scripts/under-wine.sh)
+    program=multientity.exe
+    ;;
+esac
+
+# Builds the example against the installation in $1, in $2, and runs it.
+embed() {
+  cmake -S "$1/share/doc/MultiEntityNative/examples/embedding" -B "$2" -G Ninja -DCMAKE_PREFIX_PATH="$1" \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Werror" "${compiler[@]}" >/dev/null
+  cmake --build "$2" >/dev/null
+  "${emulator[@]}" "$2/embedding${program#multientity}"
+}
+
+# The names of what the programs and libraries in $1 load, without what they find in there.
+loaded_from_elsewhere_by() {
+  local files=("$1"/bin/*)
+  if [ "$preset" = windows ]; then
+    x86_64-w64-mingw32-objdump -p "${files[@]}" | awk '/DLL Name:/ { print $3 }' | sort -u |
+      while read -r name; do [ -e "$1/bin/$name" ] || echo "$name"; done
+  else
+    ldd "${files[@]}" "$1"/lib/*.so* |
+      awk -v inside="$1/" '/^\t/ && index($0, inside) == 0 { sub(/.*\//, "", $1); print $1 }' | sort -u
+  fi
+}
+
+# What is in $1 needs nothing but itself and what every system with a C++ runtime has.
+needs_only_itself() {
+  local system='^((linux-vdso|ld-linux-x86-64|libc|libm|libgcc_s|libstdc\+\+)\.so|(KERNEL32|USER32|msvcrt)\.dll$)'
+  local strangers
+  strangers=$(loaded_from_elsewhere_by "$1" | grep -vE "$system" || true)
+  [ -z "$strangers" ] && return
+  printf 'The package needs what is not in it: %s\n' "$strangers" >&2
+  return 1
+}
+
+# Both programs of the installation in $1 do their work; the example is built in $2.
+works() {
+  printf -- '--- in %s\n' "${1#"$work/"}"
+  embed "$1" "$2"
+  "${emulator[@]}" "$1/bin/$program" --version
+}
+
+installed="$work/installed"
+cmake --install "build/$preset" --prefix "$installed" >/dev/null
+works "$installed" "$work/embedding"
+
+zip=$(scripts/package.sh "$preset")
+mkdir "$work/un zipped"
+(cd "$work/un zipped" && cmake -E tar xf "$zip")
+unzipped="$work/un zipped/$(basename "$zip" .zip)"
+needs_only_itself "$unzipped"
+works "$unzipped" "$work/embedding against un zipped"

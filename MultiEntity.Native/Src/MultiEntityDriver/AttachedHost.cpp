@@ -10,13 +10,11 @@
 
 namespace {
 
-using CloseSystemListener = CNotify<CNotifyDataCloseSystem>;
-
 constinit std::optional<HostServices> attachedHost;
 
 // Every listener there is. Built by the first one, so it outlives them all.
-std::vector<CloseSystemListener*>& Listeners() {
-  static std::vector<CloseSystemListener*> listeners;
+std::vector<CNotifyCloseSystem*>& Listeners() {
+  static std::vector<CNotifyCloseSystem*> listeners;
   return listeners;
 }
 
@@ -38,13 +36,13 @@ MEAttachResult AttachHost(const HostServices& services) noexcept {
 
   attachedHost.emplace(services);
   if (attachedHost->platform == nullptr) attachedHost->platform = &NativePlatform();
-  for (CloseSystemListener* listener : Listeners()) attachedHost->application.SubscribeCloseSystem(*listener);
+  for (CNotifyCloseSystem* listener : Listeners()) attachedHost->application.SubscribeCloseSystem(*listener);
   return MEAttachDone;
 }
 
 void DetachHost() noexcept {
   MESchedulerUtil::KillAnyExistingScheduler();
-  for (CloseSystemListener* listener : Listeners()) Host().application.UnsubscribeCloseSystem(*listener);
+  for (CNotifyCloseSystem* listener : Listeners()) Host().application.UnsubscribeCloseSystem(*listener);
   attachedHost.reset();
 }
 

@@ -2,160 +2,12 @@
 
 #include <new>
 
+#include "host/AbsentServices.h"
+
 namespace {
 
-constexpr Util::Status kNothingThere{-1};
-
-class NullHost final : public Util::Ops,
-                       public Util::Runtime,
-                       public Util::MemoryManager,
-                       public KillSwitchHelper,
-                       public FileSystem::DCE,
-                       public DBPreferences,
-                       public PrefsTag,
-                       public MultiEntityDBManager,
-                       public Permissions,
-                       public ChartOfAccounts,
-                       public NameList,
-                       public Journal,
-                       public TargetLines,
-                       public QueryEngine,
-                       public Money,
-                       public Application,
-                       public Messages,
-                       public Platform {
+class NullHost final : public Absent::Host, public Absent::MultiEntityDBManager, public Platform {
  public:
-  bool Wants(Level) const noexcept override { return false; }
-  void Write(const Line&) noexcept override {}
-
-  char* FormatStringV(const char*, std::va_list) override { return nullptr; }
-  MemoryManager& GetMemoryManager() override { return *this; }
-  void Release(void*) noexcept override {}
-
-  bool IsFeatureEnabled(const char*, const char*) override { return false; }
-  bool GetValue2(Util::TString, Util::TString, Util::TString&) override { return false; }
-
-  Util::Status GetCompanyDBPreference(Util::TString, Util::TString&) override { return kNothingThere; }
-  Util::Status SetCompanyDBPreference(Util::TString, Util::TString) override { return kNothingThere; }
-
-  bool PrefGetPrefHandle() override { return false; }
-  bool GetCurrentFileIsSample() override { return false; }
-  std::int32_t GetIsAccntntCopy() override { return 0; }
-  bool GetUseMultiCurrency() override { return false; }
-  void GetHomeCurrency(CCurrency&) override {}
-  CurrencyHandle OpenCurrency(FeatureType) override { return {}; }
-  bool IsValidCurrency(CurrencyHandle) override { return false; }
-  Util::TString GetCurrencyCode(CurrencyHandle) override { return {}; }
-  void ReleaseCurrency(CurrencyHandle) noexcept override {}
-
-  Util::Status GetRelation(Util::TString, DBMultiEntityRelation&) override { return kNothingThere; }
-  Util::Status GetRelationById(long, DBMultiEntityRelation&) override { return kNothingThere; }
-  Util::Status GetAllRelations(std::vector<DBMultiEntityRelation>&) override { return kNothingThere; }
-  Util::Status SaveRelation(DBMultiEntityRelation&) override { return kNothingThere; }
-  Util::Status UpdateRelationForRealm(DBMultiEntityRelation&, Util::TString) override { return kNothingThere; }
-  Util::Status DeleteRelation(Util::TString) override { return kNothingThere; }
-  bool HasAnyMatchingRecord(Util::TString, long, long) override { return false; }
-  bool HasAnyMatchingAccRecordExclRealm(Util::TString, long, long) override { return false; }
-  bool HasAnyMatchingTransaction(long) override { return false; }
-  Util::Status SaveTransaction(DBMultiEntityTransaction&) override { return kNothingThere; }
-  Util::Status GetTransaction(std::int32_t, std::int32_t, DBMultiEntityTransaction&) override { return kNothingThere; }
-  Util::Status GetTransactionWithRequestId(std::int32_t, Util::TString, DBMultiEntityTransaction&) override {
-    return kNothingThere;
-  }
-  Util::Status UpdateTransaction(DBMultiEntityTransaction&) override { return kNothingThere; }
-  Util::Status DeleteTransaction(std::int32_t) override { return kNothingThere; }
-  Util::Status GetTransactionWithTargets(long, std::vector<DBMultiEntityTransaction>&) override {
-    return kNothingThere;
-  }
-  Util::Status GetAllTransactionWithTargets(std::vector<DBMultiEntityTransaction>&) override { return kNothingThere; }
-  bool HasAnyMatchingTransaction(Util::TString, std::int32_t) override { return false; }
-  Util::Status SaveRejectedTransaction(DBMultiEntityRejectedTxnReceiver&) override { return kNothingThere; }
-  Util::Status GetAllRejectedTransaction(std::vector<DBMultiEntityRejectedTxnReceiver>&) override {
-    return kNothingThere;
-  }
-  Util::Status DeleteRejectedTransaction(Util::TString) override { return kNothingThere; }
-  bool HasAnyMatchingRejectedTransaction(Util::TString) override { return false; }
-
-  bool CurrentUserIsAdminUser() override { return false; }
-  bool FeaturePermissionAvailable(ProgramFeature, UserAction, unsigned char) override { return false; }
-  bool ListPermissionAvailable(ListType, std::int32_t, UserAction, CAccnt&, std::int32_t, std::int32_t) override {
-    return false;
-  }
-
-  AccountListHandle GetAccntListPtr() override { return {}; }
-  void EdListRefreshList(AccountListHandle, std::int32_t) override {}
-  EdListStatus GetAccountForRecnum(long, CAccnt&) override { return kEdListFailure; }
-  EdListStatus CreateNewChartOfAccount(char*, std::int16_t, std::int32_t&, bool) override { return kEdListFailure; }
-  std::unordered_map<long, std::pair<std::string, std::string>> GetAllAccounts() override { return {}; }
-  std::vector<std::pair<std::string, long>> GetListOfAccounts(std::int16_t) override { return {}; }
-  AccountHandle OpenAccount(FeatureType) override { return {}; }
-  AccountHandle OpenAccount(long, FeatureType) override { return {}; }
-  bool GetDeleted(AccountHandle) override { return false; }
-  KrEnumerations::AccntTypeType GetType(AccountHandle) override { return {}; }
-  bool GetIsSubAccnt(AccountHandle) override { return false; }
-  bool IsSpecial(AccountHandle, KrEnumerations::SpecialAccountTypeType) override { return false; }
-  void ReleaseAccount(AccountHandle) noexcept override {}
-
-  EdListStatus CreateCName(Util::TString&, NameType, std::int32_t&) override { return kEdListFailure; }
-  bool IsValidName(NameHandle) override { return false; }
-  Util::TString GetName(NameHandle, char*, std::int32_t) override { return {}; }
-  NameHandle GetParent(NameHandle) override { return NameHandle::kNone; }
-  void ReleaseName(NameHandle) noexcept override {}
-
-  EdListStatus CreateGeneralJournalEntry(CAccnt&, CAccnt&, Util::TString, JournalEntryIds&, std::int32_t,
-                                         Util::TString) override {
-    return kEdListFailure;
-  }
-  EdListStatus DeleteGeneralJournalEntry(std::uint32_t) override { return kEdListFailure; }
-  EdListStatus UpdateMETransaction(std::int32_t, std::int32_t) override { return kEdListFailure; }
-
-  bool TargExists(std::int32_t, TViewType) override { return false; }
-  LineHandle OpenLine(std::int32_t, FeatureType, ReadFailSafeType, TViewType) override { return {}; }
-  DateType32 GetDate(LineHandle) override { return NullDate(); }
-  BalType GetAmount(LineHandle) override { return {}; }
-  const char* GetAccountName(LineHandle, std::int32_t, std::int32_t) override { return ""; }
-  Util::TString GetStrMemo(LineHandle) override { return {}; }
-  CName GetTransactionName(LineHandle) override { return {*this, NameHandle::kNone}; }
-  void ReleaseLine(LineHandle) noexcept override {}
-
-  QueryHandle OpenQuery() override { return {}; }
-  Util::Status SetSelect(QueryHandle, unsigned int) override { return kNothingThere; }
-  long SetStatement(QueryHandle, unsigned int, DQE::SelectOp, DateType32) override { return 0; }
-  long SetStatement(QueryHandle, long, DQE::SelectOp, long) override { return 0; }
-  Util::Status DoQuery(QueryHandle) override { return kNothingThere; }
-  bool ResultExists(QueryHandle) override { return false; }
-  const DQE::IDBResultSetRow* First(QueryHandle) override { return nullptr; }
-  const DQE::IDBResultSetRow* Next(QueryHandle) override { return nullptr; }
-  unsigned long GetTransPtrType(QueryHandle, const DQE::IDBResultSetRow*, std::int32_t) override { return 0; }
-  void ReleaseQuery(QueryHandle) noexcept override {}
-
-  void String2Dollar(BalType&, const char*) override {}
-  void Money2Str_s(char* buffer, std::size_t, BalType, MoneyFormat) override { *buffer = '\0'; }
-
-  bool IsServerMode(bool) override { return false; }
-  bool SystemIsOpen() override { return false; }
-  bool SystemIsClosing() override { return false; }
-  DBMgr::FileMgr* GetActiveFileMgr() override { return nullptr; }
-  void Enqueue(AppMsg*) noexcept override {}
-  void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
-  void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
-  void ExecuteCommand(const CCommandAndArgs&) override {}
-
-  ResourceInstance GetKRWinInstance() override { return {}; }
-  void GetIndStringC(char* buffer, std::size_t, ResourceInstance, std::int32_t, std::int32_t) override {
-    *buffer = '\0';
-  }
-  YNC_Tag YesNoInfoMsgO(const Util::SourceContext&, ResourceInstance, std::int32_t, std::int32_t, std::int32_t, bool,
-                        bool) override {
-    return {};
-  }
-  // 0 is an answer that acts; this one is none that the module knows.
-  std::int32_t KRMSG_MessageO(std::uintptr_t, std::int32_t, std::int32_t, std::int32_t,
-                              std::span<const MessageArgument>) override {
-    return -1;
-  }
-  void KRWarnMsgWithTitle02(std::uintptr_t, const Util::SourceContext&, const char*, const char*, bool) override {}
-
   void GetLocalTime(_SYSTEMTIME&) override {}
   TimerId SetTimer(TimerId, std::uint32_t, TimerProcedure) override { return 0; }
   void KillTimer(TimerId) noexcept override {}
@@ -168,25 +20,7 @@ class NullHost final : public Util::Ops,
 
 constinit NullHost nullHost;
 
-constinit const HostServices nullServices{
-    .ops = nullHost,
-    .runtime = nullHost,
-    .killSwitches = nullHost,
-    .remoteValues = nullHost,
-    .databasePreferences = nullHost,
-    .preferences = nullHost,
-    .multiEntity = nullHost,
-    .permissions = nullHost,
-    .accounts = nullHost,
-    .names = nullHost,
-    .journal = nullHost,
-    .lines = nullHost,
-    .queries = nullHost,
-    .money = nullHost,
-    .application = nullHost,
-    .messages = nullHost,
-    .platform = &nullHost,
-};
+constinit const HostServices nullServices = nullHost.Services(nullHost, &nullHost);
 
 }  // namespace
 

@@ -1,6 +1,16 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace app {
+
+// The arguments behind the program's name, in UTF-8. Those of main() are in whatever encoding the system has.
+std::vector<std::string> ArgumentsInUtf8(int argumentCount, char** arguments);
+
+// Gives what is printed the same bytes on every system: line ends are not translated, and a console takes texts as
+// UTF-8.
+void PrintTheSameEverywhere() noexcept;
 
 // Whether standard error goes to a person's terminal.
 bool ErrorsGoToATerminal() noexcept;

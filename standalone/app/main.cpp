@@ -130,16 +130,16 @@ ExitCode RunCommand(Invocation& invocation) {
   }
 }
 
-ExitCode Run(int argumentCount, char** arguments) {
+ExitCode Run(const std::vector<std::string>& arguments) {
   // A command line that cannot be understood is complained about in the form that it asks for all the same.
-  const bool json = std::any_of(arguments, arguments + argumentCount,
-                                [](const char* argument) { return std::string_view(argument) == "--json"; });
+  const bool json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
   Invocation invocation;
   invocation.options.user = standalone::kAdministratorName;
   CLI::App program("Intercompany accounting with partner companies, on company files of this machine");
   AddCommands(program, invocation);
   try {
-    program.parse(argumentCount, arguments);
+    // The parser takes the last argument first.
+    program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& end) {
     return EndParsing(program, end, json);
   }
@@ -160,8 +160,9 @@ CLI::App& AddFileCommand(CLI::App& parent, const char* name, const char* descrip
 
 int main(int argumentCount, char** arguments) {
   app::IgnoreClosedPipes();
+  app::PrintTheSameEverywhere();
   try {
-    return app::Run(argumentCount, arguments);
+    return app::Run(app::ArgumentsInUtf8(argumentCount, arguments));
   } catch (const std::exception& error) {
     app::PrintError(std::string("multientity: ") + error.what() + "\n");
   } catch (...) {

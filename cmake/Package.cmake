@@ -19,7 +19,6 @@ function(bundle_licence name debian_package)
 endfunction()
 
 bundle_licence(CLI11 libcli11-dev)
-bundle_licence(fast-cpp-csv-parser libfccp-dev)
 bundle_licence(fmt libfmt-dev)
 bundle_licence(nlohmann-json nlohmann-json3-dev)
 bundle_licence(spdlog libspdlog-dev)

@@ -3,8 +3,12 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
-  libspdlog-dev libfccp-dev)
-test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev python3 librapidcheck-dev valgrind)
+  libspdlog-dev)
+test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev
+  python3 librapidcheck-dev valgrind)
+windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
+# Who has an npm of another origin keeps it.
+command -v npm >/dev/null || windows_packages+=(npm)
 
 say() {
   printf '\n==> %s\n' "$*"
@@ -46,6 +50,16 @@ build() {
     fail "The $preset build could not be configured."
   }
   cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"}
+}
+
+# Wine's files for this project, made anew so that nothing of an earlier run is in them.
+make_wine_prefix() {
+  rm -rf build/wine
+  mkdir -p build/wine
+  timeout 300 scripts/under-wine.sh wineboot --init >build/wine.log 2>&1 || {
+    cat build/wine.log >&2
+    fail "Wine could not make its files in build/wine."
+  }
 }
 
 mkdir -p build

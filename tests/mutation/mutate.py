@@ -46,8 +46,9 @@ def select(mutants: list[Mutant], arguments: argparse.Namespace) -> list[Mutant]
 def read_explanations(mutants: list[Mutant]) -> set[Identity]:
     entries = tomllib.loads(ALIVE.read_text()).get("alive", [])
     explained = {(entry["file"], entry["function"], entry["before"], entry["after"]) for entry in entries}
-    for lost in explained - {mutant.identity for mutant in mutants}:
-        raise BenchError(f"{ALIVE.name} explains a mutant that there is not: {' | '.join(lost)}")
+    lost = sorted(explained - {mutant.identity for mutant in mutants})
+    if lost:
+        raise BenchError("\n".join(f"{ALIVE.name} explains a mutant that there is not: {' | '.join(one)}" for one in lost))
     return explained
 
 

@@ -84,8 +84,6 @@ void DeleteRejected(Invocation& invocation, const RejectedOptions& options) {
                     fmt::format("Deleted the rejected transaction with request id {}.\n", options.request));
 }
 
-constexpr const char* kRequestHelp = "The request id that both companies know, 1 to 36 characters";
-
 void AddSave(CLI::App& rejected, Invocation& invocation) {
   const auto options = std::make_shared<RejectedOptions>();
   CLI::App& command =

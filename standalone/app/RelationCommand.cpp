@@ -150,7 +150,6 @@ void ListRelations(Invocation& invocation, const RelationOptions& options) {
                     listing.table.Empty() ? "No relations.\n" : listing.table.Text());
 }
 
-constexpr const char* kRealmHelp = "The partner company's realm id, 1 to 19 characters";
 constexpr const char* kStateHelp = "pending, established, without-accounts, deactivated, or another number";
 constexpr const char* kAccountHelp = "An account, by id or by colon-separated name";
 

@@ -76,9 +76,6 @@ void Exists(Invocation& invocation, const ExistsOptions& options) {
                                 options.request, options.realm));
 }
 
-constexpr const char* kRealmHelp = "The partner company's realm id, 1 to 19 characters";
-constexpr const char* kRequestHelp = "The request id that both companies know, 1 to 36 characters";
-
 void AddSetState(CLI::App& transaction, Invocation& invocation) {
   const auto options = std::make_shared<SetStateOptions>();
   CLI::App& command = AddFileCommand(

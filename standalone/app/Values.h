@@ -14,6 +14,10 @@
 // standalone::InvalidInput that names the value and says what would be right.
 namespace app {
 
+// What the help says of a realm id and a request id.
+inline constexpr const char* kRealmHelp = "The partner company's realm id, 1 to 19 characters";
+inline constexpr const char* kRequestHelp = "The request id that both companies know, 1 to 36 characters";
+
 std::filesystem::path FilePath(std::string_view text);
 
 Util::TString RealmId(std::string_view text);

@@ -21,7 +21,7 @@ class Ops : public Util::Ops {
 class Runtime : public Util::Runtime, public Util::MemoryManager {
  public:
   char* FormatStringV(const char*, std::va_list) override { return nullptr; }
-  Util::MemoryManager& GetMemoryManager() override { return *this; }
+  Util::MemoryManager& GetMemoryManager() noexcept override { return *this; }
   void Release(void*) noexcept override {}
 
  protected:

@@ -20,7 +20,7 @@ class Runtime {
   // text could not be made.
   virtual char* FormatStringV(const char* pattern, std::va_list arguments) = 0;
 
-  virtual MemoryManager& GetMemoryManager() = 0;
+  virtual MemoryManager& GetMemoryManager() noexcept = 0;
 
   // Called when a text does not fit the field it is copied into; the field is left empty. A host that rather stops
   // there does so here.

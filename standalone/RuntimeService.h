@@ -7,7 +7,7 @@ namespace standalone {
 class RuntimeService final : public Util::Runtime, private Util::MemoryManager {
  public:
   char* FormatStringV(const char* pattern, std::va_list arguments) override;
-  Util::MemoryManager& GetMemoryManager() override { return *this; }
+  Util::MemoryManager& GetMemoryManager() noexcept override { return *this; }
 
  private:
   void Release(void* block) noexcept override;

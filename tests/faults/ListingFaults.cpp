@@ -37,7 +37,6 @@ Table NameUnderItsParents() {
           {"IsValidName(32)", GoesOn().With("Top:Mid:Child", "Child"), Passes()},
           {"IsValidName(31)", GoesOn().With("Top:Mid:Child", "Mid:Child"), Passes()},
           {"IsValidName(0)", GoesOn(), Passes()},
-          {"GetMemoryManager", NoSuchFailure(), Passes()},
           {"FormatStringV#1", GoesOn().With("Top:Mid:Child", "Top:Child"), Passes()},
           {"FormatStringV#2", GoesOn().With("Top:Mid:Child", "Mid:Child"), Passes()},
           {"FormatStringV#3", GoesOn().With("Top:Mid:Child", "\"\""), Passes()}};

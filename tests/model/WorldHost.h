@@ -60,7 +60,7 @@ class WorldHost final : public Util::Ops,
 
   // Util::Runtime, Util::MemoryManager
   char* FormatStringV(const char* pattern, std::va_list arguments) override;
-  Util::MemoryManager& GetMemoryManager() override { return *this; }
+  Util::MemoryManager& GetMemoryManager() noexcept override { return *this; }
   void InvalidParameter() override { world_.InvalidParameter(); }
   void Release(void* block) noexcept override;
 

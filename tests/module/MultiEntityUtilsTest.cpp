@@ -165,6 +165,7 @@ TEST_F(FormattedText, ReplacesTheTargetAndGivesTheHostsBufferBack) {
 
   EXPECT_EQ(target, "North owes 42");
   EXPECT_EQ(host.runtime.TextsOut(), 0U);
+  EXPECT_THAT(host.Calls(), InOrder("FormatStringV(%s owes %d)", "GetMemoryManager()"));
 }
 
 TEST_F(FormattedText, LeavesTheTargetWhenTheHostMakesNone) {
@@ -173,6 +174,7 @@ TEST_F(FormattedText, LeavesTheTargetWhenTheHostMakesNone) {
   MultiEntityUtils::FormatString(target, "%s", "North");
 
   EXPECT_EQ(target, "before");
+  EXPECT_THAT(host.Calls(), InOrder("FormatStringV(%s)"));
 }
 
 TEST_F(FormattedText, MayBeEmpty) {

@@ -35,8 +35,8 @@ class ScriptedRuntime final : public Util::Runtime, private Util::MemoryManager 
   ~ScriptedRuntime();
 
   char* FormatStringV(const char* pattern, std::va_list arguments) override;
-  Util::MemoryManager& GetMemoryManager() override {
-    script_.Call("GetMemoryManager");
+  Util::MemoryManager& GetMemoryManager() noexcept override {
+    script_.Note("GetMemoryManager");
     return *this;
   }
   void InvalidParameter() override { script_.Call("InvalidParameter"); }

@@ -46,10 +46,8 @@ Util::TString MultiEntityUtils::GetQualifiedTxnName(const TargType& line, std::i
 }
 
 void MultiEntityUtils::FormatWithHost(Util::TString& target, const char* pattern, ...) {
-  // Asked for while there is no text yet, so that the text goes back on every path.
-  Util::MemoryManager& memory = Host().runtime.GetMemoryManager();
-  const auto release = [&memory](char* text) noexcept {
-    memory.Release(text);
+  const auto release = [](char* text) noexcept {
+    Host().runtime.GetMemoryManager().Release(text);
   };
   std::va_list arguments;
   va_start(arguments, pattern);

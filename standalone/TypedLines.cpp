@@ -17,10 +17,14 @@ void TypedLines::End() {
   changed_.notify_one();
 }
 
-std::optional<std::string> TypedLines::Next() {
+std::optional<std::string> TypedLines::AnswerTo(const std::function<void()>& showQuestion) {
+  {
+    const std::lock_guard lock(mutex_);
+    line_.reset();
+    isAwaited_ = true;
+  }
+  showQuestion();
   std::unique_lock lock(mutex_);
-  line_.reset();
-  isAwaited_ = true;
   changed_.wait(lock, [this] { return line_ || isEnded_; });
   isAwaited_ = false;
   return std::exchange(line_, std::nullopt);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -16,8 +17,9 @@ class TypedLines {
   // No more lines will come; from any thread, and for good.
   void End();
 
-  // Waits for the next line; nothing once there will be none.
-  std::optional<std::string> Next();
+  // Shows a question and waits for the next line, which may come as soon as the question is seen; nothing once there
+  // will be none.
+  std::optional<std::string> AnswerTo(const std::function<void()>& showQuestion);
 
  private:
   std::mutex mutex_;

@@ -40,13 +40,19 @@ std::optional<bool> ReadAnswer(const standalone::Question& question, std::string
   return std::nullopt;
 }
 
-std::optional<std::string> ReadStandardInput() {
+std::optional<std::string> ReadStandardInput(const std::string& prompt) {
+  ShowPrompt(prompt);
   std::string line;
   if (!std::getline(std::cin, line)) return std::nullopt;
   return line;
 }
 
 }  // namespace
+
+void ShowPrompt(const std::string& prompt) {
+  Print(prompt);
+  FinishPrinting();
+}
 
 Dialogue::Dialogue(const Screen& screen, const char* shown, std::optional<bool> given, ReadLine person)
     : screen_(screen), shown_(shown), given_(given), person_(std::move(person)) {}
@@ -67,9 +73,8 @@ bool Dialogue::Answer(const standalone::Question& question) const {
 
 bool Dialogue::AskThePerson(const standalone::Question& question) const {
   while (true) {
-    Print(fmt::format("  {} or {}? [y/N] ", question.accept, question.decline));
-    FinishPrinting();
-    const std::optional<std::string> line = person_();
+    const std::optional<std::string> line =
+        person_(fmt::format("  {} or {}? [y/N] ", question.accept, question.decline));
     const std::optional<bool> answer = line ? ReadAnswer(question, *line) : false;
     if (!answer) continue;
     TellAnswer(question, *answer, line ? "person" : "nobody");

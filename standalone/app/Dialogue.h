@@ -14,8 +14,10 @@ namespace app {
 
 class Screen;
 
-// Reads the next line that the person at the terminal types; nothing when none will come.
-using ReadLine = std::function<std::optional<std::string>()>;
+// Shows the prompt and reads the next line that the person at the terminal types; nothing when none will come.
+using ReadLine = std::function<std::optional<std::string>(const std::string& prompt)>;
+
+void ShowPrompt(const std::string& prompt);
 
 // Shows message boxes on a screen and answers them: as an option of the command says, or by the person at the terminal,
 // or, when there is nobody, by the button that does nothing further.

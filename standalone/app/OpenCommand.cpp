@@ -96,7 +96,9 @@ OpenCompany::OpenCompany(Invocation& invocation, std::string file, std::optional
       screen_(ScreenFor(invocation)),
       company_(invocation, file_),
       dialogue_(screen_, "reminder-shown", answer,
-                screen_.IsForPeople() && InputComesFromATerminal() ? [this] { return typed_.Next(); } : ReadLine()) {
+                screen_.IsForPeople() && InputComesFromATerminal()
+                    ? [this](const std::string& prompt) { return typed_.AnswerTo([&] { ShowPrompt(prompt); }); }
+                    : ReadLine()) {
   ListenToTheHost();
 }
 

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "standalone/app/Terminal.h"
+
 namespace app {
 
 namespace {
@@ -45,12 +47,12 @@ std::string ElementPerLine(const Json& list) {
   throw std::runtime_error("standard output cannot be written: " + std::generic_category().message(error));
 }
 
-bool readerHasGone = false;
+bool nobodyReads = false;
 
 void CheckWritten(bool written) {
   if (written) return;
-  if (errno != EPIPE) ThrowNotWritten(errno);
-  readerHasGone = true;
+  if (!ReaderHasGone()) ThrowNotWritten(errno);
+  nobodyReads = true;
 }
 
 }  // namespace
@@ -96,12 +98,12 @@ std::string JsonLine(const Json& object) {
 }
 
 void Print(std::string_view text) {
-  if (readerHasGone) return;
+  if (nobodyReads) return;
   CheckWritten(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
 }
 
 void FinishPrinting() {
-  if (readerHasGone) return;
+  if (nobodyReads) return;
   CheckWritten(std::fflush(stdout) == 0);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 #include "standalone/app/Terminal.h"
@@ -14,6 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds kPatience{1000};
 constexpr std::chrono::milliseconds kPace{100};
 constexpr std::uint64_t kCells = 40;
+constexpr std::size_t kWidthBesideTheTitle = std::string_view(" [").size() + kCells + std::string_view("] 100%").size();
 
 }  // namespace
 
@@ -21,7 +23,8 @@ ProgressBar::ProgressBar(std::string title)
     : title_(std::move(title)), toATerminal_(ErrorsGoToATerminal()), next_(Clock::now() + kPatience) {}
 
 ProgressBar::~ProgressBar() {
-  if (shown_) std::fputs("\r\033[K", stderr);
+  // Wiped with blanks, which every terminal understands.
+  if (shown_) std::fprintf(stderr, "\r%*s\r", static_cast<int>(title_.size() + kWidthBesideTheTitle), "");
 }
 
 void ProgressBar::Show(std::uint64_t done, std::uint64_t total) noexcept {

@@ -1,8 +1,10 @@
 // The one file of the program that asks the operating system instead of the standard library.
 #include "standalone/app/Terminal.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 #ifdef _WIN32
 #ifndef NOMINMAX
@@ -12,9 +14,10 @@
 #include <io.h>
 #include <windows.h>
 
-#include <filesystem>
 #include <memory>
 #include <system_error>
+
+#include "standalone/Errors.h"
 #else
 #include <unistd.h>
 #endif
@@ -22,6 +25,22 @@
 namespace app {
 
 #ifdef _WIN32
+
+namespace {
+
+// Argument number `position`, which Windows only promises to be 16-bit numbers.
+std::string InUtf8(const wchar_t* word, int position) {
+  const int size = ::WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, word, -1, nullptr, 0, nullptr, nullptr);
+  if (size == 0) {
+    throw standalone::InvalidInput("argument " + std::to_string(position) + " is not Unicode text; type it anew");
+  }
+  std::string text(static_cast<std::size_t>(size), '\0');
+  ::WideCharToMultiByte(CP_UTF8, 0, word, -1, text.data(), size, nullptr, nullptr);
+  text.pop_back();
+  return text;
+}
+
+}  // namespace
 
 std::vector<std::string> ArgumentsInUtf8(int /*argumentCount*/, char** /*arguments*/) {
   int count = 0;
@@ -31,10 +50,7 @@ std::vector<std::string> ArgumentsInUtf8(int /*argumentCount*/, char** /*argumen
     throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(), "The command line");
   }
   std::vector<std::string> arguments;
-  for (int i = 1; i < count; ++i) {
-    const std::u8string word = std::filesystem::path(words.get()[i]).u8string();
-    arguments.emplace_back(word.begin(), word.end());
-  }
+  for (int i = 1; i < count; ++i) arguments.push_back(InUtf8(words.get()[i], i));
   return arguments;
 }
 
@@ -54,6 +70,15 @@ std::vector<std::string> ArgumentsInUtf8(int argumentCount, char** arguments) {
 void PrintTheSameEverywhere() noexcept {}
 
 #endif
+
+bool ReaderHasGone() noexcept {
+#ifdef _WIN32
+  // The C library has a name of its own for the first one only.
+  return _doserrno == ERROR_BROKEN_PIPE || _doserrno == ERROR_NO_DATA || _doserrno == ERROR_PIPE_NOT_CONNECTED;
+#else
+  return errno == EPIPE;
+#endif
+}
 
 bool ErrorsGoToATerminal() noexcept {
 #ifdef _WIN32

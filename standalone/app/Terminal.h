@@ -5,7 +5,8 @@
 
 namespace app {
 
-// The arguments behind the program's name, in UTF-8. Those of main() are in whatever encoding the system has.
+// The arguments behind the program's name, in UTF-8; those of main() are in whatever encoding the system has. Throws
+// standalone::InvalidInput for one that is no text.
 std::vector<std::string> ArgumentsInUtf8(int argumentCount, char** arguments);
 
 // Gives what is printed the same bytes on every system: line ends are not translated, and a console takes texts as
@@ -19,5 +20,7 @@ bool InputComesFromATerminal() noexcept;
 
 // Lets a write to a closed pipe fail like any other write instead of ending the program.
 void IgnoreClosedPipes() noexcept;
+// Asked right after a write that failed: whether it did because nobody reads the pipe any more.
+bool ReaderHasGone() noexcept;
 
 }  // namespace app

@@ -61,6 +61,8 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
                    "Print the lines that the operations log gains to standard error");
   program.require_subcommand(1);
   program.fallthrough();
+  // A path may begin with a slash on every system.
+  program.allow_windows_style_options(false);
   program.footer(
       "Example:\n  multientity accounts alder.company --free --json\n\n"
       "multientity COMMAND --help explains a command. Exit codes: 0 done; 1 refused or not finished; 2 wrong\n"
@@ -163,6 +165,8 @@ int main(int argumentCount, char** arguments) {
   app::PrintTheSameEverywhere();
   try {
     return app::Run(app::ArgumentsInUtf8(argumentCount, arguments));
+  } catch (const standalone::InvalidInput& error) {
+    return app::Fail(/*json=*/false, app::kExitBadInput, error.what());
   } catch (const std::exception& error) {
     app::PrintError(std::string("multientity: ") + error.what() + "\n");
   } catch (...) {

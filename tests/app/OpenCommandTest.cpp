@@ -104,7 +104,14 @@ TEST_F(OpenBooks, APersonAtTheTerminalAnswersTheReminder) {
   program.Type("y\n");
   program.WaitFor("Answered: Yes (person)");
   program.WaitFor("request-bill");
-  program.Type("\x04");  // the end of a terminal's input
+}
+
+TEST_F(OpenBooks, TheEndOfTheTerminalsInputClosesTheCompany) {
+  if (IsWindowsProgram()) GTEST_SKIP() << "Wine's console swallows Ctrl-Z";
+  RunningProgram program = Open({}, Console::kTerminal);
+  program.WaitFor("Opened alder.company");
+
+  program.Type("\x04");
 
   const Outcome outcome = program.End();
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
@@ -116,12 +123,12 @@ TEST_F(OpenBooks, AQuestionThatIsStillOpenDoesNotKeepTheCompanyFromClosing) {
   RunningProgram program = Open({}, Console::kTerminal);
   program.WaitFor("[y/N] ");
 
-  program.Signal(SIGTERM);
+  program.Signal(SIGINT);
 
   const Outcome outcome = program.End();
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_THAT(outcome.out, AllOf(HasSubstr("Answered: No (nobody)"), Not(HasSubstr("krw:")),
-                                 HasSubstr("Closing alder.company: termination.")));
+                                 HasSubstr("Closing alder.company: interrupt.")));
 }
 
 TEST_F(OpenBooks, TheNextReminderIsRememberedBeforeTheAnswer) {
@@ -145,6 +152,7 @@ TEST_F(OpenBooks, OthersMayWorkWhileAQuestionIsOpen) {
 }
 
 TEST_F(OpenBooks, TerminationClosesTheCompanyInOrder) {
+  if (IsWindowsProgram()) GTEST_SKIP() << "Wine takes SIGTERM for what ends a program at once";
   RunningProgram program = Open({"--json"});
   program.WaitFor(EventLine("timer-armed"));
 

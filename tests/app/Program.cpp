@@ -79,6 +79,10 @@ std::string ProgramUnderTest() {
   return named != nullptr ? named : MULTIENTITY_PROGRAM;
 }
 
+bool IsWindowsProgram() {
+  return std::filesystem::path(ProgramUnderTest()).filename() == "windows-multientity.sh";
+}
+
 Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
   const std::filesystem::path out = directory / "standard-output";
   Outcome outcome = RunProgramInto(out, directory, arguments);
@@ -127,6 +131,10 @@ Outcome RunProgramWithoutRights(const std::filesystem::path& directory, const st
                          arguments));
 }
 
+bool MayRunWithoutRights() {
+  return geteuid() != 0 || !IsWindowsProgram();
+}
+
 Outcome RunProgramOnASmallDisk(const std::filesystem::path& directory, const std::string& file,
                                const std::vector<std::string>& arguments) {
   // The disk is seen by this shell and its children only, and is gone when they end.
@@ -137,12 +145,12 @@ Outcome RunProgramOnASmallDisk(const std::filesystem::path& directory, const std
       "{ \"$@\"; code=$?; cp \"$file\" .. && exit $code; }; exit 125";
   return RunWords(
       directory / "standard-output", directory,
-      Joined({"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, "sh", file, MULTIENTITY_PROGRAM}, arguments));
+      Joined({"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, "sh", file, ProgramUnderTest()}, arguments));
 }
 
 bool MayMountASmallDisk() {
   const Redirections nowhere;
-  return geteuid() == 0 &&
+  return geteuid() == 0 && !IsWindowsProgram() &&
          Spawn(nowhere, {"/usr/bin/unshare", "--mount", "/bin/sh", "-c", "mount -t tmpfs none /mnt 2>/dev/null"}) == 0;
 }
 

@@ -15,6 +15,8 @@ struct Outcome {
 // The program under test: the one that was built with the tests, or the one that the environment names, such as the
 // Windows program run by an emulator.
 std::string ProgramUnderTest();
+// Whether that is the Windows program, run by scripts/windows-multientity.sh.
+bool IsWindowsProgram();
 
 // Runs multientity with these arguments and without input, and waits for its end. `directory` is its working directory
 // and holds what it prints meanwhile.
@@ -32,8 +34,9 @@ Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory
                               const std::vector<std::string>& arguments);
 
 // Runs it as a user who owns nothing on this machine and may do what everybody may; as the user who runs the tests
-// unless that is root.
+// unless that is root. Only where MayRunWithoutRights().
 Outcome RunProgramWithoutRights(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+bool MayRunWithoutRights();
 
 // Runs it on a disk of its own that holds `file` of the directory and has room for 64 KiB more; what became of the file
 // is in the directory afterwards. Only where MayMountASmallDisk().

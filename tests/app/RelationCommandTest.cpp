@@ -64,13 +64,6 @@ TEST_F(Books, APartnerNameOfSixtyCharactersIsRefusedBeforeTheCall) {
   EXPECT_THAT(outcome.err, HasSubstr("59"));
 }
 
-TEST_F(Books, APartnerNameThatIsNotUtf8IsRefused) {
-  const Outcome outcome = Run({"relation", "create", kFile, "--realm", "1002", "--partner", "Caf\xE9", "--state", "4"});
-
-  EXPECT_EQ(outcome.exitCode, 2);
-  EXPECT_THAT(outcome.err, HasSubstr("UTF-8"));
-}
-
 TEST_F(Books, APartnerNameWithAControlCharacterIsRefused) {
   EXPECT_EQ(
       Run({"relation", "create", kFile, "--realm", "1002", "--partner", "Cedar\nLeasing", "--state", "4"}).exitCode, 2);

@@ -6,9 +6,12 @@
 #include <signal.h>
 #include <spawn.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <system_error>
@@ -42,11 +45,23 @@ Connection ThroughPipes() {
   return {.input = input[1], .output = output[0], .programInput = input[0], .programOutput = output[1]};
 }
 
+// Wine's console does so itself, but not before it reads for the first time.
+void LeaveKeysToTheProgram(int terminal) {
+  termios mode{};
+  if (tcgetattr(terminal, &mode) != 0) ThrowSystemError("tcgetattr");
+  cfmakeraw(&mode);
+  if (tcsetattr(terminal, TCSANOW, &mode) != 0) ThrowSystemError("tcsetattr");
+}
+
 Connection ThroughATerminal() {
   const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
   if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) ThrowSystemError("posix_openpt");
   const int programEnd = open(ptsname(terminal), O_RDWR | O_NOCTTY | O_CLOEXEC);
   if (programEnd < 0) ThrowSystemError("ptsname");
+  // So large that no line is broken and none scrolls away.
+  const winsize size{.ws_row = 200, .ws_col = 1000, .ws_xpixel = 0, .ws_ypixel = 0};
+  if (ioctl(programEnd, TIOCSWINSZ, &size) != 0) ThrowSystemError("TIOCSWINSZ");
+  if (IsWindowsProgram()) LeaveKeysToTheProgram(programEnd);
   return {.input = fcntl(terminal, F_DUPFD_CLOEXEC, 0),
           .output = terminal,
           .programInput = programEnd,
@@ -77,9 +92,37 @@ pid_t Start(const std::filesystem::path& directory, const std::filesystem::path&
 
 }  // namespace
 
+std::string ShownText::Add(std::string_view bytes) {
+  std::string shown;
+  for (const char byte : bytes) Add(byte, shown);
+  return shown;
+}
+
+void ShownText::Add(char byte, std::string& shown) {
+  constexpr char kEscape = '\x1b';
+  constexpr char kCursorRight = 'C';
+  switch (state_) {
+    case State::kText:
+      if (byte == kEscape) {
+        state_ = State::kEscape;
+      } else {
+        shown += byte;
+      }
+      break;
+    case State::kEscape:
+      state_ = byte == '[' ? State::kSequence : State::kText;
+      break;
+    case State::kSequence:
+      if (byte < '@') break;
+      if (byte == kCursorRight) shown += ' ';
+      state_ = State::kText;
+      break;
+  }
+}
+
 RunningProgram::RunningProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments,
                                Console console)
-    : errors_(directory / "standard-error-of-the-running-program") {
+    : errors_(directory / "standard-error-of-the-running-program"), console_(console) {
   const Connection connection = console == Console::kPipes ? ThroughPipes() : ThroughATerminal();
   child_ = Start(directory, errors_, connection, arguments);
   input_ = connection.input;
@@ -110,7 +153,9 @@ std::string RunningProgram::WaitFor(const std::string& text) {
   return printed;
 }
 
-void RunningProgram::Type(const std::string& text) const {
+void RunningProgram::Type(const std::string& typed) const {
+  std::string text = typed;
+  if (console_ == Console::kTerminal) std::ranges::replace(text, '\n', '\r');
   if (write(input_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) ThrowSystemError("write");
 }
 
@@ -139,6 +184,7 @@ bool RunningProgram::ReadMore() {
   // A terminal whose other end is closed answers with an error instead of an end.
   const ssize_t count = read(output_, bytes.data(), bytes.size());
   if (count <= 0) return false;
-  unread_.append(bytes.data(), static_cast<std::size_t>(count));
+  const std::string_view printed(bytes.data(), static_cast<std::size_t>(count));
+  unread_ += console_ == Console::kTerminal ? terminal_.Add(printed) : std::string(printed);
   return true;
 }

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "standalone/Termination.h"
-#include "standalone/TypedLines.h"
 
 namespace standalone {
 namespace {
@@ -111,32 +110,6 @@ TEST_F(TheWatchForTermination, IsKeptOnlyOnceAtATime) {
 
   raise(SIGINT);
   EXPECT_EQ(Cause(), TerminationCause::kInterrupt);
-}
-
-TEST(LinesThatAPersonTypes, ReachWhoAsks) {
-  TypedLines lines;
-  std::future<std::optional<std::string>> answer = std::async(std::launch::async, [&] { return lines.Next(); });
-
-  while (answer.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) lines.Put("yes");
-
-  EXPECT_EQ(answer.get(), "yes");
-}
-
-TEST(LinesThatAPersonTypes, AnswerNoLaterQuestion) {
-  TypedLines lines;
-  lines.Put("yes");
-  lines.End();
-
-  EXPECT_EQ(lines.Next(), std::nullopt);
-}
-
-TEST(LinesThatAPersonTypes, EndForWhoeverWaits) {
-  TypedLines lines;
-  std::future<std::optional<std::string>> answer = std::async(std::launch::async, [&] { return lines.Next(); });
-
-  lines.End();
-
-  EXPECT_EQ(answer.get(), std::nullopt);
 }
 
 }  // namespace

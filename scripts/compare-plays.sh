@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Plays the main job and the life of an intercompany bill with the Windows program and with the native one, and compares
+# what they print:
+#
+#   scripts/compare-plays.sh NATIVE WINDOWS DIRECTORY
+#
+# NATIVE and WINDOWS are programs that can be started here, DIRECTORY receives the company files. Prints what the
+# Windows program did. Exits with 1 when something is not as expected, or differs in more than the time of day.
+set -euo pipefail
+
+if [[ $# -ne 3 ]]; then
+  echo "usage: $0 NATIVE WINDOWS DIRECTORY" >&2
+  exit 2
+fi
+scripts=$(dirname -- "${BASH_SOURCE[0]}")
+native=$1
+windows=$2
+directory=$3
+mkdir -p -- "$directory"
+
+# What one play tells of the time at which it is played, and how long it is until a day begins.
+without_times() {
+  sed -E 's/[0-9]{2}:[0-9]{2}:[0-9]{2}/HH:MM:SS/g; s/[0-9]{2,} seconds/SS seconds/g' -- "$1"
+}
+
+# compare JOB: plays it with both programs.
+compare() {
+  local job=$1 day
+  # Both are played on one day.
+  until
+    day=$(date +%F)
+    "$scripts/play-$job.sh" "$native" "$directory/$job-native" >"$directory/$job-native.txt" || {
+      cat -- "$directory/$job-native.txt"
+      return 1
+    }
+    "$scripts/play-$job.sh" "$windows" "$directory/$job-windows" | tee -- "$directory/$job-windows.txt" || return 1
+    [[ $day == "$(date +%F)" ]]
+  do echo "A new day has begun; both are played again."; done
+  diff -u --label "$job, native" --label "$job, Windows" \
+    <(without_times "$directory/$job-native.txt") <(without_times "$directory/$job-windows.txt")
+}
+
+compare main-job
+echo
+compare bill-life
+echo "The native program printed the same, but for the time of day."

@@ -1,4 +1,3 @@
-#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -6,6 +5,7 @@
 #include <string>
 
 #include "MultiEntity/AttachHost.h"
+#include "support/RuntimeLibrary.h"
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -13,38 +13,19 @@ namespace {
 using testing::IsEmpty;
 using testing::SizeIs;
 
-// The shared library, loaded at run time as a host does that has no import of it.
+// The library itself, loaded at run time as a host does that has no import of it.
 class LoadedLibrary {
  public:
-  LoadedLibrary() : handle_(dlopen(MULTIENTITY_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {
-    EXPECT_NE(handle_, nullptr) << dlerror();
-  }
-  LoadedLibrary(const LoadedLibrary&) = delete;
-  LoadedLibrary& operator=(const LoadedLibrary&) = delete;
-  ~LoadedLibrary() { dlclose(handle_); }
-
-  template <class Signature>
-  Signature* Entry(const char* name) const {
-    void* entry = dlsym(handle_, name);
-    EXPECT_NE(entry, nullptr) << dlerror();
-    return reinterpret_cast<Signature*>(entry);
-  }
-
   MEAttachResult Attach(const ScriptedHost& host) const {
-    return Entry<MEAttachResult(const HostServices&)>("AttachHost")(host.Services());
+    return library_.Entry<MEAttachResult(const HostServices&)>("AttachHost")(host.Services());
   }
-  void Detach() const { Entry<void()>("DetachHost")(); }
-  void StartScheduler() const { Entry<void()>("_ZN15MESchedulerUtil14StartSchedulerEv")(); }
+  void Detach() const { library_.Entry<void()>("DetachHost")(); }
+  void StartScheduler() const { library_.Entry<void()>("_ZN15MESchedulerUtil14StartSchedulerEv")(); }
 
-  static bool IsLoaded() {
-    void* handle = dlopen(MULTIENTITY_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
-    const bool loaded = handle != nullptr;
-    if (loaded) dlclose(handle);
-    return loaded;
-  }
+  static bool IsLoaded() { return RuntimeLibrary::IsLoaded(MULTIENTITY_LIBRARY); }
 
  private:
-  void* handle_;
+  RuntimeLibrary library_{MULTIENTITY_LIBRARY};
 };
 
 // Loads the library, has a host use it with an armed timer, and lets go of it again.

@@ -52,14 +52,29 @@ build() {
   cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"}
 }
 
+# Wine ends with its last program, takes seconds to start again, and fails a program that comes while it ends. One that
+# waits for input keeps it running until this script ends.
+keep_wine_running() {
+  coproc wine_keeper { exec scripts/under-wine.sh cmd /c 'pause >nul' 2>/dev/null; }
+}
+
+let_wine_end() {
+  [ -n "${wine_keeper_PID:-}" ] || return 0
+  local keeper=$wine_keeper_PID
+  exec {wine_keeper[1]}>&-
+  wait "$keeper" || true
+}
+
 # Wine's files for this project, made anew so that nothing of an earlier run is in them.
 make_wine_prefix() {
+  let_wine_end
   rm -rf build/wine
   mkdir -p build/wine
   timeout 300 scripts/under-wine.sh wineboot --init >build/wine.log 2>&1 || {
     cat build/wine.log >&2
     fail "Wine could not make its files in build/wine."
   }
+  keep_wine_running
 }
 
 mkdir -p build

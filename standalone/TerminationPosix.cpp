@@ -9,11 +9,11 @@
 #include <atomic>
 #include <cerrno>
 #include <stdexcept>
-#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
 
+#include "standalone/LineCutter.h"
 #include "standalone/Termination.h"
 
 namespace standalone {
@@ -85,36 +85,6 @@ class SignalHandlers {
 
  private:
   std::array<struct sigaction, kEndingSignals.size()> before_{};
-};
-
-// Cuts what is read into lines.
-class LineCutter {
- public:
-  explicit LineCutter(const std::function<void(std::string)>& onLine) noexcept : onLine_(onLine) {}
-
-  void Add(std::string_view bytes) {
-    for (const char byte : bytes) {
-      if (byte == '\n') {
-        Finish();
-      } else {
-        line_ += byte;
-      }
-    }
-  }
-
-  void FinishLast() {
-    if (!line_.empty()) Finish();
-  }
-
- private:
-  void Finish() {
-    if (line_.ends_with('\r')) line_.pop_back();
-    std::string line = std::exchange(line_, {});
-    if (onLine_) onLine_(std::move(line));
-  }
-
-  const std::function<void(std::string)>& onLine_;
-  std::string line_;
 };
 
 }  // namespace

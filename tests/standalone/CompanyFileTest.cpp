@@ -6,6 +6,7 @@
 
 #include "standalone/CompanyFile.h"
 #include "standalone/Schema.h"
+#include "standalone/Text.h"
 #include "tests/standalone/CompanyFixture.h"
 
 namespace standalone {
@@ -22,7 +23,7 @@ class TheCompanyFile : public CompanyFixture {
   // Runs SQL against the file as a foreign program would.
   void Tamper(const char* sql) const {
     sqlite3* handle = nullptr;
-    ASSERT_EQ(sqlite3_open(path_.c_str(), &handle), SQLITE_OK);
+    ASSERT_EQ(sqlite3_open(PathText(path_).c_str(), &handle), SQLITE_OK);
     EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(handle);
     sqlite3_close(handle);
   }
@@ -65,6 +66,27 @@ TEST_F(TheCompanyFile, ThatAnotherProgramLocksAgainstReadersIsInUse) {
 
   EXPECT_THAT(MessageOf<CompanyFileError>([&] { CompanyFile file(path_, std::chrono::milliseconds(20)); }),
               AllOf(HasSubstr(path_.string()), HasSubstr("in use by another program")));
+}
+
+TEST_F(TheCompanyFile, MayBearANameInAnyScriptWithWhatLiesBesideIt) {
+  const std::filesystem::path folder = folder_ / "";
+  const std::filesystem::path place = folder / u8"M\u00fcller & S\u00f6hne \u682a\u5f0f\u4f1a\u793e";
+  const std::filesystem::path path = place / u8"\u0411\u0443\u0445 2026.company";
+  std::filesystem::create_directory(place);
+  NewCompany company;
+  company.name = "Birch Services";
+  CompanyFile::Create(path, company);
+  WriteFile(CompanyFile::RemotePath(path), "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+
+  StandaloneHost host(path);
+  const bool isOn = host.Services().killSwitches.IsFeatureEnabled("MultiEntityFeature", "ME_FOR_ALL");
+  Util::Ops::MessageFunctor(host.Log(), Util::Ops::Level::kError, Util::Ops::EventType::kDiagnostic, "standalone", 1,
+                            "Test", "void Test()")("%s", "written");
+
+  EXPECT_FALSE(isOn);
+  EXPECT_THAT(ReadFile(CompanyFile::LogPath(path)), HasSubstr("written"));
+  EXPECT_THAT(MessageOf<CompanyFileError>([&] { CompanyFile::Create(path, company); }),
+              HasSubstr("\u0411\u0443\u0445 2026.company"));
 }
 
 TEST_F(TheCompanyFile, IsNotMadeOverAnotherFile) {

@@ -10,6 +10,7 @@
 #include "standalone/LogReader.h"
 #include "standalone/Session.h"
 #include "tests/standalone/CompanyFixture.h"
+#include "tests/standalone/LoopTimers.h"
 #include "tests/standalone/ScriptedLoopClock.h"
 
 namespace standalone {
@@ -69,6 +70,12 @@ class TheReminder : public CompanyFixture {
     });
   }
 
+  void CloseAndWaitLongerThanTheReminder() {
+    closed = &*host_;
+    host_->App().Close();
+    TimersOf(*host_).SetTimer(0, 1500, [](HWND__*, std::uint32_t, TimerId, std::uint32_t) { closed->Loop().Quit(); });
+  }
+
   void RunOpenCompany() {
     session_->QueueReminder();
     host_->Loop().Run();
@@ -80,15 +87,17 @@ class TheReminder : public CompanyFixture {
 
   std::vector<LogLine> Log() { return LogReader(CompanyFile::LogPath(path_)).LastLines(200); }
 
+  // For a timer's procedure, which has no room for anything of its own.
+  static inline StandaloneHost* closed = nullptr;
+
   bool answer_ = true;
   std::int32_t relationId_ = 0;
   std::vector<std::string> shown_;
   std::vector<PluginView> opened_;
   std::optional<StandaloneHost> host_;
   std::optional<Session> session_;
-  ScriptedLoopClock clock_{[this] {
-    host_->Loop().Quit();
-  }};
+  // Hurries on where the loop keeps its timers itself.
+  ScriptedLoopClock clock_;
 };
 
 TEST_F(TheReminder, OpensThePendingTransactionsWhenTheUserWantsTo) {
@@ -149,6 +158,7 @@ TEST_F(TheReminder, ShowsNothingWhenNothingWaitsAndIsArmedAgain) {
 
 TEST_F(TheReminder, ComesNotToACompanyWithoutRelations) {
   Open(clock_);
+  host_->App().SetMessageObserver([this](const AppMsg&) { host_->Loop().Post([this] { host_->Loop().Quit(); }); });
 
   RunOpenCompany();
 
@@ -162,7 +172,7 @@ TEST_F(TheReminder, NeverComesToACompanyThatIsClosed) {
   LetATransactionWait();
   host_->Log().SetObserver([this](const Util::Ops::Line& line) {
     if (line.message == "MULTIENTITY::StartScheduler: Exiting function") {
-      host_->Loop().Post([this] { host_->App().Close(); });
+      host_->Loop().Post([this] { CloseAndWaitLongerThanTheReminder(); });
     }
   });
 

@@ -24,7 +24,7 @@ includes | awk '
     if (room == "MultiEntity.Native") {
       return standard || include ~ /^"(host|platform|MultiEntity|MultiEntityDriver|MultiEntityScheduler|MultiEntityUtils)\//
     }
-    if (include ~ /windows\.h/) return file ~ /^standalone\/[A-Za-z0-9]*Win32\.cpp$/
+    if (include ~ /windows\.h/) return file ~ /^(tests\/)?standalone\/([a-z]+\/)?[A-Za-z0-9]*Win32(Test)?\.cpp$/
     if (room == "examples") return standard || include ~ /^"((host|MultiEntity)\/)?[A-Za-z0-9]+\.h"$/
     if (room == "standalone") return include ~ /^</ || include ~ /^"(host|standalone|MultiEntity)\//
     return 1

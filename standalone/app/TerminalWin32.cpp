@@ -1,12 +1,5 @@
-// The one file of the program that asks the operating system instead of the standard library.
-#include "standalone/app/Terminal.h"
-
-#include <cerrno>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
-
-#ifdef _WIN32
+// What the program asks of Windows instead of the standard library.
+#define WIN32_LEAN_AND_MEAN
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
@@ -14,17 +7,18 @@
 #include <io.h>
 #include <windows.h>
 
+// After <windows.h>, whose types it uses.
+#include <shellapi.h>
+
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <system_error>
 
 #include "standalone/Errors.h"
-#else
-#include <unistd.h>
-#endif
+#include "standalone/app/Terminal.h"
 
 namespace app {
-
-#ifdef _WIN32
 
 namespace {
 
@@ -38,6 +32,12 @@ std::string InUtf8(const wchar_t* word, int position) {
   ::WideCharToMultiByte(CP_UTF8, 0, word, -1, text.data(), size, nullptr, nullptr);
   text.pop_back();
   return text;
+}
+
+// The C library would also take the null device for a terminal.
+bool IsConsole(DWORD standardHandle) noexcept {
+  DWORD mode = 0;
+  return ::GetConsoleMode(::GetStdHandle(standardHandle), &mode) != 0;
 }
 
 }  // namespace
@@ -60,46 +60,20 @@ void PrintTheSameEverywhere() noexcept {
   ::SetConsoleOutputCP(CP_UTF8);
 }
 
-#else
-
-std::vector<std::string> ArgumentsInUtf8(int argumentCount, char** arguments) {
-  if (argumentCount == 0) return {};
-  return {arguments + 1, arguments + argumentCount};
-}
-
-void PrintTheSameEverywhere() noexcept {}
-
-#endif
-
-bool ReaderHasGone() noexcept {
-#ifdef _WIN32
-  // The C library has a name of its own for the first one only.
-  return _doserrno == ERROR_BROKEN_PIPE || _doserrno == ERROR_NO_DATA || _doserrno == ERROR_PIPE_NOT_CONNECTED;
-#else
-  return errno == EPIPE;
-#endif
-}
-
 bool ErrorsGoToATerminal() noexcept {
-#ifdef _WIN32
-  return _isatty(_fileno(stderr)) != 0;
-#else
-  return isatty(STDERR_FILENO) != 0;
-#endif
+  return IsConsole(STD_ERROR_HANDLE);
 }
 
 bool InputComesFromATerminal() noexcept {
-#ifdef _WIN32
-  return _isatty(_fileno(stdin)) != 0;
-#else
-  return isatty(STDIN_FILENO) != 0;
-#endif
+  return IsConsole(STD_INPUT_HANDLE);
 }
 
-void IgnoreClosedPipes() noexcept {
-#ifdef SIGPIPE
-  std::signal(SIGPIPE, SIG_IGN);
-#endif
+// A write to a closed pipe is like any other there.
+void IgnoreClosedPipes() noexcept {}
+
+bool ReaderHasGone() noexcept {
+  // The C library has a name of its own for the first one only.
+  return _doserrno == ERROR_BROKEN_PIPE || _doserrno == ERROR_NO_DATA || _doserrno == ERROR_PIPE_NOT_CONNECTED;
 }
 
 }  // namespace app

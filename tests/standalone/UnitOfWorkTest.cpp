@@ -28,11 +28,15 @@ class AUnitOfWork : public CompanyFixture {
     return options;
   }
 
-  // Where a program that is to die is a new one, which begins the test again, it finds the path in its environment.
+  // Where a program that is to die is a new one, which begins the test again, it finds the path in its environment. Its
+  // own company goes first, as nothing is cleared away when it dies.
   static std::filesystem::path SharedWithWhoDies(const std::filesystem::path& path) {
 #ifdef _WIN32
     constexpr const char* kVariable = "MULTIENTITY_TEST_FILE";
-    if (const char* shared = std::getenv(kVariable)) return shared;
+    if (const char* shared = std::getenv(kVariable)) {
+      std::filesystem::remove_all(path.parent_path());
+      return shared;
+    }
     _putenv_s(kVariable, path.string().c_str());
 #endif
     return path;

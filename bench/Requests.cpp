@@ -1,0 +1,136 @@
+#include <fmt/format.h>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "bench/Benchmarks.h"
+#include "bench/HandWritten.h"
+#include "bench/SampleCompany.h"
+#include "standalone/Session.h"
+#include "standalone/StandaloneHost.h"
+
+namespace bench {
+
+namespace {
+
+using standalone::Access;
+using standalone::Session;
+using standalone::StandaloneHost;
+
+// Walks over all stored requests in an order that no cache foresees.
+class Walk {
+ public:
+  explicit Walk(std::int64_t lines) : lines_(lines) {}
+
+  // A line's number, which gives its request id and partner.
+  std::int64_t Next() {
+    constexpr std::int64_t kStride = 387'420'489;
+    at_ = (at_ + kStride) % lines_;
+    return at_ + 1;
+  }
+
+ private:
+  std::int64_t lines_;
+  std::int64_t at_ = 0;
+};
+
+struct Request {
+  std::string realm;
+  std::string id;
+};
+
+// Line number n belongs to transaction n + (n - 1) / 3.
+Request RequestOf(std::int64_t line) {
+  const std::int64_t transaction = line + (line - 1) / 3;
+  return {RealmId(static_cast<std::int32_t>(1 + transaction % kPartners)), RequestId(line)};
+}
+
+// Every other question is about a request that the company does not know.
+Request Question(Walk& walk, std::int64_t number, std::int64_t lines) {
+  Request request = RequestOf(walk.Next());
+  if (number % 2 == 1) request.id = RequestId(lines + number);
+  return request;
+}
+
+MEStatusCode Ask(StandaloneHost& host, const Request& request) {
+  return host.Request(Access::kRead, [&] {
+    return MultiEntityDriver::DoesTransactionExist(std::string_view(request.realm), std::string_view(request.id));
+  });
+}
+
+MEStatusCode Establish(StandaloneHost& host, const Request& request) {
+  return host.Request(Access::kWrite, [&] {
+    return MultiEntityDriver::UpdateTransactionWithState(std::string_view(request.realm), std::string_view(request.id),
+                                                         MEStateEstablished);
+  });
+}
+
+void RequireSameAnswers(const std::filesystem::path& company, std::int64_t lines) {
+  StandaloneHost host(company);
+  const Session session(host);
+  HandWritten hand(company);
+  Walk walk(lines);
+  for (std::int64_t number = 0; number < 100; ++number) {
+    const Request request = Question(walk, number, lines);
+    const bool exists = number % 2 == 0;
+    Require((Ask(host, request) == MEStatusSuccess) == exists && hand.Exists(request.realm, request.id) == exists,
+            "the answers to the existence of a request differ");
+  }
+}
+
+void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_t lines) {
+  const std::string title = fmt::format("existence of a request id among {} rows", lines);
+  if (!table.Wants(title)) return;
+  const std::filesystem::path company = CompanyWith(folder, lines);
+  RequireSameAnswers(company, lines);
+  table.Add(
+      {.what = title, .target = 1.2},
+      [company, lines](benchmark::State& state) {
+        StandaloneHost host(company);
+        const Session session(host);
+        Walk walk(lines);
+        std::int64_t number = 0;
+        for (auto _ : state) benchmark::DoNotOptimize(Ask(host, Question(walk, number++, lines)));
+      },
+      [company, lines](benchmark::State& state) {
+        HandWritten hand(company);
+        Walk walk(lines);
+        std::int64_t number = 0;
+        for (auto _ : state) {
+          const Request request = Question(walk, number++, lines);
+          benchmark::DoNotOptimize(hand.Exists(request.realm, request.id));
+        }
+      });
+}
+
+void AddStateChange(Table& table, const std::filesystem::path& folder, std::int64_t lines) {
+  const std::string title = fmt::format("state change by request id among {} rows", lines);
+  if (!table.Wants(title)) return;
+  const std::filesystem::path company = CompanyWith(folder, lines);
+  const std::filesystem::path ours = CopyOf(company, ".states");
+  const std::filesystem::path theirs = CopyOf(company, ".states-by-hand");
+  table.Add(
+      {.what = title, .target = 1.2},
+      [ours, walk = Walk(lines)](benchmark::State& state) mutable {
+        StandaloneHost host(ours);
+        const Session session(host);
+        for (auto _ : state) {
+          if (Establish(host, RequestOf(walk.Next())) != MEStatusSuccess)
+            state.SkipWithError("the state did not change");
+        }
+      },
+      [theirs, walk = Walk(lines)](benchmark::State& state) mutable {
+        HandWritten hand(theirs);
+        for (auto _ : state) {
+          const Request request = RequestOf(walk.Next());
+          if (!hand.Establish(request.realm, request.id)) state.SkipWithError("the state did not change");
+        }
+      });
+}
+
+}  // namespace
+
+void AddRequests(Table& table, const std::filesystem::path& folder, const Sizes& sizes) {
+  AddExistence(table, folder, sizes.storedLines);
+  AddStateChange(table, folder, sizes.storedLines);
+}
+
+}  // namespace bench

@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <array>
+
 #include "MultiEntity/MultiEntityDriver.h"
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
@@ -76,15 +78,31 @@ void RequireSameAnswers(const std::filesystem::path& company, std::int64_t lines
   }
 }
 
-void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_t lines) {
-  const std::string title = fmt::format("existence of a request id among {} rows", lines);
+struct Logging {
+  const char* suffix;
+  standalone::LogLimits limits;
+};
+
+const std::array kLoggings{
+    Logging{", log of warnings and errors", {.least = Util::Ops::Level::kWarning}},
+    Logging{", log of everything", {}},
+};
+
+standalone::HostOptions OptionsWith(const Logging& logging) {
+  standalone::HostOptions options;
+  options.log = logging.limits;
+  return options;
+}
+
+void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_t lines, const Logging& logging) {
+  const std::string title = fmt::format("existence of a request id among {} rows{}", lines, logging.suffix);
   if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, lines);
   RequireSameAnswers(company, lines);
   table.Add(
       {.what = title, .target = 1.2},
-      [company, lines](benchmark::State& state) {
-        StandaloneHost host(company);
+      [company, lines, logging](benchmark::State& state) {
+        StandaloneHost host(company, standalone::kAdministratorName, OptionsWith(logging));
         const Session session(host);
         Walk walk(lines);
         std::int64_t number = 0;
@@ -129,7 +147,7 @@ void AddStateChange(Table& table, const std::filesystem::path& folder, std::int6
 }  // namespace
 
 void AddRequests(Table& table, const std::filesystem::path& folder, const Sizes& sizes) {
-  AddExistence(table, folder, sizes.storedLines);
+  for (const Logging& logging : kLoggings) AddExistence(table, folder, sizes.storedLines, logging);
   AddStateChange(table, folder, sizes.storedLines);
 }
 

@@ -63,10 +63,12 @@ Database::Database(const std::filesystem::path& file, std::chrono::milliseconds 
 }
 
 Database::~Database() {
+  for (sqlite3_stmt* const statement : {beginReading_, beginWriting_, commit_}) sqlite3_finalize(statement);
   sqlite3_close_v2(handle_);
 }
 
 void Database::Execute(const char* sql) {
+  ++readVersion_;
   const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) Fail(code);
 }
@@ -93,11 +95,12 @@ std::string Database::QueryText(const char* sql) {
 void Database::Begin(Access access) {
   if (inUnit_) throw UnitOfWorkError("A unit of work is already open.");
   spoiledBy_.clear();
-  const int code =
-      sqlite3_exec(handle_, access == Access::kWrite ? "BEGIN IMMEDIATE" : "BEGIN", nullptr, nullptr, nullptr);
+  ++readVersion_;
+  const int code = access == Access::kWrite ? Step(beginWriting_, "BEGIN IMMEDIATE") : Step(beginReading_, "BEGIN");
   if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(file_, code, sqlite3_errmsg(handle_)));
   if (code != SQLITE_OK) Fail(code);
   inUnit_ = true;
+  ++unitNumber_;
   access_ = access;
 }
 
@@ -105,7 +108,9 @@ void Database::Commit() {
   if (!inUnit_) throw UnitOfWorkError("There is no unit of work to commit.");
   NoticeLostUnit();
   if (!spoiledBy_.empty()) ThrowSpoiled();
-  const int code = sqlite3_exec(handle_, "COMMIT", nullptr, nullptr, nullptr);
+  ++readVersion_;
+  CloseStreams();
+  const int code = Step(commit_, "COMMIT");
   if (code != SQLITE_OK) {
     spoiledBy_ = sqlite3_errmsg(handle_);
     spoiledCode_ = code;
@@ -117,6 +122,8 @@ void Database::Commit() {
 void Database::Rollback() noexcept {
   if (!inUnit_) return;
   inUnit_ = false;
+  ++readVersion_;
+  CloseStreams();
   if (sqlite3_get_autocommit(handle_) == 0) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
@@ -128,11 +135,27 @@ std::int64_t Database::ChangedRows() const noexcept {
   return sqlite3_changes64(handle_);
 }
 
+// Runs a statement that is prepared at its first use and kept.
+int Database::Step(sqlite3_stmt*& statement, const char* sql) noexcept {
+  if (statement == nullptr) {
+    const int code = sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, /*pzTail=*/nullptr);
+    if (code != SQLITE_OK) return code;
+  }
+  sqlite3_step(statement);
+  return sqlite3_reset(statement);
+}
+
+void Database::CloseStreams() noexcept {
+  for (RowStream* const stream : streams_) stream->Close();
+}
+
 void Database::RequireUsable(bool writes) {
   if (!inUnit_) throw UnitOfWorkError("The company file is only worked on within a unit of work.");
   NoticeLostUnit();
   if (!spoiledBy_.empty()) ThrowSpoiled();
-  if (writes && access_ != Access::kWrite) throw UnitOfWorkError("A unit of work for reading does not write.");
+  if (!writes) return;
+  if (access_ != Access::kWrite) throw UnitOfWorkError("A unit of work for reading does not write.");
+  ++readVersion_;
 }
 
 void Database::Fail(int code) {
@@ -230,12 +253,21 @@ void Statement::Bind(int index, std::nullptr_t) {
   if (code != SQLITE_OK) database_.Fail(code);
 }
 
+RowStream::RowStream(Database& database) : database_(database) {
+  database_.streams_.push_back(this);
+}
+
+RowStream::~RowStream() {
+  std::erase(database_.streams_, this);
+}
+
 Savepoint::Savepoint(Database& database) : database_(database) {
   database_.Execute("SAVEPOINT part");
 }
 
 Savepoint::~Savepoint() {
   if (!open_) return;
+  ++database_.readVersion_;
   sqlite3_exec(database_.Handle(), "ROLLBACK TO part; RELEASE part", nullptr, nullptr, nullptr);
 }
 

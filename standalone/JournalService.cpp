@@ -12,7 +12,7 @@ namespace standalone {
 
 namespace {
 
-bool TakesPostings(const Account& account) {
+bool TakesPostings(const AccountFacts& account) {
   return account.id != 0 && !account.deleted && account.type != KrEnumerations::kNonPosting;
 }
 
@@ -29,8 +29,8 @@ JournalService::JournalService(Database& database, ChartOfAccountsService& accou
 EdListStatus JournalService::CreateGeneralJournalEntry(CAccnt& first, CAccnt& second, Util::TString amount,
                                                        JournalEntryIds& ids, std::int32_t nameId, Util::TString name) {
   return AsEdListStatus([&] {
-    const Account& credited = accounts_.RecordOf(first.Handle());
-    const Account& debited = accounts_.RecordOf(second.Handle());
+    const AccountFacts& credited = accounts_.RecordOf(first.Handle());
+    const AccountFacts& debited = accounts_.RecordOf(second.Handle());
     if (!TakesPostings(credited) || !TakesPostings(debited)) return kEdListFailure;
     const std::optional<std::int64_t> minorUnits = ParseAmount(amount.view());
     const std::optional<Name> booked = names_.Find(nameId);

@@ -86,8 +86,9 @@ std::int64_t Wide(long number) {
 
 }  // namespace
 
-MultiEntityStore::MultiEntityStore(Database& database)
+MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
     : database_(database),
+      lines_(lines),
       relation_(database,
                 "SELECT id, realm_id, partner_name, relation_type, state, created_at, changed_at, revision, "
                 "due_from_account_id, due_to_account_id FROM me_relation WHERE realm_id = ?1"),
@@ -128,9 +129,11 @@ MultiEntityStore::MultiEntityStore(Database& database)
       transactionLines_(database,
                         "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                         "WHERE txn_id = ?1 ORDER BY target_id"),
+      transactionCount_(database, "SELECT count(*) FROM me_transaction"),
       transactions_(database,
                     "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                     "ORDER BY id"),
+      hasRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
       insertRejected_(database,
                       "INSERT INTO me_rejected_transaction (request_id, txn_type, relation_id, amount, partner_txn_id) "
                       "VALUES (?1, ?2, ?3, ?4, ?5)"),
@@ -234,11 +237,20 @@ Util::Status MultiEntityStore::GetTransactionWithTargets(long txnId, std::vector
 }
 
 Util::Status MultiEntityStore::GetAllTransactionWithTargets(std::vector<DBMultiEntityTransaction>& rows) {
-  return AsStatus([&] { return ReadAll(transactions_.Query(), rows, ReadTransaction); });
+  return AsStatus([&] {
+    rows.clear();
+    {
+      Rows count = transactionCount_.Query();
+      if (count.Step()) rows.reserve(static_cast<std::size_t>(count.Int64(0)));
+    }
+    const long status = ReadAll(transactions_.Query(), rows, ReadTransaction);
+    lines_.Expect();
+    return status;
+  });
 }
 
 bool MultiEntityStore::HasAnyMatchingTransaction(Util::TString requestId, std::int32_t relationId) {
-  return transactionOfRequest_.Query(relationId, requestId.view()).Step();
+  return hasRequest_.Query(relationId, requestId.view()).Step();
 }
 
 Util::Status MultiEntityStore::SaveRejectedTransaction(DBMultiEntityRejectedTxnReceiver& row) {

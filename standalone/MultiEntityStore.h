@@ -2,6 +2,7 @@
 
 #include "host/MultiEntityDBManager.h"
 #include "standalone/Database.h"
+#include "standalone/LinesAhead.h"
 
 namespace standalone {
 
@@ -9,7 +10,8 @@ namespace standalone {
 // rows of one transaction in the order of their lines. Failures of the questions without a status are thrown.
 class MultiEntityStore final : public MultiEntityDBManager {
  public:
-  explicit MultiEntityStore(Database& database);
+  // `lines` is told when all transaction rows were handed out.
+  MultiEntityStore(Database& database, LinesAhead& lines);
 
   Util::Status GetRelation(Util::TString realmId, DBMultiEntityRelation& row) override;
   Util::Status GetRelationById(long relationId, DBMultiEntityRelation& row) override;
@@ -39,6 +41,7 @@ class MultiEntityStore final : public MultiEntityDBManager {
 
  private:
   Database& database_;
+  LinesAhead& lines_;
   Statement relation_;
   Statement relationById_;
   Statement relations_;
@@ -54,7 +57,9 @@ class MultiEntityStore final : public MultiEntityDBManager {
   Statement updateTransaction_;
   Statement deleteTransaction_;
   Statement transactionLines_;
+  Statement transactionCount_;
   Statement transactions_;
+  Statement hasRequest_;
   Statement insertRejected_;
   Statement rejected_;
   Statement deleteRejected_;

@@ -2,15 +2,6 @@
 
 namespace standalone {
 
-namespace {
-
-DateType32 DateOf(std::int64_t value) {
-  const auto bits = static_cast<std::uint32_t>(value);
-  return {static_cast<int>(bits >> 16U), static_cast<int>(bits >> 8U & 0xFFU), static_cast<int>(bits & 0xFFU)};
-}
-
-}  // namespace
-
 TransactionTable::TransactionTable(Database& database)
     : database_(database),
       insertHeader_(database, "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, nullif(?3, 0), ?4)"),
@@ -21,9 +12,10 @@ TransactionTable::TransactionTable(Database& database)
                 "SELECT 1 FROM txn_line JOIN txn ON txn.id = txn_id WHERE txn_line.id = ?1 "
                 "AND (?2 = 0 OR txn.type = ?2)"),
       line_(database,
-            "SELECT txn.id, txn.type, date, name_id, account_id, amount, account.full_name, txn_line.memo "
-            "FROM txn_line JOIN txn ON txn.id = txn_id JOIN account ON account.id = account_id "
+            "SELECT txn.id, txn.type, date, name_id, account_id, amount, txn_line.memo "
+            "FROM txn_line JOIN txn ON txn.id = txn_id "
             "WHERE txn_line.id = ?1 AND (?2 = 0 OR txn.type = ?2)"),
+      memo_(database, "SELECT memo FROM txn_line WHERE id = ?1"),
       remove_(database, "DELETE FROM txn WHERE id = ?1"),
       confirm_(database, "UPDATE txn SET partner_confirmed = 1 WHERE id = ?1 AND type = ?2") {}
 
@@ -67,9 +59,14 @@ bool TransactionTable::FindLine(std::int32_t lineId, std::int32_t view, LineView
   line.nameId = rows.Int32(3);
   line.accountId = rows.Int32(4);
   line.amount = rows.Int64(5);
-  line.accountName = rows.Text(6);
-  line.memo = rows.Text(7);
+  line.hasMemo = true;
+  line.memo = rows.Text(6);
   return true;
+}
+
+Util::TString TransactionTable::MemoOf(std::int32_t lineId) {
+  Rows rows = memo_.Query(lineId);
+  return rows.Step() ? Util::TString(rows.Text(0)) : Util::TString();
 }
 
 bool TransactionTable::Delete(std::int32_t txnId) {

@@ -36,5 +36,7 @@ void Require(bool isSame, const char* what);
 // What is no ratio of times, printed at once.
 void PrintListingMemory(const std::filesystem::path& folder, const Sizes& sizes);
 void PrintImportMemory(const std::filesystem::path& folder, const Sizes& sizes);
+// What the ledger program needs for as many entries, where it is installed.
+void PrintLedger(const std::filesystem::path& folder, const Sizes& sizes);
 
 }  // namespace bench

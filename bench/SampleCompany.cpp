@@ -130,7 +130,7 @@ std::string OtherSide(std::int64_t transaction) {
 }  // namespace
 
 WorkFolder::WorkFolder(const std::filesystem::path& parent)
-    : path_(parent / fmt::format("multientity-bench-{}", std::random_device{}())) {
+    : path_(parent / fmt::format("multientity-bench-{:010}", std::random_device{}())) {
   std::filesystem::create_directories(path_);
 }
 

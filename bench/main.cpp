@@ -69,6 +69,7 @@ void Measure(const Options& options) {
   table.Run(kRepetitions, options.isQuick ? 0.1 : 0.5);
   if (table.Wants("peak memory of the period listing")) PrintListingMemory(folder.Path(), sizes);
   if (table.Wants("peak memory of the import")) PrintImportMemory(folder.Path(), sizes);
+  if (table.Wants("ledger")) PrintLedger(folder.Path(), sizes);
 }
 
 void ShowPlans() {

@@ -1,6 +1,7 @@
 #include "standalone/Amount.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace standalone {
 
@@ -52,6 +53,12 @@ std::optional<std::int64_t> ParseAmount(std::string_view text) noexcept {
   amount = amount * 100 + tenths * 10 + hundredths;
   if (amount > kLargestAmount) return std::nullopt;
   return isNegative ? -amount : amount;
+}
+
+std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) noexcept {
+  using Limits = std::numeric_limits<std::int64_t>;
+  const bool fits = right >= 0 ? left <= Limits::max() - right : left >= Limits::min() - right;
+  return fits ? std::optional(left + right) : std::nullopt;
 }
 
 std::string FormatAmount(std::int64_t minorUnits) {

@@ -17,6 +17,9 @@ inline constexpr std::int64_t kLargestAmount = 9'999'999'999'999;
 // before it. Nothing else, no blanks; none beyond kLargestAmount.
 std::optional<std::int64_t> ParseAmount(std::string_view text) noexcept;
 
+// Their sum; none when it is beyond what 64 bits hold.
+std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) noexcept;
+
 // Two decimals, thousands separators, a leading minus: -1,234.50. For every 64-bit number.
 std::string FormatAmount(std::int64_t minorUnits);
 

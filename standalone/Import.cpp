@@ -198,10 +198,19 @@ class TransactionImport {
     const std::int32_t id =
         host_.Transactions().AddLine(open_->id, {.accountId = accountId, .amount = *amount, .memo = memo});
     open_->awaitsDueToLine = false;
-    open_->sum += *amount;
+    open_->sum = SumWith(*amount);
     ++open_->lines;
     ++result_.lines;
     AddIntercompanyRow(id);
+  }
+
+  std::int64_t SumWith(std::int64_t amount) const {
+    const std::optional<std::int64_t> sum = AddAmounts(open_->sum, amount);
+    if (sum) return *sum;
+    throw InvalidInput("The amount " + Quoted(rows_["amount"]) + " brings the transaction " + Quoted(open_->key) +
+                       " from a sum of " + FormatAmount(open_->sum) + " beyond " +
+                       FormatAmount(std::numeric_limits<std::int64_t>::max()) +
+                       "; divide it into several transactions.");
   }
 
   void AddIntercompanyRow(std::int32_t lineId) {

@@ -122,6 +122,9 @@ MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
       transactionOfRequest_(database,
                             "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                             "WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
+      updateState_(database,
+                   "UPDATE me_transaction SET state = ?6 WHERE txn_id = ?1 AND target_id = ?2 AND relation_id = ?3 "
+                   "AND request_id = ?4 AND txn_type = ?5"),
       updateTransaction_(database,
                          "UPDATE me_transaction SET relation_id = ?3, request_id = ?4, txn_type = ?5, state = ?6 "
                          "WHERE txn_id = ?1 AND target_id = ?2"),
@@ -218,10 +221,13 @@ Util::Status MultiEntityStore::GetTransactionWithRequestId(std::int32_t relation
       [&] { return ReadOne(transactionOfRequest_.Query(relationId, requestId.view()), row, ReadTransaction); });
 }
 
+// Mostly the state alone has changed, which no index holds.
 Util::Status MultiEntityStore::UpdateTransaction(DBMultiEntityTransaction& row) {
   return AsStatus([&] {
-    return FoundAny(
-        updateTransaction_.Run(row.txnId, row.targetId, row.relationId, Field(row.requestId), row.txnType, row.state));
+    const auto run = [&](Statement& update) {
+      return update.Run(row.txnId, row.targetId, row.relationId, Field(row.requestId), row.txnType, row.state);
+    };
+    return FoundAny(run(updateState_) != 0 ? 1 : run(updateTransaction_));
   });
 }
 

@@ -54,6 +54,7 @@ class MultiEntityStore final : public MultiEntityDBManager {
   Statement insertTransaction_;
   Statement transaction_;
   Statement transactionOfRequest_;
+  Statement updateState_;
   Statement updateTransaction_;
   Statement deleteTransaction_;
   Statement transactionLines_;

@@ -159,6 +159,7 @@ void Database::RequireUsable(bool writes) {
 }
 
 void Database::Fail(int code) {
+  ++readVersion_;
   const std::string reason = sqlite3_errmsg(handle_);
   const bool isConstraint = (code & 0xFF) == SQLITE_CONSTRAINT;
   if (inUnit_) {

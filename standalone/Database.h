@@ -51,7 +51,7 @@ class Database {
   std::uint64_t UnitNumber() const noexcept { return unitNumber_; }
 
   // A number that stands as long as what was read before holds: it changes when a unit of work begins or ends, when
-  // something may have been written and when something was undone.
+  // something may have been written, when something was undone and when something failed.
   std::uint64_t ReadVersion() const noexcept { return readVersion_; }
 
   std::int64_t LastInsertedId() const noexcept;
@@ -166,6 +166,7 @@ class RowStream {
   void Close() noexcept { rows_.reset(); }
   bool IsOpen() const noexcept { return rows_.has_value(); }
   Rows& Get() noexcept { return *rows_; }
+  const Rows& Get() const noexcept { return *rows_; }
 
  private:
   Database& database_;

@@ -34,7 +34,7 @@ class LinesAhead {
   Database& database_;
   Statement pass_;
   Statement rowOfLine_;
-  mutable RowStream stream_;
+  RowStream stream_;
   bool isExpecting_ = false;
   bool isAtEnd_ = false;
   bool isLiabilityLine_ = false;

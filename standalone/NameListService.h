@@ -25,16 +25,17 @@ class NameListService final : public NameList {
     NameHandle parent = NameHandle::kNone;
   };
 
-  // Each name is read once in a unit of work.
-  const HeldName& Find(NameHandle name);
-  HeldName Read(NameHandle name);
-
-  NameTable& names_;
   struct HeldNames {
     std::unordered_map<NameHandle, HeldName> byHandle;
     NameHandle last = NameHandle::kNone;
     const HeldName* lastFound = nullptr;
   };
+
+  // Each name is read once in a unit of work.
+  const HeldName& Find(NameHandle name);
+  HeldName Read(NameHandle name);
+
+  NameTable& names_;
   ReadOnce<HeldNames> held_;
 };
 

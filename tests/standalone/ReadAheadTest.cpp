@@ -233,6 +233,29 @@ TEST_F(ListsReadOnce, KnowInTheNextUnitOfWorkWhatAnotherProgramAdded) {
   });
 }
 
+TEST_F(ListsReadOnce, AreNotGivenAnyMoreOnceTheFileCannotBeRead) {
+  host_.Request(Access::kWrite, [&] {
+    host_.Names().Create("Region", NameKind::kVendor);
+    host_.Accounts().Create({"Rent", KrEnumerations::kExpense, 0, false});
+  });
+  const auto breakOff = [](void*) {
+    return 1;
+  };
+
+  EXPECT_THROW(host_.Request(Access::kRead,
+                             [&] {
+                               EXPECT_EQ(NameOf(1), "Region");
+                               EXPECT_EQ(host_.Accounts().FullNameOf(1).view(), "Rent");
+                               sqlite3_progress_handler(host_.Data().Handle(), 1, breakOff, nullptr);
+                               EXPECT_THROW(host_.Accounts().List(true), UnitOfWorkError);
+                               sqlite3_progress_handler(host_.Data().Handle(), 0, nullptr, nullptr);
+
+                               EXPECT_THROW(NameOf(1), UnitOfWorkError);
+                               EXPECT_THROW(host_.Accounts().FullNameOf(1), UnitOfWorkError);
+                             }),
+               UnitOfWorkError);
+}
+
 TEST_F(ListsReadOnce, OpenEveryAccountOfTheChartThatWasHandedOut) {
   ChartOfAccounts& chart = host_.Services().accounts;
   host_.Request(Access::kWrite, [&] {

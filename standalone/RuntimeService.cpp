@@ -39,7 +39,8 @@ char* RuntimeService::JoinTexts(std::size_t count, std::va_list arguments) {
   std::array<std::string_view, kMostTexts> texts;
   std::size_t size = 1;
   for (std::size_t index = 0; index < count; ++index) {
-    texts[index] = va_arg(arguments, const char*);
+    const char* const text = va_arg(arguments, const char*);
+    texts[index] = text != nullptr ? text : "(null)";
     size += texts[index].size();
   }
   char* const joined = Take(size);

@@ -223,6 +223,16 @@ TEST(TheRuntime, FormatsATextThatItsMemoryManagerTakesBack) {
   runtime.GetMemoryManager().Release(text);
 }
 
+TEST(TheRuntime, SaysWhereATextIsNull) {
+  RuntimeService runtime;
+  const char* const none = nullptr;
+
+  char* const text = Format(runtime, "%s%s", "Top", none);
+
+  EXPECT_STREQ(text, "Top(null)");
+  runtime.GetMemoryManager().Release(text);
+}
+
 TEST(TheRuntime, JoinsTextsOfAnyLengthOfWhichSeveralAreOutAtOnce) {
   RuntimeService runtime;
   const std::string longText(5000, 'x');

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include <cstddef>
 #include <cstdlib>
@@ -59,6 +58,7 @@ class ARefusedCall : public testing::Test {
   const Util::TString realm_{"9130000000000001"};
   const Util::TString tooLong_{"91300000000000012345"};
   const Util::TString request_{"0b8e3a60-0000-4000-8000-000000000001"};
+  const Util::TString tooLongRequest_{"0b8e3a60-0000-4000-8000-0000000000012"};
   const Util::TString amount_{"1,234.50"};
   DBMultiEntityRelation relation_{};
 };
@@ -68,6 +68,8 @@ TEST_F(ARefusedCall, AllocatesNothingWhileTheFeatureIsOff) {
   std::vector<DBMultiEntityRelation> relations;
   std::vector<std::string> realms;
   std::vector<MERejectedTxnInfo> rejected;
+  std::unordered_map<long, std::pair<std::string, std::string>> accounts;
+  std::vector<std::pair<std::string, long>> accountsOfType;
 
   const std::size_t counted = AllocationsOf([&] {
     EXPECT_EQ(MultiEntityDriver::CreateRelation(realm_, realm_, {}, {}, {}), MEStatusFeatureDisabled);
@@ -81,6 +83,8 @@ TEST_F(ARefusedCall, AllocatesNothingWhileTheFeatureIsOff) {
     EXPECT_EQ(MultiEntityDriver::UpdateTransactionWithState(realm_, request_, MEStateEstablished),
               MEStatusFeatureDisabled);
     EXPECT_EQ(MultiEntityDriver::GetAllRejectedTransaction(rejected), MEStatusFeatureDisabled);
+    EXPECT_EQ(MultiEntityDriver::GetAccountsList(accounts, MEAccountFilterUnused, {}), MEStatusFeatureDisabled);
+    EXPECT_EQ(MultiEntityDriver::GetAccountListByType(0, accountsOfType), MEStatusFeatureDisabled);
   });
 
   EXPECT_EQ(counted, 0U);
@@ -93,11 +97,15 @@ TEST_F(ARefusedCall, AllocatesNothingWithoutTheRight) {
 
   const std::size_t counted = AllocationsOf([&] {
     EXPECT_EQ(MultiEntityDriver::CreateRelation(realm_, realm_, {}, {}, {}), MEStatusPermissionDenied);
+    EXPECT_EQ(MultiEntityDriver::UpdateRelation({.realmId = realm_, .updateRealm = {}, .accounts = {}}),
+              MEStatusPermissionDenied);
     EXPECT_EQ(MultiEntityDriver::DeleteRelation(realm_, true), MEStatusPermissionDenied);
     EXPECT_EQ(MultiEntityDriver::UpdateTransactionWithState(realm_, request_, MEStateEstablished),
               MEStatusPermissionDenied);
     EXPECT_EQ(MultiEntityDriver::UpdateTransactionWithState(7, 13, MEStateEstablished), MEStatusPermissionDenied);
     EXPECT_EQ(MultiEntityDriver::RecordGeneralJournalEntry(realm_, {}, 2, amount_, request_, {}, txnId),
+              MEStatusPermissionDenied);
+    EXPECT_EQ(MultiEntityDriver::SaveRejectedTransaction(request_, kTxnTypeBill, realm_, amount_, request_),
               MEStatusPermissionDenied);
   });
 
@@ -108,9 +116,14 @@ TEST_F(ARefusedCall, AllocatesNothingForAnIdThatIsTooLong) {
   SwitchFeatureOn();
 
   const std::size_t counted = AllocationsOf([&] {
+    EXPECT_EQ(MultiEntityDriver::CreateRelation(tooLong_, realm_, {}, {}, {}), MEStatusInvalidData);
+    EXPECT_EQ(MultiEntityDriver::UpdateRelation({.realmId = tooLong_, .updateRealm = {}, .accounts = {}}),
+              MEStatusInvalidData);
     EXPECT_EQ(MultiEntityDriver::GetRelation(tooLong_, relation_), MEStatusInvalidData);
     EXPECT_EQ(MultiEntityDriver::DeleteRelation(tooLong_, true), MEStatusInvalidData);
     EXPECT_EQ(MultiEntityDriver::UpdateTransactionWithState(tooLong_, request_, MEStateEstablished),
+              MEStatusInvalidData);
+    EXPECT_EQ(MultiEntityDriver::UpdateTransactionWithState(realm_, tooLongRequest_, MEStateEstablished),
               MEStatusInvalidData);
   });
 

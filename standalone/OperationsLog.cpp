@@ -5,8 +5,6 @@
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdint>
 #include <ctime>
@@ -20,15 +18,17 @@ namespace {
 // lines, not parts of them.
 constexpr std::size_t kPieceBytes = 4096;
 
-// By byte: whether it stands in a column as it is.
-constexpr std::array<bool, 256> kIsPlain = [] {
-  std::array<bool, 256> isPlain{};
-  for (std::size_t byte = 0x20; byte < isPlain.size(); ++byte) isPlain[byte] = byte != 0x7F && byte != '\\';
-  return isPlain;
-}();
+// Whether a character stands in a column as it is.
+constexpr bool IsPlain(char character) noexcept {
+  const auto byte = static_cast<unsigned char>(character);
+  return (byte >= 0x20) & (byte != 0x7F) & (byte != '\\');
+}
 
-bool IsPlain(char character) {
-  return kIsPlain[static_cast<unsigned char>(character)];
+// Looks at every character without a way out, which compilers turn into wide steps.
+bool IsPlain(std::string_view text) noexcept {
+  bool isPlain = true;
+  for (const char character : text) isPlain &= IsPlain(character);
+  return isPlain;
 }
 
 void AppendEscaped(std::string& out, char character) {
@@ -51,12 +51,16 @@ void AppendEscaped(std::string& out, char character) {
 }
 
 void AppendEscaped(std::string& out, std::string_view text) {
-  while (!text.empty()) {
-    const auto plain = static_cast<std::size_t>(std::ranges::find_if_not(text, IsPlain) - text.begin());
-    out += text.substr(0, plain);
-    if (plain == text.size()) return;
-    AppendEscaped(out, text[plain]);
-    text.remove_prefix(plain + 1);
+  if (IsPlain(text)) {
+    out += text;
+    return;
+  }
+  for (const char character : text) {
+    if (IsPlain(character)) {
+      out += character;
+    } else {
+      AppendEscaped(out, character);
+    }
   }
 }
 

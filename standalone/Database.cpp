@@ -63,7 +63,9 @@ Database::Database(const std::filesystem::path& file, std::chrono::milliseconds 
 }
 
 Database::~Database() {
-  for (sqlite3_stmt* const statement : {beginReading_, beginWriting_, commit_}) sqlite3_finalize(statement);
+  for (sqlite3_stmt* const statement : {beginReading_, beginWriting_, commit_, otherWriters_}) {
+    sqlite3_finalize(statement);
+  }
   sqlite3_close_v2(handle_);
 }
 
@@ -95,11 +97,11 @@ std::string Database::QueryText(const char* sql) {
 void Database::Begin(Access access) {
   if (inUnit_) throw UnitOfWorkError("A unit of work is already open.");
   spoiledBy_.clear();
-  ++readVersion_;
   const int code = access == Access::kWrite ? Step(beginWriting_, "BEGIN IMMEDIATE") : Step(beginReading_, "BEGIN");
   if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(file_, code, sqlite3_errmsg(handle_)));
   if (code != SQLITE_OK) Fail(code);
   inUnit_ = true;
+  hasNoticedOthers_ = false;
   ++unitNumber_;
   access_ = access;
 }
@@ -108,7 +110,6 @@ void Database::Commit() {
   if (!inUnit_) throw UnitOfWorkError("There is no unit of work to commit.");
   NoticeLostUnit();
   if (!spoiledBy_.empty()) ThrowSpoiled();
-  ++readVersion_;
   CloseStreams();
   const int code = Step(commit_, "COMMIT");
   if (code != SQLITE_OK) {
@@ -125,6 +126,29 @@ void Database::Rollback() noexcept {
   ++readVersion_;
   CloseStreams();
   if (sqlite3_get_autocommit(handle_) == 0) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+std::uint64_t Database::ReadVersion() {
+  RequireUsable(/*writes=*/false);
+  if (!hasNoticedOthers_) NoticeOtherWriters();
+  return readVersion_;
+}
+
+// A unit sees one state of the file, so that asking once in it is enough.
+void Database::NoticeOtherWriters() {
+  int code = SQLITE_OK;
+  if (otherWriters_ == nullptr) {
+    code = sqlite3_prepare_v3(handle_, "PRAGMA data_version", -1, SQLITE_PREPARE_PERSISTENT, &otherWriters_,
+                              /*pzTail=*/nullptr);
+    if (code != SQLITE_OK) Fail(code);
+  }
+  sqlite3_step(otherWriters_);
+  const int version = sqlite3_column_int(otherWriters_, 0);
+  code = sqlite3_reset(otherWriters_);
+  if (code != SQLITE_OK) Fail(code);
+  if (version != othersVersion_) ++readVersion_;
+  othersVersion_ = version;
+  hasNoticedOthers_ = true;
 }
 
 std::int64_t Database::LastInsertedId() const noexcept {
@@ -260,21 +284,6 @@ RowStream::RowStream(Database& database) : database_(database) {
 
 RowStream::~RowStream() {
   std::erase(database_.streams_, this);
-}
-
-Savepoint::Savepoint(Database& database) : database_(database) {
-  database_.Execute("SAVEPOINT part");
-}
-
-Savepoint::~Savepoint() {
-  if (!open_) return;
-  ++database_.readVersion_;
-  sqlite3_exec(database_.Handle(), "ROLLBACK TO part; RELEASE part", nullptr, nullptr, nullptr);
-}
-
-void Savepoint::Keep() {
-  database_.Execute("RELEASE part");
-  open_ = false;
 }
 
 UnitOfWork::UnitOfWork(Database& database, Access access) : database_(database) {

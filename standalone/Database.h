@@ -50,9 +50,10 @@ class Database {
   // How many units there have been, the open one included.
   std::uint64_t UnitNumber() const noexcept { return unitNumber_; }
 
-  // A number that stands as long as what was read before holds: it changes when a unit of work begins or ends, when
-  // something may have been written, when something was undone and when something failed.
-  std::uint64_t ReadVersion() const noexcept { return readVersion_; }
+  // A number that stands as long as what was read holds, over the ends of units too: it changes when this connection
+  // may have written, when something was undone, when something failed and when another connection has written. Within
+  // a unit of work only; throws as a statement does.
+  std::uint64_t ReadVersion();
 
   std::int64_t LastInsertedId() const noexcept;
   std::int64_t ChangedRows() const noexcept;
@@ -64,7 +65,6 @@ class Database {
   friend class Statement;
   friend class Rows;
   friend class RowStream;
-  friend class Savepoint;
 
   int Step(sqlite3_stmt*& statement, const char* sql) noexcept;
   void CloseStreams() noexcept;
@@ -72,15 +72,19 @@ class Database {
   [[noreturn]] void Fail(int code);
   [[noreturn]] void ThrowSpoiled() const;
   void NoticeLostUnit();
+  void NoticeOtherWriters();
 
   std::filesystem::path file_;
   sqlite3* handle_ = nullptr;
   sqlite3_stmt* beginReading_ = nullptr;
   sqlite3_stmt* beginWriting_ = nullptr;
   sqlite3_stmt* commit_ = nullptr;
+  sqlite3_stmt* otherWriters_ = nullptr;
   std::vector<RowStream*> streams_;
   std::uint64_t unitNumber_ = 0;
   std::uint64_t readVersion_ = 0;
+  int othersVersion_ = 0;  // the engine's number for what other connections have written
+  bool hasNoticedOthers_ = false;
   bool inUnit_ = false;
   Access access_ = Access::kRead;
   std::string spoiledBy_;
@@ -173,11 +177,12 @@ class RowStream {
   std::optional<Rows> rows_;
 };
 
-// A value that was read in a unit of work and is asked for again; empty as soon as it may no longer hold.
+// A value that was read in a unit of work and is asked for again, in that unit or a later one; read anew as soon as it
+// may no longer hold. Asked for outside of a unit of work, it is read, which is refused there.
 template <typename Value>
 class ReadOnce {
  public:
-  explicit ReadOnce(const Database& database) noexcept : database_(database) {}
+  explicit ReadOnce(Database& database) noexcept : database_(database) {}
 
   // The value; `read` fills a new one when there is none that holds.
   template <typename Read>
@@ -194,26 +199,12 @@ class ReadOnce {
   }
 
   // Null when there is none that holds.
-  Value* Held() noexcept { return value_ && version_ == database_.ReadVersion() ? &*value_ : nullptr; }
-
- private:
-  const Database& database_;
-  std::optional<Value> value_;
-  std::uint64_t version_ = 0;
-};
-
-// Everything written while it lives is undone unless Keep() is called; within a unit of work.
-class Savepoint {
- public:
-  explicit Savepoint(Database& database);
-  Savepoint(const Savepoint&) = delete;
-  Savepoint& operator=(const Savepoint&) = delete;
-  ~Savepoint();
-  void Keep();
+  Value* Held() { return value_ && database_.InUnit() && version_ == database_.ReadVersion() ? &*value_ : nullptr; }
 
  private:
   Database& database_;
-  bool open_ = true;
+  std::optional<Value> value_;
+  std::uint64_t version_ = 0;
 };
 
 // A unit of work: what it wrote is in the file once Commit() has returned, and nothing of it otherwise. Throws

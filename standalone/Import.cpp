@@ -104,12 +104,7 @@ class FoundIds {
   // So that a file of any size is imported in the same memory.
   static constexpr std::size_t kMost = 4096;
 
-  struct Hash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>()(text); }
-  };
-
-  std::unordered_map<std::string, std::int32_t, Hash, std::equal_to<>> ids_;
+  std::unordered_map<std::string, std::int32_t, TextHash, std::equal_to<>> ids_;
 };
 
 class TransactionImport {

@@ -35,10 +35,11 @@ LinesAhead::LinesAhead(Database& database)
       rowOfLine_(database, "SELECT id FROM me_transaction WHERE target_id = ?1"),
       stream_(database) {}
 
-void LinesAhead::Expect() noexcept {
+void LinesAhead::Expect() {
   stream_.Close();
   lineId_ = 0;
   isExpecting_ = true;
+  unit_ = database_.UnitNumber();
   version_ = database_.ReadVersion();
 }
 
@@ -61,9 +62,9 @@ void LinesAhead::Fill(LineView& line) const {
   if (line.hasMemo) line.memo = rows.Text(kMemo);
 }
 
-bool LinesAhead::IsExpecting() noexcept {
+bool LinesAhead::IsExpecting() {
   if (!isExpecting_) return false;
-  if (version_ == database_.ReadVersion()) return true;
+  if (unit_ == database_.UnitNumber() && version_ == database_.ReadVersion()) return true;
   stream_.Close();
   isExpecting_ = false;
   return false;

@@ -15,7 +15,7 @@ class LinesAhead {
   explicit LinesAhead(Database& database);
 
   // All rows were handed out in the order in which they were saved.
-  void Expect() noexcept;
+  void Expect();
 
   // Goes to a line: the target line of a row or, for a journal entry, the liability line after it. False when the pass
   // does not have it; the file is then asked, which may have it all the same.
@@ -26,7 +26,7 @@ class LinesAhead {
   void Fill(LineView& line) const;
 
  private:
-  bool IsExpecting() noexcept;
+  bool IsExpecting();
   bool GoToTarget(std::int32_t targetId);
   bool StartAt(std::int64_t rowId);
   bool Advance();
@@ -38,6 +38,7 @@ class LinesAhead {
   bool isExpecting_ = false;
   bool isAtEnd_ = false;
   bool isLiabilityLine_ = false;
+  std::uint64_t unit_ = 0;
   std::uint64_t version_ = 0;
   // The line that the pass stands on; 0 before the first and after the last.
   std::int32_t lineId_ = 0;

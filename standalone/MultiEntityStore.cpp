@@ -11,6 +11,8 @@ namespace standalone {
 
 namespace {
 
+constexpr std::size_t kMostRelationsHeld = 4096;
+
 // A field of a row, which may be filled to its last character.
 template <std::size_t kSize>
 std::string_view Field(const char (&field)[kSize]) {
@@ -89,6 +91,7 @@ std::int64_t Wide(long number) {
 MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
     : database_(database),
       lines_(lines),
+      relationsByRealm_(database),
       relation_(database,
                 "SELECT id, realm_id, partner_name, relation_type, state, created_at, changed_at, revision, "
                 "due_from_account_id, due_to_account_id FROM me_relation WHERE realm_id = ?1"),
@@ -117,14 +120,14 @@ MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
                          "INSERT INTO me_transaction (txn_id, relation_id, target_id, request_id, txn_type, state) "
                          "VALUES (?1, ?2, ?3, ?4, ?5, ?6)"),
       transaction_(database,
-                   "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
+                   "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id FROM me_transaction "
                    "WHERE txn_id = ?1 AND target_id = ?2"),
       transactionOfRequest_(database,
-                            "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
-                            "WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
+                            "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id "
+                            "FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
       updateState_(database,
-                   "UPDATE me_transaction SET state = ?6 WHERE txn_id = ?1 AND target_id = ?2 AND relation_id = ?3 "
-                   "AND request_id = ?4 AND txn_type = ?5"),
+                   "UPDATE me_transaction SET state = ?6 WHERE id = ?7 AND txn_id = ?1 AND target_id = ?2 "
+                   "AND relation_id = ?3 AND request_id = ?4 AND txn_type = ?5"),
       updateTransaction_(database,
                          "UPDATE me_transaction SET relation_id = ?3, request_id = ?4, txn_type = ?5, state = ?6 "
                          "WHERE txn_id = ?1 AND target_id = ?2"),
@@ -146,8 +149,20 @@ MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
       deleteRejected_(database, "DELETE FROM me_rejected_transaction WHERE request_id = ?1"),
       isRejected_(database, "SELECT 1 FROM me_rejected_transaction WHERE request_id = ?1 LIMIT 1") {}
 
+// A partner's messages ask for the same relation again and again.
 Util::Status MultiEntityStore::GetRelation(Util::TString realmId, DBMultiEntityRelation& row) {
-  return AsStatus([&] { return ReadOne(relation_.Query(realmId.view()), row, ReadRelation); });
+  return AsStatus([&] {
+    RelationsByRealm& held = relationsByRealm_.Get([](RelationsByRealm&) {});
+    if (const auto found = held.find(realmId.view()); found != held.end()) {
+      row = found->second;
+      return Util::Status::kSuccess;
+    }
+    const long status = ReadOne(relation_.Query(realmId.view()), row, ReadRelation);
+    if (status != Util::Status::kSuccess) return status;
+    if (held.size() == kMostRelationsHeld) held.clear();
+    held.emplace(realmId.view(), row);
+    return status;
+  });
 }
 
 Util::Status MultiEntityStore::GetRelationById(long relationId, DBMultiEntityRelation& row) {
@@ -212,23 +227,31 @@ Util::Status MultiEntityStore::SaveTransaction(DBMultiEntityTransaction& row) {
 
 Util::Status MultiEntityStore::GetTransaction(std::int32_t txnId, std::int32_t targetId,
                                               DBMultiEntityTransaction& row) {
-  return AsStatus([&] { return ReadOne(transaction_.Query(txnId, targetId), row, ReadTransaction); });
+  return AsStatus([&] { return ReadForUpdate(transaction_.Query(txnId, targetId), row); });
 }
 
 Util::Status MultiEntityStore::GetTransactionWithRequestId(std::int32_t relationId, Util::TString requestId,
                                                            DBMultiEntityTransaction& row) {
-  return AsStatus(
-      [&] { return ReadOne(transactionOfRequest_.Query(relationId, requestId.view()), row, ReadTransaction); });
+  return AsStatus([&] { return ReadForUpdate(transactionOfRequest_.Query(relationId, requestId.view()), row); });
 }
 
-// Mostly the state alone has changed, which no index holds.
+// Mostly it is the row that was read last, and the state alone has changed, which no index holds.
 Util::Status MultiEntityStore::UpdateTransaction(DBMultiEntityTransaction& row) {
   return AsStatus([&] {
-    const auto run = [&](Statement& update) {
-      return update.Run(row.txnId, row.targetId, row.relationId, Field(row.requestId), row.txnType, row.state);
-    };
-    return FoundAny(run(updateState_) != 0 ? 1 : run(updateTransaction_));
+    const std::string_view requestId = Field(row.requestId);
+    if (updateState_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state, lastReadRow_) !=
+        0) {
+      return Util::Status::kSuccess;
+    }
+    return FoundAny(updateTransaction_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state));
   });
+}
+
+long MultiEntityStore::ReadForUpdate(Rows rows, DBMultiEntityTransaction& row) {
+  if (!rows.Step()) return kStatusNotFound;
+  ReadTransaction(rows, row);
+  lastReadRow_ = rows.Int64(6);
+  return Util::Status::kSuccess;
 }
 
 Util::Status MultiEntityStore::DeleteTransaction(std::int32_t txnId) {

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <functional>
+#include <string>
+#include <unordered_map>
+
 #include "host/MultiEntityDBManager.h"
 #include "standalone/Database.h"
 #include "standalone/LinesAhead.h"
+#include "standalone/Text.h"
 
 namespace standalone {
 
@@ -40,8 +45,13 @@ class MultiEntityStore final : public MultiEntityDBManager {
   bool HasAnyMatchingRejectedTransaction(Util::TString requestId) override;
 
  private:
+  using RelationsByRealm = std::unordered_map<std::string, DBMultiEntityRelation, TextHash, std::equal_to<>>;
+
+  long ReadForUpdate(Rows rows, DBMultiEntityTransaction& row);
+
   Database& database_;
   LinesAhead& lines_;
+  ReadOnce<RelationsByRealm> relationsByRealm_;
   Statement relation_;
   Statement relationById_;
   Statement relations_;
@@ -65,6 +75,7 @@ class MultiEntityStore final : public MultiEntityDBManager {
   Statement rejected_;
   Statement deleteRejected_;
   Statement isRejected_;
+  std::int64_t lastReadRow_ = 0;  // where to look first when a row is updated
 };
 
 }  // namespace standalone

@@ -31,7 +31,7 @@ class NameListService final : public NameList {
     const HeldName* lastFound = nullptr;
   };
 
-  // Each name is read once in a unit of work.
+  // Each name is read once as long as nobody writes.
   const HeldName& Find(NameHandle name);
   HeldName Read(NameHandle name);
 

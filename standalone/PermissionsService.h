@@ -8,7 +8,8 @@ namespace standalone {
 // The rights of the selected user as the company file has them now. An administrator may do everything.
 class PermissionsService final : public Permissions {
  public:
-  PermissionsService(UserTable& users, std::int32_t userId) : users_(users), userId_(userId) {}
+  PermissionsService(Database& database, UserTable& users, std::int32_t userId)
+      : users_(users), userId_(userId), isAdministrator_(database) {}
 
   bool CurrentUserIsAdminUser() override;
   bool FeaturePermissionAvailable(ProgramFeature feature, UserAction action, unsigned char option) override;
@@ -18,6 +19,7 @@ class PermissionsService final : public Permissions {
  private:
   UserTable& users_;
   std::int32_t userId_;
+  ReadOnce<bool> isAdministrator_;
 };
 
 }  // namespace standalone

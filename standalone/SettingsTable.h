@@ -22,7 +22,7 @@ class SettingsTable {
  public:
   explicit SettingsTable(Database& database);
 
-  // Read once in a unit of work; stands until the unit ends or writes.
+  // Held as long as nobody writes; the reference stands for the unit of work that asks, until it writes.
   const Settings& Get();
   // Throws InvalidInput that names the setting or its value.
   void Set(std::string_view name, std::string_view value);

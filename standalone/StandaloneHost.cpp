@@ -60,7 +60,7 @@ struct StandaloneHost::Parts {
   DatabasePreferencesService databasePreferences{file.Data()};
   PreferencesService preferences{settings, application};
   MultiEntityStore multiEntity{file.Data(), linesAhead};
-  PermissionsService permissions{users, user.id};
+  PermissionsService permissions{file.Data(), users, user.id};
   ChartOfAccountsService chart{file.Data(), accounts};
   NameListService nameList{file.Data(), names};
   JournalService journal{file.Data(), chart, names, transactions};

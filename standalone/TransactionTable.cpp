@@ -8,9 +8,10 @@ TransactionTable::TransactionTable(Database& database)
       insertLine_(database, "INSERT INTO txn_line (txn_id, account_id, amount, memo) VALUES (?1, ?2, ?3, ?4)"),
       post_(database, "UPDATE txn SET posted = 1 WHERE id = ?1"),
       header_(database, "SELECT id, type, date, name_id, posted, partner_confirmed FROM txn WHERE id = ?1"),
+      anyLine_(database, "SELECT 1 FROM txn_line WHERE id = ?1"),
       lineType_(database,
                 "SELECT 1 FROM txn_line JOIN txn ON txn.id = txn_id WHERE txn_line.id = ?1 "
-                "AND (?2 = 0 OR txn.type = ?2)"),
+                "AND txn.type = ?2"),
       line_(database,
             "SELECT txn.id, txn.type, date, name_id, account_id, amount, txn_line.memo "
             "FROM txn_line JOIN txn ON txn.id = txn_id "
@@ -47,7 +48,7 @@ std::optional<TransactionHeader> TransactionTable::FindHeader(std::int32_t txnId
 }
 
 bool TransactionTable::LineExists(std::int32_t lineId, std::int32_t view) {
-  return lineType_.Query(lineId, view).Step();
+  return view == 0 ? anyLine_.Query(lineId).Step() : lineType_.Query(lineId, view).Step();
 }
 
 bool TransactionTable::FindLine(std::int32_t lineId, std::int32_t view, LineView& line) {

@@ -82,6 +82,7 @@ class TransactionTable {
   Statement insertLine_;
   Statement post_;
   Statement header_;
+  Statement anyLine_;
   Statement lineType_;
   Statement line_;
   Statement memo_;

@@ -149,20 +149,6 @@ TEST_F(LinesReadAhead, AreForgottenWhenTheUnitOfWorkWrites) {
   });
 }
 
-TEST_F(LinesReadAhead, AreForgottenWhenTheUnitOfWorkIsUndoneInPart) {
-  host_.Request(Access::kWrite, [&] {
-    std::optional<Savepoint> part(host_.Data());
-    const std::int32_t added = Book(kTxnTypeBill, 500, "");
-    ReadRows();
-    ASSERT_EQ(AmountOf(added), 500);
-
-    part.reset();
-
-    EXPECT_FALSE(Lines().TargExists(added, kTxnTypeBill));
-    EXPECT_EQ(AmountOf(bill_), 200);
-  });
-}
-
 TEST_F(LinesReadAhead, DoNotHoldBackTheNextUnitOfWorkFromWhatAnotherProgramWrote) {
   StandaloneHost other(path_);
   host_.Request(Access::kRead, [&] {
@@ -231,6 +217,76 @@ TEST_F(ListsReadOnce, KnowInTheNextUnitOfWorkWhatAnotherProgramAdded) {
     EXPECT_EQ(NameOf(1), "Region");
     EXPECT_TRUE(host_.Settings().Get().multiCurrency);
   });
+}
+
+TEST_F(ListsReadOnce, ForgetWhatTheirOwnUnitOfWorkUndid) {
+  const auto addAndUndo = [&] {
+    host_.Request(Access::kWrite, [&] {
+      host_.Names().Create("Region", NameKind::kVendor);
+      EXPECT_EQ(NameOf(1), "Region");
+      throw std::runtime_error("undo");
+    });
+  };
+
+  EXPECT_THROW(addAndUndo(), std::runtime_error);
+
+  EXPECT_FALSE(host_.Request(Access::kRead, [&] { return names_.IsValidName(NameHandle{1}); }));
+}
+
+TEST_F(ListsReadOnce, AreNotGivenOutsideOfAUnitOfWork) {
+  host_.Request(Access::kRead, [&] { host_.Settings().Get(); });
+
+  EXPECT_THROW(host_.Settings().Get(), UnitOfWorkError);
+}
+
+TEST_F(ListsReadOnce, FollowAPartnerThatAnotherProgramChanges) {
+  MultiEntityDBManager& store = host_.Services().multiEntity;
+  StandaloneHost other(path_);
+  DBMultiEntityRelation relation{};
+  relation.realmId[0] = '9';
+  relation.partnerName[0] = 'A';
+  host_.Request(Access::kWrite, [&] { ASSERT_TRUE(store.SaveRelation(relation).Succeeded()); });
+  const auto nameOfPartner = [&] {
+    DBMultiEntityRelation found{};
+    const Util::Status status = store.GetRelation("9", found);
+    return status.Succeeded() ? std::string(found.partnerName) : "none";
+  };
+  ASSERT_EQ(host_.Request(Access::kRead, nameOfPartner), "A");
+
+  relation.partnerName[0] = 'B';
+  host_.Request(Access::kRead, [&] {
+    ASSERT_EQ(nameOfPartner(), "A");
+    other.Request(Access::kWrite, [&] { other.Services().multiEntity.UpdateRelationForRealm(relation, {}); });
+    EXPECT_EQ(nameOfPartner(), "A");
+  });
+  EXPECT_EQ(host_.Request(Access::kRead, nameOfPartner), "B");
+  relation.partnerName[0] = 'C';
+  host_.Request(Access::kWrite, [&] {
+    ASSERT_EQ(nameOfPartner(), "B");
+    store.UpdateRelationForRealm(relation, {});
+    EXPECT_EQ(nameOfPartner(), "C");
+  });
+  other.Request(Access::kWrite, [&] { other.Services().multiEntity.DeleteRelation("9"); });
+  EXPECT_EQ(host_.Request(Access::kRead, nameOfPartner), "none");
+}
+
+TEST_F(ListsReadOnce, FollowTheRightsThatAnotherProgramWithdraws) {
+  host_.Request(Access::kWrite, [&] {
+    User second;
+    second.name = "Chief";
+    second.administrator = true;
+    host_.Users().Add(second);
+  });
+  StandaloneHost chief(path_, "Chief");
+  const auto mayManage = [&] {
+    return chief.Services().permissions.CurrentUserIsAdminUser();
+  };
+  ASSERT_TRUE(chief.Request(Access::kRead, mayManage));
+
+  host_.Request(Access::kWrite,
+                [&] { host_.Data().Execute("UPDATE user SET administrator = 0 WHERE name = 'Chief'"); });
+
+  EXPECT_FALSE(chief.Request(Access::kRead, mayManage));
 }
 
 TEST_F(ListsReadOnce, AreNotGivenAnyMoreOnceTheFileCannotBeRead) {

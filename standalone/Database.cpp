@@ -101,7 +101,6 @@ void Database::Begin(Access access) {
   if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(file_, code, sqlite3_errmsg(handle_)));
   if (code != SQLITE_OK) Fail(code);
   inUnit_ = true;
-  hasNoticedOthers_ = false;
   ++unitNumber_;
   access_ = access;
 }
@@ -118,24 +117,21 @@ void Database::Commit() {
     ThrowSpoiled();
   }
   inUnit_ = false;
+  hasNoticedOthers_ = false;
 }
 
 void Database::Rollback() noexcept {
   if (!inUnit_) return;
   inUnit_ = false;
+  hasNoticedOthers_ = false;
   ++readVersion_;
   CloseStreams();
   if (sqlite3_get_autocommit(handle_) == 0) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
-std::uint64_t Database::ReadVersion() {
-  RequireUsable(/*writes=*/false);
-  if (!hasNoticedOthers_) NoticeOtherWriters();
-  return readVersion_;
-}
-
 // A unit sees one state of the file, so that asking once in it is enough.
 void Database::NoticeOtherWriters() {
+  RequireUsable(/*writes=*/false);
   int code = SQLITE_OK;
   if (otherWriters_ == nullptr) {
     code = sqlite3_prepare_v3(handle_, "PRAGMA data_version", -1, SQLITE_PREPARE_PERSISTENT, &otherWriters_,
@@ -184,6 +180,7 @@ void Database::RequireUsable(bool writes) {
 
 void Database::Fail(int code) {
   ++readVersion_;
+  hasNoticedOthers_ = false;
   const std::string reason = sqlite3_errmsg(handle_);
   const bool isConstraint = (code & 0xFF) == SQLITE_CONSTRAINT;
   if (inUnit_) {

@@ -53,7 +53,10 @@ class Database {
   // A number that stands as long as what was read holds, over the ends of units too: it changes when this connection
   // may have written, when something was undone, when something failed and when another connection has written. Within
   // a unit of work only; throws as a statement does.
-  std::uint64_t ReadVersion();
+  std::uint64_t ReadVersion() {
+    if (!hasNoticedOthers_) NoticeOtherWriters();
+    return readVersion_;
+  }
 
   std::int64_t LastInsertedId() const noexcept;
   std::int64_t ChangedRows() const noexcept;
@@ -83,8 +86,8 @@ class Database {
   std::vector<RowStream*> streams_;
   std::uint64_t unitNumber_ = 0;
   std::uint64_t readVersion_ = 0;
-  int othersVersion_ = 0;  // the engine's number for what other connections have written
-  bool hasNoticedOthers_ = false;
+  int othersVersion_ = 0;          // the engine's number for what other connections have written
+  bool hasNoticedOthers_ = false;  // in the open unit, which nothing has spoiled since
   bool inUnit_ = false;
   Access access_ = Access::kRead;
   std::string spoiledBy_;

@@ -19,10 +19,9 @@ std::string_view Field(const char (&field)[kSize]) {
   return {field, static_cast<std::size_t>(std::find(field, field + kSize, '\0') - field)};
 }
 
-// The file holds no text that is too long for its field; see the checks of its tables.
+// Into the field of a row that is all zeros. The file holds no text that is too long; see the checks of its tables.
 template <std::size_t kSize>
 void Fill(char (&field)[kSize], std::string_view text) {
-  std::memset(field, 0, kSize);
   std::copy_n(text.begin(), std::min(text.size(), kSize), field);
 }
 

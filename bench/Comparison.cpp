@@ -77,14 +77,23 @@ class Reporter : public benchmark::BenchmarkReporter {
 };
 
 void Table::Add(Comparison comparison, Body ours, Body byHand) {
-  benchmark::RegisterBenchmark(NameOf(comparison.what, kOurs).c_str(), std::move(ours))->UseRealTime();
-  AddOtherHand(comparison.what, kByHand, std::move(byHand));
+  const std::string name = NameOf(comparison.what, kByHand);
+  Register(NameOf(comparison.what, kOurs), comparison.waitsForDisk, std::move(ours));
+  Register(name, comparison.waitsForDisk, std::move(byHand));
+  hands_[comparison.what].push_back(name);
   comparisons_.push_back(std::move(comparison));
 }
 
 void Table::AddOtherHand(const std::string& what, const char* side, Body byHand) {
-  benchmark::RegisterBenchmark(NameOf(what, side).c_str(), std::move(byHand))->UseRealTime();
+  Register(NameOf(what, side), /*waitsForDisk=*/false, std::move(byHand));
   hands_[what].push_back(NameOf(what, side));
+}
+
+void Table::Register(const std::string& name, bool waitsForDisk, Body body) {
+  constexpr int kRepetitionsOnDisk = 41;
+  constexpr double kSecondsOnDisk = 0.1;
+  auto* const registered = benchmark::RegisterBenchmark(name.c_str(), std::move(body))->UseRealTime();
+  if (waitsForDisk) registered->Repetitions(kRepetitionsOnDisk)->MinTime(kSecondsOnDisk);
 }
 
 void Table::Run(int repetitions, double minimumSeconds) {

@@ -16,6 +16,8 @@ struct Comparison {
   double target = 0.0;  // the most that the ratio of the medians may be; 0 for a line that is for orientation
   // How many of what one measured iteration does, such as lines; 0 when the line itself is one.
   double items = 0.0;
+  // Waits for the disk, whose time changes from one moment to the next: measured in many short repetitions.
+  bool waitsForDisk = false;
 };
 
 inline constexpr const char* kOurs = "multientity";
@@ -40,6 +42,8 @@ class Table {
 
  private:
   friend class Reporter;
+
+  void Register(const std::string& name, bool waitsForDisk, Body body);
 
   std::regex only_;
   std::vector<Comparison> comparisons_;

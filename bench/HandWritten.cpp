@@ -15,7 +15,8 @@ namespace {
 // The row's line, its entry's other line and the lists, each found by its record number.
 constexpr const char* kPeriod = R"sql(
 SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.partner_name, l.amount, t.date,
-       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name
+       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
+       m.relation_id, l.account_id, other.account_id
   FROM me_transaction m
   CROSS JOIN me_relation r ON r.id = m.relation_id
   CROSS JOIN txn_line l ON l.id = m.target_id
@@ -31,7 +32,8 @@ constexpr const char* kPeriodText = R"sql(
 SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.partner_name,
        printf('%,d.%02d', l.amount / 100, l.amount % 100),
        printf('%02d/%02d/%d', t.date >> 8 & 255, t.date & 255, t.date >> 16),
-       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name
+       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
+       m.relation_id, l.account_id, other.account_id
   FROM me_transaction m
   CROSS JOIN me_relation r ON r.id = m.relation_id
   CROSS JOIN txn_line l ON l.id = m.target_id
@@ -43,6 +45,7 @@ SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.p
  WHERE t.type = m.txn_type AND t.date BETWEEN ?1 AND ?2
  ORDER BY m.id)sql";
 
+constexpr const char* kCount = "SELECT count(*) FROM me_transaction";
 constexpr const char* kRelation = "SELECT id FROM me_relation WHERE realm_id = ?1";
 constexpr const char* kInsertHeader = "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, ?3, ?4)";
 constexpr const char* kInsertLine = "INSERT INTO txn_line (txn_id, account_id, amount, memo) VALUES (?1, ?2, ?3, ?4)";
@@ -128,27 +131,48 @@ Util::TString MoneyText(std::int64_t minorUnits) {
   return std::string_view(at, static_cast<std::size_t>(end - at));
 }
 
-void TakeNames(sqlite3_stmt* statement, METxnInfo& info) {
+// Texts that many lines share, by their record numbers; each is taken from the engine once in a listing.
+class SharedTexts {
+ public:
+  const Util::TString& Get(sqlite3_stmt* statement, int idColumn, int textColumn) {
+    const auto id = static_cast<std::size_t>(sqlite3_column_int(statement, idColumn));
+    if (id >= texts_.size()) texts_.resize(id + 1);
+    if (texts_[id].empty()) texts_[id] = Text(statement, textColumn);
+    return texts_[id];
+  }
+
+ private:
+  std::vector<Util::TString> texts_;
+};
+
+struct ListingTexts {
+  Util::TString currency{"USD"};
+  SharedTexts realms;
+  SharedTexts partners;
+  SharedTexts accounts;
+};
+
+void TakeNames(sqlite3_stmt* statement, ListingTexts& texts, METxnInfo& info) {
   info.requestId = Text(statement, 4);
-  info.realmId = Text(statement, 5);
-  info.partnerName = Text(statement, 6);
+  info.realmId = texts.realms.Get(statement, 12, 5);
+  info.partnerName = texts.partners.Get(statement, 12, 6);
   info.txnName = Text(statement, 9);
   if (info.txnType == 8) {
-    info.entryAccountName = Text(statement, 10);
-    info.liabilityAccountName = Text(statement, 11);
+    info.entryAccountName = texts.accounts.Get(statement, 13, 10);
+    info.liabilityAccountName = texts.accounts.Get(statement, 14, 11);
   } else {
-    info.billCheckAccountName = Text(statement, 10);
+    info.billCheckAccountName = texts.accounts.Get(statement, 13, 10);
   }
 }
 
-METxnInfo& Append(sqlite3_stmt* statement, std::vector<METxnInfo>& list, const Util::TString& currency) {
+METxnInfo& Append(sqlite3_stmt* statement, std::vector<METxnInfo>& list, ListingTexts& texts) {
   METxnInfo& info = list.emplace_back();
   info.txnId = sqlite3_column_int(statement, 0);
   info.targetId = sqlite3_column_int(statement, 1);
   info.txnType = static_cast<std::int16_t>(sqlite3_column_int(statement, 2));
   info.state = static_cast<std::int16_t>(sqlite3_column_int(statement, 3));
-  info.currencyCode = currency;
-  TakeNames(statement, info);
+  info.currencyCode = texts.currency;
+  TakeNames(statement, texts, info);
   return info;
 }
 
@@ -164,6 +188,7 @@ HandWritten::HandWritten(const std::filesystem::path& file) {
                nullptr, nullptr);
   begin_ = Prepare("BEGIN IMMEDIATE");
   commit_ = Prepare("COMMIT");
+  count_ = Prepare(kCount);
   period_ = Prepare(kPeriod);
   periodText_ = Prepare(kPeriodText);
   relation_ = Prepare(kRelation);
@@ -184,10 +209,11 @@ HandWritten::~HandWritten() {
 }
 
 void HandWritten::ListPeriod(DateType32 from, DateType32 to, std::vector<METxnInfo>& list) {
-  const Util::TString currency("USD");
+  ListingTexts texts;
+  list.reserve(CountRows());
   BindAll(period_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
   while (sqlite3_step(period_) == SQLITE_ROW) {
-    METxnInfo& info = Append(period_, list, currency);
+    METxnInfo& info = Append(period_, list, texts);
     info.amount = MoneyText(sqlite3_column_int64(period_, 7));
     info.txnDate = DateText(static_cast<std::uint32_t>(sqlite3_column_int(period_, 8)));
   }
@@ -195,14 +221,22 @@ void HandWritten::ListPeriod(DateType32 from, DateType32 to, std::vector<METxnIn
 }
 
 void HandWritten::ListPeriodAsText(DateType32 from, DateType32 to, std::vector<METxnInfo>& list) {
-  const Util::TString currency("USD");
+  ListingTexts texts;
+  list.reserve(CountRows());
   BindAll(periodText_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
   while (sqlite3_step(periodText_) == SQLITE_ROW) {
-    METxnInfo& info = Append(periodText_, list, currency);
+    METxnInfo& info = Append(periodText_, list, texts);
     info.amount = Text(periodText_, 7);
     info.txnDate = Text(periodText_, 8);
   }
   if (sqlite3_reset(periodText_) != SQLITE_OK) Fail(database_);
+}
+
+std::size_t HandWritten::CountRows() {
+  sqlite3_step(count_);
+  const auto count = static_cast<std::size_t>(sqlite3_column_int64(count_, 0));
+  if (sqlite3_reset(count_) != SQLITE_OK) Fail(database_);
+  return count;
 }
 
 std::int64_t HandWritten::Record(std::string_view realmId, std::int32_t expenseAccount, std::int32_t dueToAccount,

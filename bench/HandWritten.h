@@ -65,6 +65,7 @@ class HandWritten {
 
  private:
   sqlite3_stmt* Prepare(const char* sql);
+  std::size_t CountRows();
   std::int64_t InsertEntry(std::int16_t type, DateType32 date, std::int32_t nameId, std::string_view memo,
                            std::string_view lineMemo, std::int32_t account, std::int32_t otherAccount,
                            std::int64_t amount);
@@ -74,6 +75,7 @@ class HandWritten {
   std::vector<sqlite3_stmt*> statements_;
   sqlite3_stmt* begin_;
   sqlite3_stmt* commit_;
+  sqlite3_stmt* count_;
   sqlite3_stmt* period_;
   sqlite3_stmt* periodText_;
   sqlite3_stmt* relation_;

@@ -30,7 +30,7 @@ void AddRecording(Table& table, const std::filesystem::path& folder) {
   const std::filesystem::path ours = CopyOf(company, ".recording");
   const std::filesystem::path theirs = CopyOf(company, ".recording-by-hand");
   table.Add(
-      {.what = kTitle, .target = 1.1},
+      {.what = kTitle, .target = 1.1, .waitsForDisk = true},
       [ours, next = kFirstNewRequest](benchmark::State& state) mutable {
         StandaloneHost host(ours);
         const Session session(host);

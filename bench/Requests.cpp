@@ -1,6 +1,8 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <memory>
+#include <vector>
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "bench/Benchmarks.h"
@@ -16,6 +18,9 @@ namespace {
 using standalone::Access;
 using standalone::Session;
 using standalone::StandaloneHost;
+
+// So many that their pages do not stay in the page cache.
+constexpr std::int64_t kQuestions = 100'000;
 
 // Walks over all stored requests in an order that no cache foresees.
 class Walk {
@@ -46,10 +51,24 @@ Request RequestOf(std::int64_t line) {
 }
 
 // Every other question is about a request that the company does not know.
-Request Question(Walk& walk, std::int64_t number, std::int64_t lines) {
-  Request request = RequestOf(walk.Next());
-  if (number % 2 == 1) request.id = RequestId(lines + number);
-  return request;
+std::vector<Request> Questions(std::int64_t lines, std::int64_t count) {
+  Walk walk(lines);
+  std::vector<Request> questions;
+  for (std::int64_t number = 0; number < count; ++number) {
+    questions.push_back(RequestOf(walk.Next()));
+    if (number % 2 == 1) questions.back().id = RequestId(lines + number);
+  }
+  return questions;
+}
+
+// Asks them one after the other and then from the start again.
+template <typename Answer>
+void AskAll(benchmark::State& state, const std::vector<Request>& questions, Answer&& answer) {
+  std::size_t next = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(answer(questions[next]));
+    if (++next == questions.size()) next = 0;
+  }
 }
 
 MEStatusCode Ask(StandaloneHost& host, const Request& request) {
@@ -69,12 +88,11 @@ void RequireSameAnswers(const std::filesystem::path& company, std::int64_t lines
   StandaloneHost host(company);
   const Session session(host);
   HandWritten hand(company);
-  Walk walk(lines);
-  for (std::int64_t number = 0; number < 100; ++number) {
-    const Request request = Question(walk, number, lines);
-    const bool exists = number % 2 == 0;
+  bool exists = true;
+  for (const Request& request : Questions(lines, 100)) {
     Require((Ask(host, request) == MEStatusSuccess) == exists && hand.Exists(request.realm, request.id) == exists,
             "the answers to the existence of a request differ");
+    exists = !exists;
   }
 }
 
@@ -99,23 +117,17 @@ void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_
   if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, lines);
   RequireSameAnswers(company, lines);
+  const auto questions = std::make_shared<const std::vector<Request>>(Questions(lines, kQuestions));
   table.Add(
       {.what = title, .target = 1.2},
-      [company, lines, logging](benchmark::State& state) {
+      [company, questions, logging](benchmark::State& state) {
         StandaloneHost host(company, standalone::kAdministratorName, OptionsWith(logging));
         const Session session(host);
-        Walk walk(lines);
-        std::int64_t number = 0;
-        for (auto _ : state) benchmark::DoNotOptimize(Ask(host, Question(walk, number++, lines)));
+        AskAll(state, *questions, [&](const Request& request) { return Ask(host, request); });
       },
-      [company, lines](benchmark::State& state) {
+      [company, questions](benchmark::State& state) {
         HandWritten hand(company);
-        Walk walk(lines);
-        std::int64_t number = 0;
-        for (auto _ : state) {
-          const Request request = Question(walk, number++, lines);
-          benchmark::DoNotOptimize(hand.Exists(request.realm, request.id));
-        }
+        AskAll(state, *questions, [&](const Request& request) { return hand.Exists(request.realm, request.id); });
       });
 }
 
@@ -126,7 +138,7 @@ void AddStateChange(Table& table, const std::filesystem::path& folder, std::int6
   const std::filesystem::path ours = CopyOf(company, ".states");
   const std::filesystem::path theirs = CopyOf(company, ".states-by-hand");
   table.Add(
-      {.what = title, .target = 1.2},
+      {.what = title, .target = 1.2, .waitsForDisk = true},
       [ours, walk = Walk(lines)](benchmark::State& state) mutable {
         StandaloneHost host(ours);
         const Session session(host);

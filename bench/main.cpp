@@ -23,7 +23,8 @@ namespace bench {
 
 namespace {
 
-constexpr int kRepetitions = 5;
+constexpr int kRepetitions = 9;
+constexpr int kQuickRepetitions = 5;
 
 struct Options {
   bool isQuick = false;
@@ -66,7 +67,11 @@ void Measure(const Options& options) {
   AddRequests(table, folder.Path(), sizes);
   AddImporting(table, folder.Path(), sizes);
   AddFreeAccounts(table, folder.Path(), sizes);
-  table.Run(kRepetitions, options.isQuick ? 0.1 : 0.5);
+  if (options.isQuick) {
+    table.Run(kQuickRepetitions, /*minimumSeconds=*/0.1);
+  } else {
+    table.Run(kRepetitions, /*minimumSeconds=*/0.5);
+  }
   if (table.Wants("peak memory of the period listing")) PrintListingMemory(folder.Path(), sizes);
   if (table.Wants("peak memory of the import")) PrintImportMemory(folder.Path(), sizes);
   if (table.Wants("ledger")) PrintLedger(folder.Path(), sizes);

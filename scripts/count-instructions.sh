@@ -5,7 +5,7 @@
 # when one of them has grown by more than 5 %. With --write, BASELINE is written anew. FOLDER takes the profiles.
 set -euo pipefail
 
-program=$1
+program=$(realpath "$1")
 baseline=$2
 folder=$3
 mode=${4:-}
@@ -22,9 +22,13 @@ rm -rf "$folder"
 mkdir -p "$folder"
 # The C library chooses its string functions by the processor; this holds it to those that every x86-64 has.
 hwcaps=-AVX,-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-ERMS,-FSRM,-SSE4_2,-SSE4_1,-SSSE3,-BMI1,-BMI2,-LZCNT,-MOVBE,-RTM
-export GLIBC_TUNABLES=glibc.cpu.hwcaps=$hwcaps,-AVX_Fast_Unaligned_Load,-Fast_Unaligned_Copy
-TZ=UTC LC_ALL=C valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file="$folder/profile" "$program" \
-  2>"$folder/valgrind.log" || {
+hwcaps+=,-AVX_Fast_Unaligned_Load,-Fast_Unaligned_Copy
+# The same few variables and a relative folder everywhere: getenv and path names cost by their length.
+(
+  cd "$folder"
+  env -i TZ=UTC LC_ALL=C TMPDIR=. GLIBC_TUNABLES=glibc.cpu.hwcaps=$hwcaps \
+    "$(command -v valgrind)" --tool=callgrind --instr-atstart=no --callgrind-out-file=profile "$program"
+) 2>"$folder/valgrind.log" || {
   cat "$folder/valgrind.log" >&2
   exit 1
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "host/HostServices.h"
@@ -151,7 +152,7 @@ class MemoryHost final : public Util::Ops,
   bool SystemIsOpen() override { return true; }
   bool SystemIsClosing() override { return false; }
   DBMgr::FileMgr* GetActiveFileMgr() override { return this; }
-  void Enqueue(AppMsg*) noexcept override {}
+  void Enqueue(AppMsg* message) noexcept override { queued_.reset(message); }
   void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
   void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
   void ExecuteCommand(const CCommandAndArgs&) override {}
@@ -189,4 +190,6 @@ class MemoryHost final : public Util::Ops,
   }
 
   HostServices services_;
+  // The one that came last.
+  std::unique_ptr<AppMsg> queued_;
 };

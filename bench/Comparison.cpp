@@ -90,10 +90,10 @@ void Table::AddOtherHand(const std::string& what, const char* side, Body byHand)
 }
 
 void Table::Register(const std::string& name, bool waitsForDisk, Body body) {
-  constexpr int kRepetitionsOnDisk = 41;
-  constexpr double kSecondsOnDisk = 0.1;
+  constexpr int kRepetitionsOnDisk = 25;
+  constexpr int kIterationsOnDisk = 200;
   auto* const registered = benchmark::RegisterBenchmark(name.c_str(), std::move(body))->UseRealTime();
-  if (waitsForDisk) registered->Repetitions(kRepetitionsOnDisk)->MinTime(kSecondsOnDisk);
+  if (waitsForDisk) registered->Repetitions(kRepetitionsOnDisk)->Iterations(kIterationsOnDisk);
 }
 
 void Table::Run(int repetitions, double minimumSeconds) {

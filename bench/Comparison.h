@@ -16,7 +16,8 @@ struct Comparison {
   double target = 0.0;  // the most that the ratio of the medians may be; 0 for a line that is for orientation
   // How many of what one measured iteration does, such as lines; 0 when the line itself is one.
   double items = 0.0;
-  // Waits for the disk, whose time changes from one moment to the next: measured in many short repetitions.
+  // Waits for the disk, whose time changes from one moment to the next: measured in many short repetitions. Both sides
+  // do the same number of times, because a write-ahead log that still grows takes longer than one that is used again.
   bool waitsForDisk = false;
 };
 

@@ -205,8 +205,6 @@ MEStatusCode ListPeriod(const OperationLog& log, std::vector<METxnInfo>& list, D
     info.txnName = MultiEntityUtils::GetQualifiedTxnName(line, row.txnType);
     list.push_back(std::move(info));
   }
-  // Rows that were left out leave room that nobody needs.
-  if (list.size() < rows.size() / 2) list.shrink_to_fit();
   return MEStatusSuccess;
 }
 

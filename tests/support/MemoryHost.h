@@ -48,7 +48,7 @@ class MemoryHost final : public Util::Ops,
   void Write(const Line& line) noexcept override { writtenCharacters += line.message.size(); }
 
   char* FormatStringV(const char* pattern, std::va_list arguments) override;
-  MemoryManager& GetMemoryManager() override { return *this; }
+  MemoryManager& GetMemoryManager() noexcept override { return *this; }
   void Release(void* block) noexcept override { std::free(block); }
 
   bool IsFeatureEnabled(const char*, const char*) override { return isFeatureOn; }

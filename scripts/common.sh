@@ -6,6 +6,7 @@ build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplu
   libspdlog-dev)
 test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev
   python3 librapidcheck-dev valgrind)
+bench_packages=(libbenchmark-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
 # Who has an npm of another origin keeps it.
 command -v npm >/dev/null || windows_packages+=(npm)

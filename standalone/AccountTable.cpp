@@ -11,6 +11,19 @@ namespace standalone {
 
 namespace {
 
+// So that a chart of any size is listed in bounded memory.
+constexpr std::size_t kMostNamesHeld = 65'536;
+
+AccountFacts ReadFacts(const Rows& rows) {
+  AccountFacts facts;
+  facts.id = rows.Int32(0);
+  facts.parentId = rows.Int32(1);
+  facts.specialKind = rows.Int32(2);
+  facts.type = rows.Int16(3);
+  facts.deleted = rows.Bool(4);
+  return facts;
+}
+
 Account ReadAccount(const Rows& rows) {
   Account account;
   account.id = rows.Int32(0);
@@ -48,13 +61,18 @@ AccountTable::AccountTable(Database& database)
                   "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
                   "WHERE type = ?1 AND deleted = 0 ORDER BY full_name"),
       byId_(database, "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account WHERE id = ?1"),
+      factsById_(database, "SELECT id, parent_id, special_kind, type, deleted FROM account WHERE id = ?1"),
+      fullNameById_(database, "SELECT full_name FROM account WHERE id = ?1"),
+      byRecordNumber_(database,
+                      "SELECT id, parent_id, special_kind, type, deleted, full_name FROM account ORDER BY id"),
       byFullName_(database,
                   "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
                   "WHERE full_name = ?1 AND deleted = 0"),
       insert_(database,
               "INSERT INTO account (parent_id, name, full_name, type, special_kind, deleted) "
               "VALUES (nullif(?1, 0), ?2, ?3, ?4, ?5, ?6)"),
-      setDeleted_(database, "UPDATE account SET deleted = ?2 WHERE id = ?1") {}
+      setDeleted_(database, "UPDATE account SET deleted = ?2 WHERE id = ?1"),
+      fullNames_(database) {}
 
 std::vector<Account> AccountTable::List(bool withDeleted) {
   return ReadAccounts(withDeleted ? all_.Query() : live_.Query());
@@ -66,6 +84,24 @@ std::vector<Account> AccountTable::ListOfType(std::int16_t type) {
 
 std::optional<Account> AccountTable::Find(std::int32_t id) {
   return ReadOne(byId_.Query(id));
+}
+
+AccountFacts AccountTable::FactsOf(std::int32_t id) {
+  Rows rows = factsById_.Query(id);
+  return rows.Step() ? ReadFacts(rows) : AccountFacts{};
+}
+
+const Util::TString& AccountTable::FullNameOf(std::int32_t id) {
+  auto& names = fullNames_.Get([](auto&) {});
+  if (const auto held = names.find(id); held != names.end()) return held->second;
+  if (names.size() == kMostNamesHeld) names.clear();
+  Rows rows = fullNameById_.Query(id);
+  return names.try_emplace(id, rows.Step() ? rows.Text(0) : std::string_view()).first->second;
+}
+
+void AccountTable::ForEach(const std::function<void(const AccountFacts& facts, std::string_view fullName)>& take) {
+  Rows rows = byRecordNumber_.Query();
+  while (rows.Step()) take(ReadFacts(rows), rows.Text(5));
 }
 
 std::optional<Account> AccountTable::FindByFullName(std::string_view fullName) {

@@ -1,23 +1,30 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "host/TString.h"
 #include "standalone/Database.h"
 
 namespace standalone {
 
-struct Account {
+// An account but for its names.
+struct AccountFacts {
   std::int32_t id = 0;           // record number, 1 or greater
   std::int32_t parentId = 0;     // 0 without a parent
-  std::string name;              // its own, without its parents'
-  std::string fullName;          // colon-separated, from the top
-  std::int16_t type = 0;         // KrEnumerations::AccntTypeType, or a higher number
   std::int32_t specialKind = 0;  // 0 for an ordinary account
+  std::int16_t type = 0;         // KrEnumerations::AccntTypeType, or a higher number
   bool deleted = false;
+};
+
+struct Account : AccountFacts {
+  std::string name;      // its own, without its parents'
+  std::string fullName;  // colon-separated, from the top
 };
 
 struct NewAccount {
@@ -38,6 +45,12 @@ class AccountTable {
   std::vector<Account> ListOfType(std::int16_t type);
 
   std::optional<Account> Find(std::int32_t id);
+  // Blank, with the id 0, when there is none.
+  AccountFacts FactsOf(std::int32_t id);
+  // Empty when there is none. Each name is read once as long as nobody writes.
+  const Util::TString& FullNameOf(std::int32_t id);
+  // Hands every account with its full name to `take`, in the order of record numbers.
+  void ForEach(const std::function<void(const AccountFacts& facts, std::string_view fullName)>& take);
   // Among those not marked deleted.
   std::optional<Account> FindByFullName(std::string_view fullName);
   // A record number or a full name that a person typed; a text of digits is a record number. Throws InvalidInput.
@@ -55,9 +68,13 @@ class AccountTable {
   Statement live_;
   Statement liveOfType_;
   Statement byId_;
+  Statement factsById_;
+  Statement fullNameById_;
+  Statement byRecordNumber_;
   Statement byFullName_;
   Statement insert_;
   Statement setDeleted_;
+  ReadOnce<std::unordered_map<std::int32_t, Util::TString>> fullNames_;
 };
 
 }  // namespace standalone

@@ -1,6 +1,7 @@
 #include "standalone/Amount.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace standalone {
 
@@ -54,15 +55,36 @@ std::optional<std::int64_t> ParseAmount(std::string_view text) noexcept {
   return isNegative ? -amount : amount;
 }
 
+std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) noexcept {
+  using Limits = std::numeric_limits<std::int64_t>;
+  const bool fits = right >= 0 ? left <= Limits::max() - right : left >= Limits::min() - right;
+  return fits ? std::optional(left + right) : std::nullopt;
+}
+
 std::string FormatAmount(std::int64_t minorUnits) {
+  return std::string(AmountText(minorUnits).View());
+}
+
+// Written from its last digit to its first.
+AmountText::AmountText(std::int64_t minorUnits) noexcept {
   const bool isNegative = minorUnits < 0;
-  const std::uint64_t magnitude =
+  std::uint64_t rest =
       isNegative ? 0U - static_cast<std::uint64_t>(minorUnits) : static_cast<std::uint64_t>(minorUnits);
-  std::string text = std::to_string(magnitude / 100);
-  for (std::size_t digits = text.size(); digits > kGroup; digits -= kGroup) text.insert(digits - kGroup, ",");
-  const std::uint64_t cents = magnitude % 100;
-  text += {'.', static_cast<char>('0' + cents / 10), static_cast<char>('0' + cents % 10)};
-  return isNegative ? "-" + text : text;
+  const auto put = [&](std::uint64_t digit) {
+    text_[--begin_] = static_cast<char>('0' + digit);
+  };
+  put(rest % 10);
+  put(rest / 10 % 10);
+  text_[--begin_] = '.';
+  rest /= 100;
+  std::size_t digits = 0;
+  do {
+    if (digits != 0 && digits % kGroup == 0) text_[--begin_] = ',';
+    put(rest % 10);
+    rest /= 10;
+    ++digits;
+  } while (rest != 0);
+  if (isNegative) text_[--begin_] = '-';
 }
 
 }  // namespace standalone

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -15,7 +17,22 @@ inline constexpr std::int64_t kLargestAmount = 9'999'999'999'999;
 // before it. Nothing else, no blanks; none beyond kLargestAmount.
 std::optional<std::int64_t> ParseAmount(std::string_view text) noexcept;
 
+// Their sum; none when it is beyond what 64 bits hold.
+std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) noexcept;
+
 // Two decimals, thousands separators, a leading minus: -1,234.50. For every 64-bit number.
 std::string FormatAmount(std::int64_t minorUnits);
+
+// The same text without a string of its own.
+class AmountText {
+ public:
+  explicit AmountText(std::int64_t minorUnits) noexcept;
+  std::string_view View() const noexcept { return {text_.data() + begin_, kSize - begin_}; }
+
+ private:
+  static constexpr std::size_t kSize = 32;
+  std::array<char, kSize> text_{};
+  std::size_t begin_ = kSize;
+};
 
 }  // namespace standalone

@@ -1,8 +1,9 @@
 #include "standalone/ChartOfAccountsService.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
-#include <optional>
+#include <utility>
 
 #include "standalone/AccountTypes.h"
 #include "standalone/Guard.h"
@@ -16,9 +17,8 @@ constexpr AccountListHandle kAccountList{1};
 // Types above it come from the import only: an account that is made on the way of a booking has one of the known types.
 constexpr std::int16_t kLastCreatedType = KrEnumerations::kNonPosting;
 
-std::optional<Account> FindByRecnum(AccountTable& accounts, long recnum) {
-  if (recnum < 1 || recnum > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
-  return accounts.Find(static_cast<std::int32_t>(recnum));
+bool IsRecordNumber(long recnum) {
+  return recnum >= 1 && recnum <= std::numeric_limits<std::int32_t>::max();
 }
 
 }  // namespace
@@ -32,9 +32,9 @@ void ChartOfAccountsService::EdListRefreshList(AccountListHandle /*list*/, std::
 
 EdListStatus ChartOfAccountsService::GetAccountForRecnum(long recnum, CAccnt& account) {
   return AsEdListStatus([&] {
-    std::optional<Account> found = FindByRecnum(accounts_, recnum);
-    if (!found) return kEdListFailure;
-    open_.At(static_cast<std::uint64_t>(account.Handle())) = *std::move(found);
+    const AccountFacts found = Find(recnum);
+    if (found.id == 0) return kEdListFailure;
+    open_.At(static_cast<std::uint64_t>(account.Handle())) = found;
     return kEdListSuccess;
   });
 }
@@ -55,11 +55,12 @@ EdListStatus ChartOfAccountsService::CreateNewChartOfAccount(char* name, std::in
 
 std::unordered_map<long, std::pair<std::string, std::string>> ChartOfAccountsService::GetAllAccounts() {
   std::unordered_map<long, std::pair<std::string, std::string>> all;
-  std::vector<Account> accounts = accounts_.List(/*withDeleted=*/true);
-  all.reserve(accounts.size());
-  for (Account& account : accounts) {
-    all.try_emplace(account.id, std::move(account.fullName), AccountTypeName(account.type));
-  }
+  Chart chart;
+  accounts_.ForEach([&](const AccountFacts& account, std::string_view fullName) {
+    chart.accounts.push_back(account);
+    all.try_emplace(account.id, fullName, AccountTypeName(account.type));
+  });
+  chart_.Hold(std::move(chart));
   return all;
 }
 
@@ -71,14 +72,14 @@ std::vector<std::pair<std::string, long>> ChartOfAccountsService::GetListOfAccou
 
 AccountHandle ChartOfAccountsService::OpenAccount(FeatureType /*feature*/) {
   const std::uint64_t handle = open_.Open();
-  open_.At(handle) = Account{};
+  open_.At(handle) = AccountFacts{};
   return AccountHandle{handle};
 }
 
 AccountHandle ChartOfAccountsService::OpenAccount(long recnum, FeatureType /*feature*/) {
-  Account account = FindByRecnum(accounts_, recnum).value_or(Account{});
+  const AccountFacts account = Find(recnum);
   const std::uint64_t handle = open_.Open();
-  open_.At(handle) = std::move(account);
+  open_.At(handle) = account;
   return AccountHandle{handle};
 }
 
@@ -95,7 +96,7 @@ bool ChartOfAccountsService::GetIsSubAccnt(AccountHandle account) {
 }
 
 bool ChartOfAccountsService::IsSpecial(AccountHandle account, KrEnumerations::SpecialAccountTypeType kind) {
-  const Account& record = RecordOf(account);
+  const AccountFacts& record = RecordOf(account);
   return record.id != 0 && record.specialKind == static_cast<std::int32_t>(kind);
 }
 
@@ -103,7 +104,29 @@ void ChartOfAccountsService::ReleaseAccount(AccountHandle account) noexcept {
   open_.Release(static_cast<std::uint64_t>(account));
 }
 
-const Account& ChartOfAccountsService::RecordOf(AccountHandle account) {
+AccountFacts ChartOfAccountsService::Find(long recnum) {
+  if (!IsRecordNumber(recnum)) return {};
+  const auto id = static_cast<std::int32_t>(recnum);
+  Chart* const chart = chart_.Held();
+  return chart != nullptr ? chart->Find(id) : accounts_.FactsOf(id);
+}
+
+// A caller who goes through the list asks for neighbours, upwards or downwards.
+AccountFacts ChartOfAccountsService::Chart::Find(std::int32_t id) {
+  constexpr std::size_t kNear = 8;
+  std::size_t at = lastFound;
+  for (std::size_t steps = 0; steps < kNear && at < accounts.size() && accounts[at].id < id; ++steps) ++at;
+  for (std::size_t steps = 0; steps < kNear && at < accounts.size() && at > 0 && accounts[at].id > id; ++steps) --at;
+  if (at >= accounts.size() || accounts[at].id != id) {
+    const auto found = std::ranges::lower_bound(accounts, id, {}, &AccountFacts::id);
+    if (found == accounts.end() || found->id != id) return {};
+    at = static_cast<std::size_t>(found - accounts.begin());
+  }
+  lastFound = at;
+  return accounts[at];
+}
+
+const AccountFacts& ChartOfAccountsService::RecordOf(AccountHandle account) {
   return open_.At(static_cast<std::uint64_t>(account));
 }
 

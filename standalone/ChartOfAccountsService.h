@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "host/ChartOfAccounts.h"
 #include "standalone/AccountTable.h"
 #include "standalone/HandleTable.h"
@@ -9,7 +11,7 @@ namespace standalone {
 // The chart of accounts as the module sees it. Reading failures of the operations without a status are thrown.
 class ChartOfAccountsService final : public ChartOfAccounts {
  public:
-  explicit ChartOfAccountsService(AccountTable& accounts) : accounts_(accounts) {}
+  ChartOfAccountsService(Database& database, AccountTable& accounts) : accounts_(accounts), chart_(database) {}
 
   AccountListHandle GetAccntListPtr() override;
   void EdListRefreshList(AccountListHandle list, std::int32_t option) override;
@@ -26,11 +28,22 @@ class ChartOfAccountsService final : public ChartOfAccounts {
   void ReleaseAccount(AccountHandle account) noexcept override;
 
   // What stands behind an open account; id 0 when it is blank.
-  const Account& RecordOf(AccountHandle account);
+  const AccountFacts& RecordOf(AccountHandle account);
 
  private:
+  // The whole chart, kept when all accounts were handed out: they are then opened one by one.
+  struct Chart {
+    AccountFacts Find(std::int32_t id);
+
+    std::vector<AccountFacts> accounts;  // by record number
+    std::size_t lastFound = 0;
+  };
+
+  AccountFacts Find(long recnum);
+
   AccountTable& accounts_;
-  HandleTable<Account> open_;
+  HandleTable<AccountFacts> open_;
+  ReadOnce<Chart> chart_;
 };
 
 }  // namespace standalone

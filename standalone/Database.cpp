@@ -63,10 +63,14 @@ Database::Database(const std::filesystem::path& file, std::chrono::milliseconds 
 }
 
 Database::~Database() {
+  for (sqlite3_stmt* const statement : {beginReading_, beginWriting_, commit_, otherWriters_}) {
+    sqlite3_finalize(statement);
+  }
   sqlite3_close_v2(handle_);
 }
 
 void Database::Execute(const char* sql) {
+  ++readVersion_;
   const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) Fail(code);
 }
@@ -93,11 +97,11 @@ std::string Database::QueryText(const char* sql) {
 void Database::Begin(Access access) {
   if (inUnit_) throw UnitOfWorkError("A unit of work is already open.");
   spoiledBy_.clear();
-  const int code =
-      sqlite3_exec(handle_, access == Access::kWrite ? "BEGIN IMMEDIATE" : "BEGIN", nullptr, nullptr, nullptr);
+  const int code = access == Access::kWrite ? Step(beginWriting_, "BEGIN IMMEDIATE") : Step(beginReading_, "BEGIN");
   if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(file_, code, sqlite3_errmsg(handle_)));
   if (code != SQLITE_OK) Fail(code);
   inUnit_ = true;
+  ++unitNumber_;
   access_ = access;
 }
 
@@ -105,19 +109,42 @@ void Database::Commit() {
   if (!inUnit_) throw UnitOfWorkError("There is no unit of work to commit.");
   NoticeLostUnit();
   if (!spoiledBy_.empty()) ThrowSpoiled();
-  const int code = sqlite3_exec(handle_, "COMMIT", nullptr, nullptr, nullptr);
+  CloseStreams();
+  const int code = Step(commit_, "COMMIT");
   if (code != SQLITE_OK) {
     spoiledBy_ = sqlite3_errmsg(handle_);
     spoiledCode_ = code;
     ThrowSpoiled();
   }
   inUnit_ = false;
+  hasNoticedOthers_ = false;
 }
 
 void Database::Rollback() noexcept {
   if (!inUnit_) return;
   inUnit_ = false;
+  hasNoticedOthers_ = false;
+  ++readVersion_;
+  CloseStreams();
   if (sqlite3_get_autocommit(handle_) == 0) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+// A unit sees one state of the file, so that asking once in it is enough.
+void Database::NoticeOtherWriters() {
+  RequireUsable(/*writes=*/false);
+  int code = SQLITE_OK;
+  if (otherWriters_ == nullptr) {
+    code = sqlite3_prepare_v3(handle_, "PRAGMA data_version", -1, SQLITE_PREPARE_PERSISTENT, &otherWriters_,
+                              /*pzTail=*/nullptr);
+    if (code != SQLITE_OK) Fail(code);
+  }
+  sqlite3_step(otherWriters_);
+  const int version = sqlite3_column_int(otherWriters_, 0);
+  code = sqlite3_reset(otherWriters_);
+  if (code != SQLITE_OK) Fail(code);
+  if (version != othersVersion_) ++readVersion_;
+  othersVersion_ = version;
+  hasNoticedOthers_ = true;
 }
 
 std::int64_t Database::LastInsertedId() const noexcept {
@@ -128,14 +155,32 @@ std::int64_t Database::ChangedRows() const noexcept {
   return sqlite3_changes64(handle_);
 }
 
+// Runs a statement that is prepared at its first use and kept.
+int Database::Step(sqlite3_stmt*& statement, const char* sql) noexcept {
+  if (statement == nullptr) {
+    const int code = sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, /*pzTail=*/nullptr);
+    if (code != SQLITE_OK) return code;
+  }
+  sqlite3_step(statement);
+  return sqlite3_reset(statement);
+}
+
+void Database::CloseStreams() noexcept {
+  for (RowStream* const stream : streams_) stream->Close();
+}
+
 void Database::RequireUsable(bool writes) {
   if (!inUnit_) throw UnitOfWorkError("The company file is only worked on within a unit of work.");
   NoticeLostUnit();
   if (!spoiledBy_.empty()) ThrowSpoiled();
-  if (writes && access_ != Access::kWrite) throw UnitOfWorkError("A unit of work for reading does not write.");
+  if (!writes) return;
+  if (access_ != Access::kWrite) throw UnitOfWorkError("A unit of work for reading does not write.");
+  ++readVersion_;
 }
 
 void Database::Fail(int code) {
+  ++readVersion_;
+  hasNoticedOthers_ = false;
   const std::string reason = sqlite3_errmsg(handle_);
   const bool isConstraint = (code & 0xFF) == SQLITE_CONSTRAINT;
   if (inUnit_) {
@@ -230,18 +275,12 @@ void Statement::Bind(int index, std::nullptr_t) {
   if (code != SQLITE_OK) database_.Fail(code);
 }
 
-Savepoint::Savepoint(Database& database) : database_(database) {
-  database_.Execute("SAVEPOINT part");
+RowStream::RowStream(Database& database) : database_(database) {
+  database_.streams_.push_back(this);
 }
 
-Savepoint::~Savepoint() {
-  if (!open_) return;
-  sqlite3_exec(database_.Handle(), "ROLLBACK TO part; RELEASE part", nullptr, nullptr, nullptr);
-}
-
-void Savepoint::Keep() {
-  database_.Execute("RELEASE part");
-  open_ = false;
+RowStream::~RowStream() {
+  std::erase(database_.streams_, this);
 }
 
 UnitOfWork::UnitOfWork(Database& database, Access access) : database_(database) {

@@ -4,14 +4,18 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace standalone {
+
+class RowStream;
 
 // What a unit of work may do: read one unchanging state of the file, or read and write while others wait.
 enum class Access { kRead, kWrite };
@@ -43,6 +47,17 @@ class Database {
   // The unit's; meaningless outside of one.
   Access UnitAccess() const noexcept { return access_; }
 
+  // How many units there have been, the open one included.
+  std::uint64_t UnitNumber() const noexcept { return unitNumber_; }
+
+  // A number that stands as long as what was read holds, over the ends of units too: it changes when this connection
+  // may have written, when something was undone, when something failed and when another connection has written. Within
+  // a unit of work only; throws as a statement does.
+  std::uint64_t ReadVersion() {
+    if (!hasNoticedOthers_) NoticeOtherWriters();
+    return readVersion_;
+  }
+
   std::int64_t LastInsertedId() const noexcept;
   std::int64_t ChangedRows() const noexcept;
 
@@ -52,14 +67,27 @@ class Database {
  private:
   friend class Statement;
   friend class Rows;
+  friend class RowStream;
 
+  int Step(sqlite3_stmt*& statement, const char* sql) noexcept;
+  void CloseStreams() noexcept;
   void RequireUsable(bool writes);
   [[noreturn]] void Fail(int code);
   [[noreturn]] void ThrowSpoiled() const;
   void NoticeLostUnit();
+  void NoticeOtherWriters();
 
   std::filesystem::path file_;
   sqlite3* handle_ = nullptr;
+  sqlite3_stmt* beginReading_ = nullptr;
+  sqlite3_stmt* beginWriting_ = nullptr;
+  sqlite3_stmt* commit_ = nullptr;
+  sqlite3_stmt* otherWriters_ = nullptr;
+  std::vector<RowStream*> streams_;
+  std::uint64_t unitNumber_ = 0;
+  std::uint64_t readVersion_ = 0;
+  int othersVersion_ = 0;          // the engine's number for what other connections have written
+  bool hasNoticedOthers_ = false;  // in the open unit, which nothing has spoiled since
   bool inUnit_ = false;
   Access access_ = Access::kRead;
   std::string spoiledBy_;
@@ -132,18 +160,54 @@ class Statement {
   sqlite3_stmt* statement_ = nullptr;
 };
 
-// Everything written while it lives is undone unless Keep() is called; within a unit of work.
-class Savepoint {
+// Rows that are read on from call to call. They are closed when the unit of work ends: an open reader would keep the
+// file's old state alive beyond it.
+class RowStream {
  public:
-  explicit Savepoint(Database& database);
-  Savepoint(const Savepoint&) = delete;
-  Savepoint& operator=(const Savepoint&) = delete;
-  ~Savepoint();
-  void Keep();
+  explicit RowStream(Database& database);
+  RowStream(const RowStream&) = delete;
+  RowStream& operator=(const RowStream&) = delete;
+  ~RowStream();
+
+  void Open(Rows rows) { rows_.emplace(std::move(rows)); }
+  void Close() noexcept { rows_.reset(); }
+  bool IsOpen() const noexcept { return rows_.has_value(); }
+  Rows& Get() noexcept { return *rows_; }
+  const Rows& Get() const noexcept { return *rows_; }
 
  private:
   Database& database_;
-  bool open_ = true;
+  std::optional<Rows> rows_;
+};
+
+// A value that was read in a unit of work and is asked for again, in that unit or a later one; read anew as soon as it
+// may no longer hold. Asked for outside of a unit of work, it is read, which is refused there.
+template <typename Value>
+class ReadOnce {
+ public:
+  explicit ReadOnce(Database& database) noexcept : database_(database) {}
+
+  // The value; `read` fills a new one when there is none that holds.
+  template <typename Read>
+  Value& Get(Read&& read) {
+    if (Value* const held = Held()) return *held;
+    Value value;
+    std::forward<Read>(read)(value);
+    return Hold(std::move(value));
+  }
+
+  Value& Hold(Value value) {
+    version_ = database_.ReadVersion();
+    return value_.emplace(std::move(value));
+  }
+
+  // Null when there is none that holds.
+  Value* Held() { return value_ && database_.InUnit() && version_ == database_.ReadVersion() ? &*value_ : nullptr; }
+
+ private:
+  Database& database_;
+  std::optional<Value> value_;
+  std::uint64_t version_ = 0;
 };
 
 // A unit of work: what it wrote is in the file once Commit() has returned, and nothing of it otherwise. Throws

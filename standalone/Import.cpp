@@ -2,10 +2,13 @@
 
 #include <array>
 #include <charconv>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 
 #include "standalone/AccountTypes.h"
 #include "standalone/Amount.h"
@@ -85,6 +88,25 @@ struct OpenTransaction {
   bool awaitsDueToLine = false;
 };
 
+// Record numbers by the texts that the file calls them by, each looked up once. Nobody else writes meanwhile.
+class FoundIds {
+ public:
+  template <typename Find>
+  std::int32_t Get(std::string_view text, Find&& find) {
+    if (const auto found = ids_.find(text); found != ids_.end()) return found->second;
+    const std::int32_t id = std::forward<Find>(find)();
+    if (ids_.size() == kMost) ids_.clear();
+    ids_.emplace(text, id);
+    return id;
+  }
+
+ private:
+  // So that a file of any size is imported in the same memory.
+  static constexpr std::size_t kMost = 4096;
+
+  std::unordered_map<std::string, std::int32_t, TextHash, std::equal_to<>> ids_;
+};
+
 class TransactionImport {
  public:
   TransactionImport(StandaloneHost& host, const CsvReader& rows, ImportResult& result)
@@ -143,10 +165,11 @@ class TransactionImport {
     begun.name = rows_["name"];
     begun.memo = RequireText("The memo", rows_["memo"], 0, kMemoLength);
     begun.typeNumber = ParseTransactionType(begun.type);
-    begun.id = host_.Transactions().AddHeader({.type = begun.typeNumber,
-                                               .date = ParseDate("The date", begun.date),
-                                               .nameId = begun.name.empty() ? 0 : FindName(begun.name),
-                                               .memo = begun.memo});
+    begun.id = host_.Transactions().AddHeader(
+        {.type = begun.typeNumber,
+         .date = ParseDate("The date", begun.date),
+         .nameId = begun.name.empty() ? 0 : names_.Get(begun.name, [&] { return FindName(begun.name); }),
+         .memo = begun.memo});
     open_ = std::move(begun);
     ++result_.transactions;
   }
@@ -165,13 +188,24 @@ class TransactionImport {
                          " is none; write it as 1,234.50 or -1234.5, up to 99,999,999,999.99.");
     }
     const std::string_view memo = RequireText("The line memo", rows_["line_memo"], 0, kMemoLength);
-    const std::int32_t id = host_.Transactions().AddLine(
-        open_->id, {.accountId = FindAccount(rows_["account"]), .amount = *amount, .memo = memo});
+    const std::string_view account = rows_["account"];
+    const std::int32_t accountId = accounts_.Get(account, [&] { return FindAccount(account); });
+    const std::int32_t id =
+        host_.Transactions().AddLine(open_->id, {.accountId = accountId, .amount = *amount, .memo = memo});
     open_->awaitsDueToLine = false;
-    open_->sum += *amount;
+    open_->sum = SumWith(*amount);
     ++open_->lines;
     ++result_.lines;
     AddIntercompanyRow(id);
+  }
+
+  std::int64_t SumWith(std::int64_t amount) const {
+    const std::optional<std::int64_t> sum = AddAmounts(open_->sum, amount);
+    if (sum) return *sum;
+    throw InvalidInput("The amount " + Quoted(rows_["amount"]) + " brings the transaction " + Quoted(open_->key) +
+                       " from a sum of " + FormatAmount(open_->sum) + " beyond " +
+                       FormatAmount(std::numeric_limits<std::int64_t>::max()) +
+                       "; divide it into several transactions.");
   }
 
   void AddIntercompanyRow(std::int32_t lineId) {
@@ -182,7 +216,7 @@ class TransactionImport {
       if (request.empty() && state.empty()) return;
       throw InvalidInput("There is a request_id or a state, but no partner_realm; give all or none of them.");
     }
-    const std::int32_t relationId = FindRelation(RequireRealmId(realm));
+    const std::int32_t relationId = relations_.Get(realm, [&] { return FindRelation(RequireRealmId(realm)); });
     if (!request.empty()) RequireRequestId(request);
     RequireFreeRequest(relationId, request);
     const std::int32_t stateNumber =
@@ -245,6 +279,9 @@ class TransactionImport {
   Statement insertRow_;
   Statement hasRequest_;
   Statement noteKey_;
+  FoundIds accounts_;
+  FoundIds names_;
+  FoundIds relations_;
   std::optional<OpenTransaction> open_;
 };
 

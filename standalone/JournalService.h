@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "host/Journal.h"
 #include "standalone/ChartOfAccountsService.h"
@@ -24,6 +26,8 @@ class JournalService final : public Journal {
   EdListStatus UpdateMETransaction(std::int32_t txnId, std::int32_t viewType) override;
 
  private:
+  std::optional<std::int32_t> AddLines(std::int32_t txnId, const NewLine& debit, const NewLine& credit);
+  EdListStatus TakeOut(std::int32_t txnId);
   bool MayDelete(std::int32_t txnId);
 
   Database& database_;

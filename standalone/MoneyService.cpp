@@ -2,7 +2,7 @@
 
 #include <cstring>
 #include <optional>
-#include <string>
+#include <string_view>
 
 #include "standalone/Amount.h"
 
@@ -14,9 +14,11 @@ void MoneyService::String2Dollar(BalType& amount, const char* text) {
 
 void MoneyService::Money2Str_s(char* buffer, std::size_t size, BalType amount, MoneyFormat /*format*/) {
   if (size == 0) return;
-  const std::string text = FormatAmount(amount.minorUnits);
-  buffer[0] = '\0';
-  if (text.size() < size) std::memcpy(buffer, text.c_str(), text.size() + 1);
+  const AmountText amountText(amount.minorUnits);
+  const std::string_view text = amountText.View();
+  const std::size_t length = text.size() < size ? text.size() : 0;
+  std::memcpy(buffer, text.data(), length);
+  buffer[length] = '\0';
 }
 
 }  // namespace standalone

@@ -11,16 +11,17 @@ namespace standalone {
 
 namespace {
 
+constexpr std::size_t kMostRelationsHeld = 4096;
+
 // A field of a row, which may be filled to its last character.
 template <std::size_t kSize>
 std::string_view Field(const char (&field)[kSize]) {
   return {field, static_cast<std::size_t>(std::find(field, field + kSize, '\0') - field)};
 }
 
-// The file holds no text that is too long for its field; see the checks of its tables.
+// Into the field of a row that is all zeros. The file holds no text that is too long; see the checks of its tables.
 template <std::size_t kSize>
 void Fill(char (&field)[kSize], std::string_view text) {
-  std::memset(field, 0, kSize);
   std::copy_n(text.begin(), std::min(text.size(), kSize), field);
 }
 
@@ -86,8 +87,10 @@ std::int64_t Wide(long number) {
 
 }  // namespace
 
-MultiEntityStore::MultiEntityStore(Database& database)
+MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
     : database_(database),
+      lines_(lines),
+      relationsByRealm_(database),
       relation_(database,
                 "SELECT id, realm_id, partner_name, relation_type, state, created_at, changed_at, revision, "
                 "due_from_account_id, due_to_account_id FROM me_relation WHERE realm_id = ?1"),
@@ -116,11 +119,14 @@ MultiEntityStore::MultiEntityStore(Database& database)
                          "INSERT INTO me_transaction (txn_id, relation_id, target_id, request_id, txn_type, state) "
                          "VALUES (?1, ?2, ?3, ?4, ?5, ?6)"),
       transaction_(database,
-                   "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
+                   "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id FROM me_transaction "
                    "WHERE txn_id = ?1 AND target_id = ?2"),
       transactionOfRequest_(database,
-                            "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
-                            "WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
+                            "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id "
+                            "FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
+      updateState_(database,
+                   "UPDATE me_transaction SET state = ?6 WHERE id = ?7 AND txn_id = ?1 AND target_id = ?2 "
+                   "AND relation_id = ?3 AND request_id = ?4 AND txn_type = ?5"),
       updateTransaction_(database,
                          "UPDATE me_transaction SET relation_id = ?3, request_id = ?4, txn_type = ?5, state = ?6 "
                          "WHERE txn_id = ?1 AND target_id = ?2"),
@@ -128,9 +134,11 @@ MultiEntityStore::MultiEntityStore(Database& database)
       transactionLines_(database,
                         "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                         "WHERE txn_id = ?1 ORDER BY target_id"),
+      transactionCount_(database, "SELECT count(*) FROM me_transaction"),
       transactions_(database,
                     "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                     "ORDER BY id"),
+      hasRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
       insertRejected_(database,
                       "INSERT INTO me_rejected_transaction (request_id, txn_type, relation_id, amount, partner_txn_id) "
                       "VALUES (?1, ?2, ?3, ?4, ?5)"),
@@ -140,8 +148,22 @@ MultiEntityStore::MultiEntityStore(Database& database)
       deleteRejected_(database, "DELETE FROM me_rejected_transaction WHERE request_id = ?1"),
       isRejected_(database, "SELECT 1 FROM me_rejected_transaction WHERE request_id = ?1 LIMIT 1") {}
 
+// A partner's messages ask for the same relation again and again. What a writing unit held would not outlive its
+// writes.
 Util::Status MultiEntityStore::GetRelation(Util::TString realmId, DBMultiEntityRelation& row) {
-  return AsStatus([&] { return ReadOne(relation_.Query(realmId.view()), row, ReadRelation); });
+  return AsStatus([&] {
+    if (database_.UnitAccess() == Access::kWrite) return ReadOne(relation_.Query(realmId.view()), row, ReadRelation);
+    RelationsByRealm& held = relationsByRealm_.Get([](RelationsByRealm&) {});
+    if (const auto found = held.find(realmId.view()); found != held.end()) {
+      row = found->second;
+      return Util::Status::kSuccess;
+    }
+    const long status = ReadOne(relation_.Query(realmId.view()), row, ReadRelation);
+    if (status != Util::Status::kSuccess) return status;
+    if (held.size() == kMostRelationsHeld) held.clear();
+    held.emplace(realmId.view(), row);
+    return status;
+  });
 }
 
 Util::Status MultiEntityStore::GetRelationById(long relationId, DBMultiEntityRelation& row) {
@@ -206,20 +228,31 @@ Util::Status MultiEntityStore::SaveTransaction(DBMultiEntityTransaction& row) {
 
 Util::Status MultiEntityStore::GetTransaction(std::int32_t txnId, std::int32_t targetId,
                                               DBMultiEntityTransaction& row) {
-  return AsStatus([&] { return ReadOne(transaction_.Query(txnId, targetId), row, ReadTransaction); });
+  return AsStatus([&] { return ReadForUpdate(transaction_.Query(txnId, targetId), row); });
 }
 
 Util::Status MultiEntityStore::GetTransactionWithRequestId(std::int32_t relationId, Util::TString requestId,
                                                            DBMultiEntityTransaction& row) {
-  return AsStatus(
-      [&] { return ReadOne(transactionOfRequest_.Query(relationId, requestId.view()), row, ReadTransaction); });
+  return AsStatus([&] { return ReadForUpdate(transactionOfRequest_.Query(relationId, requestId.view()), row); });
 }
 
+// Mostly it is the row that was read last, and the state alone has changed, which no index holds.
 Util::Status MultiEntityStore::UpdateTransaction(DBMultiEntityTransaction& row) {
   return AsStatus([&] {
-    return FoundAny(
-        updateTransaction_.Run(row.txnId, row.targetId, row.relationId, Field(row.requestId), row.txnType, row.state));
+    const std::string_view requestId = Field(row.requestId);
+    if (updateState_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state, lastReadRow_) !=
+        0) {
+      return Util::Status::kSuccess;
+    }
+    return FoundAny(updateTransaction_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state));
   });
+}
+
+long MultiEntityStore::ReadForUpdate(Rows rows, DBMultiEntityTransaction& row) {
+  if (!rows.Step()) return kStatusNotFound;
+  ReadTransaction(rows, row);
+  lastReadRow_ = rows.Int64(6);
+  return Util::Status::kSuccess;
 }
 
 Util::Status MultiEntityStore::DeleteTransaction(std::int32_t txnId) {
@@ -234,11 +267,20 @@ Util::Status MultiEntityStore::GetTransactionWithTargets(long txnId, std::vector
 }
 
 Util::Status MultiEntityStore::GetAllTransactionWithTargets(std::vector<DBMultiEntityTransaction>& rows) {
-  return AsStatus([&] { return ReadAll(transactions_.Query(), rows, ReadTransaction); });
+  return AsStatus([&] {
+    rows.clear();
+    {
+      Rows count = transactionCount_.Query();
+      if (count.Step()) rows.reserve(static_cast<std::size_t>(count.Int64(0)));
+    }
+    const long status = ReadAll(transactions_.Query(), rows, ReadTransaction);
+    lines_.Expect();
+    return status;
+  });
 }
 
 bool MultiEntityStore::HasAnyMatchingTransaction(Util::TString requestId, std::int32_t relationId) {
-  return transactionOfRequest_.Query(relationId, requestId.view()).Step();
+  return hasRequest_.Query(relationId, requestId.view()).Step();
 }
 
 Util::Status MultiEntityStore::SaveRejectedTransaction(DBMultiEntityRejectedTxnReceiver& row) {

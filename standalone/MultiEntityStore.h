@@ -1,7 +1,13 @@
 #pragma once
 
+#include <functional>
+#include <string>
+#include <unordered_map>
+
 #include "host/MultiEntityDBManager.h"
 #include "standalone/Database.h"
+#include "standalone/LinesAhead.h"
+#include "standalone/Text.h"
 
 namespace standalone {
 
@@ -9,7 +15,8 @@ namespace standalone {
 // rows of one transaction in the order of their lines. Failures of the questions without a status are thrown.
 class MultiEntityStore final : public MultiEntityDBManager {
  public:
-  explicit MultiEntityStore(Database& database);
+  // `lines` is told when all transaction rows were handed out.
+  MultiEntityStore(Database& database, LinesAhead& lines);
 
   Util::Status GetRelation(Util::TString realmId, DBMultiEntityRelation& row) override;
   Util::Status GetRelationById(long relationId, DBMultiEntityRelation& row) override;
@@ -38,7 +45,13 @@ class MultiEntityStore final : public MultiEntityDBManager {
   bool HasAnyMatchingRejectedTransaction(Util::TString requestId) override;
 
  private:
+  using RelationsByRealm = std::unordered_map<std::string, DBMultiEntityRelation, TextHash, std::equal_to<>>;
+
+  long ReadForUpdate(Rows rows, DBMultiEntityTransaction& row);
+
   Database& database_;
+  LinesAhead& lines_;
+  ReadOnce<RelationsByRealm> relationsByRealm_;
   Statement relation_;
   Statement relationById_;
   Statement relations_;
@@ -51,14 +64,18 @@ class MultiEntityStore final : public MultiEntityDBManager {
   Statement insertTransaction_;
   Statement transaction_;
   Statement transactionOfRequest_;
+  Statement updateState_;
   Statement updateTransaction_;
   Statement deleteTransaction_;
   Statement transactionLines_;
+  Statement transactionCount_;
   Statement transactions_;
+  Statement hasRequest_;
   Statement insertRejected_;
   Statement rejected_;
   Statement deleteRejected_;
   Statement isRejected_;
+  std::int64_t lastReadRow_ = 0;  // where to look first when a row is updated
 };
 
 }  // namespace standalone

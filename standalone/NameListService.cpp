@@ -5,6 +5,13 @@
 
 namespace standalone {
 
+namespace {
+
+// So that a list of any size is gone through in bounded memory.
+constexpr std::size_t kMostNamesHeld = 65'536;
+
+}  // namespace
+
 EdListStatus NameListService::CreateCName(Util::TString& name, NameType type, std::int32_t& nameId) {
   return AsEdListStatus([&] {
     if (type < 0 || type > static_cast<std::int16_t>(NameKind::kOther)) return kEdListFailure;
@@ -17,24 +24,39 @@ EdListStatus NameListService::CreateCName(Util::TString& name, NameType type, st
 }
 
 bool NameListService::IsValidName(NameHandle name) {
-  return Find(name).has_value();
+  return Find(name).exists;
 }
 
 Util::TString NameListService::GetName(NameHandle name, char* /*buffer*/, std::int32_t /*modifier*/) {
-  const std::optional<Name> found = Find(name);
-  return found ? Util::TString(std::string_view(found->name)) : Util::TString();
+  return Find(name).name;
 }
 
 NameHandle NameListService::GetParent(NameHandle name) {
-  const std::optional<Name> found = Find(name);
-  return found ? NameHandle{static_cast<std::uint64_t>(found->parentId)} : NameHandle::kNone;
+  return Find(name).parent;
 }
 
 void NameListService::ReleaseName(NameHandle /*name*/) noexcept {}
 
-std::optional<Name> NameListService::Find(NameHandle name) {
-  if (name == NameHandle::kNone) return std::nullopt;
-  return names_.Find(static_cast<std::int32_t>(name));
+const NameListService::HeldName& NameListService::Find(NameHandle name) {
+  static const HeldName kNoName;
+  if (name == NameHandle::kNone) return kNoName;
+  HeldNames& names = held_.Get([](HeldNames&) {});
+  // A name is asked for its parts one after the other.
+  if (names.last == name) return *names.lastFound;
+  auto found = names.byHandle.find(name);
+  if (found == names.byHandle.end()) {
+    if (names.byHandle.size() == kMostNamesHeld) names = {};
+    found = names.byHandle.try_emplace(name, Read(name)).first;
+  }
+  names.last = name;
+  names.lastFound = &found->second;
+  return found->second;
+}
+
+NameListService::HeldName NameListService::Read(NameHandle name) {
+  const std::optional<Name> found = names_.Find(static_cast<std::int32_t>(name));
+  if (!found) return {};
+  return {true, std::string_view(found->name), NameHandle{static_cast<std::uint64_t>(found->parentId)}};
 }
 
 }  // namespace standalone

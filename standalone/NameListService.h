@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unordered_map>
+
 #include "host/NameList.h"
 #include "standalone/NameTable.h"
 
@@ -8,7 +10,7 @@ namespace standalone {
 // The name list as the module sees it. A name's handle is its record number, so that nothing has to be released.
 class NameListService final : public NameList {
  public:
-  explicit NameListService(NameTable& names) : names_(names) {}
+  NameListService(Database& database, NameTable& names) : names_(names), held_(database) {}
 
   EdListStatus CreateCName(Util::TString& name, NameType type, std::int32_t& nameId) override;
   bool IsValidName(NameHandle name) override;
@@ -17,9 +19,24 @@ class NameListService final : public NameList {
   void ReleaseName(NameHandle name) noexcept override;
 
  private:
-  std::optional<Name> Find(NameHandle name);
+  struct HeldName {
+    bool exists = false;
+    Util::TString name;
+    NameHandle parent = NameHandle::kNone;
+  };
+
+  struct HeldNames {
+    std::unordered_map<NameHandle, HeldName> byHandle;
+    NameHandle last = NameHandle::kNone;
+    const HeldName* lastFound = nullptr;
+  };
+
+  // Each name is read once as long as nobody writes.
+  const HeldName& Find(NameHandle name);
+  HeldName Read(NameHandle name);
 
   NameTable& names_;
+  ReadOnce<HeldNames> held_;
 };
 
 }  // namespace standalone

@@ -7,7 +7,8 @@
 
 #include <chrono>
 #include <cstdint>
-#include <utility>
+#include <ctime>
+#include <iterator>
 
 namespace standalone {
 
@@ -17,38 +18,54 @@ namespace {
 // lines, not parts of them.
 constexpr std::size_t kPieceBytes = 4096;
 
-std::string TimeText() {
-  const auto now = std::chrono::system_clock::now();
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(now);
-  const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(now - seconds).count();
-  return fmt::format("{:%Y-%m-%dT%H:%M:%S}.{:03}Z", fmt::gmtime(std::chrono::system_clock::to_time_t(seconds)),
-                     milliseconds);
+// Whether a character stands in a column as it is.
+constexpr bool IsPlain(char character) noexcept {
+  const auto byte = static_cast<unsigned char>(character);
+  return (byte >= 0x20) & (byte != 0x7F) & (byte != '\\');
+}
+
+// Counts to the end, which compilers turn into wide steps.
+bool IsPlain(std::string_view text) noexcept {
+  unsigned odd = 0;
+  for (const char character : text) odd += IsPlain(character) ? 0U : 1U;
+  return odd == 0;
+}
+
+void AppendEscaped(std::string& out, char character) {
+  switch (character) {
+    case '\t':
+      out += "\\t";
+      break;
+    case '\n':
+      out += "\\n";
+      break;
+    case '\r':
+      out += "\\r";
+      break;
+    case '\\':
+      out += "\\\\";
+      break;
+    default:
+      fmt::format_to(std::back_inserter(out), "\\x{:02X}", static_cast<unsigned char>(character));
+  }
 }
 
 void AppendEscaped(std::string& out, std::string_view text) {
+  if (IsPlain(text)) {
+    out += text;
+    return;
+  }
   for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    switch (character) {
-      case '\t':
-        out += "\\t";
-        break;
-      case '\n':
-        out += "\\n";
-        break;
-      case '\r':
-        out += "\\r";
-        break;
-      case '\\':
-        out += "\\\\";
-        break;
-      default:
-        if (byte < 0x20 || byte == 0x7F) {
-          fmt::format_to(std::back_inserter(out), "\\x{:02X}", byte);
-        } else {
-          out += character;
-        }
+    if (IsPlain(character)) {
+      out += character;
+    } else {
+      AppendEscaped(out, character);
     }
   }
+}
+
+void AppendNumber(std::string& out, std::int64_t number) {
+  out += fmt::format_int(number).c_str();
 }
 
 int HexDigit(char character) {
@@ -77,8 +94,8 @@ class OperationsLog::File {
   spdlog::sinks::rotating_file_sink_st sink_;
 };
 
-OperationsLog::OperationsLog(const std::filesystem::path& file, std::string userName, LogLimits limits)
-    : userName_(std::move(userName)) {
+OperationsLog::OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits)
+    : least_(limits.least), userColumn_(EscapeColumn(userName)) {
   try {
     file_ = std::make_unique<File>(file, limits);
     pending_.reserve(kPieceBytes);
@@ -91,34 +108,56 @@ OperationsLog::~OperationsLog() {
   Flush();
 }
 
-bool OperationsLog::Wants(Level /*level*/) const noexcept {
-  return file_ != nullptr || observer_ != nullptr;
+bool OperationsLog::Wants(Level level) const noexcept {
+  return observer_ != nullptr || (file_ != nullptr && level >= least_);
 }
 
 void OperationsLog::Write(const Line& line) noexcept {
   try {
     if (observer_) observer_(line);
-    if (file_ == nullptr) return;
-    std::string text = TimeText();
-    text += '\t';
-    AppendEscaped(text, userName_);
-    fmt::format_to(std::back_inserter(text), "\t{}\t{}\t", static_cast<std::int32_t>(line.level),
-                   static_cast<std::int32_t>(line.eventType));
-    AppendEscaped(text, line.sourceFile);
-    fmt::format_to(std::back_inserter(text), "\t{}\t", line.sourceLine);
-    AppendEscaped(text, line.shortName);
-    text += '\t';
-    AppendEscaped(text, line.signature);
-    text += '\t';
-    AppendEscaped(text, line.message);
-
-    if (pending_.size() + text.size() + 2 > kPieceBytes) Flush();
-    if (!pending_.empty()) pending_ += '\n';
-    pending_ += text;
-    if (line.level == Level::kError) Flush();
+    if (file_ != nullptr && line.level >= least_) Append(line);
   } catch (...) {
     pending_.clear();
   }
+}
+
+void OperationsLog::Append(const Line& line) {
+  line_.clear();
+  AppendTime();
+  line_ += '\t';
+  line_ += userColumn_;
+  line_ += '\t';
+  AppendNumber(line_, static_cast<std::int32_t>(line.level));
+  line_ += '\t';
+  AppendNumber(line_, static_cast<std::int32_t>(line.eventType));
+  line_ += '\t';
+  AppendEscaped(line_, line.sourceFile);
+  line_ += '\t';
+  AppendNumber(line_, line.sourceLine);
+  line_ += '\t';
+  AppendEscaped(line_, line.shortName);
+  line_ += '\t';
+  AppendEscaped(line_, line.signature);
+  line_ += '\t';
+  AppendEscaped(line_, line.message);
+
+  if (pending_.size() + line_.size() + 2 > kPieceBytes) Flush();
+  if (!pending_.empty()) pending_ += '\n';
+  pending_ += line_;
+  if (line.level == Level::kError) Flush();
+}
+
+void OperationsLog::AppendTime() {
+  const std::int64_t now =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+          .count();
+  if (const std::int64_t second = now / 1000; second != second_) {
+    secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}.", fmt::gmtime(static_cast<std::time_t>(second)));
+    second_ = second;
+  }
+  line_ += secondText_;
+  for (std::int64_t unit = 100; unit != 0; unit /= 10) line_ += static_cast<char>('0' + now / unit % 10);
+  line_ += 'Z';
 }
 
 void OperationsLog::Flush() noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -13,6 +14,8 @@
 namespace standalone {
 
 struct LogLimits {
+  // What is below is not written, and not even formatted unless somebody observes the log.
+  Util::Ops::Level least = Util::Ops::Level::kTrace;
   std::size_t fileBytes = 8U << 20U;
   std::size_t olderFiles = 4;
 };
@@ -22,7 +25,7 @@ struct LogLimits {
 // is given up silently; the work that it tells of goes on.
 class OperationsLog final : public Util::Ops {
  public:
-  OperationsLog(const std::filesystem::path& file, std::string userName, LogLimits limits = {});
+  OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {});
   OperationsLog(const OperationsLog&) = delete;
   OperationsLog& operator=(const OperationsLog&) = delete;
   ~OperationsLog();
@@ -39,10 +42,19 @@ class OperationsLog final : public Util::Ops {
  private:
   class File;
 
+  void Append(const Line& line);
+  void AppendTime();
+
   Observer observer_;
-  std::string userName_;
+  Level least_;
+  std::string userColumn_;
   std::unique_ptr<File> file_;
   std::string pending_;
+  // The line that is being put together, kept for its memory.
+  std::string line_;
+  // The time text up to its second, as that of the line before is mostly the same.
+  std::int64_t second_ = -1;
+  std::string secondText_;
 };
 
 // Tab, line feed, carriage return and backslash as \t \n \r \\, other control characters as \xNN.

@@ -3,19 +3,21 @@
 namespace standalone {
 
 bool PermissionsService::CurrentUserIsAdminUser() {
-  return users_.IsAdministrator(userId_);
+  // What a writing unit held would not outlive its writes.
+  if (database_.UnitAccess() == Access::kWrite) return users_.IsAdministrator(userId_);
+  return isAdministrator_.Get([this](bool& is) { is = users_.IsAdministrator(userId_); });
 }
 
 bool PermissionsService::FeaturePermissionAvailable(ProgramFeature feature, UserAction action,
                                                     unsigned char /*option*/) {
-  return users_.IsAdministrator(userId_) || users_.HasRight(userId_, FeatureRight{feature, action});
+  return CurrentUserIsAdminUser() || users_.HasRight(userId_, FeatureRight{feature, action});
 }
 
 // Rights are given for a whole list.
 bool PermissionsService::ListPermissionAvailable(ListType list, std::int32_t /*option1*/, UserAction action,
                                                  CAccnt& /*element*/, std::int32_t /*option2*/,
                                                  std::int32_t /*option3*/) {
-  return users_.IsAdministrator(userId_) || users_.HasRight(userId_, ListRight{list, action});
+  return CurrentUserIsAdminUser() || users_.HasRight(userId_, ListRight{list, action});
 }
 
 }  // namespace standalone

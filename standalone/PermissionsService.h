@@ -8,7 +8,8 @@ namespace standalone {
 // The rights of the selected user as the company file has them now. An administrator may do everything.
 class PermissionsService final : public Permissions {
  public:
-  PermissionsService(UserTable& users, std::int32_t userId) : users_(users), userId_(userId) {}
+  PermissionsService(Database& database, UserTable& users, std::int32_t userId)
+      : database_(database), users_(users), userId_(userId), isAdministrator_(database) {}
 
   bool CurrentUserIsAdminUser() override;
   bool FeaturePermissionAvailable(ProgramFeature feature, UserAction action, unsigned char option) override;
@@ -16,8 +17,10 @@ class PermissionsService final : public Permissions {
                                std::int32_t option2, std::int32_t option3) override;
 
  private:
+  Database& database_;
   UserTable& users_;
   std::int32_t userId_;
+  ReadOnce<bool> isAdministrator_;
 };
 
 }  // namespace standalone

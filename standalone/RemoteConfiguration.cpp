@@ -86,7 +86,8 @@ struct RemoteConfiguration::Document {
   toml::table entries;
 };
 
-RemoteConfiguration::RemoteConfiguration(std::filesystem::path file) : file_(std::move(file)) {}
+RemoteConfiguration::RemoteConfiguration(std::filesystem::path file, const Database* database)
+    : file_(std::move(file)), database_(database) {}
 
 RemoteConfiguration::~RemoteConfiguration() = default;
 
@@ -109,8 +110,14 @@ bool RemoteConfiguration::GetValue2(Util::TString section, Util::TString key, Ut
 }
 
 const RemoteConfiguration::Document& RemoteConfiguration::Current() {
+  if (!WasLookedAtInThisUnit()) LookAtFile();
+  if (database_ != nullptr) lookedAtInUnit_ = database_->UnitNumber();
+  return *document_;
+}
+
+void RemoteConfiguration::LookAtFile() {
   const Stamp stamp = StampOf(file_);
-  if (document_ != nullptr && document_->isSettled && document_->stamp == stamp) return *document_;
+  if (document_ != nullptr && document_->isSettled && document_->stamp == stamp) return;
   auto document = std::make_unique<Document>();
   document->stamp = stamp;
   if (stamp.exists) {
@@ -118,7 +125,11 @@ const RemoteConfiguration::Document& RemoteConfiguration::Current() {
     document->entries = Parse(file_, ReadAll(file_));
   }
   document_ = std::move(document);
-  return *document_;
+}
+
+bool RemoteConfiguration::WasLookedAtInThisUnit() const noexcept {
+  return document_ != nullptr && database_ != nullptr && database_->InUnit() &&
+         database_->UnitNumber() == lookedAtInUnit_;
 }
 
 }  // namespace standalone

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstdarg>
+#include <cstddef>
+
 #include "host/Runtime.h"
 
 namespace standalone {
@@ -11,6 +15,11 @@ class RuntimeService final : public Util::Runtime, private Util::MemoryManager {
 
  private:
   void Release(void* block) noexcept override;
+  char* JoinTexts(std::size_t count, std::va_list arguments);
+  char* Take(std::size_t size);
+
+  std::array<char, 512> text_{};
+  bool isTextOut_ = false;
 };
 
 }  // namespace standalone

@@ -37,18 +37,19 @@ SettingsTable::SettingsTable(Database& database)
     : get_(database, "SELECT name, home_currency, multi_currency, sample_file, accountants_copy FROM company"),
       set_(database,
            "UPDATE company SET name = ?1, home_currency = ?2, multi_currency = ?3, sample_file = ?4, "
-           "accountants_copy = ?5") {}
+           "accountants_copy = ?5"),
+      settings_(database) {}
 
-Settings SettingsTable::Get() {
-  Settings settings;
-  Rows rows = get_.Query();
-  if (!rows.Step()) throw CompanyFileError("The company file is damaged: it has no settings.");
-  settings.companyName = rows.Text(0);
-  settings.homeCurrency = rows.Text(1);
-  settings.multiCurrency = rows.Bool(2);
-  settings.sampleFile = rows.Bool(3);
-  settings.accountantsCopy = rows.Bool(4);
-  return settings;
+const Settings& SettingsTable::Get() {
+  return settings_.Get([this](Settings& settings) {
+    Rows rows = get_.Query();
+    if (!rows.Step()) throw CompanyFileError("The company file is damaged: it has no settings.");
+    settings.companyName = rows.Text(0);
+    settings.homeCurrency = rows.Text(1);
+    settings.multiCurrency = rows.Bool(2);
+    settings.sampleFile = rows.Bool(3);
+    settings.accountantsCopy = rows.Bool(4);
+  });
 }
 
 void SettingsTable::Set(std::string_view name, std::string_view value) {

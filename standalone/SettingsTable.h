@@ -22,13 +22,15 @@ class SettingsTable {
  public:
   explicit SettingsTable(Database& database);
 
-  Settings Get();
+  // Held as long as nobody writes; the reference stands for the unit of work that asks, until it writes.
+  const Settings& Get();
   // Throws InvalidInput that names the setting or its value.
   void Set(std::string_view name, std::string_view value);
 
  private:
   Statement get_;
   Statement set_;
+  ReadOnce<Settings> settings_;
 };
 
 // "yes", "no", "true", "false", "on", "off", "1", "0" in any case; throws InvalidInput that calls the value `what`.

@@ -2,6 +2,7 @@
 
 #include "standalone/ChartOfAccountsService.h"
 #include "standalone/JournalService.h"
+#include "standalone/LinesAhead.h"
 #include "standalone/MoneyService.h"
 #include "standalone/MultiEntityStore.h"
 #include "standalone/NameListService.h"
@@ -34,7 +35,7 @@ struct StandaloneHost::Parts {
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),
         log(CompanyFile::LogPath(companyFile), user.name, options.log),
-        remote(CompanyFile::RemotePath(companyFile)),
+        remote(CompanyFile::RemotePath(companyFile), &file.Data()),
         messages(file.Data(), std::move(options.answerer)),
         application(file.Data(), log, std::move(options.commandRunner)),
         events(MakeLoopEvents(options.clock != nullptr ? *options.clock : SteadyLoopClock())),
@@ -50,6 +51,7 @@ struct StandaloneHost::Parts {
   NameTable names{file.Data()};
   SettingsTable settings{file.Data()};
   TransactionTable transactions{file.Data()};
+  LinesAhead linesAhead{file.Data()};
   ApplicationService application;
   std::unique_ptr<LoopEvents> events;
   MessageLoop loop;
@@ -57,12 +59,12 @@ struct StandaloneHost::Parts {
   RuntimeService runtime;
   DatabasePreferencesService databasePreferences{file.Data()};
   PreferencesService preferences{settings, application};
-  MultiEntityStore multiEntity{file.Data()};
-  PermissionsService permissions{users, user.id};
-  ChartOfAccountsService chart{accounts};
-  NameListService nameList{names};
+  MultiEntityStore multiEntity{file.Data(), linesAhead};
+  PermissionsService permissions{file.Data(), users, user.id};
+  ChartOfAccountsService chart{file.Data(), accounts};
+  NameListService nameList{file.Data(), names};
   JournalService journal{file.Data(), chart, names, transactions};
-  TargetLinesService lines{transactions, nameList};
+  TargetLinesService lines{transactions, linesAhead, accounts, nameList};
   QueryEngineService queries{file.Data()};
   MoneyService money;
   HostServices services{.ops = log,

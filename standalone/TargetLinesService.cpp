@@ -5,36 +5,54 @@
 namespace standalone {
 
 bool TargetLinesService::TargExists(std::int32_t targetId, TViewType view) {
+  if (ahead_.GoTo(targetId)) return IsAheadSeenUnder(view);
   return transactions_.LineExists(targetId, view);
 }
 
 LineHandle TargetLinesService::OpenLine(std::int32_t targetId, FeatureType /*feature*/, ReadFailSafeType /*failSafe*/,
                                         TViewType view) {
-  LineView line;
-  transactions_.FindLine(targetId, view, line);
+  const bool isAhead = ahead_.GoTo(targetId);
+  LineView found;
+  if (!isAhead) transactions_.FindLine(targetId, view, found);
   const std::uint64_t handle = open_.Open();
-  open_.At(handle) = std::move(line);
+  OpenLineRecord& record = open_.At(handle);
+  record.id = targetId;
+  record.accountName = {};
+  if (isAhead && IsAheadSeenUnder(view)) {
+    ahead_.Fill(record.line);
+  } else {
+    record.line = std::move(found);
+  }
   return LineHandle{handle};
 }
 
+bool TargetLinesService::IsAheadSeenUnder(TViewType view) const {
+  return view == kViewAny || ahead_.TypeOfTransaction() == view;
+}
+
 DateType32 TargetLinesService::GetDate(LineHandle line) {
-  return ViewOf(line).date;
+  return RecordOf(line).line.date;
 }
 
 BalType TargetLinesService::GetAmount(LineHandle line) {
-  return {ViewOf(line).amount};
+  return {RecordOf(line).line.amount};
 }
 
 const char* TargetLinesService::GetAccountName(LineHandle line, std::int32_t /*option1*/, std::int32_t /*option2*/) {
-  return ViewOf(line).accountName.c_str();
+  OpenLineRecord& record = RecordOf(line);
+  if (record.line.accountId != 0) record.accountName = accounts_.FullNameOf(record.line.accountId);
+  return record.accountName.c_str();
 }
 
 Util::TString TargetLinesService::GetStrMemo(LineHandle line) {
-  return std::string_view(ViewOf(line).memo);
+  const OpenLineRecord& record = RecordOf(line);
+  if (record.line.hasMemo) return record.line.memo;
+  // A line that was not found has no transaction.
+  return record.line.txnId != 0 ? transactions_.MemoOf(record.id) : Util::TString();
 }
 
 CName TargetLinesService::GetTransactionName(LineHandle line) {
-  return {names_, NameHandle{static_cast<std::uint64_t>(ViewOf(line).nameId)}};
+  return {names_, NameHandle{static_cast<std::uint64_t>(RecordOf(line).line.nameId)}};
 }
 
 void TargetLinesService::ReleaseLine(LineHandle line) noexcept {

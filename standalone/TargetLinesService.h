@@ -1,7 +1,9 @@
 #pragma once
 
 #include "host/TargetLines.h"
+#include "standalone/AccountTable.h"
 #include "standalone/HandleTable.h"
+#include "standalone/LinesAhead.h"
 #include "standalone/TransactionTable.h"
 
 namespace standalone {
@@ -9,7 +11,8 @@ namespace standalone {
 // The lines of bills, checks and journal entries. A line is seen under its own transaction's type only, or under any.
 class TargetLinesService final : public TargetLines {
  public:
-  TargetLinesService(TransactionTable& transactions, NameList& names) : transactions_(transactions), names_(names) {}
+  TargetLinesService(TransactionTable& transactions, LinesAhead& ahead, AccountTable& accounts, NameList& names)
+      : transactions_(transactions), ahead_(ahead), accounts_(accounts), names_(names) {}
 
   bool TargExists(std::int32_t targetId, TViewType view) override;
   LineHandle OpenLine(std::int32_t targetId, FeatureType feature, ReadFailSafeType failSafe, TViewType view) override;
@@ -21,11 +24,21 @@ class TargetLinesService final : public TargetLines {
   void ReleaseLine(LineHandle line) noexcept override;
 
  private:
-  const LineView& ViewOf(LineHandle line) { return open_.At(static_cast<std::uint64_t>(line)); }
+  struct OpenLineRecord {
+    std::int32_t id = 0;
+    LineView line;
+    // Kept from the moment it is asked for, because the text is to stand until the line is released.
+    Util::TString accountName;
+  };
+
+  bool IsAheadSeenUnder(TViewType view) const;
+  OpenLineRecord& RecordOf(LineHandle line) { return open_.At(static_cast<std::uint64_t>(line)); }
 
   TransactionTable& transactions_;
+  LinesAhead& ahead_;
+  AccountTable& accounts_;
   NameList& names_;
-  HandleTable<LineView> open_;
+  HandleTable<OpenLineRecord> open_;
 };
 
 }  // namespace standalone

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,6 +46,12 @@ std::string PathText(const std::filesystem::path& path);
 
 // Whether the texts are equal but for the case of ASCII letters, as the company file compares names.
 bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept;
+
+// For maps by text that are asked with views.
+struct TextHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>()(text); }
+};
 
 // A record number that a person typed: digits only, 1 to 2147483646. Empty when the text is none.
 std::optional<std::int32_t> ParseRecordNumber(std::string_view text) noexcept;

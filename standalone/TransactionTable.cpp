@@ -2,28 +2,21 @@
 
 namespace standalone {
 
-namespace {
-
-DateType32 DateOf(std::int64_t value) {
-  const auto bits = static_cast<std::uint32_t>(value);
-  return {static_cast<int>(bits >> 16U), static_cast<int>(bits >> 8U & 0xFFU), static_cast<int>(bits & 0xFFU)};
-}
-
-}  // namespace
-
 TransactionTable::TransactionTable(Database& database)
     : database_(database),
       insertHeader_(database, "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, nullif(?3, 0), ?4)"),
       insertLine_(database, "INSERT INTO txn_line (txn_id, account_id, amount, memo) VALUES (?1, ?2, ?3, ?4)"),
       post_(database, "UPDATE txn SET posted = 1 WHERE id = ?1"),
       header_(database, "SELECT id, type, date, name_id, posted, partner_confirmed FROM txn WHERE id = ?1"),
+      anyLine_(database, "SELECT 1 FROM txn_line WHERE id = ?1"),
       lineType_(database,
                 "SELECT 1 FROM txn_line JOIN txn ON txn.id = txn_id WHERE txn_line.id = ?1 "
-                "AND (?2 = 0 OR txn.type = ?2)"),
+                "AND txn.type = ?2"),
       line_(database,
-            "SELECT txn.id, txn.type, date, name_id, account_id, amount, account.full_name, txn_line.memo "
-            "FROM txn_line JOIN txn ON txn.id = txn_id JOIN account ON account.id = account_id "
+            "SELECT txn.id, txn.type, date, name_id, account_id, amount, txn_line.memo "
+            "FROM txn_line JOIN txn ON txn.id = txn_id "
             "WHERE txn_line.id = ?1 AND (?2 = 0 OR txn.type = ?2)"),
+      memo_(database, "SELECT memo FROM txn_line WHERE id = ?1"),
       remove_(database, "DELETE FROM txn WHERE id = ?1"),
       confirm_(database, "UPDATE txn SET partner_confirmed = 1 WHERE id = ?1 AND type = ?2") {}
 
@@ -55,7 +48,7 @@ std::optional<TransactionHeader> TransactionTable::FindHeader(std::int32_t txnId
 }
 
 bool TransactionTable::LineExists(std::int32_t lineId, std::int32_t view) {
-  return lineType_.Query(lineId, view).Step();
+  return view == 0 ? anyLine_.Query(lineId).Step() : lineType_.Query(lineId, view).Step();
 }
 
 bool TransactionTable::FindLine(std::int32_t lineId, std::int32_t view, LineView& line) {
@@ -67,9 +60,14 @@ bool TransactionTable::FindLine(std::int32_t lineId, std::int32_t view, LineView
   line.nameId = rows.Int32(3);
   line.accountId = rows.Int32(4);
   line.amount = rows.Int64(5);
-  line.accountName = rows.Text(6);
-  line.memo = rows.Text(7);
+  line.hasMemo = true;
+  line.memo = rows.Text(6);
   return true;
+}
+
+Util::TString TransactionTable::MemoOf(std::int32_t lineId) {
+  Rows rows = memo_.Query(lineId);
+  return rows.Step() ? Util::TString(rows.Text(0)) : Util::TString();
 }
 
 bool TransactionTable::Delete(std::int32_t txnId) {

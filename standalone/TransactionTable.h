@@ -2,12 +2,10 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "host/DateType32.h"
+#include "host/TString.h"
 #include "standalone/Database.h"
 
 namespace standalone {
@@ -26,6 +24,12 @@ struct NewTransaction {
   std::string_view memo;
 };
 
+// A date as the file keeps it.
+constexpr DateType32 DateOf(std::int64_t stored) noexcept {
+  const auto bits = static_cast<std::uint32_t>(stored);
+  return {static_cast<int>(bits >> 16U), static_cast<int>(bits >> 8U & 0xFFU), static_cast<int>(bits & 0xFFU)};
+}
+
 // What a line and its transaction show.
 struct LineView {
   std::int32_t txnId = 0;
@@ -34,8 +38,8 @@ struct LineView {
   std::int32_t nameId = 0;
   std::int32_t accountId = 0;
   std::int64_t amount = 0;
-  std::string accountName;  // full
-  std::string memo;
+  bool hasMemo = false;  // whether the memo was read
+  Util::TString memo;    // the line's own
 };
 
 struct TransactionHeader {
@@ -64,6 +68,8 @@ class TransactionTable {
   // False when there is no such line; `view` is the type to see it under, 0 for any.
   bool LineExists(std::int32_t lineId, std::int32_t view);
   bool FindLine(std::int32_t lineId, std::int32_t view, LineView& line);
+  // Empty when there is no such line.
+  Util::TString MemoOf(std::int32_t lineId);
 
   // Deletes a transaction with its lines; false when there is none.
   bool Delete(std::int32_t txnId);
@@ -76,8 +82,10 @@ class TransactionTable {
   Statement insertLine_;
   Statement post_;
   Statement header_;
+  Statement anyLine_;
   Statement lineType_;
   Statement line_;
+  Statement memo_;
   Statement remove_;
   Statement confirm_;
 };

@@ -114,6 +114,21 @@ TEST_P(TransactionRowStore, AnUpdateWritesTheRowOfItsLineBack) {
   EXPECT_EQ(untouched.state, 3);
 }
 
+TEST_P(TransactionRowStore, AnUpdateWritesEveryFieldOfTheRowBack) {
+  const std::int32_t relation = SaveRelation("9130347");
+  const std::int32_t other = SaveRelation("5550001");
+  ASSERT_TRUE(Save(Row(relation, {100, 200}, "req", kTxnTypeBill)));
+  DBMultiEntityTransaction row = Row(other, {100, 200}, "another", kTxnTypeCheck);
+
+  ASSERT_TRUE(Store().UpdateTransaction(row).Succeeded());
+
+  DBMultiEntityTransaction changed{};
+  ASSERT_TRUE(Store().GetTransactionWithRequestId(other, "another", changed).Succeeded());
+  EXPECT_EQ(changed.targetId, 200);
+  EXPECT_EQ(changed.txnType, kTxnTypeCheck);
+  EXPECT_TRUE(Store().GetTransactionWithRequestId(relation, "req", changed).Failed());
+}
+
 TEST_P(TransactionRowStore, AnUpdateOfARowThatIsNotThereFails) {
   const std::int32_t relation = SaveRelation("9130347");
   DBMultiEntityTransaction row = Row(relation, {100, 200}, "req", kTxnTypeBill);

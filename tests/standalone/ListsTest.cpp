@@ -131,7 +131,7 @@ TEST_F(TheUserList, GivesAUserTheRightsOfItsRowsOnly) {
   User clerk = NewUser("clerk");
   clerk.featureRights = {{kFeatureBills, kActionCreate}};
   clerk.listRights = {{kListAccounts, kActionView}};
-  PermissionsService permissions(Users(), Users().Add(clerk).id);
+  PermissionsService permissions(host_.Data(), Users(), Users().Add(clerk).id);
   CAccnt account(host_.Services().accounts, kFeatureTypeStandard);
 
   EXPECT_FALSE(permissions.CurrentUserIsAdminUser());
@@ -145,7 +145,7 @@ TEST_F(TheUserList, GivesAUserTheRightsOfItsRowsOnly) {
 TEST_F(TheUserList, GivesAUserThatWasRemovedNoRight) {
   User second = NewUser("second");
   second.administrator = true;
-  PermissionsService permissions(Users(), Users().Add(second).id);
+  PermissionsService permissions(host_.Data(), Users(), Users().Add(second).id);
   ASSERT_TRUE(permissions.CurrentUserIsAdminUser());
 
   Users().Remove("second");

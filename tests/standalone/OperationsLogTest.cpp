@@ -41,6 +41,31 @@ class TheOperationsLog : public testing::Test {
   LogReader reader_{path_};
 };
 
+TEST_F(TheOperationsLog, LeavesOutWhatIsBelowItsLeastLevel) {
+  OperationsLog log(path_, "clerk", {.least = Util::Ops::Level::kWarning});
+  EXPECT_FALSE(log.Wants(Util::Ops::Level::kNotice));
+  EXPECT_TRUE(log.Wants(Util::Ops::Level::kWarning));
+
+  Write(log, "a note");
+  Write(log, "a warning", Util::Ops::Level::kWarning);
+  log.Flush();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("a warning")));
+}
+
+TEST_F(TheOperationsLog, IsObservedAsAWholeWhateverItsLeastLevel) {
+  OperationsLog log(path_, "clerk", {.least = Util::Ops::Level::kWarning});
+  std::vector<std::string> observed;
+  log.SetObserver([&](const Util::Ops::Line& line) { observed.emplace_back(line.message); });
+  EXPECT_TRUE(log.Wants(Util::Ops::Level::kTrace));
+
+  Write(log, "a note");
+  log.Flush();
+
+  EXPECT_THAT(observed, ElementsAre("a note"));
+  EXPECT_THAT(reader_.LastLines(10), IsEmpty());
+}
+
 TEST_F(TheOperationsLog, GivesEveryColumnBackAsItWasWritten) {
   OperationsLog log(path_, "clerk");
   Write(log, "MULTIENTITY::Entering GetRelation", Util::Ops::Level::kWarning);

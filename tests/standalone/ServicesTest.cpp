@@ -223,5 +223,33 @@ TEST(TheRuntime, FormatsATextThatItsMemoryManagerTakesBack) {
   runtime.GetMemoryManager().Release(text);
 }
 
+TEST(TheRuntime, SaysWhereATextIsNull) {
+  RuntimeService runtime;
+  const char* const none = nullptr;
+
+  char* const text = Format(runtime, "%s%s", "Top", none);
+
+  EXPECT_STREQ(text, "Top(null)");
+  runtime.GetMemoryManager().Release(text);
+}
+
+TEST(TheRuntime, JoinsTextsOfAnyLengthOfWhichSeveralAreOutAtOnce) {
+  RuntimeService runtime;
+  const std::string longText(5000, 'x');
+
+  char* const first = Format(runtime, "%s%s%s", "Top", ":", "");
+  char* const second = Format(runtime, "%s%s", first, "Mid");
+  char* const longest = Format(runtime, "%s%s", longText.c_str(), "!");
+  runtime.GetMemoryManager().Release(first);
+  char* const last = Format(runtime, "%s%s%s%s", "a", "b", "c", "d");
+
+  EXPECT_STREQ(second, "Top:Mid");
+  EXPECT_EQ(std::string(longest), longText + "!");
+  EXPECT_STREQ(last, "abcd");
+  runtime.GetMemoryManager().Release(second);
+  runtime.GetMemoryManager().Release(longest);
+  runtime.GetMemoryManager().Release(last);
+}
+
 }  // namespace
 }  // namespace standalone

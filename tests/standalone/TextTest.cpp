@@ -64,6 +64,16 @@ TEST(Amount, IsRefusedBeyondItsRange) {
   EXPECT_THAT(ParseAmount("00000000000000000000000000000001"), Optional(100));
 }
 
+TEST(Amount, IsAddedUpToWhatCanBeCounted) {
+  EXPECT_THAT(AddAmounts(INT64_MAX - kLargestAmount, kLargestAmount), Optional(INT64_MAX));
+  EXPECT_THAT(AddAmounts(INT64_MAX - kLargestAmount + 1, kLargestAmount), Eq(std::nullopt));
+  EXPECT_THAT(AddAmounts(INT64_MAX, -kLargestAmount), Optional(INT64_MAX - kLargestAmount));
+  EXPECT_THAT(AddAmounts(INT64_MIN + kLargestAmount, -kLargestAmount), Optional(INT64_MIN));
+  EXPECT_THAT(AddAmounts(INT64_MIN + kLargestAmount - 1, -kLargestAmount), Eq(std::nullopt));
+  EXPECT_THAT(AddAmounts(INT64_MIN, kLargestAmount), Optional(INT64_MIN + kLargestAmount));
+  EXPECT_THAT(AddAmounts(-5, 3), Optional(-2));
+}
+
 TEST(Amount, IsShownForEveryNumber) {
   EXPECT_EQ(FormatAmount(0), "0.00");
   EXPECT_EQ(FormatAmount(-1), "-0.01");

@@ -327,25 +327,50 @@ TEST_F(AUnitOfWork, BeginsAgainAfterACommandThatFailed) {
   EXPECT_EQ(Accounts(host), 1);
 }
 
-TEST_F(AUnitOfWork, KeepsNoPartOfABookingThatFailedHalfway) {
-  Database database(path_, kBusyTimeout);
-  database.Execute("CREATE TRIGGER stubborn BEFORE UPDATE ON txn BEGIN SELECT RAISE(ABORT, 'not today'); END");
+class AUnitOfWorkWithABookingThatFailsHalfway : public AUnitOfWork {
+ protected:
+  // Triggers of a file that somebody else has changed.
+  void Forbid(const char* change) {
+    Database database(path_, kBusyTimeout);
+    const std::string trigger = std::string("CREATE TRIGGER no_") + change + " BEFORE " + change +
+                                " ON txn BEGIN SELECT RAISE(ABORT, 'not today'); END";
+    database.Execute(trigger.c_str());
+  }
+
+  static void AddAccountsAndBook(StandaloneHost& host) {
+    host.Request(Access::kWrite, [&] {
+      const std::int32_t dueTo = host.Accounts().Create({"Due to", 7, 0, false}).id;
+      const std::int32_t rent = host.Accounts().Create({"Rent", 12, 0, false}).id;
+      const std::int32_t name = host.Names().Create("Northfield", NameKind::kVendor).id;
+      CAccnt credited(host.Services().accounts, dueTo, kFeatureTypeStandard);
+      CAccnt debited(host.Services().accounts, rent, kFeatureTypeStandard);
+      JournalEntryIds ids;
+      EXPECT_EQ(host.Services().journal.CreateGeneralJournalEntry(credited, debited, "10", ids, name, "Northfield"),
+                kEdListFailure);
+    });
+  }
+};
+
+TEST_F(AUnitOfWorkWithABookingThatFailsHalfway, KeepsNoPartOfIt) {
+  Forbid("UPDATE");
   StandaloneHost host(path_);
 
-  host.Request(Access::kWrite, [&] {
-    const std::int32_t dueTo = host.Accounts().Create({"Due to", 7, 0, false}).id;
-    const std::int32_t rent = host.Accounts().Create({"Rent", 12, 0, false}).id;
-    const std::int32_t name = host.Names().Create("Northfield", NameKind::kVendor).id;
-    CAccnt credited(host.Services().accounts, dueTo, kFeatureTypeStandard);
-    CAccnt debited(host.Services().accounts, rent, kFeatureTypeStandard);
-    JournalEntryIds ids;
-    EXPECT_EQ(host.Services().journal.CreateGeneralJournalEntry(credited, debited, "10", ids, name, "Northfield"),
-              kEdListFailure);
-  });
+  AddAccountsAndBook(host);
 
   EXPECT_EQ(Accounts(host), 2);
   EXPECT_EQ(Count(host, "SELECT count(*) FROM txn"), 0);
   EXPECT_EQ(Count(host, "SELECT count(*) FROM txn_line"), 0);
+}
+
+TEST_F(AUnitOfWorkWithABookingThatFailsHalfway, IsGivenUpWhenThePartCannotBeTakenOut) {
+  Forbid("UPDATE");
+  Forbid("DELETE");
+  StandaloneHost host(path_);
+
+  EXPECT_THROW(AddAccountsAndBook(host), UnitOfWorkError);
+
+  EXPECT_EQ(Accounts(host), 0);
+  EXPECT_EQ(Count(host, "SELECT count(*) FROM txn"), 0);
 }
 
 }  // namespace

@@ -28,5 +28,6 @@ void BoundedCopy(char (&field)[kWidth], const Util::TString& text) {
 // The text of a row's field.
 template <std::size_t kWidth>
 std::string_view FieldText(const char (&field)[kWidth]) noexcept {
-  return {field, static_cast<std::size_t>(std::find(field, field + kWidth, '\0') - field)};
+  const void* const end = std::memchr(field, '\0', kWidth);
+  return {field, end != nullptr ? static_cast<std::size_t>(static_cast<const char*>(end) - field) : kWidth};
 }

@@ -9,7 +9,16 @@
 
 namespace {
 
-using RelationsById = std::unordered_map<std::int32_t, DBMultiEntityRelation>;
+// What the entries show of a relation. The texts are shared by all entries of the partner.
+struct Partner {
+  explicit Partner(const DBMultiEntityRelation& relation)
+      : realmId(FieldText(relation.realmId)), name(FieldText(relation.partnerName)) {}
+
+  Util::TString realmId;
+  Util::TString name;
+};
+
+using PartnersByRelation = std::unordered_map<std::int32_t, Partner>;
 
 constexpr std::int32_t kDefaultAccountName = 0;
 
@@ -53,14 +62,14 @@ void NoteRefusedView(const OperationLog& log, std::int16_t txnType) {
   }
 }
 
-RelationsById ReadRelations() {
+PartnersByRelation ReadPartners() {
   std::vector<DBMultiEntityRelation> relations;
   // An unreadable table shows up as a line without a relation.
   static_cast<void>(Host().multiEntity.GetAllRelations(relations));
-  RelationsById byId;
-  byId.reserve(relations.size());
-  for (const DBMultiEntityRelation& relation : relations) byId.try_emplace(relation.relationId, relation);
-  return byId;
+  PartnersByRelation partners;
+  partners.reserve(relations.size());
+  for (const DBMultiEntityRelation& relation : relations) partners.try_emplace(relation.relationId, relation);
+  return partners;
 }
 
 TargType OpenLine(std::int32_t targetId, std::int16_t txnType) {
@@ -72,8 +81,7 @@ bool IsInPeriod(DateType32 date, DateType32 from, DateType32 to) noexcept {
 }
 
 // What both listings show of a line.
-METxnInfo Describe(const DBMultiEntityTransaction& row, const DBMultiEntityRelation& relation, const TargType& line,
-                   DateType32 date) {
+METxnInfo Describe(const DBMultiEntityTransaction& row, const Partner& partner, const TargType& line, DateType32 date) {
   METxnInfo info;
   info.txnId = row.txnId;
   info.targetId = row.targetId;
@@ -81,8 +89,8 @@ METxnInfo Describe(const DBMultiEntityTransaction& row, const DBMultiEntityRelat
   info.state = row.state;
   info.requestId = FieldText(row.requestId);
   info.amount = MoneyText(line.GetAmount());
-  info.partnerName = FieldText(relation.partnerName);
-  info.realmId = FieldText(relation.realmId);
+  info.partnerName = partner.name;
+  info.realmId = partner.realmId;
   info.txnDate = MultiEntityUtils::FormatDate(date);
   return info;
 }
@@ -150,7 +158,7 @@ MEStatusCode ListTransaction(const OperationLog& log, std::vector<METxnInfo>& li
     }
 
     const TargType line = OpenLine(row.targetId, row.txnType);
-    METxnInfo info = Describe(row, relation, line, line.GetDate());
+    METxnInfo info = Describe(row, Partner(relation), line, line.GetDate());
     info.currencyCode = MultiEntityUtils::GetHomeCurrencyCode();
     info.txnName = MultiEntityUtils::GetQualifiedTxnName(line, row.txnType);
     list.push_back(std::move(info));
@@ -161,18 +169,19 @@ MEStatusCode ListTransaction(const OperationLog& log, std::vector<METxnInfo>& li
 MEStatusCode ListPeriod(const OperationLog& log, std::vector<METxnInfo>& list, DateType32 from, DateType32 to) {
   list.clear();
   const ViewRights rights;
-  const RelationsById relations = ReadRelations();
+  const PartnersByRelation partners = ReadPartners();
   std::vector<DBMultiEntityTransaction> rows;
   if (Host().multiEntity.GetAllTransactionWithTargets(rows).Failed()) return MEStatusSuccess;
 
+  list.reserve(rows.size());
   for (const DBMultiEntityTransaction& row : rows) {
     if (!rights.Cover(row.txnType)) {
       NoteRefusedView(log, row.txnType);
       continue;
     }
 
-    const auto relation = relations.find(row.relationId);
-    if (relation == relations.end()) {
+    const auto partner = partners.find(row.relationId);
+    if (partner == partners.end()) {
       log.Error("MULTIENTITY_ERROR:: Not able to fetch relation data with id [%d] from relation table %s",
                 row.relationId, log.Name());
       return MEStatusReadFailed;
@@ -190,7 +199,7 @@ MEStatusCode ListPeriod(const OperationLog& log, std::vector<METxnInfo>& list, D
       continue;
     }
 
-    METxnInfo info = Describe(row, relation->second, line, date);
+    METxnInfo info = Describe(row, partner->second, line, date);
     FillAccountNames(log, line, info);
     info.currencyCode = MultiEntityUtils::GetHomeCurrencyCode();
     info.txnName = MultiEntityUtils::GetQualifiedTxnName(line, row.txnType);

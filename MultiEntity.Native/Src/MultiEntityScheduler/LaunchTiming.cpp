@@ -7,7 +7,6 @@
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntityDriver/ActiveFile.h"
 #include "MultiEntityDriver/Operations.h"
-#include "MultiEntityUtils/TwoDigits.h"
 #include "platform/SystemTime.h"
 
 namespace {
@@ -21,6 +20,13 @@ constexpr std::size_t kYearLength = 4;
 constexpr std::size_t kMonthAt = 4;
 constexpr std::size_t kDayAt = 6;
 constexpr std::size_t kFieldLength = 2;
+
+// In decimal, with a leading zero below 10.
+std::string TwoDigits(int number) {
+  std::string digits = std::to_string(number);
+  if (number < 10) digits.insert(digits.begin(), '0');
+  return digits;
+}
 
 // A number as the runtime's own conversions read it: white space, a sign, digits; the rest is ignored.
 struct Number {

@@ -1,13 +1,25 @@
+#include <array>
+#include <charconv>
 #include <cstdarg>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include "MultiEntityDriver/AttachedHost.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
-#include "MultiEntityUtils/TwoDigits.h"
 
 namespace {
+
+// Made once, so that handing them out copies no characters.
+const Util::TString kDefaultCurrencyCode("USD");
+const Util::TString kParentPattern("%s%s%s");
+const Util::TString kNamePattern("%s%s");
+
+// A valid day or month.
+char* AppendTwoDigits(char* end, int number) noexcept {
+  *end++ = static_cast<char>('0' + number / 10);
+  *end++ = static_cast<char>('0' + number % 10);
+  return end;
+}
 
 Util::TString OwnName(const CName& name) {
   return name.GetName(nullptr, 0);
@@ -17,8 +29,14 @@ Util::TString OwnName(const CName& name) {
 
 Util::TString MultiEntityUtils::FormatDate(DateType32 date) {
   if (!date.ValidDate()) return {};
-  return std::string_view(TwoDigits(date.GetMonth()) + '/' + TwoDigits(date.GetDay()) + '/' +
-                          std::to_string(date.GetYear()));
+  // A valid date's year has at most five digits.
+  std::array<char, 16> text{};
+  char* end = AppendTwoDigits(text.data(), date.GetMonth());
+  *end++ = '/';
+  end = AppendTwoDigits(end, date.GetDay());
+  *end++ = '/';
+  end = std::to_chars(end, text.data() + text.size(), date.GetYear()).ptr;
+  return std::string_view(text.data(), static_cast<std::size_t>(end - text.data()));
 }
 
 Util::TString MultiEntityUtils::GetHomeCurrencyCode() {
@@ -28,7 +46,7 @@ Util::TString MultiEntityUtils::GetHomeCurrencyCode() {
     preferences.GetHomeCurrency(currency);
     if (currency.IsValid()) return currency.GetCode();
   }
-  return "USD";
+  return kDefaultCurrencyCode;
 }
 
 Util::TString MultiEntityUtils::GetQualifiedTxnName(const TargType& line, std::int16_t txnType) {
@@ -38,10 +56,10 @@ Util::TString MultiEntityUtils::GetQualifiedTxnName(const TargType& line, std::i
   const Util::TString ownName = OwnName(name);
   Util::TString prefix;
   for (CName parent = name.GetParent(); parent.IsValid(); parent = parent.GetParent()) {
-    FormatString(prefix, "%s%s%s", OwnName(parent).c_str(), ":", prefix.c_str());
+    FormatString(prefix, kParentPattern, OwnName(parent).c_str(), ":", prefix.c_str());
   }
   Util::TString qualifiedName;
-  FormatString(qualifiedName, "%s%s", prefix.c_str(), ownName.c_str());
+  FormatString(qualifiedName, kNamePattern, prefix.c_str(), ownName.c_str());
   return qualifiedName;
 }
 

@@ -1,0 +1,113 @@
+#include "bench/Comparison.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+struct Median {
+  double seconds = 0.0;
+  double cpuSeconds = 0.0;
+};
+
+std::string NameOf(const std::string& what, const char* side) {
+  return what + " | " + side;
+}
+
+std::string Duration(double seconds) {
+  if (seconds < 1e-6) return fmt::format("{:.0f} ns", seconds * 1e9);
+  if (seconds < 1e-3) return fmt::format("{:.2f} us", seconds * 1e6);
+  if (seconds < 1) return fmt::format("{:.2f} ms", seconds * 1e3);
+  return fmt::format("{:.3f} s", seconds);
+}
+
+}  // namespace
+
+// Keeps the medians, and shows each as it comes.
+class Reporter : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context& /*context*/) override { return true; }
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.error_occurred) {
+        failed_ = true;
+        fmt::print("{}: {}\n", run.run_name.function_name, run.error_message);
+      }
+      if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
+      const double unit = benchmark::GetTimeUnitMultiplier(run.time_unit);
+      const Median median{run.GetAdjustedRealTime() / unit, run.GetAdjustedCPUTime() / unit};
+      medians_[run.run_name.function_name] = median;
+      fmt::print("  {:<75} {:>10}\n", run.run_name.function_name, Duration(median.seconds));
+      std::fflush(stdout);
+    }
+  }
+
+  void PrintTable(const Table& table) const {
+    fmt::print("\n| what | multientity | by hand | ratio | CPU ratio | at most |\n|---|---:|---:|---:|---:|---:|\n");
+    for (const Comparison& comparison : table.comparisons_) PrintLine(table, comparison);
+  }
+
+  bool Failed() const noexcept { return failed_; }
+
+ private:
+  void PrintLine(const Table& table, const Comparison& comparison) const {
+    const auto ours = medians_.find(NameOf(comparison.what, kOurs));
+    if (ours == medians_.end()) return;
+    Median best;
+    for (const std::string& hand : table.hands_.at(comparison.what)) {
+      const auto found = medians_.find(hand);
+      if (found == medians_.end()) continue;
+      if (best.seconds == 0.0 || found->second.seconds < best.seconds) best = found->second;
+    }
+    const std::string perItem =
+        comparison.items == 0.0 ? "" : fmt::format(" ({} each)", Duration(ours->second.seconds / comparison.items));
+    fmt::print("| {} | {}{} | {} | {:.2f} | {:.2f} | {} |\n", comparison.what, Duration(ours->second.seconds), perItem,
+               Duration(best.seconds), ours->second.seconds / best.seconds, ours->second.cpuSeconds / best.cpuSeconds,
+               comparison.target == 0.0 ? "" : fmt::format("{:.1f}", comparison.target));
+  }
+
+  std::map<std::string, Median> medians_;
+  bool failed_ = false;
+};
+
+void Table::Add(Comparison comparison, Body ours, Body byHand) {
+  const std::string name = NameOf(comparison.what, kByHand);
+  Register(NameOf(comparison.what, kOurs), comparison.waitsForDisk, std::move(ours));
+  Register(name, comparison.waitsForDisk, std::move(byHand));
+  hands_[comparison.what].push_back(name);
+  comparisons_.push_back(std::move(comparison));
+}
+
+void Table::AddOtherHand(const std::string& what, const char* side, Body byHand) {
+  Register(NameOf(what, side), /*waitsForDisk=*/false, std::move(byHand));
+  hands_[what].push_back(NameOf(what, side));
+}
+
+void Table::Register(const std::string& name, bool waitsForDisk, Body body) {
+  constexpr int kRepetitionsOnDisk = 25;
+  constexpr int kIterationsOnDisk = 200;
+  auto* const registered = benchmark::RegisterBenchmark(name.c_str(), std::move(body))->UseRealTime();
+  if (waitsForDisk) registered->Repetitions(kRepetitionsOnDisk)->Iterations(kIterationsOnDisk);
+}
+
+void Table::Run(int repetitions, double minimumSeconds) {
+  std::vector<std::string> arguments{"multientity_bench", fmt::format("--benchmark_repetitions={}", repetitions),
+                                     fmt::format("--benchmark_min_time={}", minimumSeconds),
+                                     "--benchmark_enable_random_interleaving=true"};
+  std::vector<char*> pointers;
+  for (std::string& argument : arguments) pointers.push_back(argument.data());
+  auto count = static_cast<int>(pointers.size());
+  benchmark::Initialize(&count, pointers.data());
+  Reporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintTable(*this);
+  if (reporter.Failed()) throw std::runtime_error("a benchmark failed");
+}
+
+}  // namespace bench

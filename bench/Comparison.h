@@ -1,0 +1,54 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <map>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// One line of the table: what is measured on both sides in the same run. Each side's name is `what` and the side.
+struct Comparison {
+  std::string what;
+  double target = 0.0;  // the most that the ratio of the medians may be; 0 for a line that is for orientation
+  // How many of what one measured iteration does, such as lines; 0 when the line itself is one.
+  double items = 0.0;
+  // Waits for the disk, whose time changes from one moment to the next: measured in many short repetitions. Both sides
+  // do the same number of times, because a write-ahead log that still grows takes longer than one that is used again.
+  bool waitsForDisk = false;
+};
+
+inline constexpr const char* kOurs = "multientity";
+inline constexpr const char* kByHand = "by hand";
+inline constexpr const char* kByHandAsText = "by hand, formatted by SQL";
+
+using Body = std::function<void(benchmark::State&)>;
+
+// Registers both sides of a comparison. With several hand-written sides the fastest one counts.
+class Table {
+ public:
+  // What does not match the regular expression is left out.
+  explicit Table(const std::string& only) : only_(only) {}
+  bool Wants(const std::string& what) const { return std::regex_search(what, only_); }
+
+  void Add(Comparison comparison, Body ours, Body byHand);
+  void AddOtherHand(const std::string& what, const char* side, Body byHand);
+
+  // Runs what is registered, each side as often as `repetitions` says and in an order mixed at random, and prints the
+  // table of medians.
+  void Run(int repetitions, double minimumSeconds);
+
+ private:
+  friend class Reporter;
+
+  void Register(const std::string& name, bool waitsForDisk, Body body);
+
+  std::regex only_;
+  std::vector<Comparison> comparisons_;
+  std::map<std::string, std::vector<std::string>> hands_;
+};
+
+}  // namespace bench

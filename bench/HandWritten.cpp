@@ -1,0 +1,353 @@
+#include "bench/HandWritten.h"
+
+#include <sqlite3.h>
+
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <ostream>
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+// The row's line, its entry's other line and the lists, each found by its record number.
+constexpr const char* kPeriod = R"sql(
+SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.partner_name, l.amount, t.date,
+       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
+       m.relation_id, l.account_id, other.account_id
+  FROM me_transaction m
+  CROSS JOIN me_relation r ON r.id = m.relation_id
+  CROSS JOIN txn_line l ON l.id = m.target_id
+  CROSS JOIN txn t ON t.id = l.txn_id
+  CROSS JOIN account a ON a.id = l.account_id
+  LEFT JOIN name n ON m.txn_type <> 8 AND n.id = t.name_id
+  LEFT JOIN txn_line other ON m.txn_type = 8 AND other.id = m.target_id + 1 AND other.txn_id = l.txn_id
+  LEFT JOIN account other_account ON other_account.id = other.account_id
+ WHERE t.type = m.txn_type AND t.date BETWEEN ?1 AND ?2
+ ORDER BY m.id)sql";
+
+constexpr const char* kPeriodText = R"sql(
+SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.partner_name,
+       printf('%,d.%02d', l.amount / 100, l.amount % 100),
+       printf('%02d/%02d/%d', t.date >> 8 & 255, t.date & 255, t.date >> 16),
+       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
+       m.relation_id, l.account_id, other.account_id
+  FROM me_transaction m
+  CROSS JOIN me_relation r ON r.id = m.relation_id
+  CROSS JOIN txn_line l ON l.id = m.target_id
+  CROSS JOIN txn t ON t.id = l.txn_id
+  CROSS JOIN account a ON a.id = l.account_id
+  LEFT JOIN name n ON m.txn_type <> 8 AND n.id = t.name_id
+  LEFT JOIN txn_line other ON m.txn_type = 8 AND other.id = m.target_id + 1 AND other.txn_id = l.txn_id
+  LEFT JOIN account other_account ON other_account.id = other.account_id
+ WHERE t.type = m.txn_type AND t.date BETWEEN ?1 AND ?2
+ ORDER BY m.id)sql";
+
+constexpr const char* kCount = "SELECT count(*) FROM me_transaction";
+constexpr const char* kRelation = "SELECT id FROM me_relation WHERE realm_id = ?1";
+constexpr const char* kInsertHeader = "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, ?3, ?4)";
+constexpr const char* kInsertLine = "INSERT INTO txn_line (txn_id, account_id, amount, memo) VALUES (?1, ?2, ?3, ?4)";
+constexpr const char* kInsertRow =
+    "INSERT INTO me_transaction (txn_id, target_id, relation_id, request_id, txn_type, state) "
+    "VALUES (?1, ?2, ?3, ?4, ?5, ?6)";
+constexpr const char* kPost = "UPDATE txn SET posted = 1 WHERE id = ?1";
+constexpr const char* kExists = R"sql(
+SELECT 1 FROM me_relation r
+ WHERE r.realm_id = ?1
+   AND (EXISTS (SELECT 1 FROM me_transaction WHERE relation_id = r.id AND request_id = ?2)
+        OR EXISTS (SELECT 1 FROM me_rejected_transaction WHERE request_id = ?2)))sql";
+constexpr const char* kRow = R"sql(
+SELECT m.id, m.txn_id, m.txn_type FROM me_transaction m
+ WHERE m.relation_id = (SELECT id FROM me_relation WHERE realm_id = ?1) AND m.request_id = ?2
+ ORDER BY m.id LIMIT 1)sql";
+constexpr const char* kConfirm = "UPDATE txn SET partner_confirmed = 1 WHERE id = ?1 AND type = ?2";
+constexpr const char* kSetState = "UPDATE me_transaction SET state = ?2 WHERE id = ?1";
+constexpr const char* kFreeAccounts = R"sql(
+WITH used (id) AS MATERIALIZED (
+  SELECT due_from_account_id FROM me_relation UNION SELECT due_to_account_id FROM me_relation)
+SELECT id, full_name, type FROM account
+ WHERE +parent_id IS NULL AND type NOT IN (1, 5) AND type < 15 AND special_kind <> 5 AND id NOT IN used)sql";
+
+[[noreturn]] void Fail(sqlite3* database) {
+  throw std::runtime_error(std::string("the hand-written side failed: ") + sqlite3_errmsg(database));
+}
+
+void Bind(sqlite3_stmt* statement, int index, std::int64_t value) {
+  sqlite3_bind_int64(statement, index, value);
+}
+
+void Bind(sqlite3_stmt* statement, int index, std::string_view text) {
+  sqlite3_bind_text64(statement, index, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+}
+
+template <typename... Values>
+void BindAll(sqlite3_stmt* statement, const Values&... values) {
+  int index = 0;
+  (Bind(statement, ++index, values), ...);
+}
+
+std::string_view Text(sqlite3_stmt* statement, int column) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  if (text == nullptr) return {};
+  return {text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+}
+
+char* TwoDigits(char* at, unsigned number) {
+  *at++ = static_cast<char>('0' + number / 10);
+  *at++ = static_cast<char>('0' + number % 10);
+  return at;
+}
+
+Util::TString DateText(std::uint32_t date) {
+  std::array<char, 16> text;
+  char* at = TwoDigits(text.data(), date >> 8U & 0xFFU);
+  *at++ = '/';
+  at = TwoDigits(at, date & 0xFFU);
+  *at++ = '/';
+  at = std::to_chars(at, text.data() + text.size(), date >> 16U).ptr;
+  return std::string_view(text.data(), static_cast<std::size_t>(at - text.data()));
+}
+
+// From the last digit to the first.
+Util::TString MoneyText(std::int64_t minorUnits) {
+  std::array<char, 32> text;
+  char* const end = text.data() + text.size();
+  std::uint64_t rest =
+      minorUnits < 0 ? 0U - static_cast<std::uint64_t>(minorUnits) : static_cast<std::uint64_t>(minorUnits);
+  char* at = end - 2;
+  TwoDigits(at, static_cast<unsigned>(rest % 100));
+  *--at = '.';
+  rest /= 100;
+  int digits = 0;
+  do {
+    if (digits != 0 && digits % 3 == 0) *--at = ',';
+    *--at = static_cast<char>('0' + rest % 10);
+    rest /= 10;
+    ++digits;
+  } while (rest != 0);
+  if (minorUnits < 0) *--at = '-';
+  return std::string_view(at, static_cast<std::size_t>(end - at));
+}
+
+// Texts that many lines share, by their record numbers; each is taken from the engine once in a listing.
+class SharedTexts {
+ public:
+  const Util::TString& Get(sqlite3_stmt* statement, int idColumn, int textColumn) {
+    const auto id = static_cast<std::size_t>(sqlite3_column_int(statement, idColumn));
+    if (id >= texts_.size()) texts_.resize(id + 1);
+    if (texts_[id].empty()) texts_[id] = Text(statement, textColumn);
+    return texts_[id];
+  }
+
+ private:
+  std::vector<Util::TString> texts_;
+};
+
+struct ListingTexts {
+  Util::TString currency{"USD"};
+  SharedTexts realms;
+  SharedTexts partners;
+  SharedTexts accounts;
+};
+
+void TakeNames(sqlite3_stmt* statement, ListingTexts& texts, METxnInfo& info) {
+  info.requestId = Text(statement, 4);
+  info.realmId = texts.realms.Get(statement, 12, 5);
+  info.partnerName = texts.partners.Get(statement, 12, 6);
+  info.txnName = Text(statement, 9);
+  if (info.txnType == 8) {
+    info.entryAccountName = texts.accounts.Get(statement, 13, 10);
+    info.liabilityAccountName = texts.accounts.Get(statement, 14, 11);
+  } else {
+    info.billCheckAccountName = texts.accounts.Get(statement, 13, 10);
+  }
+}
+
+METxnInfo& Append(sqlite3_stmt* statement, std::vector<METxnInfo>& list, ListingTexts& texts) {
+  METxnInfo& info = list.emplace_back();
+  info.txnId = sqlite3_column_int(statement, 0);
+  info.targetId = sqlite3_column_int(statement, 1);
+  info.txnType = static_cast<std::int16_t>(sqlite3_column_int(statement, 2));
+  info.state = static_cast<std::int16_t>(sqlite3_column_int(statement, 3));
+  info.currencyCode = texts.currency;
+  TakeNames(statement, texts, info);
+  return info;
+}
+
+}  // namespace
+
+HandWritten::HandWritten(const std::filesystem::path& file) {
+  if (sqlite3_open_v2(file.c_str(), &database_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
+    Fail(database_);
+  }
+  sqlite3_extended_result_codes(database_, 1);
+  sqlite3_busy_timeout(database_, 10'000);
+  sqlite3_exec(database_, "PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA trusted_schema = OFF;", nullptr,
+               nullptr, nullptr);
+  begin_ = Prepare("BEGIN IMMEDIATE");
+  commit_ = Prepare("COMMIT");
+  count_ = Prepare(kCount);
+  period_ = Prepare(kPeriod);
+  periodText_ = Prepare(kPeriodText);
+  relation_ = Prepare(kRelation);
+  insertHeader_ = Prepare(kInsertHeader);
+  insertLine_ = Prepare(kInsertLine);
+  insertRow_ = Prepare(kInsertRow);
+  post_ = Prepare(kPost);
+  exists_ = Prepare(kExists);
+  row_ = Prepare(kRow);
+  confirm_ = Prepare(kConfirm);
+  setState_ = Prepare(kSetState);
+  freeAccounts_ = Prepare(kFreeAccounts);
+}
+
+HandWritten::~HandWritten() {
+  for (sqlite3_stmt* statement : statements_) sqlite3_finalize(statement);
+  sqlite3_close(database_);
+}
+
+void HandWritten::ListPeriod(DateType32 from, DateType32 to, std::vector<METxnInfo>& list) {
+  ListingTexts texts;
+  list.reserve(CountRows());
+  BindAll(period_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
+  while (sqlite3_step(period_) == SQLITE_ROW) {
+    METxnInfo& info = Append(period_, list, texts);
+    info.amount = MoneyText(sqlite3_column_int64(period_, 7));
+    info.txnDate = DateText(static_cast<std::uint32_t>(sqlite3_column_int(period_, 8)));
+  }
+  if (sqlite3_reset(period_) != SQLITE_OK) Fail(database_);
+}
+
+void HandWritten::ListPeriodAsText(DateType32 from, DateType32 to, std::vector<METxnInfo>& list) {
+  ListingTexts texts;
+  list.reserve(CountRows());
+  BindAll(periodText_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
+  while (sqlite3_step(periodText_) == SQLITE_ROW) {
+    METxnInfo& info = Append(periodText_, list, texts);
+    info.amount = Text(periodText_, 7);
+    info.txnDate = Text(periodText_, 8);
+  }
+  if (sqlite3_reset(periodText_) != SQLITE_OK) Fail(database_);
+}
+
+std::size_t HandWritten::CountRows() {
+  sqlite3_step(count_);
+  const auto count = static_cast<std::size_t>(sqlite3_column_int64(count_, 0));
+  if (sqlite3_reset(count_) != SQLITE_OK) Fail(database_);
+  return count;
+}
+
+std::int64_t HandWritten::Record(std::string_view realmId, std::int32_t expenseAccount, std::int32_t dueToAccount,
+                                 std::int64_t amount, std::string_view requestId, std::int32_t nameId,
+                                 std::string_view memo, DateType32 date) {
+  Run(begin_);
+  BindAll(relation_, realmId);
+  if (sqlite3_step(relation_) != SQLITE_ROW) Fail(database_);
+  const std::int64_t relationId = sqlite3_column_int64(relation_, 0);
+  sqlite3_reset(relation_);
+  const std::int64_t id = InsertEntry(8, date, nameId, memo, memo, expenseAccount, dueToAccount, amount);
+  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_) - 1, relationId, requestId, std::int64_t{8},
+          std::int64_t{3});
+  Run(insertRow_);
+  Run(commit_);
+  return id;
+}
+
+void HandWritten::Begin() {
+  Run(begin_);
+}
+
+void HandWritten::Insert(const Booking& booking) {
+  const std::int64_t id = InsertEntry(booking.type, booking.date, booking.nameId, booking.memo, "Services",
+                                      booking.account, booking.otherAccount, booking.amount);
+  if (booking.relationId == 0) return;
+  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_) - 1, std::int64_t{booking.relationId},
+          std::string_view(booking.requestId), std::int64_t{booking.type}, std::int64_t{2});
+  Run(insertRow_);
+}
+
+void HandWritten::Commit() {
+  Run(commit_);
+}
+
+bool HandWritten::Exists(std::string_view realmId, std::string_view requestId) {
+  BindAll(exists_, realmId, requestId);
+  const bool exists = sqlite3_step(exists_) == SQLITE_ROW;
+  sqlite3_reset(exists_);
+  return exists;
+}
+
+bool HandWritten::Establish(std::string_view realmId, std::string_view requestId) {
+  Run(begin_);
+  BindAll(row_, realmId, requestId);
+  const bool exists = sqlite3_step(row_) == SQLITE_ROW;
+  const std::int64_t id = sqlite3_column_int64(row_, 0);
+  const std::int64_t txnId = sqlite3_column_int64(row_, 1);
+  const std::int64_t type = sqlite3_column_int64(row_, 2);
+  sqlite3_reset(row_);
+  if (exists) {
+    BindAll(confirm_, txnId, type);
+    Run(confirm_);
+    BindAll(setState_, id, std::int64_t{3});
+    Run(setState_);
+  }
+  Run(commit_);
+  return exists;
+}
+
+HandWritten::AccountMap HandWritten::FreeAccounts(const std::vector<std::string>& typeNames) {
+  AccountMap accounts;
+  while (sqlite3_step(freeAccounts_) == SQLITE_ROW) {
+    accounts.try_emplace(sqlite3_column_int(freeAccounts_, 0), Text(freeAccounts_, 1),
+                         typeNames[static_cast<std::size_t>(sqlite3_column_int(freeAccounts_, 2))]);
+  }
+  if (sqlite3_reset(freeAccounts_) != SQLITE_OK) Fail(database_);
+  return accounts;
+}
+
+void HandWritten::PrintPlans(std::ostream& out) {
+  for (sqlite3_stmt* statement : statements_) {
+    const char* const sql = sqlite3_sql(statement);
+    out << sql << '\n';
+    sqlite3_stmt* plan = nullptr;
+    if (sqlite3_prepare_v2(database_, (std::string("EXPLAIN QUERY PLAN ") + sql).c_str(), -1, &plan, nullptr) !=
+        SQLITE_OK) {
+      Fail(database_);
+    }
+    while (sqlite3_step(plan) == SQLITE_ROW) out << "    " << Text(plan, 3) << '\n';
+    sqlite3_finalize(plan);
+  }
+}
+
+sqlite3_stmt* HandWritten::Prepare(const char* sql) {
+  sqlite3_stmt* statement = nullptr;
+  if (sqlite3_prepare_v3(database_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr) != SQLITE_OK) {
+    Fail(database_);
+  }
+  statements_.push_back(statement);
+  return statement;
+}
+
+std::int64_t HandWritten::InsertEntry(std::int16_t type, DateType32 date, std::int32_t nameId, std::string_view memo,
+                                      std::string_view lineMemo, std::int32_t account, std::int32_t otherAccount,
+                                      std::int64_t amount) {
+  BindAll(insertHeader_, std::int64_t{type}, static_cast<std::int64_t>(date.Value()), std::int64_t{nameId}, memo);
+  Run(insertHeader_);
+  const std::int64_t id = sqlite3_last_insert_rowid(database_);
+  BindAll(insertLine_, id, std::int64_t{account}, amount, lineMemo);
+  Run(insertLine_);
+  BindAll(insertLine_, id, std::int64_t{otherAccount}, -amount, lineMemo);
+  Run(insertLine_);
+  BindAll(post_, id);
+  Run(post_);
+  return id;
+}
+
+void HandWritten::Run(sqlite3_stmt* statement) {
+  sqlite3_step(statement);
+  if (sqlite3_reset(statement) != SQLITE_OK) Fail(database_);
+}
+
+}  // namespace bench

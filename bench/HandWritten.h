@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "MultiEntity/Records.h"
+#include "host/DateType32.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace bench {
+
+// What a programmer would write who needs the same answers from the same file and nothing else: no host, no module, no
+// log, no rights; one connection with the company file's own settings and statements that are prepared once.
+class HandWritten {
+ public:
+  explicit HandWritten(const std::filesystem::path& file);
+  HandWritten(const HandWritten&) = delete;
+  HandWritten& operator=(const HandWritten&) = delete;
+  ~HandWritten();
+
+  // The lines of a period from one join, its numbers turned to text in C++ or by SQL's own functions.
+  void ListPeriod(DateType32 from, DateType32 to, std::vector<METxnInfo>& list);
+  void ListPeriodAsText(DateType32 from, DateType32 to, std::vector<METxnInfo>& list);
+
+  // One journal entry in a transaction of its own; returns its id.
+  std::int64_t Record(std::string_view realmId, std::int32_t expenseAccount, std::int32_t dueToAccount,
+                      std::int64_t amount, std::string_view requestId, std::int32_t nameId, std::string_view memo,
+                      DateType32 date);
+
+  // Inserts for a file of transactions, between Begin() and Commit().
+  struct Booking {
+    std::int16_t type;
+    DateType32 date;
+    std::int32_t nameId;
+    std::string memo;
+    std::int32_t account;
+    std::int32_t otherAccount;
+    std::int64_t amount;
+    std::int32_t relationId;  // 0 for an ordinary transaction
+    std::string requestId;
+  };
+  void Begin();
+  void Insert(const Booking& booking);
+  void Commit();
+
+  bool Exists(std::string_view realmId, std::string_view requestId);
+  // In a transaction of its own, with the mark that the partner confirmed; false when there is no such line.
+  bool Establish(std::string_view realmId, std::string_view requestId);
+
+  using AccountMap = std::unordered_map<long, std::pair<std::string, std::string>>;
+  // `typeNames` has the types' names by their numbers.
+  AccountMap FreeAccounts(const std::vector<std::string>& typeNames);
+
+  // Each statement with its plan.
+  void PrintPlans(std::ostream& out);
+
+ private:
+  sqlite3_stmt* Prepare(const char* sql);
+  std::size_t CountRows();
+  std::int64_t InsertEntry(std::int16_t type, DateType32 date, std::int32_t nameId, std::string_view memo,
+                           std::string_view lineMemo, std::int32_t account, std::int32_t otherAccount,
+                           std::int64_t amount);
+  void Run(sqlite3_stmt* statement);
+
+  sqlite3* database_ = nullptr;
+  std::vector<sqlite3_stmt*> statements_;
+  sqlite3_stmt* begin_;
+  sqlite3_stmt* commit_;
+  sqlite3_stmt* count_;
+  sqlite3_stmt* period_;
+  sqlite3_stmt* periodText_;
+  sqlite3_stmt* relation_;
+  sqlite3_stmt* insertHeader_;
+  sqlite3_stmt* insertLine_;
+  sqlite3_stmt* insertRow_;
+  sqlite3_stmt* post_;
+  sqlite3_stmt* exists_;
+  sqlite3_stmt* row_;
+  sqlite3_stmt* confirm_;
+  sqlite3_stmt* setState_;
+  sqlite3_stmt* freeAccounts_;
+};
+
+}  // namespace bench

@@ -1,0 +1,63 @@
+#include "MultiEntity/MultiEntityDriver.h"
+#include "bench/Benchmarks.h"
+#include "bench/HandWritten.h"
+#include "bench/SampleCompany.h"
+#include "standalone/Dates.h"
+#include "standalone/Session.h"
+#include "standalone/StandaloneHost.h"
+
+namespace bench {
+
+namespace {
+
+using standalone::Access;
+using standalone::Session;
+using standalone::StandaloneHost;
+
+constexpr std::int64_t kStoredLines = 10'000;
+constexpr std::int64_t kFirstNewRequest = 1'000'000'000;
+
+constexpr std::int32_t kPartner = 7;
+constexpr std::int32_t kName = 131;
+constexpr const char* kMemo = "Region 2:Vendor 1:Branch 1";
+
+}  // namespace
+
+void AddRecording(Table& table, const std::filesystem::path& folder) {
+  constexpr const char* kTitle = "recording one journal entry durably";
+  if (!table.Wants(kTitle)) return;
+  const std::filesystem::path company = CompanyWith(folder, kStoredLines);
+  const std::filesystem::path ours = CopyOf(company, ".recording");
+  const std::filesystem::path theirs = CopyOf(company, ".recording-by-hand");
+  table.Add(
+      {.what = kTitle, .target = 1.1, .waitsForDisk = true},
+      [ours, next = kFirstNewRequest](benchmark::State& state) mutable {
+        StandaloneHost host(ours);
+        const Session session(host);
+        for (auto _ : state) {
+          std::uint32_t txnId = 0;
+          const std::string realm = RealmId(kPartner);
+          const std::string request = RequestId(next++);
+          const MEStatusCode status = host.Request(Access::kWrite, [&] {
+            MEAccountInfo expense;
+            expense.accountId = ExpenseAccount(3);
+            MECNameInfo name;
+            name.nameId = kName;
+            name.name = kMemo;
+            return MultiEntityDriver::RecordGeneralJournalEntry(std::string_view(realm), expense,
+                                                                DueToAccount(kPartner), "1,234.50",
+                                                                std::string_view(request), name, txnId);
+          });
+          if (status != MEStatusSuccess) state.SkipWithError("the entry was not recorded");
+        }
+      },
+      [theirs, next = kFirstNewRequest](benchmark::State& state) mutable {
+        HandWritten hand(theirs);
+        for (auto _ : state) {
+          hand.Record(RealmId(kPartner), ExpenseAccount(3), DueToAccount(kPartner), 123'450, RequestId(next++), kName,
+                      kMemo, standalone::Today());
+        }
+      });
+}
+
+}  // namespace bench

@@ -1,0 +1,128 @@
+// Measures the module and the stand-alone host against hand-written SQLite programs that give the same answers.
+//
+// multientity_bench            everything at full size
+// multientity_bench --quick    smaller, in about two minutes
+// multientity_bench --plans    the hand-written statements with their query plans
+// multientity_bench --only RE  what matches the regular expression; may stand with --quick
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "bench/Benchmarks.h"
+#include "bench/HandWritten.h"
+#include "bench/SampleCompany.h"
+
+namespace bench {
+
+namespace {
+
+constexpr int kRepetitions = 9;
+constexpr int kQuickRepetitions = 5;
+
+struct Options {
+  bool isQuick = false;
+  bool showsPlans = false;
+  std::string filter;
+};
+
+std::optional<Options> Parse(int count, char** arguments) {
+  Options options;
+  for (int index = 1; index < count; ++index) {
+    const std::string_view argument = arguments[index];
+    if (argument == "--quick") {
+      options.isQuick = true;
+    } else if (argument == "--plans") {
+      options.showsPlans = true;
+    } else if (argument == "--only" && index + 1 < count) {
+      options.filter = arguments[++index];
+    } else {
+      fmt::print(stderr, "'{}' is not known; the options are --quick, --plans and --only EXPRESSION.\n", argument);
+      return std::nullopt;
+    }
+  }
+  return options;
+}
+
+Sizes QuickSizes() {
+  Sizes sizes;
+  sizes.listedLines = {10'000, 100'000};
+  sizes.storedLines = 100'000;
+  sizes.importedTransactions = 10'000;
+  return sizes;
+}
+
+void Measure(const Options& options) {
+  const WorkFolder folder(std::filesystem::temp_directory_path());
+  const Sizes sizes = options.isQuick ? QuickSizes() : Sizes();
+  Table table(options.filter);
+  AddPeriodListing(table, folder.Path(), sizes);
+  AddRecording(table, folder.Path());
+  AddRequests(table, folder.Path(), sizes);
+  AddImporting(table, folder.Path(), sizes);
+  AddFreeAccounts(table, folder.Path(), sizes);
+  // What making the files has left to be written would hold up those who wait for the disk.
+  ::sync();
+  if (options.isQuick) {
+    table.Run(kQuickRepetitions, /*minimumSeconds=*/0.1);
+  } else {
+    table.Run(kRepetitions, /*minimumSeconds=*/0.5);
+  }
+  if (table.Wants("peak memory of the period listing")) PrintListingMemory(folder.Path(), sizes);
+  if (table.Wants("peak memory of the import")) PrintImportMemory(folder.Path(), sizes);
+  if (table.Wants("ledger")) PrintLedger(folder.Path(), sizes);
+}
+
+void ShowPlans() {
+  const WorkFolder folder(std::filesystem::temp_directory_path());
+  HandWritten(CompanyWith(folder.Path(), 0)).PrintPlans(std::cout);
+}
+
+}  // namespace
+
+std::filesystem::path CompanyWith(const std::filesystem::path& folder, std::int64_t lines) {
+  std::filesystem::path company = folder / fmt::format("{}.company", lines);
+  if (!std::filesystem::exists(company)) MakeCompany(company, lines);
+  return company;
+}
+
+std::filesystem::path CopyOf(const std::filesystem::path& company, const char* suffix) {
+  std::filesystem::path copy = company;
+  copy += suffix;
+  for (const char* const beside : {"-wal", "-shm", ".log"}) {
+    std::filesystem::path other = copy;
+    other += beside;
+    std::filesystem::remove(other);
+  }
+  std::filesystem::copy_file(company, copy, std::filesystem::copy_options::overwrite_existing);
+  return copy;
+}
+
+void Require(bool isSame, const char* what) {
+  if (!isSame) throw std::runtime_error(what);
+}
+
+}  // namespace bench
+
+int main(int count, char** arguments) {
+  try {
+    const std::optional<bench::Options> options = bench::Parse(count, arguments);
+    if (!options) return 2;
+    if (options->showsPlans) {
+      bench::ShowPlans();
+    } else {
+      bench::Measure(*options);
+    }
+    return EXIT_SUCCESS;
+  } catch (const std::exception& error) {
+    std::cerr << "multientity_bench: " << error.what() << '\n';
+    return EXIT_FAILURE;
+  }
+}

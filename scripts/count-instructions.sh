@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Usage: count-instructions.sh PROGRAM BASELINE FOLDER [--write]
+#
+# Counts the instructions of the fixed pieces of work in PROGRAM with callgrind, compares them with BASELINE and fails
+# when one of them has grown by more than 5 %. With --write, BASELINE is written anew. FOLDER takes the profiles.
+set -euo pipefail
+
+program=$(realpath "$1")
+baseline=$2
+folder=$3
+mode=${4:-}
+
+most_percent=5
+# Small counts jump by more than that when a single instruction is added.
+slack=20
+
+# What the counts depend on besides the sources.
+toolchain="$(uname -m), gcc $(${CXX:-c++} -dumpfullversion), libc $(ldd --version | sed -n '1s/.* //p'),"
+toolchain+=" SQLite $(dpkg-query -W -f='${Version}' libsqlite3-0 | sed 's/-.*//')"
+
+rm -rf "$folder"
+mkdir -p "$folder"
+# The C library chooses its string functions by the processor; this holds it to those that every x86-64 has.
+hwcaps=-AVX,-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-ERMS,-FSRM,-SSE4_2,-SSE4_1,-SSSE3,-BMI1,-BMI2,-LZCNT,-MOVBE,-RTM
+hwcaps+=,-AVX_Fast_Unaligned_Load,-Fast_Unaligned_Copy
+# The same few variables and a relative folder everywhere: getenv and path names cost by their length.
+(
+  cd "$folder"
+  env -i TZ=UTC LC_ALL=C TMPDIR=. GLIBC_TUNABLES=glibc.cpu.hwcaps=$hwcaps \
+    "$(command -v valgrind)" --tool=callgrind --instr-atstart=no --callgrind-out-file=profile "$program"
+) 2>"$folder/valgrind.log" || {
+  cat "$folder/valgrind.log" >&2
+  exit 1
+}
+
+# Prints "count<tab>name" for each piece of work, in its order.
+counts() {
+  find "$folder" -name 'profile.*' | sort -V | xargs awk '
+    /^desc: Trigger: Client Request: / { name = substr($0, 32) }
+    /^totals: / { print $2 "\t" name }'
+}
+counts >"$folder/counts.txt"
+[ -s "$folder/counts.txt" ] || {
+  echo "No piece of work was counted; see $folder/valgrind.log." >&2
+  exit 1
+}
+
+if [ "$mode" = --write ]; then
+  { printf '# Instructions of one call, as scripts/count-instructions.sh counts them; %s\n' "$toolchain"
+    cat "$folder/counts.txt"; } >"$baseline"
+  echo "Wrote $(wc -l <"$folder/counts.txt") counts to $baseline."
+  exit 0
+fi
+
+if ! head -n 1 "$baseline" | grep -qF "; $toolchain"; then
+  echo "The committed counts are those of other tools, so nothing is compared:"
+  echo "  here: $toolchain"
+  echo "  there: $(head -n 1 "$baseline" | sed 's/.*; //')"
+  exit 0
+fi
+
+awk -F '\t' -v most="$most_percent" -v slack="$slack" '
+  NR == FNR { if ($0 !~ /^#/) before[$2] = $1; next }
+  !($2 in before) { print "not in the baseline: " $2; failed = 1; next }
+  {
+    seen[$2] = 1
+    grown = before[$2] > 0 ? 100 * ($1 - before[$2]) / before[$2] : 100
+    if ($1 > before[$2] + slack && grown > most) {
+      printf "grown by %.1f %%: %s, from %d to %d instructions\n", grown, $2, before[$2], $1
+      failed = 1
+    }
+  }
+  END {
+    for (name in before) if (!(name in seen)) { print "no longer counted: " name; failed = 1 }
+    if (!failed) print FNR " counts, none has grown by more than " most " %"
+    else print "If that is wanted, run scripts/count-instructions.sh with --write and say why in the commit"
+    exit failed
+  }' "$baseline" "$folder/counts.txt"

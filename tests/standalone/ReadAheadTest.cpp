@@ -1,0 +1,355 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/standalone/CompanyFixture.h"
+
+namespace standalone {
+namespace {
+
+using testing::ElementsAre;
+
+// What a listing asks of the host: all rows first, then their lines one by one.
+class LinesReadAhead : public CompanyFixture {
+ protected:
+  LinesReadAhead() {
+    host_.Request(Access::kWrite, [&] {
+      rent_ = host_.Accounts().Create({"Rent", KrEnumerations::kExpense, 0, false}).id;
+      dueTo_ = host_.Accounts().Create({"Due to Alder", KrEnumerations::kOtherCurrentLiability, 0, false}).id;
+      DBMultiEntityRelation relation{};
+      relation.realmId[0] = '9';
+      Store().SaveRelation(relation);
+      relation_ = relation.relationId;
+      firstEntry_ = Book(kTxnTypeJournalEntry, 100, "Rent of May");
+      bill_ = Book(kTxnTypeBill, 200, "Power");
+      secondEntry_ = Book(kTxnTypeJournalEntry, 300, "Rent of June");
+    });
+  }
+
+  MultiEntityDBManager& Store() { return host_.Services().multiEntity; }
+  TargetLines& Lines() { return host_.Services().lines; }
+
+  // Books a transaction of two lines with a row for the first one, whose id it returns.
+  std::int32_t Book(std::int16_t type, std::int64_t amount, const char* memo) {
+    const std::int32_t txnId =
+        host_.Transactions().AddHeader({.type = type, .date = {2025, 6, 30}, .nameId = 0, .memo = ""});
+    const std::int32_t line = host_.Transactions().AddLine(txnId, {rent_, amount, memo});
+    host_.Transactions().AddLine(txnId, {dueTo_, -amount, memo});
+    host_.Transactions().Post(txnId);
+    Save(txnId, line, type);
+    return line;
+  }
+
+  void Save(std::int32_t txnId, std::int32_t targetId, std::int16_t type) {
+    DBMultiEntityTransaction row{};
+    row.txnId = txnId;
+    row.targetId = targetId;
+    row.relationId = relation_;
+    row.txnType = type;
+    ASSERT_TRUE(Store().SaveTransaction(row).Succeeded());
+  }
+
+  void ReadRows() {
+    std::vector<DBMultiEntityTransaction> rows;
+    ASSERT_TRUE(Store().GetAllTransactionWithTargets(rows).Succeeded());
+  }
+
+  std::int64_t AmountOf(std::int32_t lineId) {
+    const TargType line(Lines(), lineId, kFeatureTypeStandard, kReadFailSafeDefault, kViewAny);
+    return line.GetAmount().minorUnits;
+  }
+
+  std::string MemoOf(std::int32_t lineId) {
+    const TargType line(Lines(), lineId, kFeatureTypeStandard, kReadFailSafeDefault, kViewAny);
+    return std::string(line.GetStrMemo().view());
+  }
+
+  std::string AccountOf(std::int32_t lineId) {
+    const TargType line(Lines(), lineId, kFeatureTypeStandard, kReadFailSafeDefault, kViewAny);
+    return line.GetAccountName(0, 0);
+  }
+
+  StandaloneHost host_{path_};
+  std::int32_t rent_ = 0;
+  std::int32_t dueTo_ = 0;
+  std::int32_t relation_ = 0;
+  std::int32_t firstEntry_ = 0;
+  std::int32_t bill_ = 0;
+  std::int32_t secondEntry_ = 0;
+};
+
+TEST_F(LinesReadAhead, AreTheLinesOfTheFile) {
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+
+    EXPECT_THAT((std::vector{AmountOf(firstEntry_), AmountOf(firstEntry_ + 1), AmountOf(bill_), AmountOf(bill_ + 1),
+                             AmountOf(secondEntry_), AmountOf(secondEntry_ + 1)}),
+                ElementsAre(100, -100, 200, -200, 300, -300));
+    EXPECT_EQ(AccountOf(secondEntry_), "Rent");
+    EXPECT_EQ(AccountOf(secondEntry_ + 1), "Due to Alder");
+    EXPECT_EQ(MemoOf(secondEntry_), "Rent of June");
+    EXPECT_EQ(MemoOf(secondEntry_ + 1), "Rent of June");
+    EXPECT_EQ(MemoOf(bill_), "Power");
+  });
+}
+
+TEST_F(LinesReadAhead, AreFoundInAnyOrderAndMoreThanOnce) {
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+
+    EXPECT_THAT((std::vector{AmountOf(secondEntry_), AmountOf(bill_), AmountOf(firstEntry_), AmountOf(secondEntry_),
+                             AmountOf(firstEntry_ + 1), AmountOf(secondEntry_ + 1), AmountOf(secondEntry_)}),
+                ElementsAre(300, 200, 100, 300, -100, -300, 300));
+  });
+}
+
+TEST_F(LinesReadAhead, AreSeenUnderTheirOwnTypeOnly) {
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+
+    EXPECT_TRUE(Lines().TargExists(bill_, kTxnTypeBill));
+    EXPECT_TRUE(Lines().TargExists(bill_, kViewAny));
+    EXPECT_FALSE(Lines().TargExists(bill_, kTxnTypeCheck));
+    const TargType line(Lines(), bill_, kFeatureTypeStandard, kReadFailSafeDefault, kTxnTypeCheck);
+    EXPECT_EQ(line.GetAmount().minorUnits, 0);
+    EXPECT_EQ(line.GetDate(), NullDate());
+    EXPECT_TRUE(line.GetStrMemo().empty());
+  });
+}
+
+TEST_F(LinesReadAhead, DoNotMakeUpALineThatIsGone) {
+  host_.Request(Access::kWrite, [&] {
+    Save(4711, 4711, kTxnTypeJournalEntry);
+    const std::int32_t last = Book(kTxnTypeCheck, 400, "");
+    ReadRows();
+
+    EXPECT_TRUE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+    EXPECT_FALSE(Lines().TargExists(4711, kTxnTypeJournalEntry));
+    EXPECT_FALSE(Lines().TargExists(4712, kTxnTypeJournalEntry));
+    EXPECT_FALSE(Lines().TargExists(last + 100, kViewAny));
+    EXPECT_EQ(AmountOf(last), 400);
+    EXPECT_EQ(AmountOf(bill_), 200);
+  });
+}
+
+TEST_F(LinesReadAhead, AreForgottenWhenTheUnitOfWorkWrites) {
+  host_.Request(Access::kWrite, [&] {
+    ReadRows();
+    ASSERT_TRUE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+
+    ASSERT_TRUE(host_.Transactions().Delete(1));
+    EXPECT_FALSE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+    EXPECT_EQ(AmountOf(bill_), 200);
+    const std::int32_t added = Book(kTxnTypeBill, 500, "");
+    EXPECT_EQ(AmountOf(added), 500);
+  });
+}
+
+TEST_F(LinesReadAhead, DoNotHoldBackTheNextUnitOfWorkFromWhatAnotherProgramWrote) {
+  StandaloneHost other(path_);
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+    ASSERT_EQ(AmountOf(firstEntry_), 100);
+    other.Request(Access::kWrite, [&] { ASSERT_TRUE(other.Transactions().Delete(1)); });
+    EXPECT_TRUE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+    EXPECT_EQ(AmountOf(secondEntry_), 300);
+  });
+
+  host_.Request(Access::kRead, [&] {
+    EXPECT_FALSE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+    ReadRows();
+    EXPECT_FALSE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+  });
+}
+
+TEST_F(LinesReadAhead, LeaveNoReaderBehindThatKeepsTheOldStateOfTheFile) {
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+    ASSERT_EQ(AmountOf(firstEntry_), 100);
+  });
+
+  EXPECT_EQ(sqlite3_txn_state(host_.Data().Handle(), "main"), SQLITE_TXN_NONE);
+}
+
+// What is asked of a name or an account again and again in one request.
+class ListsReadOnce : public CompanyFixture {
+ protected:
+  std::string NameOf(std::int32_t id) {
+    return std::string(names_.GetName(NameHandle{static_cast<std::uint64_t>(id)}, nullptr, 0).view());
+  }
+
+  StandaloneHost host_{path_};
+  NameList& names_ = host_.Services().names;
+};
+
+TEST_F(ListsReadOnce, KnowAtOnceWhatTheirOwnUnitOfWorkAdds) {
+  host_.Request(Access::kWrite, [&] {
+    EXPECT_FALSE(names_.IsValidName(NameHandle{1}));
+    EXPECT_EQ(host_.Accounts().FullNameOf(1).view(), "");
+
+    host_.Names().Create("Region", NameKind::kVendor);
+    const Name branch = host_.Names().Create("Region:Branch", NameKind::kVendor);
+    host_.Accounts().Create({"Rent", KrEnumerations::kExpense, 0, false});
+
+    EXPECT_EQ(NameOf(branch.id), "Branch");
+    EXPECT_EQ(names_.GetParent(NameHandle{2}), NameHandle{1});
+    EXPECT_EQ(NameOf(1), "Region");
+    EXPECT_EQ(host_.Accounts().FullNameOf(1).view(), "Rent");
+  });
+}
+
+TEST_F(ListsReadOnce, KnowInTheNextUnitOfWorkWhatAnotherProgramAdded) {
+  host_.Request(Access::kRead, [&] {
+    EXPECT_FALSE(names_.IsValidName(NameHandle{1}));
+    EXPECT_FALSE(host_.Settings().Get().multiCurrency);
+  });
+  StandaloneHost other(path_);
+  other.Request(Access::kWrite, [&] {
+    other.Names().Create("Region", NameKind::kVendor);
+    other.Settings().Set("multi-currency", "yes");
+  });
+
+  host_.Request(Access::kRead, [&] {
+    EXPECT_EQ(NameOf(1), "Region");
+    EXPECT_TRUE(host_.Settings().Get().multiCurrency);
+  });
+}
+
+TEST_F(ListsReadOnce, ForgetWhatTheirOwnUnitOfWorkUndid) {
+  const auto addAndUndo = [&] {
+    host_.Request(Access::kWrite, [&] {
+      host_.Names().Create("Region", NameKind::kVendor);
+      EXPECT_EQ(NameOf(1), "Region");
+      throw std::runtime_error("undo");
+    });
+  };
+
+  EXPECT_THROW(addAndUndo(), std::runtime_error);
+
+  EXPECT_FALSE(host_.Request(Access::kRead, [&] { return names_.IsValidName(NameHandle{1}); }));
+}
+
+TEST_F(ListsReadOnce, AreNotGivenOutsideOfAUnitOfWork) {
+  host_.Request(Access::kRead, [&] { host_.Settings().Get(); });
+
+  EXPECT_THROW(host_.Settings().Get(), UnitOfWorkError);
+}
+
+TEST_F(ListsReadOnce, FollowAPartnerThatAnotherProgramChanges) {
+  MultiEntityDBManager& store = host_.Services().multiEntity;
+  StandaloneHost other(path_);
+  DBMultiEntityRelation relation{};
+  relation.realmId[0] = '9';
+  relation.partnerName[0] = 'A';
+  host_.Request(Access::kWrite, [&] { ASSERT_TRUE(store.SaveRelation(relation).Succeeded()); });
+  const auto nameOfPartner = [&] {
+    DBMultiEntityRelation found{};
+    const Util::Status status = store.GetRelation("9", found);
+    return status.Succeeded() ? std::string(found.partnerName) : "none";
+  };
+  ASSERT_EQ(host_.Request(Access::kRead, nameOfPartner), "A");
+
+  relation.partnerName[0] = 'B';
+  host_.Request(Access::kRead, [&] {
+    ASSERT_EQ(nameOfPartner(), "A");
+    other.Request(Access::kWrite, [&] { other.Services().multiEntity.UpdateRelationForRealm(relation, {}); });
+    EXPECT_EQ(nameOfPartner(), "A");
+  });
+  EXPECT_EQ(host_.Request(Access::kRead, nameOfPartner), "B");
+  relation.partnerName[0] = 'C';
+  host_.Request(Access::kWrite, [&] {
+    ASSERT_EQ(nameOfPartner(), "B");
+    store.UpdateRelationForRealm(relation, {});
+    EXPECT_EQ(nameOfPartner(), "C");
+  });
+  other.Request(Access::kWrite, [&] { other.Services().multiEntity.DeleteRelation("9"); });
+  EXPECT_EQ(host_.Request(Access::kRead, nameOfPartner), "none");
+}
+
+TEST_F(ListsReadOnce, FollowTheRightsThatAnotherProgramWithdraws) {
+  host_.Request(Access::kWrite, [&] {
+    User second;
+    second.name = "Chief";
+    second.administrator = true;
+    host_.Users().Add(second);
+  });
+  StandaloneHost chief(path_, "Chief");
+  const auto mayManage = [&] {
+    return chief.Services().permissions.CurrentUserIsAdminUser();
+  };
+  ASSERT_TRUE(chief.Request(Access::kRead, mayManage));
+
+  host_.Request(Access::kWrite,
+                [&] { host_.Data().Execute("UPDATE user SET administrator = 0 WHERE name = 'Chief'"); });
+
+  EXPECT_FALSE(chief.Request(Access::kRead, mayManage));
+}
+
+TEST_F(ListsReadOnce, AreNotGivenAnyMoreOnceTheFileCannotBeRead) {
+  host_.Request(Access::kWrite, [&] {
+    host_.Names().Create("Region", NameKind::kVendor);
+    host_.Accounts().Create({"Rent", KrEnumerations::kExpense, 0, false});
+  });
+  const auto breakOff = [](void*) {
+    return 1;
+  };
+
+  EXPECT_THROW(host_.Request(Access::kRead,
+                             [&] {
+                               EXPECT_EQ(NameOf(1), "Region");
+                               EXPECT_EQ(host_.Accounts().FullNameOf(1).view(), "Rent");
+                               sqlite3_progress_handler(host_.Data().Handle(), 1, breakOff, nullptr);
+                               EXPECT_THROW(host_.Accounts().List(true), UnitOfWorkError);
+                               sqlite3_progress_handler(host_.Data().Handle(), 0, nullptr, nullptr);
+
+                               EXPECT_THROW(NameOf(1), UnitOfWorkError);
+                               EXPECT_THROW(host_.Accounts().FullNameOf(1), UnitOfWorkError);
+                             }),
+               UnitOfWorkError);
+}
+
+TEST_F(ListsReadOnce, OpenEveryAccountOfTheChartThatWasHandedOut) {
+  ChartOfAccounts& chart = host_.Services().accounts;
+  host_.Request(Access::kWrite, [&] {
+    for (int number = 1; number <= 40; ++number) {
+      host_.Accounts().Create({"Account " + std::to_string(number), static_cast<std::int16_t>(number % 15), 0, false});
+    }
+    host_.Data().Execute("DELETE FROM account WHERE id BETWEEN 10 AND 30");
+    EXPECT_EQ(chart.GetAllAccounts().size(), 19U);
+
+    EXPECT_EQ(CAccnt(chart, 40, kFeatureTypeStandard).GetType(), 40 % 15);
+    EXPECT_EQ(CAccnt(chart, 9, kFeatureTypeStandard).GetType(), 9);
+    EXPECT_EQ(CAccnt(chart, 31, kFeatureTypeStandard).GetType(), 1);
+    EXPECT_EQ(CAccnt(chart, 1, kFeatureTypeStandard).GetType(), 1);
+    CAccnt none(chart, kFeatureTypeStandard);
+    EXPECT_EQ(chart.GetAccountForRecnum(20, none), kEdListFailure);
+    EXPECT_EQ(chart.GetAccountForRecnum(41, none), kEdListFailure);
+    EXPECT_EQ(chart.GetAccountForRecnum(0, none), kEdListFailure);
+    host_.Accounts().Create({"Account 41", 8, 0, false});
+    EXPECT_EQ(CAccnt(chart, 41, kFeatureTypeStandard).GetType(), 8);
+  });
+}
+
+TEST_F(ListsReadOnce, AskTheRemoteSwitchesAfreshInEachUnitOfWork) {
+  KillSwitchHelper& switches = host_.Services().killSwitches;
+  const auto isOn = [&] {
+    return switches.IsFeatureEnabled("MultiEntityAccounts", "Bank");
+  };
+  const std::filesystem::path file = CompanyFile::RemotePath(path_);
+  EXPECT_TRUE(host_.Request(Access::kRead, isOn));
+
+  WriteFile(file, "[switches.MultiEntityAccounts]\nBank = false\n");
+  EXPECT_FALSE(isOn());
+  EXPECT_FALSE(host_.Request(Access::kRead, isOn));
+
+  WriteFile(file, "[switches\n");
+  EXPECT_THROW(host_.Request(Access::kRead, isOn), std::runtime_error);
+  EXPECT_THROW(host_.Request(Access::kRead, isOn), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace standalone

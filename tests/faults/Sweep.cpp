@@ -7,6 +7,7 @@
 #include <iterator>
 #include <map>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 #include <typeinfo>
 
@@ -19,6 +20,7 @@ namespace {
 constexpr std::array kEveryThrown{Thrown::kException, Thrown::kOutOfRange, Thrown::kNoException};
 constexpr int kThrownNumber = 4711;
 constexpr long kNoCode = 0;
+constexpr std::size_t kUnharmed = 0;  // the position of no call
 
 std::string program;
 std::size_t faultsPlayed = 0;
@@ -71,6 +73,62 @@ std::string Act(const Scenario& scenario, Company& company) {
   }
 }
 
+// Another user's transaction, beyond whose ids nothing was given out before.
+constexpr std::int32_t kOthersTxnId = 90;
+constexpr std::int32_t kOthersLine = 900;
+constexpr const char* kNewRequest = "request-after-the-fault";
+
+// What a company does in the hands of an administrator who books on: reads, books, lists, finds and removes an entry,
+// remembers a rejected bill and forgets it.
+Texts WorkOf(Company& company) {
+  ScriptedHost& host = company.host;
+  host.permissions.administrator = true;
+  host.Forget();
+  const Texts before = Describe(host);
+  host.lines.lines[kOthersLine] = {.txnId = kOthersTxnId, .txnType = kTxnTypeBill};
+
+  Results results;
+  Texts texts{"relations " + Text(MultiEntityDriver::GetRelationsList(results.relations))};
+  Results promised;
+  if (texts.front() == "relations 1") promised.relations = host.store.relations;
+  texts.push_back("as they stand " + Text(Describe(results) == Describe(promised)));
+  texts.push_back("booked " + Text(MultiEntityDriver::RecordGeneralJournalEntry(
+                                  "9130", {.name = "Rent", .type = KrEnumerations::kExpense, .accountId = 15}, 12,
+                                  "12.00", kNewRequest, {.name = "Child", .nameId = 33}, results.txnId)));
+  texts.push_back("as transaction " + std::to_string(results.txnId));
+  texts.push_back("listed " + Text(MultiEntityDriver::GetListOfTxnTargetEntries(results.entries, results.txnId)));
+  std::ranges::transform(results.entries, std::back_inserter(texts), [](const METxnInfo& entry) {
+    return call_text::Of(entry.requestId) + ", " + call_text::Of(entry.amount);
+  });
+  texts.push_back("found " + Text(MultiEntityDriver::DoesTransactionExist("9130", kNewRequest)));
+  texts.push_back("removed " + Text(MultiEntityDriver::RemoveGeneralJournalEntry(results.txnId)));
+  texts.push_back("found no more " + Text(MultiEntityDriver::DoesTransactionExist("9130", kNewRequest)));
+  texts.push_back("remembered " + Text(MultiEntityDriver::SaveRejectedTransaction(kNewRequest, kTxnTypeBill, "9130",
+                                                                                  "12.00", "their-bill")));
+  texts.push_back("found " + Text(MultiEntityDriver::DoesTransactionExist("9130", kNewRequest)));
+  texts.push_back("forgotten " + Text(MultiEntityDriver::DeleteRejectedTransaction(kNewRequest)));
+
+  host.lines.lines.erase(kOthersLine);
+  texts.push_back("tables as before " + Text(Describe(host) == before));
+  return texts;
+}
+
+Texts PromisedWork(bool featureIsOff) {
+  return {featureIsOff ? "relations 2" : "relations 1",
+          "as they stand true",
+          "booked 1",
+          "as transaction " + std::to_string(kOthersTxnId + 1),
+          "listed 1",
+          std::string(kNewRequest) + ", 12.00",
+          "found 1",
+          "removed 1",
+          "found no more 0",
+          "remembered 1",
+          "found 1",
+          "forgotten 1",
+          "tables as before true"};
+}
+
 // A company in which the operation was not called yet.
 class Stage {
  public:
@@ -96,11 +154,19 @@ class Stage {
     }
     seen.results = Describe(company_.results);
     seen.tables = Describe(company_.host);
-    if (failingPosition == 0) return seen;
+    if (failingPosition == kUnharmed) return seen;
     for (const Point& point : points_) {
       if (point.position > failingPosition) seen.asked.push_back(point.call);
     }
     return seen;
+  }
+
+  Texts GoOn() {
+    try {
+      return WorkOf(company_);
+    } catch (const std::exception& exception) {
+      return {std::string("throws ") + exception.what()};
+    }
   }
 
   const std::vector<Point>& Points() const noexcept { return points_; }
@@ -243,6 +309,7 @@ void Compare(Judge& judge, const Outcome& seen, const Observation& promised, con
   judge.Compare("lines of the next call", seen.next.lines, nextPromised.lines);
   judge.Compare("results of the next call", seen.next.results, nextPromised.results);
   judge.Compare("tables after the next call", seen.next.tables, nextPromised.tables);
+  judge.Compare("work of the company that was harmed", seen.goingOn, PromisedWork(handling.forGood));
 }
 
 void Write(std::ostream& out, const Texts& texts) {
@@ -277,22 +344,76 @@ Observation ReadObservation(std::istream& in) {
   return seen;
 }
 
-// The arguments of a process of its own: scenario, position, what is thrown or -1, the code or 0, the file to write to.
-Outcome HarmInAFreshProcess(const Scenario& scenario, const Fault& fault) {
+void Write(std::ostream& out, const Point& point) {
+  Write(out, Texts{point.call});
+  out << point.position << '\n' << point.linesBefore << '\n';
+  Write(out, point.results);
+  Write(out, point.tables);
+}
+
+std::size_t ReadNumber(std::istream& in) {
+  std::string line;
+  std::getline(in, line);
+  return line.empty() ? 0 : std::stoul(line);
+}
+
+Point ReadPoint(std::istream& in) {
+  Point point;
+  point.call = ReadTexts(in).at(0);
+  point.position = ReadNumber(in);
+  point.linesBefore = ReadNumber(in);
+  point.results = ReadTexts(in);
+  point.tables = ReadTexts(in);
+  return point;
+}
+
+void Write(std::ostream& out, const Record& record) {
+  Write(out, record.unharmed);
+  out << record.points.size() << '\n';
+  for (const Point& point : record.points) Write(out, point);
+}
+
+Record ReadRecord(std::istream& in) {
+  Record record;
+  record.unharmed = ReadObservation(in);
+  const std::size_t points = ReadNumber(in);
+  std::generate_n(std::back_inserter(record.points), points, [&] { return ReadPoint(in); });
+  return record;
+}
+
+// What a process of its own writes, whose arguments are: scenario, position, what is thrown or -1, the code or 0, the
+// file to write to.
+struct Written {
+  std::stringstream text;
+  int code = 0;
+};
+
+Written PlayInAFreshProcess(const Scenario& scenario, const Fault& fault) {
   const auto file = std::filesystem::temp_directory_path() /
                     ("multientity-fault-" + scenario.name + "-" + std::to_string(std::random_device{}()));
-  const int code = RunToTheEnd(program, {"--play", scenario.name, std::to_string(fault.position),
-                                         std::to_string(fault.thrown ? static_cast<int>(*fault.thrown) : -1),
-                                         std::to_string(fault.code.value_or(kNoCode)), file.string()});
-  Outcome outcome;
-  {
-    std::ifstream in(file);
-    outcome.harmed = ReadObservation(in);
-    outcome.next = ReadObservation(in);
-  }
+  Written written;
+  written.code = RunToTheEnd(program, {"--play", scenario.name, std::to_string(fault.position),
+                                       std::to_string(fault.thrown ? static_cast<int>(*fault.thrown) : -1),
+                                       std::to_string(fault.code.value_or(kNoCode)), file.string()});
+  written.text << std::ifstream(file).rdbuf();
   std::filesystem::remove(file);
+  return written;
+}
+
+Outcome HarmInAFreshProcess(const Scenario& scenario, const Fault& fault) {
+  auto [in, code] = PlayInAFreshProcess(scenario, fault);
+  Outcome outcome;
+  outcome.harmed = ReadObservation(in);
+  outcome.next = ReadObservation(in);
+  outcome.goingOn = ReadTexts(in);
   if (code != 0) outcome.harmed.outcome += " and ends the process with " + std::to_string(code);
   return outcome;
+}
+
+Record RecordOfAFreshProcess(const Scenario& scenario) {
+  auto [in, code] = PlayInAFreshProcess(scenario, {kUnharmed, std::nullopt, std::nullopt});
+  if (code != 0) throw std::runtime_error(scenario.name + " ends its process with " + std::to_string(code));
+  return ReadRecord(in);
 }
 
 std::string Described(const Fault& fault) {
@@ -342,30 +463,31 @@ std::vector<Point> PointsOnlyIn(const Record& first, const Record& second) {
 Record RecordOf(const Scenario& scenario) {
   Stage stage(scenario);
   Record record;
-  record.unharmed = stage.Play(0);
+  record.unharmed = stage.Play(kUnharmed);
   record.points = stage.Points();
   return record;
 }
 
 Outcome Harm(const Scenario& scenario, const Fault& fault) {
   Outcome outcome;
+  bool sameCompany = false;
   {
     Stage stage(scenario);
     Install(stage.Host(), fault);
     outcome.harmed = stage.Play(fault.position);
-    if (stage.IsAsBefore()) {
-      stage.Host().ClearFaults();
-      outcome.next = stage.Play(0);
-      return outcome;
-    }
+    sameCompany = stage.IsAsBefore();
+    stage.Host().ClearFaults();
+    if (sameCompany) outcome.next = stage.Play(kUnharmed);
+    outcome.goingOn = stage.GoOn();
   }
-  outcome.next = Stage(scenario).Play(0);
+  if (!sameCompany) outcome.next = Stage(scenario).Play(kUnharmed);
   return outcome;
 }
 
 Texts Sweep(const Scenario& scenario) {
   Texts complaints;
-  const Record first = RecordOf(scenario);
+  const Record first = RecordOfAFreshProcess(scenario);
+  RecordOf(scenario);
   const Record later = RecordOf(scenario);
   for (const Point& point : PointsOnlyIn(first, later)) {
     SweepPoint(complaints, scenario, first, point, HarmInAFreshProcess, later.unharmed);
@@ -385,10 +507,15 @@ int PlayInThisProcess(const std::vector<std::string>& arguments) {
   const long code = std::stol(arguments.at(3));
   const Fault fault{std::stoul(arguments.at(1)), thrown < 0 ? std::nullopt : std::optional(static_cast<Thrown>(thrown)),
                     code == kNoCode ? std::nullopt : std::optional(code)};
-  const Outcome outcome = Harm(*scenario, fault);
   std::ofstream out(arguments.at(4));
+  if (fault.position == kUnharmed) {
+    Write(out, RecordOf(*scenario));
+    return out.flush() ? 0 : 3;
+  }
+  const Outcome outcome = Harm(*scenario, fault);
   Write(out, outcome.harmed);
   Write(out, outcome.next);
+  Write(out, outcome.goingOn);
   return out.flush() ? 0 : 3;
 }
 

@@ -43,10 +43,12 @@ struct Fault {
   std::optional<long> code;
 };
 
-// The operation with the fault, and the operation called again without it.
+// The operation with the fault, the operation called again without it, and what the host that was harmed does after all
+// that.
 struct Outcome {
   Observation harmed;
   Observation next;
+  Texts goingOn;
 };
 
 Record RecordOf(const Scenario& scenario);
@@ -54,7 +56,7 @@ Outcome Harm(const Scenario& scenario, const Fault& fault);
 
 // Lets every call of an operation fail in every way and compares what happens with the scenario's table: the calls that
 // fill the module's one-time tables each in a process of its own, the others here, where those tables are full. Answers
-// what was not as promised. Only the first sweep of a process finds the one-time tables empty.
+// what was not as promised.
 Texts Sweep(const Scenario& scenario);
 
 // How many times Sweep() has called an operation with a fault.

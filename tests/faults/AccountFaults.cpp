@@ -43,26 +43,26 @@ std::vector<Scenario> AccountScenarios() {
             {"IsSpecial", GoesOn(), Caught},
             TypeSwitch("Expense", "15 ")};
   return {
-      {"ListingTheUnusedAccounts",
+      {"ListingTheUnusedAccounts", "MultiEntityDriver::GetAccountsList",
        [](Company& company) {
          company.host.chart.accounts.erase(13);
          company.host.chart.accounts.erase(14);
        },
        List(MEAccountFilterUnused), list},
-      {"ListingTheUnusedAccountsAndTheRelationsOwn",
+      {"ListingTheUnusedAccountsAndTheRelationsOwn", "MultiEntityDriver::GetAccountsList",
        [](Company& company) {
          company.host.chart.accounts.erase(13);
          company.host.chart.accounts.erase(14);
        },
        List(MEAccountFilterUnusedOrOwn),
        list + Table{TypeSwitch("Other_Current_Asset", "11 "), TypeSwitch("Other_Current_Liability", "12 ")}},
-      {"ListingTheAccountsOfAType", Nothing,
+      {"ListingTheAccountsOfAType", "MultiEntityDriver::GetAccountListByType", Nothing,
        [](Company& company) {
          return Text(MultiEntityDriver::GetAccountListByType(KrEnumerations::kExpense, company.results.accountsOfType));
        },
        FeatureGate("2", "MULTIENTITY: GetAccountList :Feature is disabled") +
            Table{{"GetListOfAccounts", NoSuchFailure(), Passes()}}},
-      {"AskingWhetherAnAccountMayServe", Nothing,
+      {"AskingWhetherAnAccountMayServe", "MultiEntityDriver::IsCOAValidForMultiEntity", Nothing,
        [](Company& company) {
          CAccnt account(company.host.chart, 15, kFeatureTypeStandard);
          return Text(MultiEntityDriver::IsCOAValidForMultiEntity(&account));

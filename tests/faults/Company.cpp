@@ -129,6 +129,17 @@ Company::~Company() {
   companyOfTheBridge = nullptr;
 }
 
+void AddACheck(Company& company) {
+  company.host.lines.lines[201] = {.txnId = 20,
+                                   .txnType = kTxnTypeCheck,
+                                   .date = {2024, 3, 3},
+                                   .minorUnits = 4200,
+                                   .accountName = "Rent",
+                                   .nameId = 33};
+  company.host.store.transactions.push_back(TransactionRow(
+      {.txnId = 20, .relationId = 5, .targetId = 201, .requestId = "check-request", .txnType = kTxnTypeCheck}));
+}
+
 std::string Text(bool answer) {
   return answer ? "true" : "false";
 }

@@ -71,12 +71,16 @@ std::vector<Scenario> JournalScenarios() {
       Ends("19", {Error("MULTIENTITY_ERROR:: Not able to save GJE data in ME Txn table in  " + kRemove)});
 
   return {
-      {"RecordingAnEntryOnAnAccountAndANameThatExist", Nothing, Record(15, 33, "new-request"), record},
-      {"RecordingAnEntryOnANewAccountAndANewName", Nothing, Record(-1, -1, "new-request"), record},
-      {"RecordingAnEntryUnderARequestIdThatDoesNotFit", Nothing,
+      {"RecordingAnEntryOnAnAccountAndANameThatExist", "MultiEntityDriver::RecordGeneralJournalEntry", Nothing,
+       Record(15, 33, "new-request"), record},
+      {"RecordingAnEntryOnANewAccountAndANewName", "MultiEntityDriver::RecordGeneralJournalEntry", Nothing,
+       Record(-1, -1, "new-request"), record},
+      {"RecordingAnEntryUnderARequestIdThatDoesNotFit", "MultiEntityDriver::RecordGeneralJournalEntry", Nothing,
        Record(15, 33, "7777777777777777777777777777777777777"), record},
-      {"RecordingAnEntryWhoseRowIsDeclined", TakeTheNextLine, Record(15, 33, "new-request"), undo},
+      {"RecordingAnEntryWhoseRowIsDeclined", "MultiEntityDriver::RecordGeneralJournalEntry", TakeTheNextLine,
+       Record(15, 33, "new-request"), undo},
       {"RemovingAnEntry",
+       "MultiEntityDriver::RemoveGeneralJournalEntry",
        Nothing,
        [](Company& /*company*/) { return Text(MultiEntityDriver::RemoveGeneralJournalEntry(30)); },
        {{"DeleteGeneralJournalEntry", entryStays, entryStays}, {"DeleteTransaction", rowsStay, rowsStay}}},

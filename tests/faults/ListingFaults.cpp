@@ -78,6 +78,7 @@ std::vector<Scenario> ListingScenarios() {
   };
   const Handling billsHidden = hidden("Bills", "entry 10 101 ");
   const Handling entriesHidden = hidden("GJE", "entry 30 301 ");
+  const Handling checksHidden = hidden("Checks", "entry 20 201 ");
   const Table listPeriod =
       Table{{"FeaturePermissionAvailable(20, 2, 0)", billsHidden, billsHidden},
             {"FeaturePermissionAvailable(16, 2, 0)", GoesOn(), GoesOn()},
@@ -106,19 +107,44 @@ std::vector<Scenario> ListingScenarios() {
                Caught);
 
   return {
-      {"ListingABill", WithManyCurrencies,
+      {"ListingABill", "MultiEntityDriver::GetListOfTxnTargetEntries(long)", WithManyCurrencies,
        [](Company& company) { return Text(MultiEntityDriver::GetListOfTxnTargetEntries(company.results.entries, 10)); },
        listTransaction("MULTIENTITY: No permission to view Bills", "10")},
-      {"ListingAnEntry", Nothing,
+      {"ListingACheck", "MultiEntityDriver::GetListOfTxnTargetEntries(long)",
+       [](Company& company) {
+         WithManyCurrencies(company);
+         AddACheck(company);
+       },
+       [](Company& company) { return Text(MultiEntityDriver::GetListOfTxnTargetEntries(company.results.entries, 20)); },
+       listTransaction("MULTIENTITY: No permission to view Checks", "20")},
+      {"ListingAnEntry", "MultiEntityDriver::GetListOfTxnTargetEntries(long)", Nothing,
        [](Company& company) { return Text(MultiEntityDriver::GetListOfTxnTargetEntries(company.results.entries, 30)); },
        listTransaction("MULTIENTITY: No permission to view GJE", "30")},
-      {"ListingAPeriod", WithManyCurrencies,
+      {"ListingAPeriod", "MultiEntityDriver::GetListOfTxnTargetEntries(DateType32, DateType32)", WithManyCurrencies,
        [](Company& company) {
          company.results.entries.resize(1);
          return Text(
              MultiEntityDriver::GetListOfTxnTargetEntries(company.results.entries, {2024, 3, 1}, {2024, 3, 31}));
        },
        listPeriod},
+      {"ListingAPeriodWithACheckInsteadOfABill", "MultiEntityDriver::GetListOfTxnTargetEntries(DateType32, DateType32)",
+       [](Company& company) {
+         AddACheck(company);
+         company.host.store.transactions.erase(company.host.store.transactions.begin());
+       },
+       [](Company& company) {
+         return Text(
+             MultiEntityDriver::GetListOfTxnTargetEntries(company.results.entries, {2024, 3, 1}, {2024, 3, 31}));
+       },
+       Table{{"FeaturePermissionAvailable(20, 2, 0)", GoesOn(), GoesOn()},
+             {"FeaturePermissionAvailable(16, 2, 0)", checksHidden, checksHidden}} +
+           Throwing(
+               Table{{"TargExists(201, 3)",
+                      GoesOn({Warning("MULTIENTITY_WARNING:: Not able to fetch data for targetId [201] in " + kList)})
+                          .Without("entry 20 201 "),
+                      Passes()}},
+               Caught) +
+           listPeriod},
   };
 }
 

@@ -51,6 +51,20 @@ std::vector<Scenario> RealmScenarios() {
   const Handling guardCaught = Ends("false", {GenericException("BlockUserIfRealmReset")});
   const Handling navigationCaught = Ends("true", {GenericException("CheckForPluginNavigation")});
   const Handling personaCaught = Ends("0", {GenericException("SybaseRelationsUserPersonaForRole")});
+  const Table navigation =
+      Table{{"IsFeatureEnabled(MultiEntityFeature, ME_FOR_ALL)",
+             Ends("true", {Trace("MULTIENTITY:: Global feature Off"),
+                           Notice("MULTIENTITY::Exiting MultiEntityDriver::IsFeatureEnabled, key 0, value 0 "),
+                           Trace("MULTIENTITY: GetAllRelations :Feature is disabled"),
+                           Trace("MULTIENTITY::Exiting MultiEntityDriver::CheckForPluginNavigation, due to Error 2")})
+                 .AfterAsking({"IsFeatureEnabled", "IsFeatureEnabled"})
+                 .ForGood(),
+             GoesOn({Error("MULTIENTITY_ERROR:killswitchhelper::LookUPTable - Unable to read flag")})}} +
+      FeatureGate("", "") +
+      Table{{"GetAllRelations",
+             Ends("true", {Error("MULTIENTITY_ERROR:: GetAllRelations :Not able to fetch data from relation table"),
+                           Trace("MULTIENTITY::Exiting MultiEntityDriver::CheckForPluginNavigation, due to Error 8")}),
+             navigationCaught}};
   const std::string unread =
       Error("MULTIENTITY_ERROR::In MultiEntityDriver::GetMECacheRealmId, Unable to read CDB Preferences");
   const auto persona = [](int role) {
@@ -60,7 +74,7 @@ std::vector<Scenario> RealmScenarios() {
   };
 
   return {
-      {"ReadingTheRememberedRealm", Nothing, Remembered,
+      {"ReadingTheRememberedRealm", "MultiEntityDriver::GetMECacheRealmId", Nothing, Remembered,
        Table{{"GetCompanyDBPreference",
               WhenFailing(Ends("nothing, not ok", {unread}))
                   .Or(Util::Status::kPreferenceMissing, Ends("nothing")
@@ -68,13 +82,14 @@ std::vector<Scenario> RealmScenarios() {
                                                             .WithRow("MERealmId 9130", "MERealmId 9131")),
               cacheCaught}} +
            RememberedId("nothing")},
-      {"RememberingTheFirstRealm", Forget, Remembered,
+      {"RememberingTheFirstRealm", "MultiEntityDriver::GetMECacheRealmId", Forget, Remembered,
        Table{
            {"GetCompanyDBPreference",
             WhenFailing(Ends("nothing, not ok", {unread})).Or(Util::Status::kPreferenceMissing, GoesOn()), cacheCaught},
            {"SetCompanyDBPreference", Ends("nothing, not ok"), cacheCaught}} +
            RememberedId("nothing")},
       {"RememberingAnotherRealm",
+       "MultiEntityDriver::SetMECacheRealmId",
        Nothing,
        [](Company& /*company*/) {
          std::string realm = "9131";
@@ -83,46 +98,52 @@ std::vector<Scenario> RealmScenarios() {
        {{"GetActiveFileMgr", Ends("false"), setCaught},
         {"GetFileState", Ends("false"), setCaught},
         {"SetCompanyDBPreference", Ends("false"), setCaught}}},
-      {"ComparingTheRealm", Nothing,
+      {"ComparingTheRealm", "MultiEntityDriver::IsRealmReset", Nothing,
        [](Company& /*company*/) { return Text(MultiEntityPrivateAccess::IsRealmReset("9131")); },
        RememberedId("false")},
       {"BlockingAUserWithoutARealm",
+       "MultiEntityDriver::BlockUserIfRealmReset",
        Nothing,
        [](Company& /*company*/) { return Text(MultiEntityDriver::BlockUserIfRealmReset("")); },
        {{"GetKRWinInstance", NoSuchFailure(), guardCaught},
         {"GetIndStringC", NoSuchFailure(), guardCaught},
         {"KRMSG_MessageO", GoesOn(), guardCaught}}},
-      {"BlockingAUserAfterARealmReset", SayYes,
+      {"BlockingAUserAfterARealmReset", "MultiEntityDriver::BlockUserIfRealmReset", SayYes,
        [](Company& /*company*/) { return Text(MultiEntityDriver::BlockUserIfRealmReset("9131")); },
        RememberedId("false") +
            Table{{"GetValue2", GoesOn(), GoesOn({Error("DCE check failed for NeedToCheckForMERealmReset")})},
                  {"GetKRWinInstance", NoSuchFailure(), guardCaught},
                  {"YesNoInfoMsgO", GoesOn().Without("ExecuteCommand("), guardCaught},
                  {"ExecuteCommand", NoSuchFailure(), guardCaught}}},
-      {"OpeningThePluginForWantOfRelations", [](Company& company) { company.host.store.relations[0].state = 1; },
+      {"BlockingAUserWhoDeclinesThePlugin", "MultiEntityDriver::BlockUserIfRealmReset", Nothing,
+       [](Company& /*company*/) { return Text(MultiEntityDriver::BlockUserIfRealmReset("9131")); },
+       RememberedId("false") +
+           Table{{"GetValue2", GoesOn(), GoesOn({Error("DCE check failed for NeedToCheckForMERealmReset")})},
+                 {"GetKRWinInstance", NoSuchFailure(), guardCaught},
+                 {"YesNoInfoMsgO", GoesOn(), guardCaught}}},
+      {"LettingTheFirstRealmPass", "MultiEntityDriver::BlockUserIfRealmReset", Forget,
+       [](Company& /*company*/) { return Text(MultiEntityDriver::BlockUserIfRealmReset("9131")); },
+       Table{{"GetCompanyDBPreference",
+              WhenFailing(Ends("false", {unread})).Or(Util::Status::kPreferenceMissing, GoesOn()),
+              Ends("false", {GenericException("GetMECacheRealmId")})},
+             {"SetCompanyDBPreference", Ends("false"), Ends("false", {GenericException("GetMECacheRealmId")})}} +
+           RememberedId("false") +
+           Table{{"GetValue2", GoesOn(), GoesOn({Error("DCE check failed for NeedToCheckForMERealmReset")})}}},
+      {"GoingOnWithAnEstablishedRelation", "MultiEntityDriver::CheckForPluginNavigation", Nothing,
+       [](Company& /*company*/) { return Text(MultiEntityDriver::CheckForPluginNavigation()); }, navigation},
+      {"OpeningThePluginForWantOfRelations", "MultiEntityDriver::CheckForPluginNavigation",
+       [](Company& company) { company.host.store.relations[0].state = 1; },
        [](Company& /*company*/) { return Text(MultiEntityDriver::CheckForPluginNavigation()); },
-       Table{{"IsFeatureEnabled(MultiEntityFeature, ME_FOR_ALL)",
-              Ends("true", {Trace("MULTIENTITY:: Global feature Off"),
-                            Notice("MULTIENTITY::Exiting MultiEntityDriver::IsFeatureEnabled, key 0, value 0 "),
-                            Trace("MULTIENTITY: GetAllRelations :Feature is disabled"),
-                            Trace("MULTIENTITY::Exiting MultiEntityDriver::CheckForPluginNavigation, due to Error 2")})
-                  .AfterAsking({"IsFeatureEnabled", "IsFeatureEnabled"})
-                  .ForGood(),
-              GoesOn({Error("MULTIENTITY_ERROR:killswitchhelper::LookUPTable - Unable to read flag")})}} +
-           FeatureGate("", "") +
-           Table{{"GetAllRelations",
-                  Ends("true",
-                       {Error("MULTIENTITY_ERROR:: GetAllRelations :Not able to fetch data from relation table"),
-                        Trace("MULTIENTITY::Exiting MultiEntityDriver::CheckForPluginNavigation, due to Error 8")}),
-                  navigationCaught},
-                 {"KRMSG_MessageO", Ends("true"), navigationCaught},
-                 {"ExecuteCommand", NoSuchFailure(), navigationCaught}}},
+       navigation + Table{{"KRMSG_MessageO", Ends("true"), navigationCaught},
+                          {"ExecuteCommand", NoSuchFailure(), navigationCaught}}},
       {"FindingThePersonaOfRole1",
+       "MultiEntityDriver::SybaseRelationsUserPersonaForRole",
        Nothing,
        persona(1),
        {{"OpenAccount", NoSuchFailure(), personaCaught},
         {"ListPermissionAvailable", Ends("2").AfterAsking({"ListPermissionAvailable"}), personaCaught}}},
       {"FindingThePersonaOfRole1WhoMayOnlyView",
+       "MultiEntityDriver::SybaseRelationsUserPersonaForRole",
        [](Company& company) {
          company.host.permissions.administrator = false;
          company.host.permissions.lists = {{kListAccounts, kActionView}};
@@ -132,6 +153,7 @@ std::vector<Scenario> RealmScenarios() {
         {"ListPermissionAvailable#1", GoesOn(), personaCaught},
         {"ListPermissionAvailable#2", Ends("0"), personaCaught}}},
       {"FindingThePersonaOfRole7",
+       "MultiEntityDriver::SybaseRelationsUserPersonaForRole",
        Nothing,
        persona(7),
        {{"OpenAccount", NoSuchFailure(), personaCaught}, {"ListPermissionAvailable", Ends("0"), personaCaught}}},

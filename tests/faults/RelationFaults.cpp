@@ -93,12 +93,12 @@ std::vector<Scenario> RelationScenarios() {
 
   return {
       // A relation that cannot be read is taken for none.
-      {"CreatingARelation", Nothing,
+      {"CreatingARelation", "MultiEntityDriver::CreateRelation", Nothing,
        [](Company& /*company*/) { return CreateSouth(MEStateEstablished, SouthsAccounts()); },
        create + Table{{"GetRelation", GoesOn(), Passes()},
                       {"HasAnyMatchingRecord", GoesOn(), Passes()},
                       {"SaveRelation", createFailed, Passes()}}},
-      {"CreatingARelationWithoutAccounts", Nothing,
+      {"CreatingARelationWithoutAccounts", "MultiEntityDriver::CreateRelation", Nothing,
        [](Company& /*company*/) { return CreateSouth(MEStateWithoutAccounts, {}); },
        create + Table{{"GetRelation", GoesOn(), Passes()},
                       {"SaveRelation",
@@ -106,7 +106,7 @@ std::vector<Scenario> RelationScenarios() {
                                          "due_from_accnt_id [0], due_to_accnt_id [0]")}),
                        Passes()}}},
       // A pending relation that cannot be read is saved anew, which the store declines.
-      {"CreatingAPendingRelationAgain", addSouth,
+      {"CreatingAPendingRelationAgain", "MultiEntityDriver::CreateRelation", addSouth,
        [](Company& /*company*/) { return CreateSouth(MEStateEstablished, SouthsAccounts()); },
        create + Table{{"GetRelation",
                        Handling(createFailed)
@@ -116,12 +116,12 @@ std::vector<Scenario> RelationScenarios() {
                                          "GetType", "GetIsSubAccnt", "IsSpecial", "IsFeatureEnabled", "SaveRelation"}),
                        Passes()},
                       {"UpdateRelationForRealm", updateFailed, Passes()}}},
-      {"FillingARelationsAccounts", Nothing,
+      {"FillingARelationsAccounts", "MultiEntityDriver::PopulateCOAInRelation", Nothing,
        [](Company& company) {
          return Text(MultiEntityDriver::PopulateCOAInRelation(company.results.relation, SouthsAccounts()));
        },
        southsAccounts},
-      {"UpdatingARelation", addSouth,
+      {"UpdatingARelation", "MultiEntityDriver::UpdateRelation", addSouth,
        [](Company& /*company*/) {
          return Text(MultiEntityDriver::UpdateRelation({.realmId = "9131",
                                                         .updateRealm = "their-realm",
@@ -129,20 +129,20 @@ std::vector<Scenario> RelationScenarios() {
                                                         .accounts = SouthsAccounts()}));
        },
        update},
-      {"UpdatingARelationWithoutAskingForTheRight", addSouth,
+      {"UpdatingARelationWithoutAskingForTheRight", "MultiEntityDriver::UpdateRelation", addSouth,
        [](Company& /*company*/) {
          return Text(MultiEntityDriver::UpdateRelation(
              {.realmId = "9131", .updateRealm = {}, .accounts = {}, .skipPermissionCheck = true}));
        },
        update},
-      {"DeletingARelation", addSouth,
+      {"DeletingARelation", "MultiEntityDriver::DeleteRelation", addSouth,
        [](Company& /*company*/) { return Text(MultiEntityDriver::DeleteRelation("9131", true)); },
        remove + Table{{"HasAnyMatchingTransaction", GoesOn(), Passes()},
                       {"DeleteRelation",
                        Ends("11", {Error("MULTIENTITY_ERROR:: not able to delete relation from DB, realm [9131]")}),
                        Passes()}}},
       // A relation whose transactions cannot be found is deleted, which the store declines.
-      {"DeletingARelationThatHasTransactions", addSouthWithABill,
+      {"DeletingARelationThatHasTransactions", "MultiEntityDriver::DeleteRelation", addSouthWithABill,
        [](Company& /*company*/) { return Text(MultiEntityDriver::DeleteRelation("9131", true)); },
        remove +
            Table{{"HasAnyMatchingTransaction",
@@ -151,7 +151,7 @@ std::vector<Scenario> RelationScenarios() {
                   Passes()},
                  {"UpdateRelationForRealm",
                   Ends("10", {Error("MULTIENTITY_ERROR:: not able to deactivate relation, realm [9131]")}), Passes()}}},
-      {"ReadingARelation", Nothing,
+      {"ReadingARelation", "MultiEntityDriver::GetRelation", Nothing,
        [](Company& company) { return Text(MultiEntityDriver::GetRelation("9130", company.results.relation)); },
        Gate("GetRelation") +
            Table{{"GetRelation",
@@ -159,17 +159,18 @@ std::vector<Scenario> RelationScenarios() {
                                       "realm [9130]")})
                       .ResultsUnspecified(),
                   Passes()}}},
-      {"ReadingARelationById", Nothing,
+      {"ReadingARelationById", "MultiEntityDriver::GetRelationById", Nothing,
        [](Company& company) { return Text(MultiEntityDriver::GetRelationById(5, company.results.relation)); },
        Gate("GetRelationById") +
            Table{{"GetRelationById",
                   Ends("8", {Error("MULTIENTITY_ERROR:: GetRelationById :Not able to fetch data from relation table")})
                       .ResultsUnspecified(),
                   Passes()}}},
-      {"ReadingAllRelations", Nothing,
+      {"ReadingAllRelations", "MultiEntityDriver::GetRelationsList", Nothing,
        [](Company& company) { return Text(MultiEntityDriver::GetRelationsList(company.results.relations)); },
        Gate("GetAllRelations") + ReadingRelations("GetAllRelations")},
-      {"ReadingTheRealmIds", [](Company& company) { company.results.realmIds = {"9129"}; },
+      {"ReadingTheRealmIds", "MultiEntityDriver::GetRelationRealmIdList",
+       [](Company& company) { company.results.realmIds = {"9129"}; },
        [](Company& company) { return Text(MultiEntityDriver::GetRelationRealmIdList(company.results.realmIds, true)); },
        Gate("GetRelationRealmIdList") +
            Table{{"GetAllRelations",

@@ -46,13 +46,18 @@ class Company {
   Attachment attachment_{host.Services()};
 };
 
-// One operation on one of its paths. `act` answers what the operation returned, as text.
+// One operation on one of its paths. `act` answers what the operation returned, as text. Where a name is overloaded,
+// `operation` has the arguments that tell the forms apart.
 struct Scenario {
   std::string name;
+  std::string operation;
   std::function<void(Company&)> arrange;
   std::function<std::string(Company&)> act;
   Table table;
 };
+
+// A check with an intercompany row, and a line for what it pays.
+void AddACheck(Company& company);
 
 std::string Text(bool answer);
 std::string Text(MEStatusCode status);

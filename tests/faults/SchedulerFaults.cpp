@@ -69,6 +69,18 @@ Table RememberedDate(const std::string& nth, const Handling& thrown) {
           {"GetLocalTime" + nth, NoSuchFailure(), thrown}};
 }
 
+// A day that cannot be read counts as today, whose hour is two hours ahead.
+Table ComputingADelayUntilTomorrow() {
+  const Handling untilToday =
+      Ends("7200", {kDateNotFetched, Trace("MULTIENTITY::GetNextLaunchDelayInSeconds: Launch date today")})
+          .AfterAsking({"GetLocalTime", "GetLocalTime"});
+  return Table{{"GetActiveFileMgr", untilToday, Passes()},
+               {"GetFileState", untilToday, Passes()},
+               {"GetCompanyDBPreference", untilToday, Passes()},
+               {"GetLocalTime", NoSuchFailure(), Passes()}} +
+         RemoteHour();
+}
+
 Table ArmingTheTimer(const std::string& nth) {
   const Handling caught =
       GoesOn({Error("MULTIENTITY:: Exception occured in StartScheduler API")}).InsteadOfTheRest().Without("timer ");
@@ -148,20 +160,21 @@ std::vector<Scenario> SchedulerScenarios() {
   };
 
   return {
-      {"ReadingTheLeastDelay", Nothing,
+      {"ReadingTheLeastDelay", "MESchedulerUtil::GetDelayInSecondsFromDCE", Nothing,
        [](Company& /*company*/) { return std::to_string(MESchedulerUtil::GetDelayInSecondsFromDCE()); }, RemoteDelay()},
-      {"ReadingTheLaunchHour", Nothing,
+      {"ReadingTheLaunchHour", "MESchedulerUtil::GetHoursToLaunchFromDCE", Nothing,
        [](Company& /*company*/) { return std::to_string(MESchedulerUtil::GetHoursToLaunchFromDCE()); }, RemoteHour()},
-      {"ReadingTheLaunchDate", RememberToday,
+      {"ReadingTheLaunchDate", "MESchedulerUtil::GetNextSchedulerTimeFromPrefDb", RememberToday,
        [](Company& /*company*/) { return Of(MESchedulerUtil::GetNextSchedulerTimeFromPrefDb()); },
        RememberedDate("", Passes())},
-      {"ReadingALaunchDateThatIsNotRemembered", Nothing,
+      {"ReadingALaunchDateThatIsNotRemembered", "MESchedulerUtil::GetNextSchedulerTimeFromPrefDb", Nothing,
        [](Company& /*company*/) { return Of(MESchedulerUtil::GetNextSchedulerTimeFromPrefDb()); },
        Table{{"GetActiveFileMgr", GoesOn(), Passes()},
              {"GetFileState", GoesOn(), Passes()},
              {"GetCompanyDBPreference", GoesOn(), Passes()},
              {"GetLocalTime", NoSuchFailure(), Passes()}}},
-      {"StoringTheLaunchDate", Nothing, Do(MESchedulerUtil::SetNextSchedulerTimeToPrefDb),
+      {"StoringTheLaunchDate", "MESchedulerUtil::SetNextSchedulerTimeToPrefDb", Nothing,
+       Do(MESchedulerUtil::SetNextSchedulerTimeToPrefDb),
        [] {
          const Handling caught = Ends("done", {Error("MULTIENTITY:: Exception occured in SetNextSchedulerTimeToPrefDb "
                                                      "API")});
@@ -174,22 +187,35 @@ std::vector<Scenario> SchedulerScenarios() {
                        caught}} +
                 RemoteHour();
        }()},
-      {"ComputingTheLaunchDelay", RememberToday,
+      {"ComputingTheLaunchDelay", "MESchedulerUtil::GetSchedulerLaunchDelayInSeconds", RememberToday,
        [](Company& /*company*/) { return std::to_string(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds()); },
        RememberedDate("", Passes()) + RemoteHour()},
-      {"AskingWhetherTheHourIsAhead", Nothing,
+      {"ComputingTheLaunchDelayUntilTomorrow", "MESchedulerUtil::GetSchedulerLaunchDelayInSeconds",
+       [](Company& company) { company.host.databasePreferences.values["MEPromptLaunchDate"] = "20240304"; },
+       [](Company& /*company*/) { return std::to_string(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds()); },
+       ComputingADelayUntilTomorrow()},
+      {"ComputingTheLaunchDelayWithoutARememberedDay", "MESchedulerUtil::GetSchedulerLaunchDelayInSeconds", Nothing,
+       [](Company& /*company*/) { return std::to_string(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds()); },
+       Table{{"GetActiveFileMgr", GoesOn(), Passes()},
+             {"GetFileState", GoesOn(), Passes()},
+             {"GetCompanyDBPreference", GoesOn(), Passes()},
+             {"GetLocalTime", NoSuchFailure(), Passes()}} +
+           RemoteHour()},
+      {"AskingWhetherTheHourIsAhead", "MESchedulerUtil::IsTimerLaunchDateToday", Nothing,
        [](Company& /*company*/) { return Text(MultiEntityPrivateAccess::IsTimerLaunchDateToday()); },
        Table{{"GetLocalTime", NoSuchFailure(), Passes()}} + RemoteHour()},
-      {"AskingForTheStateOfTheHost", Nothing,
+      {"AskingForTheStateOfTheHost", "MESchedulerUtil::CanProcessSchedulerMsg", Nothing,
        [](Company& /*company*/) { return Text(MESchedulerUtil::CanProcessSchedulerMsg()); }, StateOfTheHost("false")},
-      {"ArmingTheTimer", RememberToday, Do(MESchedulerUtil::StartScheduler), ArmingTheTimer("")},
-      {"ArmingTheTimerAnew",
+      {"ArmingTheTimer", "MESchedulerUtil::StartScheduler", RememberToday, Do(MESchedulerUtil::StartScheduler),
+       ArmingTheTimer("")},
+      {"ArmingTheTimerAnew", "MESchedulerUtil::StartScheduler",
        [](Company& company) {
          RememberToday(company);
          MESchedulerUtil::StartScheduler();
        },
        Do(MESchedulerUtil::StartScheduler), ArmingTheTimer("")},
       {"DisarmingTheTimer",
+       "MESchedulerUtil::KillAnyExistingScheduler",
        [](Company& company) {
          RememberToday(company);
          MESchedulerUtil::StartScheduler();
@@ -197,6 +223,7 @@ std::vector<Scenario> SchedulerScenarios() {
        Do(MESchedulerUtil::KillAnyExistingScheduler),
        {}},
       {"ClosingTheSystem",
+       "AttachHost",
        [](Company& company) {
          RememberToday(company);
          MESchedulerUtil::StartScheduler();
@@ -207,18 +234,19 @@ std::vector<Scenario> SchedulerScenarios() {
        },
        {}},
       {"ElapsingOfTheTimer",
+       "MESchedulerUtil::OnTimerElapsed",
        Nothing,
        [](Company& /*company*/) {
          MESchedulerUtil::OnTimerElapsed(nullptr, 0, 0, 0);
          return "done";
        },
        {}},
-      {"StartingTheReminderAsAdministrator", RememberToday, processScheduler,
+      {"StartingTheReminderAsAdministrator", "MultiEntityScheduler::ProcessMsg", RememberToday, processScheduler,
        Table{{"IsFeatureEnabled(MultiEntityFeature, ME_FOR_ALL)", featureOff,
               GoesOn({Error("MULTIENTITY_ERROR:killswitchhelper::LookUPTable - Unable to read flag")})}} +
            FeatureGate("", "") + StateOfTheHost("done") + needed + bridge +
            Table{{"CurrentUserIsAdminUser", GoesOn(), noRight}} + relations + ArmingTheTimer("")},
-      {"StartingTheReminderAsUser",
+      {"StartingTheReminderAsUser", "MultiEntityScheduler::ProcessMsg",
        [](Company& company) {
          RememberToday(company);
          company.host.permissions.administrator = false;
@@ -230,12 +258,13 @@ std::vector<Scenario> SchedulerScenarios() {
            FeatureGate("", "") + StateOfTheHost("done") + needed + bridge +
            Table{{"CurrentUserIsAdminUser", GoesOn(), noRight}, {"FeaturePermissionAvailable", noRight, noRight}} +
            relations + ArmingTheTimer("")},
-      {"PromptingWithTheFirstReminder", QueueAPromptOf(1), DeliverThePrompt,
+      {"PromptingWithTheFirstReminder", "MESchedulerUtil::OnTimerElapsed", QueueAPromptOf(1), DeliverThePrompt,
        Prompt({"YesNoInfoMsgO(", "ExecuteCommand("})},
-      {"PromptingWithTheSecondReminder", QueueAPromptOf(3), DeliverThePrompt,
+      {"PromptingWithTheSecondReminder", "MESchedulerUtil::OnTimerElapsed", QueueAPromptOf(3), DeliverThePrompt,
        Prompt({"YesNoInfoMsgO(", "ExecuteCommand("})},
-      {"PromptingWithTheWarning", QueueAPromptOf(2), DeliverThePrompt, Prompt({"KRWarnMsgWithTitle02("})},
-      {"PromptingWithNothing", QueueAPromptOf(0), DeliverThePrompt, Prompt({})},
+      {"PromptingWithTheWarning", "MESchedulerUtil::OnTimerElapsed", QueueAPromptOf(2), DeliverThePrompt,
+       Prompt({"KRWarnMsgWithTitle02("})},
+      {"PromptingWithNothing", "MESchedulerUtil::OnTimerElapsed", QueueAPromptOf(0), DeliverThePrompt, Prompt({})},
   };
 }
 

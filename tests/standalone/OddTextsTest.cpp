@@ -100,6 +100,69 @@ TEST_F(AMebibyteInTheBooks, IsNoNameOfAnAccountAndBooksNothing) {
   EXPECT_EQ(Count(host_, "SELECT (SELECT count(*) FROM account) + (SELECT count(*) FROM txn)"), 0);
 }
 
+TEST_F(AMebibyteInTheBooks, IsRememberedAsTheCompanysRealm) {
+  const auto isReset = [&](std::string_view realm) {
+    return host_.Request(Access::kWrite, [&] { return MultiEntityDriver::BlockUserIfRealmReset(realm); });
+  };
+
+  EXPECT_FALSE(isReset(percents_));
+  EXPECT_FALSE(isReset(percents_));
+
+  EXPECT_EQ(Count(host_, "SELECT length(value) FROM preference WHERE key = 'MERealmId'"), kMebibyte);
+  EXPECT_TRUE(isReset(percents_.substr(1)));
+}
+
+// For the module a text ends at its NUL, as in every field of a row and in the log; the company file is handed whole
+// texts.
+class ANulInTheBooks : public CompanyFixture {
+ protected:
+  const std::string text_{
+      "91\0"
+      "30",
+      5};
+
+  MEStatusCode Relate() {
+    return host_.Request(Access::kWrite, [&] {
+      return MultiEntityDriver::CreateRelation(std::string_view(text_), std::string_view(text_), MERelationType{},
+                                               MEStateWithoutAccounts, {});
+    });
+  }
+  MEStatusCode Read(std::string_view realm, DBMultiEntityRelation& row) {
+    return host_.Request(Access::kRead, [&] { return MultiEntityDriver::GetRelation(realm, row); });
+  }
+
+  StandaloneHost host_{path_};
+  Session session_{host_};
+};
+
+TEST_F(ANulInTheBooks, EndsARealmIdAndTheNameOfARelation) {
+  ASSERT_EQ(Relate(), MEStatusSuccess);
+
+  DBMultiEntityRelation row{};
+  EXPECT_EQ(Read("91", row), MEStatusSuccess);
+  EXPECT_STREQ(row.realmId, "91");
+  EXPECT_STREQ(row.partnerName, "91");
+  EXPECT_EQ(
+      Count(host_, "SELECT count(*) FROM me_relation WHERE hex(realm_id) = '3931' AND hex(partner_name) = '3931'"), 1);
+}
+
+TEST_F(ANulInTheBooks, DoesNotMakeAnotherPartnerOfTheTextBeforeIt) {
+  ASSERT_EQ(Relate(), MEStatusSuccess);
+
+  DBMultiEntityRelation row{};
+  EXPECT_EQ(Read(text_, row), MEStatusInvalidData);
+  EXPECT_THAT(LogReader(CompanyFile::LogPath(path_)).LastLines(1),
+              testing::ElementsAre(Field(&LogLine::message,
+                                         "MULTIENTITY_WARNING:: not able to get the relation as it is not part of "
+                                         "table realm [91]")));
+}
+
+TEST_F(ANulInTheBooks, IsInTheRememberedRealm) {
+  host_.Request(Access::kWrite, [&] { return MultiEntityDriver::BlockUserIfRealmReset(std::string_view(text_)); });
+
+  EXPECT_EQ(Count(host_, "SELECT hex(value) = '3931003330' FROM preference WHERE key = 'MERealmId'"), 1);
+}
+
 class OddCommand : public CompanyFixture, public testing::WithParamInterface<std::string> {};
 
 INSTANTIATE_TEST_SUITE_P(Every, OddCommand,

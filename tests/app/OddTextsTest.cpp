@@ -104,4 +104,34 @@ TEST_F(Books, ANulInAFileIsRefusedWithItsLine) {
   EXPECT_THAT(outcome.err, HasSubstr("\\x00"));
 }
 
+// What programs other than this one may have left in the log.
+class OddLog : public Books {
+ protected:
+  Outcome ShowLogOf(const std::string& message) const {
+    WriteFile("alder.company.log",
+              "2024-03-01T08:00:00.000Z\tAd\x1b[2Jmin\t1\t5\tSrc/Odd\t7\tOdd\x1b[2J\tOdd()\t" + message + "\n");
+    return Run({"log", kFile, "--last", "1"});
+  }
+};
+
+TEST_F(OddLog, ShowsALineOfAMebibyteAsAWhole) {
+  const std::string percents(kMebibyte, '%');
+
+  const Outcome outcome = ShowLogOf("[" + percents + "]");
+
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_TRUE(outcome.out.find("[" + percents + "]") != std::string::npos);
+}
+
+TEST_F(OddLog, ShowsNoControlCharacters) {
+  using namespace std::string_literals;
+
+  const Outcome outcome = ShowLogOf("\x1b[31mred\x1b[0m, \0, \x7f, \\x1B"s);
+
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_THAT(outcome.out, HasSubstr("\\x1B[31mred\\x1B[0m, \\x00, \\x7F, \\x1B"));
+  EXPECT_THAT(outcome.out, Not(testing::ContainsRegex("[\x01-\x09\x0b-\x1f\x7f]")));
+  EXPECT_THAT(outcome.out, Not(HasSubstr("\0"s)));
+}
+
 }  // namespace

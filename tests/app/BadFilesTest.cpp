@@ -1,5 +1,7 @@
 #include <sqlite3.h>
 
+#include <memory>
+
 #include "app/Books.h"
 #include "crash/Contents.h"
 
@@ -106,6 +108,18 @@ TEST_F(BadFile, ACompanyFileThatAnotherProgramHoldsIsReportedAsInUse) {
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.err, AllOf(HasSubstr(kFile), HasSubstr("in use by another program"), HasSubstr("Try again")));
   other.Runs("ROLLBACK");
+  EXPECT_EQ(Answer({"settings", "show", kFile}).at("settings").at("company-name"), "Alder Supply Company");
+}
+
+TEST_F(BadFile, ACompanyFileThatAnotherProgramHoldsForItselfAloneCannotEvenBeRead) {
+  auto other = std::make_unique<OtherProgram>(In(kFile));
+  other->Runs("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
+
+  const Outcome outcome = Run({"settings", "show", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.err, AllOf(HasSubstr(kFile), HasSubstr("is in use by another program"), HasSubstr("Try again")));
+  other.reset();
   EXPECT_EQ(Answer({"settings", "show", kFile}).at("settings").at("company-name"), "Alder Supply Company");
 }
 
@@ -216,8 +230,6 @@ class FullDisk : public Books {
   FullDisk() { RelateBirch(); }
 
  protected:
-  using Ledger = std::map<std::int64_t, Transaction>;
-
   static constexpr int kMostBlocks = 4000;
 
   static std::vector<std::string> Booking() {
@@ -228,7 +240,7 @@ class FullDisk : public Books {
   // Runs the command with more and more room until it is done; what was wrong with the runs before.
   std::vector<std::string> ComplaintsUntilDone(const std::vector<std::string>& arguments) {
     std::vector<std::string> complaints;
-    const Ledger before = Look();
+    const ::Contents before = Look();
     for (int blocks = 1; blocks < kMostBlocks; blocks += 1 + blocks / 4) {
       const Outcome outcome = RunProgramOnAFullDisk(blocks, In("."), arguments);
       const std::string room = std::to_string(blocks) + " blocks: ";
@@ -246,10 +258,10 @@ class FullDisk : public Books {
     return complaints;
   }
 
-  Ledger Look() const {
+  ::Contents Look() const {
     const Inspection found = InspectCopy(In(kFile));
     EXPECT_THAT(found.faults, IsEmpty());
-    return found.contents.transactions;
+    return found.contents;
   }
 
   std::vector<std::string> FilesLike(const std::string& name) const {
@@ -267,7 +279,7 @@ TEST_F(FullDisk, KeepsNothingOfABookingUntilAllOfItFits) {
   EXPECT_THAT(ComplaintsUntilDone(Booking()), IsEmpty());
 
   EXPECT_GT(failures_, 3);
-  EXPECT_EQ(Look().size(), 1U);
+  EXPECT_EQ(Look().transactions.size(), 1U);
 }
 
 TEST_F(FullDisk, KeepsNothingOfAnImportUntilAllOfItFits) {
@@ -281,7 +293,7 @@ TEST_F(FullDisk, KeepsNothingOfAnImportUntilAllOfItFits) {
   EXPECT_THAT(ComplaintsUntilDone({"import", "transactions", kFile, "rows.csv"}), IsEmpty());
 
   EXPECT_GT(failures_, 3);
-  EXPECT_EQ(Look().size(), 600U);
+  EXPECT_EQ(Look().transactions.size(), 600U);
 }
 
 TEST_F(FullDisk, MakesNoCompanyUntilAllOfItFits) {

@@ -43,6 +43,8 @@ struct Contents {
   std::map<std::int64_t, Transaction> transactions{};
   std::set<std::string> accounts{};
   std::set<std::string> names{};
+
+  bool operator==(const Contents&) const = default;
 };
 
 // What was found in a file: what is wrong with it, in words, and what it holds if it can be read.

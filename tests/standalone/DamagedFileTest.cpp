@@ -21,6 +21,7 @@ using testing::IsEmpty;
 
 constexpr int kOrdinaryDamages = 250;
 constexpr std::size_t kHeaderLength = 100;
+constexpr int kRarely = 100;  // at most one of so many; nothing tells a changed text from the one that was written
 
 struct Files {
   std::string company;
@@ -226,6 +227,7 @@ TEST_F(ADamagedCompanyFile, ThatWasCutOffIsRefusedAsItIs) {
   EXPECT_THAT(Complaints(Damaged(closed_, cutOff)), IsEmpty());
 
   EXPECT_EQ(refused_, Damages());
+  EXPECT_EQ(altered_, 0);
 }
 
 TEST_F(ADamagedCompanyFile, ThatWasCutOffAfterACrashIsRefusedOrHealedByItsLog) {
@@ -236,6 +238,7 @@ TEST_F(ADamagedCompanyFile, ThatWasCutOffAfterACrashIsRefusedOrHealedByItsLog) {
   EXPECT_THAT(Complaints(Damaged(crashed_, cutOff)), IsEmpty());
 
   EXPECT_GT(refused_, Damages() / 2);
+  EXPECT_EQ(altered_, 0);
 }
 
 TEST_F(ADamagedCompanyFile, WithAChangedByteInItsHeaderIsRefusedOrWorksAsBefore) {
@@ -246,6 +249,7 @@ TEST_F(ADamagedCompanyFile, WithAChangedByteInItsHeaderIsRefusedOrWorksAsBefore)
   EXPECT_THAT(Complaints(Damaged(closed_, flip)), IsEmpty());
 
   EXPECT_GT(refused_, 0);
+  EXPECT_EQ(altered_, 0);
 }
 
 TEST_F(ADamagedCompanyFile, WithAChangedByteInItsPagesIsRefusedOrWorksAsBefore) {
@@ -256,6 +260,7 @@ TEST_F(ADamagedCompanyFile, WithAChangedByteInItsPagesIsRefusedOrWorksAsBefore) 
   EXPECT_THAT(Complaints(Damaged(closed_, flip)), IsEmpty());
 
   EXPECT_GT(refused_, 0);
+  EXPECT_LE(altered_, Damages() / kRarely);
 }
 
 TEST_F(ADamagedCompanyFile, WithManyChangedBytesIsRefused) {
@@ -266,6 +271,7 @@ TEST_F(ADamagedCompanyFile, WithManyChangedBytesIsRefused) {
   EXPECT_THAT(Complaints(Damaged(closed_, flip)), IsEmpty());
 
   EXPECT_EQ(refused_, Damages());
+  EXPECT_EQ(altered_, 0);
 }
 
 TEST_F(ADamagedCompanyFile, WithALostBlockIsRefusedOrWorksAsBefore) {
@@ -277,6 +283,7 @@ TEST_F(ADamagedCompanyFile, WithALostBlockIsRefusedOrWorksAsBefore) {
   EXPECT_THAT(Complaints(Damaged(closed_, lose)), IsEmpty());
 
   EXPECT_GT(refused_, 0);
+  EXPECT_EQ(altered_, 0);
 }
 
 TEST_F(ADamagedCompanyFile, WithAChangedByteAfterACrashIsRefusedOrWorksAsBefore) {
@@ -287,6 +294,7 @@ TEST_F(ADamagedCompanyFile, WithAChangedByteAfterACrashIsRefusedOrWorksAsBefore)
   EXPECT_THAT(Complaints(Damaged(crashed_, flip)), IsEmpty());
 
   EXPECT_GT(refused_, 0);
+  EXPECT_LE(altered_, Damages() / kRarely);
 }
 
 TEST_F(ADamagedCompanyFile, WithAChangedByteInItsLogIsRefusedOrWorksAsBefore) {
@@ -297,6 +305,8 @@ TEST_F(ADamagedCompanyFile, WithAChangedByteInItsLogIsRefusedOrWorksAsBefore) {
   EXPECT_THAT(Complaints(Damaged(crashed_, flip)), IsEmpty());
 
   EXPECT_GT(refused_, 0);
+  // Where the last of the four bookings that are in it was hit.
+  EXPECT_LE(altered_, Damages() / 3);
 }
 
 // Two programs were killed when they had written all of a transaction, but not yet told the others of it; the others

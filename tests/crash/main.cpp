@@ -1,9 +1,12 @@
 // Kills the command line again and again while it works, and looks at the books after each time.
 #include <unistd.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <random>
+#include <stdexcept>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -12,12 +15,14 @@
 
 namespace {
 
+constexpr int kOrdinaryKills = 1000;
+
 struct Options {
   std::filesystem::path program = MULTIENTITY_PROGRAM;
   std::filesystem::path directory = std::filesystem::temp_directory_path();
   std::uint64_t seed = std::random_device{}();
-  int kills = 1000;
-  int pairKills = 1000;
+  int kills = kOrdinaryKills;
+  int pairKills = kOrdinaryKills;
   int importKills = 40;
   int importTransactions = 4000;
   int initKills = 60;
@@ -33,6 +38,11 @@ constexpr std::array<const char*, kMoments> kMomentTexts{
     "reported",
     "one of two that wanted the same",
 };
+
+// Where the books could break.
+constexpr std::array kDangerousMoments{Moment::kDuringCommit, Moment::kAfterCommit, Moment::kDuringCheckpoint};
+// What can be told of two programs on one file.
+constexpr std::array kDangerousMomentsOfTwo{Moment::kBeforeCommit, Moment::kAfterCommit};
 
 double Seconds(std::chrono::nanoseconds time) {
   return std::chrono::duration<double>(time).count();
@@ -54,6 +64,19 @@ void Print(const std::map<std::string, Timing>& timings) {
   }
 }
 
+// Fewer kills than usual may miss them.
+template <std::size_t kCount>
+void RequireDangerOf(const Tally& tally, const std::array<Moment, kCount>& moments) {
+  if (tally.kills < kOrdinaryKills) return;
+  for (const Moment moment : moments) {
+    const auto index = static_cast<std::size_t>(moment);
+    if (tally.killed[index] == 0) {
+      throw std::runtime_error("no program was killed at this moment, so the run shows nothing of it: " +
+                               std::string(kMomentTexts[index]));
+    }
+  }
+}
+
 Scene NewScene(const Options& options, const std::filesystem::path& directory) {
   std::filesystem::create_directories(directory);
   return {.program = options.program, .directory = std::filesystem::canonical(directory)};
@@ -61,15 +84,19 @@ Scene NewScene(const Options& options, const std::filesystem::path& directory) {
 
 void Crash(const Options& options, const std::filesystem::path& directory) {
   UnluckyCompany company(NewScene(options, directory / "company"), options.seed);
-  Print("one program at a time", company.KillOneAtATime(options.kills));
+  const Tally alone = company.KillOneAtATime(options.kills);
+  Print("one program at a time", alone);
   Print(company.Timings());
-  Print("two programs at once", company.KillTwoAtATime(options.pairKills));
+  const Tally two = company.KillTwoAtATime(options.pairKills);
+  Print("two programs at once", two);
   Print(company.Timings());
   company.ReadThroughTheProgram();
   Print(("an import of " + std::to_string(options.importTransactions) + " transactions").c_str(),
         KillImports(NewScene(options, directory / "import"), options.seed, options.importKills,
                     options.importTransactions));
   Print("making a company", KillInits(NewScene(options, directory / "init"), options.seed, options.initKills));
+  RequireDangerOf(alone, kDangerousMoments);
+  RequireDangerOf(two, kDangerousMomentsOfTwo);
 }
 
 }  // namespace

@@ -45,8 +45,9 @@ loaded_from_elsewhere_by() {
 # What is in $1 needs nothing but itself and what every system with a C++ runtime has.
 needs_only_itself() {
   local system='^((linux-vdso|ld-linux-x86-64|libc|libm|libgcc_s|libstdc\+\+)\.so|(KERNEL32|USER32|msvcrt)\.dll$)'
-  local strangers
-  strangers=$(loaded_from_elsewhere_by "$1" | grep -vE "$system" || true)
+  local loaded strangers
+  loaded=$(loaded_from_elsewhere_by "$1") && [ -n "$loaded" ] || return 1
+  strangers=$(grep -vE "$system" <<<"$loaded" || true)
   [ -z "$strangers" ] && return
   printf 'The package needs what is not in it: %s\n' "$strangers" >&2
   return 1

@@ -4,7 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
   libspdlog-dev)
-test_packages=(libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev
+test_packages=(git libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev
   python3 librapidcheck-dev valgrind)
 bench_packages=(libbenchmark-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
@@ -48,7 +48,8 @@ build() {
   shift
   cmake --preset "$preset" >"build/$preset.configure.log" 2>&1 || {
     cat "build/$preset.configure.log" >&2
-    fail "The $preset build could not be configured."
+    printf 'The %s build could not be configured.\n' "$preset" >&2
+    return 1
   }
   cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"}
 }
@@ -59,22 +60,30 @@ keep_wine_running() {
   coproc wine_keeper { exec scripts/under-wine.sh cmd /c 'pause >nul' 2>/dev/null; }
 }
 
-let_wine_end() {
-  [ -n "${wine_keeper_PID:-}" ] || return 0
-  local keeper=$wine_keeper_PID
-  exec {wine_keeper[1]}>&-
-  wait "$keeper" || true
+# Ends whatever runs on the project's own files of Wine, also what an earlier run left.
+end_wine() {
+  [ -d build/wine ] || return 0
+  local option
+  for option in -k -w; do
+    WINEPREFIX=$PWD/build/wine timeout --foreground 60 /usr/lib/wine/wineserver64 "$option" >/dev/null 2>&1 || true
+  done
 }
 
-# Wine's files for this project, made anew so that nothing of an earlier run is in them.
+# Wine's files for this project, made once by each script so that nothing of an earlier run is in them. Wine would put
+# folders of the user's into them, and its menus among the user's.
 make_wine_prefix() {
-  let_wine_end
+  if [ -n "${wine_keeper_PID:-}" ]; then return; fi
+  end_wine
   rm -rf build/wine
   mkdir -p build/wine
-  timeout 300 scripts/under-wine.sh wineboot --init >build/wine.log 2>&1 || {
+  trap end_wine EXIT
+  timeout --foreground -k 10 300 scripts/under-wine.sh wineboot --init >build/wine.log 2>&1 || {
     cat build/wine.log >&2
-    fail "Wine could not make its files in build/wine."
+    echo "Wine could not make its files in build/wine." >&2
+    return 1
   }
+  local link
+  find build/wine/drive_c/users -mindepth 2 -maxdepth 2 -type l | while read -r link; do rm "$link" && mkdir "$link"; done
   keep_wine_running
 }
 

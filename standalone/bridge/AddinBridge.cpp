@@ -3,7 +3,7 @@
 #if defined(_WIN32)
 #define BRIDGE_ENTRY __declspec(dllexport)
 #else
-#define BRIDGE_ENTRY __attribute__((visibility("default")))
+#define BRIDGE_ENTRY [[gnu::visibility("default")]]
 #endif
 
 namespace {

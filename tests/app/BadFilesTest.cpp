@@ -311,7 +311,7 @@ TEST_F(FullDisk, MakesNoCompanyUntilAllOfItFits) {
 class SmallDisk : public FullDisk {
  protected:
   void SetUp() override {
-    if (!MayMountASmallDisk()) GTEST_SKIP() << "a small disk cannot be mounted here, or Wine would not see it";
+    if (!MayMountASmallDisk()) GTEST_SKIP() << "this user may not mount a small disk, or its mount is not seen by Wine";
   }
 };
 

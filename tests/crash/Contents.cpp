@@ -33,7 +33,9 @@ class Columns {
 
 DatabaseHandle Open(const std::filesystem::path& file) {
   sqlite3* handle = nullptr;
-  const int code = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);
+  const std::u8string name = file.u8string();
+  const int code =
+      sqlite3_open_v2(reinterpret_cast<const char*>(name.c_str()), &handle, SQLITE_OPEN_READWRITE, nullptr);
   DatabaseHandle database(handle);
   if (code != SQLITE_OK) throw std::runtime_error(std::string("cannot be opened: ") + sqlite3_errstr(code));
   sqlite3_busy_timeout(handle, 10'000);

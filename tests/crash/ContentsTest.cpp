@@ -37,7 +37,7 @@ class TheInspection : public testing::Test {
 
   void Tamper(const char* sql) const {
     sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(file_.c_str(), &database), SQLITE_OK);
+    ASSERT_EQ(sqlite3_open(file_.string().c_str(), &database), SQLITE_OK);
     EXPECT_EQ(sqlite3_exec(database, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
     sqlite3_close(database);
   }

@@ -14,11 +14,14 @@ case $preset in
     compiler=()
     emulator=()
     program=multientity
+    own=(lib/libMultiEntity.Native.so lib/libsqlite3.so.0)
     ;;
   windows)
     compiler=(-DCMAKE_SYSTEM_NAME=Windows -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix)
     emulator=(scripts/under-wine.sh)
     program=multientity.exe
+    own=(bin/MultiEntity.Native.dll lib/libMultiEntity.Native.dll.a bin/libstdc++-6.dll bin/libgcc_s_seh-1.dll
+      bin/libwinpthread-1.dll)
     ;;
 esac
 
@@ -44,13 +47,24 @@ loaded_from_elsewhere_by() {
 
 # What is in $1 needs nothing but itself and what every system with a C++ runtime has.
 needs_only_itself() {
-  local system='^((linux-vdso|ld-linux-x86-64|libc|libm|libgcc_s|libstdc\+\+)\.so|(KERNEL32|USER32|msvcrt)\.dll$)'
+  local system='^((linux-vdso|ld-linux-x86-64|libc|libm|libgcc_s|libstdc\+\+)\.so|(KERNEL32|USER32|SHELL32|msvcrt)\.dll$)'
   local loaded strangers
   loaded=$(loaded_from_elsewhere_by "$1") && [ -n "$loaded" ] || return 1
   strangers=$(grep -vE "$system" <<<"$loaded" || true)
   [ -z "$strangers" ] && return
   printf 'The package needs what is not in it: %s\n' "$strangers" >&2
   return 1
+}
+
+# $1 holds what the guide promises, licences included.
+holds_everything() {
+  local docs=share/doc/MultiEntityNative name
+  for name in "bin/$program" bin/AddinBridge.DLL "${own[@]}" include/MultiEntityNative/MultiEntity/MultiEntityDriver.h \
+    include/MultiEntityNative/host/HostServices.h lib/cmake/MultiEntityNative/MultiEntityNativeConfig.cmake \
+    $docs/{LICENSE,README.md,THIRD-PARTY.md,docs/embedding.md,examples/embedding/main.cpp} \
+    $docs/third-party/{CLI11,fmt,nlohmann-json,spdlog,sqlite,tomlplusplus}.txt; do
+    [ -s "$1/$name" ] || { printf 'The package lacks %s.\n' "$name" >&2; return 1; }
+  done
 }
 
 # Both programs of the installation in $1 do their work; the example is built in $2.
@@ -68,5 +82,6 @@ zip=$(scripts/package.sh "$preset")
 mkdir "$work/un zipped"
 (cd "$work/un zipped" && cmake -E tar xf "$zip")
 unzipped="$work/un zipped/$(basename "$zip" .zip)"
+holds_everything "$unzipped"
 needs_only_itself "$unzipped"
 works "$unzipped" "$work/embedding against un zipped"

@@ -19,7 +19,10 @@ if(NOT EXISTS ${sqlite_sources}/sqlite3.c)
     file(REMOVE ${sqlite_archive})
     message(FATAL_ERROR "${sqlite_package} ${sqlite_package_version} is not what it was: its digest is ${fetched}.")
   endif()
-  file(ARCHIVE_EXTRACT INPUT ${sqlite_archive} DESTINATION ${sqlite_dir} PATTERNS package/deps/sqlite3/*)
+  # What stands under its final name is whole.
+  file(ARCHIVE_EXTRACT INPUT ${sqlite_archive} DESTINATION ${sqlite_dir}/unpacked PATTERNS package/deps/sqlite3/*)
+  file(REMOVE_RECURSE ${sqlite_dir}/package)
+  file(RENAME ${sqlite_dir}/unpacked/package ${sqlite_dir}/package)
 endif()
 
 if(NOT TARGET SQLite::SQLite3)

@@ -1,6 +1,7 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
+#include "bench/Logging.h"
 #include "bench/SampleCompany.h"
 #include "standalone/Dates.h"
 #include "standalone/Session.h"
@@ -21,18 +22,16 @@ constexpr std::int32_t kPartner = 7;
 constexpr std::int32_t kName = 131;
 constexpr const char* kMemo = "Region 2:Vendor 1:Branch 1";
 
-}  // namespace
-
-void AddRecording(Table& table, const std::filesystem::path& folder) {
-  constexpr const char* kTitle = "recording one journal entry durably";
-  if (!table.Wants(kTitle)) return;
+void AddRecording(Table& table, const std::filesystem::path& folder, const Logging& logging) {
+  const std::string title = logging.TitleOf("recording one journal entry durably");
+  if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, kStoredLines);
-  const std::filesystem::path ours = CopyOf(company, ".recording");
-  const std::filesystem::path theirs = CopyOf(company, ".recording-by-hand");
+  const std::filesystem::path ours = CopyOf(company, logging.SuffixOf(".recording").c_str());
+  const std::filesystem::path theirs = CopyOf(company, logging.SuffixOf(".recording-by-hand").c_str());
   table.Add(
-      {.what = kTitle, .target = 1.1, .waitsForDisk = true},
-      [ours, next = kFirstNewRequest](benchmark::State& state) mutable {
-        StandaloneHost host(ours);
+      {.what = title, .target = 1.1, .waitsForDisk = true},
+      [ours, logging, next = kFirstNewRequest](benchmark::State& state) mutable {
+        StandaloneHost host(ours, standalone::kAdministratorName, logging.Options());
         const Session session(host);
         for (auto _ : state) {
           std::uint32_t txnId = 0;
@@ -58,6 +57,12 @@ void AddRecording(Table& table, const std::filesystem::path& folder) {
                       kMemo, standalone::Today());
         }
       });
+}
+
+}  // namespace
+
+void AddRecording(Table& table, const std::filesystem::path& folder) {
+  for (const Logging& logging : kLoggings) AddRecording(table, folder, logging);
 }
 
 }  // namespace bench

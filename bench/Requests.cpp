@@ -1,12 +1,12 @@
 #include <fmt/format.h>
 
-#include <array>
 #include <memory>
 #include <vector>
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
+#include "bench/Logging.h"
 #include "bench/SampleCompany.h"
 #include "standalone/Session.h"
 #include "standalone/StandaloneHost.h"
@@ -96,24 +96,8 @@ void RequireSameAnswers(const std::filesystem::path& company, std::int64_t lines
   }
 }
 
-struct Logging {
-  const char* suffix;
-  standalone::LogLimits limits;
-};
-
-const std::array kLoggings{
-    Logging{", log of warnings and errors", {.least = Util::Ops::Level::kWarning}},
-    Logging{", log of everything", {}},
-};
-
-standalone::HostOptions OptionsWith(const Logging& logging) {
-  standalone::HostOptions options;
-  options.log = logging.limits;
-  return options;
-}
-
 void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_t lines, const Logging& logging) {
-  const std::string title = fmt::format("existence of a request id among {} rows{}", lines, logging.suffix);
+  const std::string title = logging.TitleOf(fmt::format("existence of a request id among {} rows", lines));
   if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, lines);
   RequireSameAnswers(company, lines);
@@ -121,7 +105,7 @@ void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_
   table.Add(
       {.what = title, .target = 1.2},
       [company, questions, logging](benchmark::State& state) {
-        StandaloneHost host(company, standalone::kAdministratorName, OptionsWith(logging));
+        StandaloneHost host(company, standalone::kAdministratorName, logging.Options());
         const Session session(host);
         AskAll(state, *questions, [&](const Request& request) { return Ask(host, request); });
       },
@@ -131,16 +115,16 @@ void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_
       });
 }
 
-void AddStateChange(Table& table, const std::filesystem::path& folder, std::int64_t lines) {
-  const std::string title = fmt::format("state change by request id among {} rows", lines);
+void AddStateChange(Table& table, const std::filesystem::path& folder, std::int64_t lines, const Logging& logging) {
+  const std::string title = logging.TitleOf(fmt::format("state change by request id among {} rows", lines));
   if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, lines);
-  const std::filesystem::path ours = CopyOf(company, ".states");
-  const std::filesystem::path theirs = CopyOf(company, ".states-by-hand");
+  const std::filesystem::path ours = CopyOf(company, logging.SuffixOf(".states").c_str());
+  const std::filesystem::path theirs = CopyOf(company, logging.SuffixOf(".states-by-hand").c_str());
   table.Add(
       {.what = title, .target = 1.2, .waitsForDisk = true},
-      [ours, walk = Walk(lines)](benchmark::State& state) mutable {
-        StandaloneHost host(ours);
+      [ours, logging, walk = Walk(lines)](benchmark::State& state) mutable {
+        StandaloneHost host(ours, standalone::kAdministratorName, logging.Options());
         const Session session(host);
         for (auto _ : state) {
           if (Establish(host, RequestOf(walk.Next())) != MEStatusSuccess)
@@ -159,8 +143,10 @@ void AddStateChange(Table& table, const std::filesystem::path& folder, std::int6
 }  // namespace
 
 void AddRequests(Table& table, const std::filesystem::path& folder, const Sizes& sizes) {
-  for (const Logging& logging : kLoggings) AddExistence(table, folder, sizes.storedLines, logging);
-  AddStateChange(table, folder, sizes.storedLines);
+  for (const Logging& logging : kLoggings) {
+    AddExistence(table, folder, sizes.storedLines, logging);
+    AddStateChange(table, folder, sizes.storedLines, logging);
+  }
 }
 
 }  // namespace bench

@@ -12,26 +12,16 @@ namespace bench {
 
 namespace {
 
-// The row's line, its entry's other line and the lists, each found by its record number.
-constexpr const char* kPeriod = R"sql(
-SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.partner_name, l.amount, t.date,
-       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
-       m.relation_id, l.account_id, other.account_id
-  FROM me_transaction m
-  CROSS JOIN me_relation r ON r.id = m.relation_id
-  CROSS JOIN txn_line l ON l.id = m.target_id
-  CROSS JOIN txn t ON t.id = l.txn_id
-  CROSS JOIN account a ON a.id = l.account_id
-  LEFT JOIN name n ON m.txn_type <> 8 AND n.id = t.name_id
-  LEFT JOIN txn_line other ON m.txn_type = 8 AND other.id = m.target_id + 1 AND other.txn_id = l.txn_id
-  LEFT JOIN account other_account ON other_account.id = other.account_id
- WHERE t.type = m.txn_type AND t.date BETWEEN ?1 AND ?2
- ORDER BY m.id)sql";
+constexpr const char* kPeriodColumns = R"sql(
+SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.partner_name, l.amount, t.date,)sql";
 
-constexpr const char* kPeriodText = R"sql(
+constexpr const char* kPeriodTextColumns = R"sql(
 SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.partner_name,
        printf('%,d.%02d', l.amount / 100, l.amount % 100),
-       printf('%02d/%02d/%d', t.date >> 8 & 255, t.date & 255, t.date >> 16),
+       printf('%02d/%02d/%d', t.date >> 8 & 255, t.date & 255, t.date >> 16),)sql";
+
+// The row's line, its entry's other line and the lists, each found by its record number.
+constexpr const char* kPeriodRows = R"sql(
        CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
        m.relation_id, l.account_id, other.account_id
   FROM me_transaction m
@@ -189,8 +179,8 @@ HandWritten::HandWritten(const std::filesystem::path& file) {
   begin_ = Prepare("BEGIN IMMEDIATE");
   commit_ = Prepare("COMMIT");
   count_ = Prepare(kCount);
-  period_ = Prepare(kPeriod);
-  periodText_ = Prepare(kPeriodText);
+  period_ = Prepare((std::string(kPeriodColumns) + kPeriodRows).c_str());
+  periodText_ = Prepare((std::string(kPeriodTextColumns) + kPeriodRows).c_str());
   relation_ = Prepare(kRelation);
   insertHeader_ = Prepare(kInsertHeader);
   insertLine_ = Prepare(kInsertLine);

@@ -8,16 +8,15 @@
 #include <future>
 #include <stdexcept>
 #include <string_view>
-#include <vector>
 
-#include "standalone/Termination.h"
+#include "tests/standalone/TerminationRecord.h"
 
 namespace standalone {
 namespace {
 
 using testing::ElementsAre;
 
-class TheWatchForTermination : public testing::Test {
+class TheWatchForTermination : public TerminationRecord {
  protected:
   TheWatchForTermination() {
     std::array<int, 2> ends{};
@@ -32,18 +31,7 @@ class TheWatchForTermination : public testing::Test {
   }
   void EndInput() const { close(input_); }
 
-  TerminationHandlers Handlers() {
-    return {[this](std::string line) { lines_.push_back(std::move(line)); },
-            [this](TerminationCause cause) {
-              ended_.set_value(cause);
-            }};
-  }
-
-  TerminationCause Cause() { return ended_.get_future().get(); }
-
   int input_ = -1;
-  std::vector<std::string> lines_;
-  std::promise<TerminationCause> ended_;
 };
 
 TEST_F(TheWatchForTermination, EndsWithTheInputAndHandsOverItsLines) {

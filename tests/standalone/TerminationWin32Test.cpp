@@ -11,9 +11,8 @@
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <vector>
 
-#include "standalone/Termination.h"
+#include "tests/standalone/TerminationRecord.h"
 
 namespace standalone {
 namespace {
@@ -45,7 +44,7 @@ class ControlEvent {
   HANDLE thread_ = nullptr;
 };
 
-class TheWatchForTermination : public testing::Test {
+class TheWatchForTermination : public TerminationRecord {
  protected:
   TheWatchForTermination() {
     std::array<int, 2> ends{};
@@ -64,18 +63,7 @@ class TheWatchForTermination : public testing::Test {
     if (input_ >= 0) _close(std::exchange(input_, -1));
   }
 
-  TerminationHandlers Handlers() {
-    return {[this](std::string line) { lines_.push_back(std::move(line)); },
-            [this](TerminationCause cause) {
-              ended_.set_value(cause);
-            }};
-  }
-
-  TerminationCause Cause() { return ended_.get_future().get(); }
-
   int input_ = -1;
-  std::vector<std::string> lines_;
-  std::promise<TerminationCause> ended_;
 };
 
 TEST_F(TheWatchForTermination, EndsWithTheInputAndHandsOverItsLines) {

@@ -15,24 +15,7 @@ void Put(char (&field)[kSize], const char* text) {
 
 }  // namespace
 
-MemoryHost::MemoryHost()
-    : services_{.ops = *this,
-                .runtime = *this,
-                .killSwitches = *this,
-                .remoteValues = *this,
-                .databasePreferences = *this,
-                .preferences = *this,
-                .multiEntity = *this,
-                .permissions = *this,
-                .accounts = *this,
-                .names = *this,
-                .journal = *this,
-                .lines = *this,
-                .queries = *this,
-                .money = *this,
-                .application = *this,
-                .messages = *this,
-                .platform = this} {
+MemoryHost::MemoryHost() : services_(Absent::Host::Services(*this, this)) {
   relation.relationId = 1;
   Put(relation.realmId, "9130000000000001");
   Put(relation.partnerName, "Birch Services");

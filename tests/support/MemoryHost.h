@@ -6,28 +6,13 @@
 #include <memory>
 #include <vector>
 
-#include "host/HostServices.h"
+#include "host/AbsentServices.h"
 
 // A host that answers from a few fields at once and remembers nothing of the questions, for counting what an operation
 // itself costs. It allocates nothing but the texts and lists that it hands out.
-class MemoryHost final : public Util::Ops,
-                         public Util::Runtime,
-                         public Util::MemoryManager,
-                         public KillSwitchHelper,
-                         public FileSystem::DCE,
-                         public DBPreferences,
-                         public PrefsTag,
-                         public MultiEntityDBManager,
-                         public Permissions,
-                         public ChartOfAccounts,
-                         public NameList,
-                         public Journal,
-                         public TargetLines,
-                         public QueryEngine,
-                         public Money,
+class MemoryHost final : public Absent::Host,
+                         public Absent::MultiEntityDBManager,
                          public DBMgr::FileMgr,
-                         public Application,
-                         public Messages,
                          public Platform {
  public:
   bool wantsLog = false;
@@ -48,24 +33,14 @@ class MemoryHost final : public Util::Ops,
   void Write(const Line& line) noexcept override { writtenCharacters += line.message.size(); }
 
   char* FormatStringV(const char* pattern, std::va_list arguments) override;
-  MemoryManager& GetMemoryManager() noexcept override { return *this; }
   void Release(void* block) noexcept override { std::free(block); }
 
   bool IsFeatureEnabled(const char*, const char*) override { return isFeatureOn; }
-  bool GetValue2(Util::TString, Util::TString, Util::TString&) override { return false; }
 
   Util::Status GetCompanyDBPreference(Util::TString key, Util::TString& value) override;
   Util::Status SetCompanyDBPreference(Util::TString, Util::TString) override { return kDone; }
 
   bool PrefGetPrefHandle() override { return true; }
-  bool GetCurrentFileIsSample() override { return false; }
-  std::int32_t GetIsAccntntCopy() override { return 0; }
-  bool GetUseMultiCurrency() override { return false; }
-  void GetHomeCurrency(CCurrency&) override {}
-  CurrencyHandle OpenCurrency(FeatureType) override { return {}; }
-  bool IsValidCurrency(CurrencyHandle) override { return false; }
-  Util::TString GetCurrencyCode(CurrencyHandle) override { return {}; }
-  void ReleaseCurrency(CurrencyHandle) noexcept override {}
 
   Util::Status GetRelation(Util::TString, DBMultiEntityRelation& out) override { return Fill(out, relation); }
   Util::Status GetRelationById(long, DBMultiEntityRelation& out) override { return Fill(out, relation); }
@@ -73,8 +48,6 @@ class MemoryHost final : public Util::Ops,
   Util::Status SaveRelation(DBMultiEntityRelation&) override { return kDone; }
   Util::Status UpdateRelationForRealm(DBMultiEntityRelation&, Util::TString) override { return kDone; }
   Util::Status DeleteRelation(Util::TString) override { return kDone; }
-  bool HasAnyMatchingRecord(Util::TString, long, long) override { return false; }
-  bool HasAnyMatchingAccRecordExclRealm(Util::TString, long, long) override { return false; }
   bool HasAnyMatchingTransaction(long) override { return false; }
   Util::Status SaveTransaction(DBMultiEntityTransaction&) override { return kDone; }
   Util::Status GetTransaction(std::int32_t, std::int32_t, DBMultiEntityTransaction& out) override {
@@ -91,7 +64,6 @@ class MemoryHost final : public Util::Ops,
   Util::Status SaveRejectedTransaction(DBMultiEntityRejectedTxnReceiver&) override { return kDone; }
   Util::Status GetAllRejectedTransaction(std::vector<DBMultiEntityRejectedTxnReceiver>& out) override;
   Util::Status DeleteRejectedTransaction(Util::TString) override { return kDone; }
-  bool HasAnyMatchingRejectedTransaction(Util::TString) override { return false; }
 
   bool CurrentUserIsAdminUser() override { return grantsRights; }
   bool FeaturePermissionAvailable(ProgramFeature, UserAction, unsigned char) override { return grantsRights; }
@@ -99,25 +71,15 @@ class MemoryHost final : public Util::Ops,
     return grantsRights;
   }
 
-  AccountListHandle GetAccntListPtr() override { return {}; }
-  void EdListRefreshList(AccountListHandle, std::int32_t) override {}
   EdListStatus GetAccountForRecnum(long, CAccnt&) override { return kEdListSuccess; }
   EdListStatus CreateNewChartOfAccount(char*, std::int16_t, std::int32_t& recnum, bool) override;
   std::unordered_map<long, std::pair<std::string, std::string>> GetAllAccounts() override;
   std::vector<std::pair<std::string, long>> GetListOfAccounts(std::int16_t) override { return {{"Checking", 1}}; }
-  AccountHandle OpenAccount(FeatureType) override { return {}; }
-  AccountHandle OpenAccount(long, FeatureType) override { return {}; }
-  bool GetDeleted(AccountHandle) override { return false; }
   KrEnumerations::AccntTypeType GetType(AccountHandle) override { return KrEnumerations::kOtherCurrentAsset; }
-  bool GetIsSubAccnt(AccountHandle) override { return false; }
-  bool IsSpecial(AccountHandle, KrEnumerations::SpecialAccountTypeType) override { return false; }
-  void ReleaseAccount(AccountHandle) noexcept override {}
 
   EdListStatus CreateCName(Util::TString&, NameType, std::int32_t& nameId) override;
   bool IsValidName(NameHandle name) override { return name != NameHandle::kNone; }
   Util::TString GetName(NameHandle, char*, std::int32_t) override { return "Utility"; }
-  NameHandle GetParent(NameHandle) override { return NameHandle::kNone; }
-  void ReleaseName(NameHandle) noexcept override {}
 
   EdListStatus CreateGeneralJournalEntry(CAccnt&, CAccnt&, Util::TString, JournalEntryIds& ids, std::int32_t,
                                          Util::TString) override;
@@ -131,45 +93,19 @@ class MemoryHost final : public Util::Ops,
   const char* GetAccountName(LineHandle, std::int32_t, std::int32_t) override { return "Operating Expenses:Rent"; }
   Util::TString GetStrMemo(LineHandle) override { return "Rent of June"; }
   CName GetTransactionName(LineHandle) override { return {*this, NameHandle{1}}; }
-  void ReleaseLine(LineHandle) noexcept override {}
 
-  QueryHandle OpenQuery() override { return {}; }
   Util::Status SetSelect(QueryHandle, unsigned int) override { return kDone; }
   long SetStatement(QueryHandle, unsigned int, DQE::SelectOp, DateType32) override { return 1; }
   long SetStatement(QueryHandle, long, DQE::SelectOp, long) override { return 3; }
   Util::Status DoQuery(QueryHandle) override { return kDone; }
-  bool ResultExists(QueryHandle) override { return false; }
-  const DQE::IDBResultSetRow* First(QueryHandle) override { return nullptr; }
-  const DQE::IDBResultSetRow* Next(QueryHandle) override { return nullptr; }
-  unsigned long GetTransPtrType(QueryHandle, const DQE::IDBResultSetRow*, std::int32_t) override { return 0; }
-  void ReleaseQuery(QueryHandle) noexcept override {}
 
   void String2Dollar(BalType& amount, const char*) override { amount.minorUnits = 123'450; }
   void Money2Str_s(char* buffer, std::size_t, BalType, MoneyFormat) override { std::memcpy(buffer, "1,234.50", 9); }
 
   std::int32_t GetFileState() override { return 0; }
-  bool IsServerMode(bool) override { return false; }
   bool SystemIsOpen() override { return true; }
-  bool SystemIsClosing() override { return false; }
   DBMgr::FileMgr* GetActiveFileMgr() override { return this; }
   void Enqueue(AppMsg* message) noexcept override { queued_.reset(message); }
-  void SubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
-  void UnsubscribeCloseSystem(CNotify<CNotifyDataCloseSystem>&) noexcept override {}
-  void ExecuteCommand(const CCommandAndArgs&) override {}
-
-  ResourceInstance GetKRWinInstance() override { return {}; }
-  void GetIndStringC(char* buffer, std::size_t, ResourceInstance, std::int32_t, std::int32_t) override {
-    *buffer = '\0';
-  }
-  YNC_Tag YesNoInfoMsgO(const Util::SourceContext&, ResourceInstance, std::int32_t, std::int32_t, std::int32_t, bool,
-                        bool) override {
-    return {};
-  }
-  std::int32_t KRMSG_MessageO(std::uintptr_t, std::int32_t, std::int32_t, std::int32_t,
-                              std::span<const MessageArgument>) override {
-    return -1;
-  }
-  void KRWarnMsgWithTitle02(std::uintptr_t, const Util::SourceContext&, const char*, const char*, bool) override {}
 
   void GetLocalTime(_SYSTEMTIME& now) override;
   TimerId SetTimer(TimerId, std::uint32_t, TimerProcedure) override { return 1; }

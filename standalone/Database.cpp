@@ -11,6 +11,11 @@ namespace standalone {
 
 namespace {
 
+// What a booking writes. Everything else is taken for one of the lists, which is right for the schema, too.
+bool HoldsBookings(std::string_view table) {
+  return table == "txn" || table == "txn_line" || table == "me_transaction" || table == "me_rejected_transaction";
+}
+
 bool IsDamage(int code) {
   const int primary = code & 0xFF;
   return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
@@ -60,6 +65,7 @@ Database::Database(const std::filesystem::path& file, std::chrono::milliseconds 
   }
   sqlite3_extended_result_codes(handle_, 1);
   sqlite3_busy_timeout(handle_, static_cast<int>(busyTimeout.count()));
+  sqlite3_set_authorizer(handle_, &NoticeWrittenTable, this);
 }
 
 Database::~Database() {
@@ -70,7 +76,7 @@ Database::~Database() {
 }
 
 void Database::Execute(const char* sql) {
-  ++readVersion_;
+  ForgetWhatWasRead();
   const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) Fail(code);
 }
@@ -124,14 +130,14 @@ void Database::Rollback() noexcept {
   if (!inUnit_) return;
   inUnit_ = false;
   hasNoticedOthers_ = false;
-  ++readVersion_;
+  ForgetWhatWasRead();
   CloseStreams();
   if (sqlite3_get_autocommit(handle_) == 0) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 // A unit sees one state of the file, so that asking once in it is enough.
 void Database::NoticeOtherWriters() {
-  RequireUsable(/*writes=*/false);
+  RequireUsable(Writes::kNothing);
   int code = SQLITE_OK;
   if (otherWriters_ == nullptr) {
     code = sqlite3_prepare_v3(handle_, "PRAGMA data_version", -1, SQLITE_PREPARE_PERSISTENT, &otherWriters_,
@@ -142,7 +148,7 @@ void Database::NoticeOtherWriters() {
   const int version = sqlite3_column_int(otherWriters_, 0);
   code = sqlite3_reset(otherWriters_);
   if (code != SQLITE_OK) Fail(code);
-  if (version != othersVersion_) ++readVersion_;
+  if (version != othersVersion_) ForgetWhatWasRead();
   othersVersion_ = version;
   hasNoticedOthers_ = true;
 }
@@ -169,17 +175,40 @@ void Database::CloseStreams() noexcept {
   for (RowStream* const stream : streams_) stream->Close();
 }
 
-void Database::RequireUsable(bool writes) {
+// Told by the engine, while it prepares a statement, of each table that the statement, a trigger of it or a reference's
+// action writes.
+int Database::NoticeWrittenTable(void* self, int action, const char* table, const char* /*column*/,
+                                 const char* /*schema*/, const char* /*trigger*/) {
+  const bool writes = action == SQLITE_INSERT || action == SQLITE_UPDATE || action == SQLITE_DELETE;
+  if (writes && !HoldsBookings(table)) static_cast<Database*>(self)->preparesWriteToLists_ = true;
+  return SQLITE_OK;
+}
+
+Database::Writes Database::Prepare(const char* sql, sqlite3_stmt*& statement) {
+  preparesWriteToLists_ = false;
+  const int code = sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, /*pzTail=*/nullptr);
+  if (code != SQLITE_OK) Fail(code);
+  if (sqlite3_stmt_readonly(statement) != 0) return Writes::kNothing;
+  return preparesWriteToLists_ ? Writes::kLists : Writes::kBookings;
+}
+
+void Database::ForgetWhatWasRead() noexcept {
+  ++readVersion_;
+  ++listsVersion_;
+}
+
+void Database::RequireUsable(Writes writes) {
   if (!inUnit_) throw UnitOfWorkError("The company file is only worked on within a unit of work.");
   NoticeLostUnit();
   if (!spoiledBy_.empty()) ThrowSpoiled();
-  if (!writes) return;
+  if (writes == Writes::kNothing) return;
   if (access_ != Access::kWrite) throw UnitOfWorkError("A unit of work for reading does not write.");
   ++readVersion_;
+  if (writes == Writes::kLists) ++listsVersion_;
 }
 
 void Database::Fail(int code) {
-  ++readVersion_;
+  ForgetWhatWasRead();
   hasNoticedOthers_ = false;
   const std::string reason = sqlite3_errmsg(handle_);
   const bool isConstraint = (code & 0xFF) == SQLITE_CONSTRAINT;
@@ -249,12 +278,8 @@ Statement::~Statement() {
 }
 
 Rows Statement::Start() {
-  if (statement_ == nullptr) {
-    const int code = sqlite3_prepare_v3(database_.handle_, sql_, -1, SQLITE_PREPARE_PERSISTENT, &statement_,
-                                        /*pzTail=*/nullptr);
-    if (code != SQLITE_OK) database_.Fail(code);
-  }
-  database_.RequireUsable(sqlite3_stmt_readonly(statement_) == 0);
+  if (statement_ == nullptr) writes_ = database_.Prepare(sql_, statement_);
+  database_.RequireUsable(writes_);
   return {database_, statement_};
 }
 

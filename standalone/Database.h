@@ -57,6 +57,12 @@ class Database {
     if (!hasNoticedOthers_) NoticeOtherWriters();
     return readVersion_;
   }
+  // The same for accounts, names, partners, users and settings, which hold while this connection books: only its
+  // statements that write one of them change it.
+  std::uint64_t ListsVersion() {
+    if (!hasNoticedOthers_) NoticeOtherWriters();
+    return listsVersion_;
+  }
 
   std::int64_t LastInsertedId() const noexcept;
   std::int64_t ChangedRows() const noexcept;
@@ -69,9 +75,17 @@ class Database {
   friend class Rows;
   friend class RowStream;
 
+  // What a statement writes, in the order of what it makes void.
+  enum class Writes { kNothing, kBookings, kLists };
+
+  static int NoticeWrittenTable(void* self, int action, const char* table, const char* column, const char* schema,
+                                const char* trigger);
+
   int Step(sqlite3_stmt*& statement, const char* sql) noexcept;
+  Writes Prepare(const char* sql, sqlite3_stmt*& statement);
   void CloseStreams() noexcept;
-  void RequireUsable(bool writes);
+  void RequireUsable(Writes writes);
+  void ForgetWhatWasRead() noexcept;
   [[noreturn]] void Fail(int code);
   [[noreturn]] void ThrowSpoiled() const;
   void NoticeLostUnit();
@@ -86,6 +100,8 @@ class Database {
   std::vector<RowStream*> streams_;
   std::uint64_t unitNumber_ = 0;
   std::uint64_t readVersion_ = 0;
+  std::uint64_t listsVersion_ = 0;
+  bool preparesWriteToLists_ = false;
   int othersVersion_ = 0;          // the engine's number for what other connections have written
   bool hasNoticedOthers_ = false;  // in the open unit, which nothing has spoiled since
   bool inUnit_ = false;
@@ -158,6 +174,7 @@ class Statement {
   Database& database_;
   const char* sql_;
   sqlite3_stmt* statement_ = nullptr;
+  Database::Writes writes_ = Database::Writes::kNothing;
 };
 
 // Rows that are read on from call to call. They are closed when the unit of work ends: an open reader would keep the
@@ -180,8 +197,9 @@ class RowStream {
   std::optional<Rows> rows_;
 };
 
-// A value that was read in a unit of work and is asked for again, in that unit or a later one; read anew as soon as it
-// may no longer hold. Asked for outside of a unit of work, it is read, which is refused there.
+// A value that was read from the company's lists or settings in a unit of work and is asked for again, in that unit or
+// a later one; read anew as soon as it may no longer hold. Asked for outside of a unit of work, it is read, which is
+// refused there.
 template <typename Value>
 class ReadOnce {
  public:
@@ -197,12 +215,12 @@ class ReadOnce {
   }
 
   Value& Hold(Value value) {
-    version_ = database_.ReadVersion();
+    version_ = database_.ListsVersion();
     return value_.emplace(std::move(value));
   }
 
   // Null when there is none that holds.
-  Value* Held() { return value_ && database_.InUnit() && version_ == database_.ReadVersion() ? &*value_ : nullptr; }
+  Value* Held() { return value_ && database_.InUnit() && version_ == database_.ListsVersion() ? &*value_ : nullptr; }
 
  private:
   Database& database_;

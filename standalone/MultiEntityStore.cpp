@@ -148,11 +148,9 @@ MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
       deleteRejected_(database, "DELETE FROM me_rejected_transaction WHERE request_id = ?1"),
       isRejected_(database, "SELECT 1 FROM me_rejected_transaction WHERE request_id = ?1 LIMIT 1") {}
 
-// A partner's messages ask for the same relation again and again. What a writing unit held would not outlive its
-// writes.
+// A partner's messages ask for the same relation again and again.
 Util::Status MultiEntityStore::GetRelation(Util::TString realmId, DBMultiEntityRelation& row) {
   return AsStatus([&] {
-    if (database_.UnitAccess() == Access::kWrite) return ReadOne(relation_.Query(realmId.view()), row, ReadRelation);
     RelationsByRealm& held = relationsByRealm_.Get([](RelationsByRealm&) {});
     if (const auto found = held.find(realmId.view()); found != held.end()) {
       row = found->second;

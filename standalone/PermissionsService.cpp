@@ -3,8 +3,6 @@
 namespace standalone {
 
 bool PermissionsService::CurrentUserIsAdminUser() {
-  // What a writing unit held would not outlive its writes.
-  if (database_.UnitAccess() == Access::kWrite) return users_.IsAdministrator(userId_);
   return isAdministrator_.Get([this](bool& is) { is = users_.IsAdministrator(userId_); });
 }
 

@@ -9,7 +9,7 @@ namespace standalone {
 class PermissionsService final : public Permissions {
  public:
   PermissionsService(Database& database, UserTable& users, std::int32_t userId)
-      : database_(database), users_(users), userId_(userId), isAdministrator_(database) {}
+      : users_(users), userId_(userId), isAdministrator_(database) {}
 
   bool CurrentUserIsAdminUser() override;
   bool FeaturePermissionAvailable(ProgramFeature feature, UserAction action, unsigned char option) override;
@@ -17,7 +17,6 @@ class PermissionsService final : public Permissions {
                                std::int32_t option2, std::int32_t option3) override;
 
  private:
-  Database& database_;
   UserTable& users_;
   std::int32_t userId_;
   ReadOnce<bool> isAdministrator_;

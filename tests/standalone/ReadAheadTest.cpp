@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/Guard.h"
 #include "tests/standalone/CompanyFixture.h"
 
 namespace standalone {
@@ -287,6 +288,54 @@ TEST_F(ListsReadOnce, FollowTheRightsThatAnotherProgramWithdraws) {
                 [&] { host_.Data().Execute("UPDATE user SET administrator = 0 WHERE name = 'Chief'"); });
 
   EXPECT_FALSE(chief.Request(Access::kRead, mayManage));
+}
+
+TEST_F(ListsReadOnce, FollowWhatTheirOwnUnitOfWorkChangesBetweenBookings) {
+  MultiEntityDBManager& store = host_.Services().multiEntity;
+  Permissions& permissions = host_.Services().permissions;
+  host_.Request(Access::kWrite, [&] {
+    User second;
+    second.name = "Chief";
+    second.administrator = true;
+    host_.Users().Add(second);
+    ASSERT_TRUE(permissions.CurrentUserIsAdminUser());
+    DBMultiEntityRelation relation{};
+    relation.realmId[0] = '9';
+    ASSERT_TRUE(store.SaveRelation(relation).Succeeded());
+    ASSERT_TRUE(store.GetRelation("9", relation).Succeeded());
+
+    DBMultiEntityTransaction row{};
+    row.relationId = relation.relationId;
+    ASSERT_TRUE(store.SaveTransaction(row).Succeeded());
+    User withdrawn = host_.CurrentUser();
+    withdrawn.administrator = false;
+    host_.Users().Change(withdrawn);
+    EXPECT_FALSE(permissions.CurrentUserIsAdminUser());
+    ASSERT_TRUE(store.DeleteTransaction(row.txnId).Succeeded());
+    ASSERT_TRUE(store.DeleteRelation("9").Succeeded());
+    EXPECT_EQ(store.GetRelation("9", relation).GetStatusCode(), kStatusNotFound);
+  });
+}
+
+TEST_F(ListsReadOnce, AreNotReadAgainBecauseOfABooking) {
+  const std::int32_t name =
+      host_.Request(Access::kWrite, [&] { return host_.Names().Create("Region", NameKind::kVendor).id; });
+  int statements = 0;
+  const auto count = [](unsigned, void* counter, void*, void*) {
+    ++*static_cast<int*>(counter);
+    return 0;
+  };
+  host_.Request(Access::kWrite, [&] {
+    ASSERT_TRUE(host_.Services().permissions.CurrentUserIsAdminUser());
+    ASSERT_EQ(NameOf(name), "Region");
+    host_.Transactions().AddHeader({.type = kTxnTypeBill, .date = DateType32(2024, 3, 1), .nameId = name, .memo = ""});
+    sqlite3_trace_v2(host_.Data().Handle(), SQLITE_TRACE_STMT, count, &statements);
+
+    EXPECT_TRUE(host_.Services().permissions.CurrentUserIsAdminUser());
+    EXPECT_EQ(NameOf(name), "Region");
+    sqlite3_trace_v2(host_.Data().Handle(), 0, nullptr, nullptr);
+  });
+  EXPECT_EQ(statements, 0);
 }
 
 TEST_F(ListsReadOnce, AreNotGivenAnyMoreOnceTheFileCannotBeRead) {

@@ -18,6 +18,7 @@ class Ops {
   enum class Level : std::int32_t { kTrace = 0, kNotice = 1, kWarning = 3, kError = 4 };
   enum class EventType : std::int32_t { kDiagnostic = 5, kFlow = 6 };
 
+  // The texts but the message are fixed: printable ASCII without backslash.
   struct Line {
     Level level;
     EventType eventType;

@@ -25,6 +25,7 @@ MessageLoop::~MessageLoop() = default;
 void MessageLoop::Run() {
   while (!quit_) {
     if (RunTask() || DeliverMessage() || FireTimers()) continue;
+    host_.Log().Flush();
     const bool messageCouldNotBegin = host_.App().HasMessages();
     events_.Sleep(messageCouldNotBegin ? std::optional(kRetryAfter) : std::nullopt);
   }

@@ -121,30 +121,36 @@ void OperationsLog::Write(const Line& line) noexcept {
   }
 }
 
+// The line goes behind those that are held back; where it does not fit into their piece, they are written first.
 void OperationsLog::Append(const Line& line) {
-  line_.clear();
-  AppendTime();
-  line_ += '\t';
-  line_ += userColumn_;
-  line_ += '\t';
-  AppendNumber(line_, static_cast<std::int32_t>(line.level));
-  line_ += '\t';
-  AppendNumber(line_, static_cast<std::int32_t>(line.eventType));
-  line_ += '\t';
-  AppendEscaped(line_, line.sourceFile);
-  line_ += '\t';
-  AppendNumber(line_, line.sourceLine);
-  line_ += '\t';
-  AppendEscaped(line_, line.shortName);
-  line_ += '\t';
-  AppendEscaped(line_, line.signature);
-  line_ += '\t';
-  AppendEscaped(line_, line.message);
-
-  if (pending_.size() + line_.size() + 2 > kPieceBytes) Flush();
-  if (!pending_.empty()) pending_ += '\n';
-  pending_ += line_;
+  const std::size_t before = pending_.size();
+  if (before != 0) pending_ += '\n';
+  AppendColumns(line);
+  if (before != 0 && pending_.size() + 1 > kPieceBytes) {
+    WriteFirst(before);
+    pending_.erase(0, before + 1);
+  }
   if (line.level == Level::kError) Flush();
+}
+
+void OperationsLog::AppendColumns(const Line& line) {
+  AppendTime();
+  pending_ += '\t';
+  pending_ += userColumn_;
+  pending_ += '\t';
+  AppendNumber(pending_, static_cast<std::int32_t>(line.level));
+  pending_ += '\t';
+  AppendNumber(pending_, static_cast<std::int32_t>(line.eventType));
+  pending_ += '\t';
+  pending_ += line.sourceFile;
+  pending_ += '\t';
+  AppendNumber(pending_, line.sourceLine);
+  pending_ += '\t';
+  pending_ += line.shortName;
+  pending_ += '\t';
+  pending_ += line.signature;
+  pending_ += '\t';
+  AppendEscaped(pending_, line.message);
 }
 
 void OperationsLog::AppendTime() {
@@ -155,19 +161,24 @@ void OperationsLog::AppendTime() {
     secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}.", fmt::gmtime(static_cast<std::time_t>(second)));
     second_ = second;
   }
-  line_ += secondText_;
-  for (std::int64_t unit = 100; unit != 0; unit /= 10) line_ += static_cast<char>('0' + now / unit % 10);
-  line_ += 'Z';
+  pending_ += secondText_;
+  for (std::int64_t unit = 100; unit != 0; unit /= 10) pending_ += static_cast<char>('0' + now / unit % 10);
+  pending_ += 'Z';
 }
 
 void OperationsLog::Flush() noexcept {
-  if (file_ == nullptr || pending_.empty()) return;
+  if (pending_.empty()) return;
+  WriteFirst(pending_.size());
+  pending_.clear();
+}
+
+void OperationsLog::WriteFirst(std::size_t length) noexcept {
+  if (file_ == nullptr) return;
   try {
-    file_->Append(pending_);
+    file_->Append(std::string_view(pending_).substr(0, length));
   } catch (...) {
     file_.reset();
   }
-  pending_.clear();
 }
 
 std::string EscapeColumn(std::string_view text) {

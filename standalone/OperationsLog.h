@@ -21,8 +21,8 @@ struct LogLimits {
 };
 
 // The operations log: a rotating text file beside the company file, one line per log line, its columns separated by
-// tabs. Lines are written together when a unit of work ends, and at once after an error. A log that cannot be written
-// is given up silently; the work that it tells of goes on.
+// tabs. Lines are held back until Flush(), until a few thousand bytes of them have come together, or an error is among
+// them. A log that cannot be written is given up silently; the work that it tells of goes on.
 class OperationsLog final : public Util::Ops {
  public:
   OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {});
@@ -43,15 +43,16 @@ class OperationsLog final : public Util::Ops {
   class File;
 
   void Append(const Line& line);
+  void AppendColumns(const Line& line);
   void AppendTime();
+  // Writes so much of what is held back.
+  void WriteFirst(std::size_t length) noexcept;
 
   Observer observer_;
   Level least_;
   std::string userColumn_;
   std::unique_ptr<File> file_;
   std::string pending_;
-  // The line that is being put together, kept for its memory.
-  std::string line_;
   // The time text up to its second, as that of the line before is mostly the same.
   std::int64_t second_ = -1;
   std::string secondText_;

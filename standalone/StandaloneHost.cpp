@@ -167,7 +167,7 @@ void StandaloneHost::SetRemovalUnderWay(std::function<bool()> predicate) {
 }
 
 StandaloneHost::LogFlush::~LogFlush() {
-  host_.parts_->log.Flush();
+  if (access_ == Access::kWrite) host_.parts_->log.Flush();
 }
 
 }  // namespace standalone

@@ -90,6 +90,27 @@ TEST_F(TheMessageLoop, RunsTasksOfOtherThreadsOnItsOwn) {
   EXPECT_EQ(ranOn, std::this_thread::get_id());
 }
 
+TEST_F(TheMessageLoop, WritesTheLogWhenItHasNothingToDo) {
+  const LogReader reader(CompanyFile::LogPath(path_));
+  const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  bool isWritten = false;
+  Loop().Post([this] {
+    host_.Request(Access::kRead, [this] {
+      Util::Ops::MessageFunctor(host_.Log(), Util::Ops::Level::kTrace, Util::Ops::EventType::kFlow, "standalone",
+                                __LINE__, "short", "signature")("looked");
+    });
+  });
+  std::thread other([&] {
+    while (!isWritten && std::chrono::steady_clock::now() < patience) isWritten = !reader.LastLines(1).empty();
+    Loop().Quit();
+  });
+
+  Loop().Run();
+  other.join();
+
+  EXPECT_TRUE(isWritten);
+}
+
 TEST_F(TheMessageLoop, GoesOnAfterATaskThatFailed) {
   Loop().SetFailureHandler([this](std::string_view what) { record_.emplace_back(what); });
   Loop().Post([] { throw std::runtime_error("no printer"); });

@@ -26,7 +26,10 @@ class OddTextInTheBooks : public CompanyFixture, public testing::WithParamInterf
     });
   }
 
-  std::vector<LogLine> Log() const { return LogReader(CompanyFile::LogPath(path_)).LastLines(100); }
+  std::vector<LogLine> Log() {
+    host_.Log().Flush();
+    return LogReader(CompanyFile::LogPath(path_)).LastLines(100);
+  }
 
   StandaloneHost host_{path_};
   Session session_{host_};
@@ -151,6 +154,7 @@ TEST_F(ANulInTheBooks, DoesNotMakeAnotherPartnerOfTheTextBeforeIt) {
 
   DBMultiEntityRelation row{};
   EXPECT_EQ(Read(text_, row), MEStatusInvalidData);
+  host_.Log().Flush();
   EXPECT_THAT(LogReader(CompanyFile::LogPath(path_)).LastLines(1),
               testing::ElementsAre(Field(&LogLine::message,
                                          "MULTIENTITY_WARNING:: not able to get the relation as it is not part of "

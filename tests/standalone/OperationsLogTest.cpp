@@ -26,6 +26,14 @@ class TheOperationsLog : public testing::Test {
                .message = message});
   }
 
+  std::filesystem::path NewCompanyFile() const {
+    const std::filesystem::path company = folder_ / "birch.company";
+    NewCompany values;
+    values.name = "Birch";
+    CompanyFile::Create(company, values);
+    return company;
+  }
+
   static void WriteInTurns(OperationsLog& first, OperationsLog& second, int rounds) {
     const std::string filler(3000, 'x');
     for (int round = 0; round < rounds; ++round) {
@@ -100,7 +108,7 @@ TEST_F(TheOperationsLog, KeepsALineThatHoldsLineBreaksTabsAndOtherControlCharact
   EXPECT_EQ(lines[1].message, "next");
 }
 
-TEST_F(TheOperationsLog, HoldsLinesBackUntilTheUnitOfWorkEnds) {
+TEST_F(TheOperationsLog, HoldsLinesBackUntilItIsFlushed) {
   OperationsLog log(path_, "clerk");
 
   Write(log, "one");
@@ -108,6 +116,15 @@ TEST_F(TheOperationsLog, HoldsLinesBackUntilTheUnitOfWorkEnds) {
   log.Flush();
 
   EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, WritesWhatHasComeTogether) {
+  const std::string filler(1500, 'x');
+  OperationsLog log(path_, "clerk");
+
+  for (int line = 0; line < 3; ++line) Write(log, filler);
+
+  EXPECT_THAT(reader_.LastLines(10), SizeIs(2));
 }
 
 TEST_F(TheOperationsLog, WritesAnErrorAtOnceWithTheLinesBeforeIt) {
@@ -199,11 +216,7 @@ TEST_F(TheOperationsLog, ThatCannotBeWrittenIsGivenUpSilently) {
 }
 
 TEST_F(TheOperationsLog, KeepsTheLinesOfAUnitThatWasUndone) {
-  const std::filesystem::path company = folder_ / "birch.company";
-  NewCompany values;
-  values.name = "Birch";
-  CompanyFile::Create(company, values);
-  StandaloneHost host(company);
+  StandaloneHost host(NewCompanyFile());
 
   EXPECT_THROW(host.Request(Access::kWrite,
                             [&] {
@@ -213,6 +226,25 @@ TEST_F(TheOperationsLog, KeepsTheLinesOfAUnitThatWasUndone) {
                std::runtime_error);
 
   EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("tried")));
+}
+
+TEST_F(TheOperationsLog, HasTheLinesOfAUnitThatWritesWhenTheUnitEnds) {
+  StandaloneHost host(NewCompanyFile());
+
+  host.Request(Access::kRead, [&] { Write(host.Log(), "read"); });
+  EXPECT_THAT(reader_.LastLines(10), IsEmpty());
+  host.Request(Access::kWrite, [&] { Write(host.Log(), "written"); });
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("read"), Message("written")));
+}
+
+TEST_F(TheOperationsLog, HasAllLinesWhenTheHostIsGone) {
+  {
+    StandaloneHost host(NewCompanyFile());
+    host.Request(Access::kRead, [&] { Write(host.Log(), "read"); });
+  }
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("read")));
 }
 
 TEST_F(TheOperationsLog, StaysWholeWhenTwoProgramsWriteIt) {

@@ -1,14 +1,15 @@
 #include "standalone/OperationsLog.h"
 
 #include <fmt/chrono.h>
+#include <fmt/compile.h>
 #include <fmt/format.h>
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <ctime>
-#include <iterator>
 
 namespace standalone {
 
@@ -24,48 +25,48 @@ constexpr bool IsPlain(char character) noexcept {
   return (byte >= 0x20) & (byte != 0x7F) & (byte != '\\');
 }
 
-// Counts to the end, which compilers turn into wide steps.
+// Goes on to the end, which compilers turn into wide steps.
 bool IsPlain(std::string_view text) noexcept {
-  unsigned odd = 0;
-  for (const char character : text) odd += IsPlain(character) ? 0U : 1U;
+  unsigned char odd = 0;
+  for (const char character : text) odd |= static_cast<unsigned char>(!IsPlain(character));
   return odd == 0;
 }
 
-void AppendEscaped(std::string& out, char character) {
+// What stands for it behind a backslash: a letter of its own, or 'x' before its number.
+char EscapeLetter(char character) {
   switch (character) {
     case '\t':
-      out += "\\t";
-      break;
+      return 't';
     case '\n':
-      out += "\\n";
-      break;
+      return 'n';
     case '\r':
-      out += "\\r";
-      break;
+      return 'r';
     case '\\':
-      out += "\\\\";
-      break;
+      return '\\';
     default:
-      fmt::format_to(std::back_inserter(out), "\\x{:02X}", static_cast<unsigned char>(character));
+      return 'x';
   }
 }
 
-void AppendEscaped(std::string& out, std::string_view text) {
+void AppendEscaped(fmt::memory_buffer& out, char character) {
+  const char letter = EscapeLetter(character);
+  out.push_back('\\');
+  out.push_back(letter);
+  if (letter == 'x') fmt::format_to(fmt::appender(out), "{:02X}", static_cast<unsigned char>(character));
+}
+
+void AppendEscaped(fmt::memory_buffer& out, std::string_view text) {
   if (IsPlain(text)) {
-    out += text;
+    out.append(text);
     return;
   }
   for (const char character : text) {
     if (IsPlain(character)) {
-      out += character;
+      out.push_back(character);
     } else {
       AppendEscaped(out, character);
     }
   }
-}
-
-void AppendNumber(std::string& out, std::int64_t number) {
-  out += fmt::format_int(number).c_str();
 }
 
 int HexDigit(char character) {
@@ -98,7 +99,6 @@ OperationsLog::OperationsLog(const std::filesystem::path& file, std::string_view
     : least_(limits.least), userColumn_(EscapeColumn(userName)) {
   try {
     file_ = std::make_unique<File>(file, limits);
-    pending_.reserve(kPieceBytes);
   } catch (const spdlog::spdlog_ex&) {
     file_.reset();
   }
@@ -124,50 +124,33 @@ void OperationsLog::Write(const Line& line) noexcept {
 // The line goes behind those that are held back; where it does not fit into their piece, they are written first.
 void OperationsLog::Append(const Line& line) {
   const std::size_t before = pending_.size();
-  if (before != 0) pending_ += '\n';
+  if (before != 0) pending_.push_back('\n');
   AppendColumns(line);
   if (before != 0 && pending_.size() + 1 > kPieceBytes) {
     WriteFirst(before);
-    pending_.erase(0, before + 1);
+    std::copy(pending_.begin() + before + 1, pending_.end(), pending_.begin());
+    pending_.resize(pending_.size() - before - 1);
   }
   if (line.level == Level::kError) Flush();
 }
 
 void OperationsLog::AppendColumns(const Line& line) {
-  AppendTime();
-  pending_ += '\t';
-  pending_ += userColumn_;
-  pending_ += '\t';
-  AppendNumber(pending_, static_cast<std::int32_t>(line.level));
-  pending_ += '\t';
-  AppendNumber(pending_, static_cast<std::int32_t>(line.eventType));
-  pending_ += '\t';
-  pending_ += line.sourceFile;
-  pending_ += '\t';
-  AppendNumber(pending_, line.sourceLine);
-  pending_ += '\t';
-  pending_ += line.shortName;
-  pending_ += '\t';
-  pending_ += line.signature;
-  pending_ += '\t';
-  AppendEscaped(pending_, line.message);
-}
-
-void OperationsLog::AppendTime() {
   const std::int64_t now =
       std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
           .count();
   if (const std::int64_t second = now / 1000; second != second_) {
-    secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}.", fmt::gmtime(static_cast<std::time_t>(second)));
+    secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(second)));
     second_ = second;
   }
-  pending_ += secondText_;
-  for (std::int64_t unit = 100; unit != 0; unit /= 10) pending_ += static_cast<char>('0' + now / unit % 10);
-  pending_ += 'Z';
+  fmt::format_to(fmt::appender(pending_), FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
+                 now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
+                 static_cast<std::int32_t>(line.eventType), line.sourceFile, line.sourceLine, line.shortName,
+                 line.signature);
+  AppendEscaped(pending_, line.message);
 }
 
 void OperationsLog::Flush() noexcept {
-  if (pending_.empty()) return;
+  if (pending_.size() == 0) return;
   WriteFirst(pending_.size());
   pending_.clear();
 }
@@ -175,16 +158,16 @@ void OperationsLog::Flush() noexcept {
 void OperationsLog::WriteFirst(std::size_t length) noexcept {
   if (file_ == nullptr) return;
   try {
-    file_->Append(std::string_view(pending_).substr(0, length));
+    file_->Append({pending_.data(), length});
   } catch (...) {
     file_.reset();
   }
 }
 
 std::string EscapeColumn(std::string_view text) {
-  std::string escaped;
+  fmt::memory_buffer escaped;
   AppendEscaped(escaped, text);
-  return escaped;
+  return fmt::to_string(escaped);
 }
 
 std::string UnescapeColumn(std::string_view text) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -44,7 +46,6 @@ class OperationsLog final : public Util::Ops {
 
   void Append(const Line& line);
   void AppendColumns(const Line& line);
-  void AppendTime();
   // Writes so much of what is held back.
   void WriteFirst(std::size_t length) noexcept;
 
@@ -52,8 +53,8 @@ class OperationsLog final : public Util::Ops {
   Level least_;
   std::string userColumn_;
   std::unique_ptr<File> file_;
-  std::string pending_;
-  // The time text up to its second, as that of the line before is mostly the same.
+  fmt::memory_buffer pending_;
+  // The time text up to its second, which is mostly that of the line before.
   std::int64_t second_ = -1;
   std::string secondText_;
 };

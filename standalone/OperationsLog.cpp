@@ -6,18 +6,20 @@
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <cstdio>
 #include <ctime>
+#include <iterator>
+#include <vector>
 
 namespace standalone {
 
 namespace {
 
-// Whole lines are handed over in pieces of at most this size, each flushed: two programs on one log then append whole
-// lines, not parts of them.
-constexpr std::size_t kPieceBytes = 4096;
+// Whole lines are handed over in pieces of at most this size, each in one call to the system: two programs on one log
+// then append whole lines, not parts of them. Small pieces cost more: the call takes longer than a dozen lines.
+constexpr std::size_t kPieceBytes = 32 << 10;
 
 // Whether a character stands in a column as it is.
 constexpr bool IsPlain(char character) noexcept {
@@ -48,16 +50,16 @@ char EscapeLetter(char character) {
   }
 }
 
-void AppendEscaped(fmt::memory_buffer& out, char character) {
+void AppendEscaped(std::string& out, char character) {
   const char letter = EscapeLetter(character);
   out.push_back('\\');
   out.push_back(letter);
-  if (letter == 'x') fmt::format_to(fmt::appender(out), "{:02X}", static_cast<unsigned char>(character));
+  if (letter == 'x') fmt::format_to(std::back_inserter(out), "{:02X}", static_cast<unsigned char>(character));
 }
 
-void AppendEscaped(fmt::memory_buffer& out, std::string_view text) {
+void AppendEscaped(std::string& out, std::string_view text) {
   if (IsPlain(text)) {
-    out.append(text);
+    out += text;
     return;
   }
   for (const char character : text) {
@@ -80,7 +82,7 @@ int HexDigit(char character) {
 class OperationsLog::File {
  public:
   File(const std::filesystem::path& path, LogLimits limits)
-      : sink_(path.native(), limits.fileBytes, limits.olderFiles) {
+      : sink_(path.native(), limits.fileBytes, limits.olderFiles, /*rotate_on_open=*/false, WithRoomForAPiece()) {
     sink_.set_formatter(
         std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::utc, /*eol=*/"\n"));
   }
@@ -92,6 +94,16 @@ class OperationsLog::File {
   }
 
  private:
+  spdlog::file_event_handlers WithRoomForAPiece() {
+    spdlog::file_event_handlers handlers;
+    handlers.after_open = [this](const spdlog::filename_t&, std::FILE* file) {
+      std::setvbuf(file, room_.data(), _IOFBF, room_.size());
+    };
+    return handlers;
+  }
+
+  // The open file's, one file at a time.
+  std::vector<char> room_ = std::vector<char>(kPieceBytes);
   spdlog::sinks::rotating_file_sink_st sink_;
 };
 
@@ -128,8 +140,7 @@ void OperationsLog::Append(const Line& line) {
   AppendColumns(line);
   if (before != 0 && pending_.size() + 1 > kPieceBytes) {
     WriteFirst(before);
-    std::copy(pending_.begin() + before + 1, pending_.end(), pending_.begin());
-    pending_.resize(pending_.size() - before - 1);
+    pending_.erase(0, before + 1);
   }
   if (line.level == Level::kError) Flush();
 }
@@ -142,7 +153,7 @@ void OperationsLog::AppendColumns(const Line& line) {
     secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(second)));
     second_ = second;
   }
-  fmt::format_to(fmt::appender(pending_), FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
+  fmt::format_to(std::back_inserter(pending_), FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
                  now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
                  static_cast<std::int32_t>(line.eventType), line.sourceFile, line.sourceLine, line.shortName,
                  line.signature);
@@ -150,7 +161,7 @@ void OperationsLog::AppendColumns(const Line& line) {
 }
 
 void OperationsLog::Flush() noexcept {
-  if (pending_.size() == 0) return;
+  if (pending_.empty()) return;
   WriteFirst(pending_.size());
   pending_.clear();
 }
@@ -165,9 +176,9 @@ void OperationsLog::WriteFirst(std::size_t length) noexcept {
 }
 
 std::string EscapeColumn(std::string_view text) {
-  fmt::memory_buffer escaped;
+  std::string escaped;
   AppendEscaped(escaped, text);
-  return fmt::to_string(escaped);
+  return escaped;
 }
 
 std::string UnescapeColumn(std::string_view text) {

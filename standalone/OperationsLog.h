@@ -1,7 +1,5 @@
 #pragma once
 
-#include <fmt/format.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -23,7 +21,7 @@ struct LogLimits {
 };
 
 // The operations log: a rotating text file beside the company file, one line per log line, its columns separated by
-// tabs. Lines are held back until Flush(), until a few thousand bytes of them have come together, or an error is among
+// tabs. Lines are held back until Flush(), until thousands of bytes of them have come together, or an error is among
 // them. A log that cannot be written is given up silently; the work that it tells of goes on.
 class OperationsLog final : public Util::Ops {
  public:
@@ -53,7 +51,7 @@ class OperationsLog final : public Util::Ops {
   Level least_;
   std::string userColumn_;
   std::unique_ptr<File> file_;
-  fmt::memory_buffer pending_;
+  std::string pending_;
   // The time text up to its second, which is mostly that of the line before.
   std::int64_t second_ = -1;
   std::string secondText_;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "standalone/LogReader.h"
 #include "standalone/OperationsLog.h"
 #include "tests/standalone/CompanyFixture.h"
@@ -32,14 +34,6 @@ class TheOperationsLog : public testing::Test {
     values.name = "Birch";
     CompanyFile::Create(company, values);
     return company;
-  }
-
-  static void WriteInTurns(OperationsLog& first, OperationsLog& second, int rounds) {
-    const std::string filler(3000, 'x');
-    for (int round = 0; round < rounds; ++round) {
-      Write(first, filler);
-      Write(second, filler);
-    }
   }
 
   static auto Message(const char* text) { return Field(&LogLine::message, text); }
@@ -119,7 +113,7 @@ TEST_F(TheOperationsLog, HoldsLinesBackUntilItIsFlushed) {
 }
 
 TEST_F(TheOperationsLog, WritesWhatHasComeTogether) {
-  const std::string filler(1500, 'x');
+  const std::string filler(15'000, 'x');
   OperationsLog log(path_, "clerk");
 
   for (int line = 0; line < 3; ++line) Write(log, filler);
@@ -248,13 +242,21 @@ TEST_F(TheOperationsLog, HasAllLinesWhenTheHostIsGone) {
 }
 
 TEST_F(TheOperationsLog, StaysWholeWhenTwoProgramsWriteIt) {
-  OperationsLog first(path_, "first");
-  OperationsLog second(path_, "second");
-  WriteInTurns(first, second, 20);
-  first.Flush();
-  second.Flush();
+#ifdef _WIN32
+  GTEST_SKIP() << "Windows does not append in one step, so lines may be lost when two programs write at once";
+#endif
+  const auto write = [this](const char* user) {
+    OperationsLog log(path_, user);
+    for (std::size_t line = 0; line < 2000; ++line) {
+      Write(log, std::string(100 + line % 900, 'x'));
+      if (line % 70 == 0) log.Flush();
+    }
+  };
+  std::thread other(write, "second");
+  write("first");
+  other.join();
 
-  EXPECT_THAT(reader_.LastLines(100), SizeIs(40));
+  EXPECT_THAT(reader_.LastLines(10'000), SizeIs(4000));
 }
 
 }  // namespace

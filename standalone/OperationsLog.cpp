@@ -146,18 +146,23 @@ void OperationsLog::Append(const Line& line) {
 }
 
 void OperationsLog::AppendColumns(const Line& line) {
-  const std::int64_t now =
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
-          .count();
-  if (const std::int64_t second = now / 1000; second != second_) {
+  now_ = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+             .count();
+  if (const std::int64_t second = now_ / 1000; second != second_) {
     secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(second)));
     second_ = second;
   }
   fmt::format_to(std::back_inserter(pending_), FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
-                 now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
+                 now_ % 1000, userColumn_, static_cast<std::int32_t>(line.level),
                  static_cast<std::int32_t>(line.eventType), line.sourceFile, line.sourceLine, line.shortName,
                  line.signature);
   AppendEscaped(pending_, line.message);
+}
+
+// A call to the system for each unit would cost a tenth of a quick one. The clock may be put back.
+void OperationsLog::EndUnit() noexcept {
+  constexpr std::int64_t kRest = 50;
+  if (now_ < written_ || now_ - written_ >= kRest) Flush();
 }
 
 void OperationsLog::Flush() noexcept {
@@ -167,6 +172,7 @@ void OperationsLog::Flush() noexcept {
 }
 
 void OperationsLog::WriteFirst(std::size_t length) noexcept {
+  written_ = now_;
   if (file_ == nullptr) return;
   try {
     file_->Append({pending_.data(), length});

@@ -167,7 +167,7 @@ void StandaloneHost::SetRemovalUnderWay(std::function<bool()> predicate) {
 }
 
 StandaloneHost::LogFlush::~LogFlush() {
-  if (access_ == Access::kWrite) host_.parts_->log.Flush();
+  host_.parts_->log.EndUnit();
 }
 
 }  // namespace standalone

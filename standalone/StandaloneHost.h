@@ -52,11 +52,10 @@ class StandaloneHost {
   // Runs `operation` as one unit of work and returns what it returns. The unit is committed when the operation returns,
   // whatever it answered, and rolled back when it throws. UnitOfWorkError when the unit cannot begin or be committed.
   // Units do not nest; questions and commands are put outside of the one that is open.
-  // The log's lines of a unit that writes are in the log's file by then; those of one that only reads wait there for
-  // more, until the loop has nothing to do or the host is gone.
+  // The log's lines are in its file by then, too, unless units follow each other in quick succession.
   template <typename Operation>
   auto Request(Access access, Operation&& operation) {
-    LogFlush flush(*this, access);
+    LogFlush flush(*this);
     UnitOfWork unit(Data(), access);
     if constexpr (std::is_void_v<std::invoke_result_t<Operation>>) {
       std::forward<Operation>(operation)();
@@ -99,14 +98,13 @@ class StandaloneHost {
 
   class LogFlush {
    public:
-    LogFlush(StandaloneHost& host, Access access) noexcept : host_(host), access_(access) {}
+    explicit LogFlush(StandaloneHost& host) noexcept : host_(host) {}
     LogFlush(const LogFlush&) = delete;
     LogFlush& operator=(const LogFlush&) = delete;
     ~LogFlush();
 
    private:
     StandaloneHost& host_;
-    Access access_;
   };
 
   std::unique_ptr<Parts> parts_;

@@ -387,6 +387,16 @@ TEST_F(PeriodEntries, ShowAJournalEntryWithItsOwnAndTheLiabilityAccount) {
   EXPECT_EQ(entry.txnDate, "03/05/2024");
 }
 
+TEST_F(PeriodEntries, ShareTheNameOfAnAccountThatStandsBehindSeveralLines) {
+  host.store.transactions.push_back(host.store.transactions.front());
+
+  List();
+
+  ASSERT_THAT(list, SizeIs(4));
+  EXPECT_EQ(list[3].billCheckAccountName, "Rent");
+  EXPECT_EQ(list[3].billCheckAccountName.c_str(), list[0].billCheckAccountName.c_str());
+}
+
 TEST_F(PeriodEntries, WriteTheRightsLinesOnly) {
   List();
 

@@ -1,4 +1,7 @@
+#include <array>
 #include <exception>
+#include <functional>
+#include <string_view>
 
 #include "MultiEntityDriver/BoundedCopy.h"
 #include "MultiEntityDriver/CallFrame.h"
@@ -16,6 +19,19 @@ struct Partner {
 
   Util::TString realmId;
   Util::TString name;
+};
+
+// Few accounts stand behind many lines, so that a long listing shares most of their names with an earlier line.
+class AccountNames {
+ public:
+  Util::TString Get(std::string_view name) {
+    Util::TString& held = held_[std::hash<std::string_view>{}(name) % held_.size()];
+    if (held.view() != name) held = Util::TString(name);
+    return held;
+  }
+
+ private:
+  std::array<Util::TString, 256> held_;
 };
 
 using PartnersByRelation = std::unordered_map<std::int32_t, Partner>;
@@ -100,7 +116,7 @@ std::int32_t LiabilityLineOf(std::int32_t targetId) noexcept {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(targetId) + 1U);
 }
 
-void FillLiabilityAccountName(const OperationLog& log, METxnInfo& info) {
+void FillLiabilityAccountName(const OperationLog& log, AccountNames& names, METxnInfo& info) {
   const std::int32_t liabilityLineId = LiabilityLineOf(info.targetId);
   if (!Host().lines.TargExists(liabilityLineId, kTxnTypeJournalEntry)) {
     log.Error("MULTIENTITY_ERROR::%s, Failed to fetch liability account name from account recnum %d", log.Name(),
@@ -108,18 +124,18 @@ void FillLiabilityAccountName(const OperationLog& log, METxnInfo& info) {
     return;
   }
   const TargType liabilityLine = OpenLine(liabilityLineId, kTxnTypeJournalEntry);
-  info.liabilityAccountName = liabilityLine.GetAccountName(kDefaultAccountName, kDefaultAccountName);
+  info.liabilityAccountName = names.Get(liabilityLine.GetAccountName(kDefaultAccountName, kDefaultAccountName));
 }
 
-void FillAccountNames(const OperationLog& log, const TargType& line, METxnInfo& info) {
+void FillAccountNames(const OperationLog& log, const TargType& line, AccountNames& names, METxnInfo& info) {
   switch (info.txnType) {
     case kTxnTypeCheck:
     case kTxnTypeBill:
-      info.billCheckAccountName = line.GetAccountName(kDefaultAccountName, kDefaultAccountName);
+      info.billCheckAccountName = names.Get(line.GetAccountName(kDefaultAccountName, kDefaultAccountName));
       break;
     case kTxnTypeJournalEntry:
-      FillLiabilityAccountName(log, info);
-      info.entryAccountName = line.GetAccountName(kDefaultAccountName, kDefaultAccountName);
+      FillLiabilityAccountName(log, names, info);
+      info.entryAccountName = names.Get(line.GetAccountName(kDefaultAccountName, kDefaultAccountName));
       break;
     default:
       log.Error("MULTIENTITY_ERROR:: %s Unsupported txn type %d", log.Name(), static_cast<std::int32_t>(info.txnType));
@@ -173,6 +189,7 @@ MEStatusCode ListPeriod(const OperationLog& log, std::vector<METxnInfo>& list, D
   std::vector<DBMultiEntityTransaction> rows;
   if (Host().multiEntity.GetAllTransactionWithTargets(rows).Failed()) return MEStatusSuccess;
 
+  AccountNames accountNames;
   list.reserve(rows.size());
   for (const DBMultiEntityTransaction& row : rows) {
     if (!rights.Cover(row.txnType)) {
@@ -200,7 +217,7 @@ MEStatusCode ListPeriod(const OperationLog& log, std::vector<METxnInfo>& list, D
     }
 
     METxnInfo info = Describe(row, partner->second, line, date);
-    FillAccountNames(log, line, info);
+    FillAccountNames(log, line, accountNames, info);
     info.currencyCode = MultiEntityUtils::GetHomeCurrencyCode();
     info.txnName = MultiEntityUtils::GetQualifiedTxnName(line, row.txnType);
     list.push_back(std::move(info));

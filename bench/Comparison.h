@@ -27,6 +27,14 @@ inline constexpr const char* kByHandAsText = "by hand, formatted by SQL";
 
 using Body = std::function<void(benchmark::State&)>;
 
+// Measures one piece of work after another, but not the first: that one prepares statements and fills caches, which a
+// side may also have done when it was made.
+template <typename Work>
+void Repeat(benchmark::State& state, Work&& work) {
+  work();
+  for (auto _ : state) work();
+}
+
 // Registers both sides of a comparison. With several hand-written sides the fastest one counts.
 class Table {
  public:

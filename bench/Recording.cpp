@@ -22,6 +22,21 @@ constexpr std::int32_t kPartner = 7;
 constexpr std::int32_t kName = 131;
 constexpr const char* kMemo = "Region 2:Vendor 1:Branch 1";
 
+MEStatusCode Record(StandaloneHost& host, std::int64_t request) {
+  const std::string realm = RealmId(kPartner);
+  const std::string requestId = RequestId(request);
+  return host.Request(Access::kWrite, [&] {
+    MEAccountInfo expense;
+    expense.accountId = ExpenseAccount(3);
+    MECNameInfo name;
+    name.nameId = kName;
+    name.name = kMemo;
+    std::uint32_t txnId = 0;
+    return MultiEntityDriver::RecordGeneralJournalEntry(std::string_view(realm), expense, DueToAccount(kPartner),
+                                                        "1,234.50", std::string_view(requestId), name, txnId);
+  });
+}
+
 void AddRecording(Table& table, const std::filesystem::path& folder, const Logging& logging) {
   const std::string title = logging.TitleOf("recording one journal entry durably");
   if (!table.Wants(title)) return;
@@ -33,29 +48,16 @@ void AddRecording(Table& table, const std::filesystem::path& folder, const Loggi
       [ours, logging, next = kFirstNewRequest](benchmark::State& state) mutable {
         StandaloneHost host(ours, standalone::kAdministratorName, logging.Options());
         const Session session(host);
-        for (auto _ : state) {
-          std::uint32_t txnId = 0;
-          const std::string realm = RealmId(kPartner);
-          const std::string request = RequestId(next++);
-          const MEStatusCode status = host.Request(Access::kWrite, [&] {
-            MEAccountInfo expense;
-            expense.accountId = ExpenseAccount(3);
-            MECNameInfo name;
-            name.nameId = kName;
-            name.name = kMemo;
-            return MultiEntityDriver::RecordGeneralJournalEntry(std::string_view(realm), expense,
-                                                                DueToAccount(kPartner), "1,234.50",
-                                                                std::string_view(request), name, txnId);
-          });
-          if (status != MEStatusSuccess) state.SkipWithError("the entry was not recorded");
-        }
+        Repeat(state, [&] {
+          if (Record(host, next++) != MEStatusSuccess) state.SkipWithError("the entry was not recorded");
+        });
       },
       [theirs, next = kFirstNewRequest](benchmark::State& state) mutable {
         HandWritten hand(theirs);
-        for (auto _ : state) {
+        Repeat(state, [&] {
           hand.Record(RealmId(kPartner), ExpenseAccount(3), DueToAccount(kPartner), 123'450, RequestId(next++), kName,
                       kMemo, standalone::Today());
-        }
+        });
       });
 }
 

@@ -126,17 +126,17 @@ void AddStateChange(Table& table, const std::filesystem::path& folder, std::int6
       [ours, logging, walk = Walk(lines)](benchmark::State& state) mutable {
         StandaloneHost host(ours, standalone::kAdministratorName, logging.Options());
         const Session session(host);
-        for (auto _ : state) {
+        Repeat(state, [&] {
           if (Establish(host, RequestOf(walk.Next())) != MEStatusSuccess)
             state.SkipWithError("the state did not change");
-        }
+        });
       },
       [theirs, walk = Walk(lines)](benchmark::State& state) mutable {
         HandWritten hand(theirs);
-        for (auto _ : state) {
+        Repeat(state, [&] {
           const Request request = RequestOf(walk.Next());
           if (!hand.Establish(request.realm, request.id)) state.SkipWithError("the state did not change");
-        }
+        });
       });
 }
 

@@ -75,7 +75,7 @@ class Database {
   friend class Rows;
   friend class RowStream;
 
-  // What a statement writes, in the order of what it makes void.
+  // What a statement writes.
   enum class Writes { kNothing, kBookings, kLists };
 
   static int NoticeWrittenTable(void* self, int action, const char* table, const char* column, const char* schema,

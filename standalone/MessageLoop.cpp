@@ -29,6 +29,7 @@ void MessageLoop::Run() {
     const bool messageCouldNotBegin = host_.App().HasMessages();
     events_.Sleep(messageCouldNotBegin ? std::optional(kRetryAfter) : std::nullopt);
   }
+  host_.Log().Flush();
 }
 
 void MessageLoop::Post(Task task) {

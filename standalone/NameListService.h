@@ -31,7 +31,7 @@ class NameListService final : public NameList {
     const HeldName* lastFound = nullptr;
   };
 
-  // Each name is read once as long as nobody writes.
+  // Each name is read once as long as nobody changes a list.
   const HeldName& Find(NameHandle name);
   HeldName Read(NameHandle name);
 

@@ -6,6 +6,7 @@
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -125,11 +126,12 @@ bool OperationsLog::Wants(Level level) const noexcept {
 }
 
 void OperationsLog::Write(const Line& line) noexcept {
+  const std::size_t before = pending_.size();
   try {
     if (observer_) observer_(line);
     if (file_ != nullptr && line.level >= least_) Append(line);
   } catch (...) {
-    pending_.clear();
+    pending_.resize(std::min(before, pending_.size()));
   }
 }
 
@@ -146,23 +148,28 @@ void OperationsLog::Append(const Line& line) {
 }
 
 void OperationsLog::AppendColumns(const Line& line) {
-  now_ = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
-             .count();
-  if (const std::int64_t second = now_ / 1000; second != second_) {
+  const std::int64_t now =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+          .count();
+  if (const std::int64_t second = now / 1000; second != second_) {
     secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(second)));
     second_ = second;
   }
   fmt::format_to(std::back_inserter(pending_), FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
-                 now_ % 1000, userColumn_, static_cast<std::int32_t>(line.level),
+                 now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
                  static_cast<std::int32_t>(line.eventType), line.sourceFile, line.sourceLine, line.shortName,
                  line.signature);
   AppendEscaped(pending_, line.message);
 }
 
-// A call to the system for each unit would cost a tenth of a quick one. The clock may be put back.
+// A call to the system for each unit would cost a quarter of a quick one.
 void OperationsLog::EndUnit() noexcept {
-  constexpr std::int64_t kRest = 50;
-  if (now_ < written_ || now_ - written_ >= kRest) Flush();
+  constexpr std::chrono::milliseconds kQuickSuccession{50};
+  if (pending_.empty()) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (lastUnitWritten_ && now - *lastUnitWritten_ < kQuickSuccession) return;
+  lastUnitWritten_ = now;
+  Flush();
 }
 
 void OperationsLog::Flush() noexcept {
@@ -172,7 +179,6 @@ void OperationsLog::Flush() noexcept {
 }
 
 void OperationsLog::WriteFirst(std::size_t length) noexcept {
-  written_ = now_;
   if (file_ == nullptr) return;
   try {
     file_->Append({pending_.data(), length});

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,9 +23,9 @@ struct LogLimits {
 };
 
 // The operations log: a rotating text file beside the company file, one line per log line, its columns separated by
-// tabs. Lines are held back until a unit of work ends, and when units follow each other in quick succession until about
-// every twentieth of a second or thousands of bytes of them have come together; an error is written at once, with what
-// is held back. A log that cannot be written is given up silently; the work that it tells of goes on.
+// tabs. Lines are held back until a unit of work ends, and where units follow each other in quick succession for up to
+// a twentieth of a second, or until tens of thousands of bytes of them have come together; an error is written at once,
+// with what is held back. A log that cannot be written is given up silently; the work that it tells of goes on.
 class OperationsLog final : public Util::Ops {
  public:
   OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {});
@@ -54,9 +56,8 @@ class OperationsLog final : public Util::Ops {
   std::string userColumn_;
   std::unique_ptr<File> file_;
   std::string pending_;
-  // Milliseconds: the last line's time, and what it was when lines were last written.
-  std::int64_t now_ = 0;
-  std::int64_t written_ = 0;
+  // When a unit's end last wrote lines.
+  std::optional<std::chrono::steady_clock::time_point> lastUnitWritten_;
   // The time text up to its second, which is mostly that of the line before.
   std::int64_t second_ = -1;
   std::string secondText_;

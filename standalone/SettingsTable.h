@@ -22,7 +22,8 @@ class SettingsTable {
  public:
   explicit SettingsTable(Database& database);
 
-  // Held as long as nobody writes; the reference stands for the unit of work that asks, until it writes.
+  // Held as long as nobody changes lists or settings; the reference stands for the unit of work that asks, until it
+  // writes.
   const Settings& Get();
   // Throws InvalidInput that names the setting or its value.
   void Set(std::string_view name, std::string_view value);

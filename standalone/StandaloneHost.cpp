@@ -166,7 +166,7 @@ void StandaloneHost::SetRemovalUnderWay(std::function<bool()> predicate) {
   parts_->journal.SetRemovalUnderWay(std::move(predicate));
 }
 
-StandaloneHost::LogFlush::~LogFlush() {
+StandaloneHost::LoggedUnit::~LoggedUnit() {
   host_.parts_->log.EndUnit();
 }
 

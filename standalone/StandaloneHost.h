@@ -55,7 +55,7 @@ class StandaloneHost {
   // The log's lines are in its file by then, too, unless units follow each other in quick succession.
   template <typename Operation>
   auto Request(Access access, Operation&& operation) {
-    LogFlush flush(*this);
+    const LoggedUnit loggedUnit(*this);
     UnitOfWork unit(Data(), access);
     if constexpr (std::is_void_v<std::invoke_result_t<Operation>>) {
       std::forward<Operation>(operation)();
@@ -96,12 +96,12 @@ class StandaloneHost {
  private:
   struct Parts;
 
-  class LogFlush {
+  class LoggedUnit {
    public:
-    explicit LogFlush(StandaloneHost& host) noexcept : host_(host) {}
-    LogFlush(const LogFlush&) = delete;
-    LogFlush& operator=(const LogFlush&) = delete;
-    ~LogFlush();
+    explicit LoggedUnit(StandaloneHost& host) noexcept : host_(host) {}
+    LoggedUnit(const LoggedUnit&) = delete;
+    LoggedUnit& operator=(const LoggedUnit&) = delete;
+    ~LoggedUnit();
 
    private:
     StandaloneHost& host_;

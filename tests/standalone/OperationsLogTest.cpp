@@ -246,13 +246,24 @@ TEST_F(TheOperationsLog, IsWrittenTogetherWhereUnitsFollowEachOtherQuickly) {
   EXPECT_THAT(reader_.LastLines(2 * kUnits), SizeIs(kUnits));
 }
 
+TEST_F(TheOperationsLog, HasAllLinesOfALoneUnitAlsoAfterAnError) {
+  OperationsLog log(path_, "clerk");
+  Write(log, "error", Util::Ops::Level::kError);
+  Write(log, "after it");
+
+  log.EndUnit();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("error"), Message("after it")));
+}
+
 TEST_F(TheOperationsLog, HasAllLinesWhenTheHostIsGone) {
   {
     StandaloneHost host(NewCompanyFile());
-    host.Request(Access::kRead, [&] { Write(host.Log(), "read"); });
+    host.Request(Access::kRead, [&] { Write(host.Log(), "first"); });
+    host.Request(Access::kRead, [&] { Write(host.Log(), "second"); });
   }
 
-  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("read")));
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("first"), Message("second")));
 }
 
 TEST_F(TheOperationsLog, StaysWholeWhenTwoProgramsWriteIt) {

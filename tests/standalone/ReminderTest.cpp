@@ -85,7 +85,10 @@ class TheReminder : public CompanyFixture {
     return host_->Request(Access::kRead, [&] { return host_->DatabasePreferences().Find(kLaunchDatePreference); });
   }
 
-  std::vector<LogLine> Log() { return LogReader(CompanyFile::LogPath(path_)).LastLines(200); }
+  std::vector<LogLine> Log() {
+    if (host_) host_->Log().Flush();
+    return LogReader(CompanyFile::LogPath(path_)).LastLines(200);
+  }
 
   // For a timer's procedure, which has no room for anything of its own.
   static inline StandaloneHost* closed = nullptr;

@@ -90,10 +90,8 @@ void Table::AddOtherHand(const std::string& what, const char* side, Body byHand)
 }
 
 void Table::Register(const std::string& name, bool waitsForDisk, Body body) {
-  constexpr int kRepetitionsOnDisk = 51;
-  constexpr int kIterationsOnDisk = 500;
   auto* const registered = benchmark::RegisterBenchmark(name.c_str(), std::move(body))->UseRealTime();
-  if (waitsForDisk) registered->Repetitions(kRepetitionsOnDisk)->Iterations(kIterationsOnDisk);
+  if (waitsForDisk) registered->Repetitions(durable_.repetitions)->Iterations(durable_.requests);
 }
 
 void Table::Run(int repetitions, double minimumSeconds) {

@@ -25,6 +25,12 @@ inline constexpr const char* kOurs = "multientity";
 inline constexpr const char* kByHand = "by hand";
 inline constexpr const char* kByHandAsText = "by hand, formatted by SQL";
 
+// How often a side that waits for the disk is measured, and how many requests each time.
+struct DurableRuns {
+  int repetitions = 51;
+  int requests = 500;
+};
+
 using Body = std::function<void(benchmark::State&)>;
 
 // Measures one piece of work after another, but not the first: that one prepares statements and fills caches, which a
@@ -39,7 +45,7 @@ void Repeat(benchmark::State& state, Work&& work) {
 class Table {
  public:
   // What does not match the regular expression is left out.
-  explicit Table(const std::string& only) : only_(only) {}
+  Table(const std::string& only, DurableRuns durable) : only_(only), durable_(durable) {}
   bool Wants(const std::string& what) const { return std::regex_search(what, only_); }
 
   void Add(Comparison comparison, Body ours, Body byHand);
@@ -55,6 +61,7 @@ class Table {
   void Register(const std::string& name, bool waitsForDisk, Body body);
 
   std::regex only_;
+  DurableRuns durable_;
   std::vector<Comparison> comparisons_;
   std::map<std::string, std::vector<std::string>> hands_;
 };

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <ostream>
 #include <stdexcept>
+#include <unordered_map>
 
 namespace bench {
 
@@ -23,7 +24,7 @@ SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.p
 // The row's line, its entry's other line and the lists, each found by its record number.
 constexpr const char* kPeriodRows = R"sql(
        CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
-       m.relation_id, l.account_id, other.account_id
+       m.relation_id, l.account_id, other.account_id, t.name_id
   FROM me_transaction m
   CROSS JOIN me_relation r ON r.id = m.relation_id
   CROSS JOIN txn_line l ON l.id = m.target_id
@@ -140,17 +141,20 @@ struct ListingTexts {
   SharedTexts realms;
   SharedTexts partners;
   SharedTexts accounts;
+  SharedTexts names;
+  std::unordered_map<std::uint32_t, Util::TString> dates;
 };
 
 void TakeNames(sqlite3_stmt* statement, ListingTexts& texts, METxnInfo& info) {
   info.requestId = Text(statement, 4);
   info.realmId = texts.realms.Get(statement, 12, 5);
   info.partnerName = texts.partners.Get(statement, 12, 6);
-  info.txnName = Text(statement, 9);
   if (info.txnType == 8) {
+    info.txnName = Text(statement, 9);
     info.entryAccountName = texts.accounts.Get(statement, 13, 10);
     info.liabilityAccountName = texts.accounts.Get(statement, 14, 11);
   } else {
+    info.txnName = texts.names.Get(statement, 15, 9);
     info.billCheckAccountName = texts.accounts.Get(statement, 13, 10);
   }
 }
@@ -205,7 +209,10 @@ void HandWritten::ListPeriod(DateType32 from, DateType32 to, std::vector<METxnIn
   while (sqlite3_step(period_) == SQLITE_ROW) {
     METxnInfo& info = Append(period_, list, texts);
     info.amount = MoneyText(sqlite3_column_int64(period_, 7));
-    info.txnDate = DateText(static_cast<std::uint32_t>(sqlite3_column_int(period_, 8)));
+    const auto date = static_cast<std::uint32_t>(sqlite3_column_int(period_, 8));
+    Util::TString& text = texts.dates[date];
+    if (text.empty()) text = DateText(date);
+    info.txnDate = text;
   }
   if (sqlite3_reset(period_) != SQLITE_OK) Fail(database_);
 }

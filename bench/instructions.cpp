@@ -18,6 +18,7 @@
 #include "bench/HandWritten.h"
 #include "bench/SampleCompany.h"
 #include "host/SystemTime.h"
+#include "standalone/Dates.h"
 #include "standalone/Import.h"
 #include "standalone/Session.h"
 #include "standalone/StandaloneHost.h"
@@ -284,7 +285,7 @@ void CountOnCompanyFile(const std::filesystem::path& folder) {
         }));
   Count("by hand: recording ten journal entries", TenTimes([&] {
           hand.Record(realm, ExpenseAccount(3), DueToAccount(2), 123'450, RequestId(++next), 131,
-                      "Region 2:Vendor 1:Branch 1", DateType32(2025, 6, 30));
+                      "Region 2:Vendor 1:Branch 1", standalone::Today());
         }));
   Count("company file: accounts free for relations", [&] {
     std::unordered_map<long, std::pair<std::string, std::string>> list;

@@ -26,6 +26,7 @@ namespace {
 
 constexpr int kRepetitions = 9;
 constexpr int kQuickRepetitions = 5;
+constexpr DurableRuns kQuickDurable{.repetitions = 11, .requests = 100};
 
 struct Options {
   bool isQuick = false;
@@ -62,7 +63,7 @@ Sizes QuickSizes() {
 void Measure(const Options& options) {
   const WorkFolder folder(std::filesystem::temp_directory_path());
   const Sizes sizes = options.isQuick ? QuickSizes() : Sizes();
-  Table table(options.filter);
+  Table table(options.filter, options.isQuick ? kQuickDurable : DurableRuns());
   AddPeriodListing(table, folder.Path(), sizes);
   AddRecording(table, folder.Path());
   AddRequests(table, folder.Path(), sizes);

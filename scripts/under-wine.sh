@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Runs a Windows program: under-wine.sh PROGRAM ARGUMENT...
 #
-# Wine's files lie in a prefix of this project's own, which ./test and ./run make once; they also say what
-# starts it.
+# Wine's files lie in a prefix of this project's own, which ./test and ./run make once. They also say
+# what starts Wine.
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 export WINEPREFIX=$here/build/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="winemenubuilder.exe=d;mscoree,mshtml=" LC_ALL=C.UTF-8
 unset DISPLAY WAYLAND_DISPLAY

@@ -138,15 +138,10 @@ void Database::Rollback() noexcept {
 // A unit sees one state of the file, so that asking once in it is enough.
 void Database::NoticeOtherWriters() {
   RequireUsable(Writes::kNothing);
-  int code = SQLITE_OK;
-  if (otherWriters_ == nullptr) {
-    code = sqlite3_prepare_v3(handle_, "PRAGMA data_version", -1, SQLITE_PREPARE_PERSISTENT, &otherWriters_,
-                              /*pzTail=*/nullptr);
-    if (code != SQLITE_OK) Fail(code);
-  }
+  if (otherWriters_ == nullptr) Prepare("PRAGMA data_version", otherWriters_);
   sqlite3_step(otherWriters_);
   const int version = sqlite3_column_int(otherWriters_, 0);
-  code = sqlite3_reset(otherWriters_);
+  const int code = sqlite3_reset(otherWriters_);
   if (code != SQLITE_OK) Fail(code);
   if (version != othersVersion_) ForgetWhatWasRead();
   othersVersion_ = version;

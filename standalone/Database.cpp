@@ -115,7 +115,7 @@ void Database::Commit() {
   if (!inUnit_) throw UnitOfWorkError("There is no unit of work to commit.");
   NoticeLostUnit();
   if (!spoiledBy_.empty()) ThrowSpoiled();
-  CloseStreams();
+  DropWhatTheUnitKept();
   const int code = Step(commit_, "COMMIT");
   if (code != SQLITE_OK) {
     spoiledBy_ = sqlite3_errmsg(handle_);
@@ -131,7 +131,7 @@ void Database::Rollback() noexcept {
   inUnit_ = false;
   hasNoticedOthers_ = false;
   ForgetWhatWasRead();
-  CloseStreams();
+  DropWhatTheUnitKept();
   if (sqlite3_get_autocommit(handle_) == 0) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
@@ -166,8 +166,8 @@ int Database::Step(sqlite3_stmt*& statement, const char* sql) noexcept {
   return sqlite3_reset(statement);
 }
 
-void Database::CloseStreams() noexcept {
-  for (RowStream* const stream : streams_) stream->Close();
+void Database::DropWhatTheUnitKept() noexcept {
+  for (UnitBound* const kept : unitBound_) kept->Drop();
 }
 
 // Told by the engine, while it prepares a statement, of each table that the statement, a trigger of it or a reference's
@@ -295,12 +295,12 @@ void Statement::Bind(int index, std::nullptr_t) {
   if (code != SQLITE_OK) database_.Fail(code);
 }
 
-RowStream::RowStream(Database& database) : database_(database) {
-  database_.streams_.push_back(this);
+UnitBound::UnitBound(Database& database) : database_(database) {
+  database_.unitBound_.push_back(this);
 }
 
-RowStream::~RowStream() {
-  std::erase(database_.streams_, this);
+UnitBound::~UnitBound() {
+  std::erase(database_.unitBound_, this);
 }
 
 UnitOfWork::UnitOfWork(Database& database, Access access) : database_(database) {

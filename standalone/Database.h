@@ -15,7 +15,7 @@ struct sqlite3_stmt;
 
 namespace standalone {
 
-class RowStream;
+class UnitBound;
 
 // What a unit of work may do: read one unchanging state of the file, or read and write while others wait.
 enum class Access { kRead, kWrite };
@@ -73,7 +73,7 @@ class Database {
  private:
   friend class Statement;
   friend class Rows;
-  friend class RowStream;
+  friend class UnitBound;
 
   // What a statement writes.
   enum class Writes { kNothing, kBookings, kLists };
@@ -83,7 +83,7 @@ class Database {
 
   int Step(sqlite3_stmt*& statement, const char* sql) noexcept;
   Writes Prepare(const char* sql, sqlite3_stmt*& statement);
-  void CloseStreams() noexcept;
+  void DropWhatTheUnitKept() noexcept;
   void RequireUsable(Writes writes);
   void ForgetWhatWasRead() noexcept;
   [[noreturn]] void Fail(int code);
@@ -97,7 +97,7 @@ class Database {
   sqlite3_stmt* beginWriting_ = nullptr;
   sqlite3_stmt* commit_ = nullptr;
   sqlite3_stmt* otherWriters_ = nullptr;
-  std::vector<RowStream*> streams_;
+  std::vector<UnitBound*> unitBound_;
   std::uint64_t unitNumber_ = 0;
   std::uint64_t readVersion_ = 0;
   std::uint64_t listsVersion_ = 0;
@@ -177,24 +177,21 @@ class Statement {
   Database::Writes writes_ = Database::Writes::kNothing;
 };
 
-// Rows that are read on from call to call. They are closed when the unit of work ends: an open reader would keep the
-// file's old state alive beyond it.
-class RowStream {
+// Something that is kept from call to call within a unit of work and dropped at its end.
+class UnitBound {
  public:
-  explicit RowStream(Database& database);
-  RowStream(const RowStream&) = delete;
-  RowStream& operator=(const RowStream&) = delete;
-  ~RowStream();
+  UnitBound(const UnitBound&) = delete;
+  UnitBound& operator=(const UnitBound&) = delete;
 
-  void Open(Rows rows) { rows_.emplace(std::move(rows)); }
-  void Close() noexcept { rows_.reset(); }
-  bool IsOpen() const noexcept { return rows_.has_value(); }
-  Rows& Get() noexcept { return *rows_; }
-  const Rows& Get() const noexcept { return *rows_; }
+ protected:
+  explicit UnitBound(Database& database);
+  ~UnitBound();
 
  private:
+  friend class Database;
+  virtual void Drop() noexcept = 0;
+
   Database& database_;
-  std::optional<Rows> rows_;
 };
 
 // A value that was read from the company's lists or settings in a unit of work and is asked for again, in that unit or

@@ -1,48 +1,50 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
+#include <optional>
 
 #include "standalone/Database.h"
 #include "standalone/TransactionTable.h"
 
 namespace standalone {
 
-// The lines behind the intercompany rows, read ahead. Whoever has handed out all rows says so; the lines that are then
-// asked for one by one, in the order of the rows or nearly so, come from one pass over the file, which holds one line
-// at a time. Ends with the unit of work, and when the unit writes.
-class LinesAhead {
+// The lines behind the intercompany rows, read in one walk over the file together with the rows. Whoever reads all rows
+// puts their lines here; those that are then asked for one by one, in the order of the rows, need no other look at the
+// file. A line is held until a later one is asked for, so that a long listing gives up its lines as it grows. Ends with
+// the unit of work, and when the unit writes.
+class LinesAhead final : private UnitBound {
  public:
-  explicit LinesAhead(Database& database);
+  explicit LinesAhead(Database& database) : UnitBound(database), database_(database) {}
 
-  // All rows were handed out in the order in which they were saved.
-  void Expect();
+  // All rows are about to be read, in the order in which they were saved.
+  void Begin();
+  // The target line of the next row or, for a journal entry, the liability line after it. To be filled at once; it
+  // stays blank when it is gone.
+  LineView& Add(std::int32_t lineId);
 
-  // Goes to a line: the target line of a row or, for a journal entry, the liability line after it. False when the pass
-  // does not have it; the file is then asked, which may have it all the same.
+  // Goes to a line. False when it is not among those that are ahead; the file is then asked, which may have it all the
+  // same.
   bool GoTo(std::int32_t lineId);
 
   // Of the line that GoTo() went to, until the next GoTo().
-  std::int16_t TypeOfTransaction() const noexcept { return type_; }
-  void Fill(LineView& line) const;
+  std::int16_t TypeOfTransaction() const noexcept { return lines_->front().view.txnType; }
+  // Its memo is given away once.
+  LineView Take();
 
  private:
-  bool IsExpecting();
-  bool GoToTarget(std::int32_t targetId);
-  bool StartAt(std::int64_t rowId);
-  bool Advance();
+  struct Line {
+    std::int32_t id = 0;
+    LineView view;
+  };
+
+  bool AreHeld();
+  bool IsAtLine(std::int32_t lineId) const { return !lines_->empty() && lines_->front().id == lineId; }
+  void Drop() noexcept override { lines_.reset(); }
 
   Database& database_;
-  Statement pass_;
-  Statement rowOfLine_;
-  RowStream stream_;
-  bool isExpecting_ = false;
-  bool isAtEnd_ = false;
-  bool isLiabilityLine_ = false;
-  std::uint64_t unit_ = 0;
+  std::optional<std::deque<Line>> lines_;
   std::uint64_t version_ = 0;
-  // The line that the pass stands on; 0 before the first and after the last.
-  std::int32_t lineId_ = 0;
-  std::int16_t type_ = 0;
 };
 
 }  // namespace standalone

@@ -63,6 +63,20 @@ void ReadRejected(const Rows& rows, DBMultiEntityRejectedTxnReceiver& row) {
   Fill(row.partnerTxnId, rows.Text(4));
 }
 
+// What follows the columns of a row.
+enum LineColumn : int { kTarget = 2, kLine = 6, kType, kDate, kName, kAccount, kAmount, kMemo };
+
+// Journal entries alone are called by the memo, that of their target line.
+void ReadLine(const Rows& rows, bool isTarget, LineView& line) {
+  line.txnType = rows.Int16(kType);
+  line.date = DateOf(rows.Int64(kDate));
+  line.nameId = rows.Int32(kName);
+  line.accountId = rows.Int32(kAccount);
+  line.amount = rows.Int64(kAmount);
+  line.hasMemo = isTarget && line.txnType == kTxnTypeJournalEntry;
+  if (line.hasMemo) line.memo = rows.Text(kMemo);
+}
+
 template <typename Row>
 long ReadOne(Rows rows, Row& row, void (*read)(const Rows&, Row&)) {
   if (!rows.Step()) return kStatusNotFound;
@@ -136,8 +150,10 @@ MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
                         "WHERE txn_id = ?1 ORDER BY target_id"),
       transactionCount_(database, "SELECT count(*) FROM me_transaction"),
       transactions_(database,
-                    "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
-                    "ORDER BY id"),
+                    "SELECT m.txn_id, m.relation_id, m.target_id, m.request_id, m.txn_type, m.state, l.id, t.type, "
+                    "t.date, t.name_id, l.account_id, l.amount, l.memo FROM me_transaction m "
+                    "LEFT JOIN txn_line l ON l.id BETWEEN m.target_id AND m.target_id + (m.txn_type = 8) "
+                    "LEFT JOIN txn t ON t.id = l.txn_id ORDER BY m.id"),
       hasRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
       insertRejected_(database,
                       "INSERT INTO me_rejected_transaction (request_id, txn_type, relation_id, amount, partner_txn_id) "
@@ -271,10 +287,24 @@ Util::Status MultiEntityStore::GetAllTransactionWithTargets(std::vector<DBMultiE
       Rows count = transactionCount_.Query();
       if (count.Step()) rows.reserve(static_cast<std::size_t>(count.Int64(0)));
     }
-    const long status = ReadAll(transactions_.Query(), rows, ReadTransaction);
-    lines_.Expect();
-    return status;
+    ReadWithLines(transactions_.Query(), rows);
+    return Util::Status::kSuccess;
   });
+}
+
+// A journal entry's row comes twice, the second time with its liability line. No two rows have the same target.
+void MultiEntityStore::ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows) {
+  lines_.Begin();
+  while (found.Step()) {
+    const std::int32_t targetId = found.Int32(kTarget);
+    const std::int32_t lineId = found.Int32(kLine);
+    const bool isTarget = lineId == targetId;
+    if (rows.empty() || rows.back().targetId != targetId) {
+      ReadTransaction(found, rows.emplace_back());
+      if (!isTarget) lines_.Add(targetId);
+    }
+    if (lineId != 0) ReadLine(found, isTarget, lines_.Add(lineId));
+  }
 }
 
 bool MultiEntityStore::HasAnyMatchingTransaction(Util::TString requestId, std::int32_t relationId) {

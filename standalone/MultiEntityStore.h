@@ -15,7 +15,7 @@ namespace standalone {
 // rows of one transaction in the order of their lines. Failures of the questions without a status are thrown.
 class MultiEntityStore final : public MultiEntityDBManager {
  public:
-  // `lines` is told when all transaction rows were handed out.
+  // The lines behind the transaction rows are read with them and put into `lines`.
   MultiEntityStore(Database& database, LinesAhead& lines);
 
   Util::Status GetRelation(Util::TString realmId, DBMultiEntityRelation& row) override;
@@ -48,6 +48,7 @@ class MultiEntityStore final : public MultiEntityDBManager {
   using RelationsByRealm = std::unordered_map<std::string, DBMultiEntityRelation, TextHash, std::equal_to<>>;
 
   long ReadForUpdate(Rows rows, DBMultiEntityTransaction& row);
+  void ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows);
 
   Database& database_;
   LinesAhead& lines_;

@@ -11,18 +11,17 @@ bool TargetLinesService::TargExists(std::int32_t targetId, TViewType view) {
 
 LineHandle TargetLinesService::OpenLine(std::int32_t targetId, FeatureType /*feature*/, ReadFailSafeType /*failSafe*/,
                                         TViewType view) {
-  const bool isAhead = ahead_.GoTo(targetId);
   LineView found;
-  if (!isAhead) transactions_.FindLine(targetId, view, found);
+  if (!ahead_.GoTo(targetId)) {
+    found = transactions_.FindLine(targetId, view);
+  } else if (IsAheadSeenUnder(view)) {
+    found = ahead_.Take();
+  }
   const std::uint64_t handle = open_.Open();
   OpenLineRecord& record = open_.At(handle);
   record.id = targetId;
   record.accountName = {};
-  if (isAhead && IsAheadSeenUnder(view)) {
-    ahead_.Fill(record.line);
-  } else {
-    record.line = std::move(found);
-  }
+  record.line = std::move(found);
   return LineHandle{handle};
 }
 
@@ -47,8 +46,7 @@ const char* TargetLinesService::GetAccountName(LineHandle line, std::int32_t /*o
 Util::TString TargetLinesService::GetStrMemo(LineHandle line) {
   const OpenLineRecord& record = RecordOf(line);
   if (record.line.hasMemo) return record.line.memo;
-  // A line that was not found has no transaction.
-  return record.line.txnId != 0 ? transactions_.MemoOf(record.id) : Util::TString();
+  return record.line.txnType != 0 ? transactions_.MemoOf(record.id) : Util::TString();
 }
 
 CName TargetLinesService::GetTransactionName(LineHandle line) {

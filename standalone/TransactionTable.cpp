@@ -13,7 +13,7 @@ TransactionTable::TransactionTable(Database& database)
                 "SELECT 1 FROM txn_line JOIN txn ON txn.id = txn_id WHERE txn_line.id = ?1 "
                 "AND txn.type = ?2"),
       line_(database,
-            "SELECT txn.id, txn.type, date, name_id, account_id, amount, txn_line.memo "
+            "SELECT txn.type, date, name_id, account_id, amount, txn_line.memo "
             "FROM txn_line JOIN txn ON txn.id = txn_id "
             "WHERE txn_line.id = ?1 AND (?2 = 0 OR txn.type = ?2)"),
       memo_(database, "SELECT memo FROM txn_line WHERE id = ?1"),
@@ -51,18 +51,18 @@ bool TransactionTable::LineExists(std::int32_t lineId, std::int32_t view) {
   return view == 0 ? anyLine_.Query(lineId).Step() : lineType_.Query(lineId, view).Step();
 }
 
-bool TransactionTable::FindLine(std::int32_t lineId, std::int32_t view, LineView& line) {
+LineView TransactionTable::FindLine(std::int32_t lineId, std::int32_t view) {
+  LineView line;
   Rows rows = line_.Query(lineId, view);
-  if (!rows.Step()) return false;
-  line.txnId = rows.Int32(0);
-  line.txnType = rows.Int16(1);
-  line.date = DateOf(rows.Int64(2));
-  line.nameId = rows.Int32(3);
-  line.accountId = rows.Int32(4);
-  line.amount = rows.Int64(5);
+  if (!rows.Step()) return line;
+  line.txnType = rows.Int16(0);
   line.hasMemo = true;
-  line.memo = rows.Text(6);
-  return true;
+  line.date = DateOf(rows.Int64(1));
+  line.nameId = rows.Int32(2);
+  line.accountId = rows.Int32(3);
+  line.amount = rows.Int64(4);
+  line.memo = rows.Text(5);
+  return line;
 }
 
 Util::TString TransactionTable::MemoOf(std::int32_t lineId) {

@@ -32,14 +32,13 @@ constexpr DateType32 DateOf(std::int64_t stored) noexcept {
 
 // What a line and its transaction show.
 struct LineView {
-  std::int32_t txnId = 0;
-  std::int16_t txnType = 0;
+  std::int16_t txnType = 0;  // 0 when there is no such line
+  bool hasMemo = false;      // whether the memo was read
   DateType32 date;
   std::int32_t nameId = 0;
   std::int32_t accountId = 0;
   std::int64_t amount = 0;
-  bool hasMemo = false;  // whether the memo was read
-  Util::TString memo;    // the line's own
+  Util::TString memo;  // the line's own
 };
 
 struct TransactionHeader {
@@ -67,7 +66,8 @@ class TransactionTable {
   std::optional<TransactionHeader> FindHeader(std::int32_t txnId);
   // False when there is no such line; `view` is the type to see it under, 0 for any.
   bool LineExists(std::int32_t lineId, std::int32_t view);
-  bool FindLine(std::int32_t lineId, std::int32_t view, LineView& line);
+  // Blank when there is no such line.
+  LineView FindLine(std::int32_t lineId, std::int32_t view);
   // Empty when there is no such line.
   Util::TString MemoOf(std::int32_t lineId);
 

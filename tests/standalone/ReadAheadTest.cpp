@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <optional>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -13,6 +13,20 @@ namespace standalone {
 namespace {
 
 using testing::ElementsAre;
+
+// How many statements the host runs on its company file while it does `work`.
+template <typename Work>
+int CountStatements(StandaloneHost& host, Work&& work) {
+  int statements = 0;
+  const auto count = [](unsigned, void* counter, void*, void*) {
+    ++*static_cast<int*>(counter);
+    return 0;
+  };
+  sqlite3_trace_v2(host.Data().Handle(), SQLITE_TRACE_STMT, count, &statements);
+  work();
+  sqlite3_trace_v2(host.Data().Handle(), 0, nullptr, nullptr);
+  return statements;
+}
 
 // What a listing asks of the host: all rows first, then their lines one by one.
 class LinesReadAhead : public CompanyFixture {
@@ -54,9 +68,19 @@ class LinesReadAhead : public CompanyFixture {
     ASSERT_TRUE(Store().SaveTransaction(row).Succeeded());
   }
 
-  void ReadRows() {
+  // Returns their target lines.
+  std::vector<std::int32_t> ReadRows() {
     std::vector<DBMultiEntityTransaction> rows;
-    ASSERT_TRUE(Store().GetAllTransactionWithTargets(rows).Succeeded());
+    EXPECT_TRUE(Store().GetAllTransactionWithTargets(rows).Succeeded());
+    std::vector<std::int32_t> targets;
+    for (const DBMultiEntityTransaction& row : rows) targets.push_back(row.targetId);
+    return targets;
+  }
+
+  // A line of a posted transaction, which the file's rules protect.
+  void LoseLine(std::int32_t lineId) {
+    host_.Data().Execute("DROP TRIGGER IF EXISTS txn_line_delete_posted");
+    host_.Data().Execute(("DELETE FROM txn_line WHERE id = " + std::to_string(lineId)).c_str());
   }
 
   std::int64_t AmountOf(std::int32_t lineId) {
@@ -108,6 +132,76 @@ TEST_F(LinesReadAhead, AreFoundInAnyOrderAndMoreThanOnce) {
   });
 }
 
+TEST_F(LinesReadAhead, NeedNoOtherLookAtTheFileInTheOrderOfTheRows) {
+  host_.Request(Access::kRead, [&] {
+    ASSERT_THAT(ReadRows(), ElementsAre(firstEntry_, bill_, secondEntry_));
+
+    const int statements = CountStatements(host_, [&] {
+      EXPECT_TRUE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+      EXPECT_EQ(MemoOf(firstEntry_), "Rent of May");
+      EXPECT_TRUE(Lines().TargExists(firstEntry_ + 1, kTxnTypeJournalEntry));
+      EXPECT_EQ(AmountOf(firstEntry_ + 1), -100);
+      EXPECT_EQ(MemoOf(secondEntry_), "Rent of June");
+      EXPECT_EQ(AmountOf(secondEntry_ + 1), -300);
+    });
+    EXPECT_EQ(statements, 0);
+  });
+}
+
+TEST_F(LinesReadAhead, KeepTheirMemosHoweverOftenTheyAreOpened) {
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+
+    EXPECT_EQ(MemoOf(firstEntry_), "Rent of May");
+    EXPECT_EQ(MemoOf(firstEntry_), "Rent of May");
+  });
+}
+
+TEST_F(LinesReadAhead, MayBelongToTwoRows) {
+  host_.Request(Access::kWrite, [&] {
+    Save(1, firstEntry_ + 1, kTxnTypeJournalEntry);
+
+    ASSERT_THAT(ReadRows(), ElementsAre(firstEntry_, bill_, secondEntry_, firstEntry_ + 1));
+    EXPECT_EQ(AmountOf(firstEntry_), 100);
+    EXPECT_EQ(AmountOf(firstEntry_ + 1), -100);
+    EXPECT_EQ(AmountOf(secondEntry_), 300);
+    EXPECT_EQ(MemoOf(firstEntry_ + 1), "Rent of May");
+    EXPECT_EQ(AmountOf(bill_), 200);
+  });
+}
+
+TEST_F(LinesReadAhead, AreReadWithARowWhoseLineIsGone) {
+  host_.Request(Access::kWrite, [&] {
+    LoseLine(firstEntry_);
+
+    ASSERT_THAT(ReadRows(), ElementsAre(firstEntry_, bill_, secondEntry_));
+    EXPECT_FALSE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+    const int statements = CountStatements(host_, [&] {
+      EXPECT_EQ(AmountOf(firstEntry_ + 1), -100);
+      EXPECT_EQ(AmountOf(bill_), 200);
+    });
+    EXPECT_EQ(statements, 0);
+  });
+}
+
+TEST_F(LinesReadAhead, GoOnAfterALiabilityLineThatIsGone) {
+  host_.Request(Access::kWrite, [&] {
+    LoseLine(firstEntry_ + 1);
+    LoseLine(secondEntry_ + 1);
+
+    ASSERT_THAT(ReadRows(), ElementsAre(firstEntry_, bill_, secondEntry_));
+    EXPECT_EQ(AmountOf(firstEntry_), 100);
+    EXPECT_FALSE(Lines().TargExists(firstEntry_ + 1, kTxnTypeJournalEntry));
+    const int statements = CountStatements(host_, [&] {
+      EXPECT_EQ(AmountOf(bill_), 200);
+      EXPECT_EQ(AmountOf(secondEntry_), 300);
+    });
+    EXPECT_EQ(statements, 0);
+    EXPECT_FALSE(Lines().TargExists(secondEntry_ + 1, kTxnTypeJournalEntry));
+    EXPECT_EQ(CountStatements(host_, [&] { EXPECT_EQ(MemoOf(secondEntry_), "Rent of June"); }), 1);
+  });
+}
+
 TEST_F(LinesReadAhead, AreSeenUnderTheirOwnTypeOnly) {
   host_.Request(Access::kRead, [&] {
     ReadRows();
@@ -132,6 +226,8 @@ TEST_F(LinesReadAhead, DoNotMakeUpALineThatIsGone) {
     EXPECT_FALSE(Lines().TargExists(4711, kTxnTypeJournalEntry));
     EXPECT_FALSE(Lines().TargExists(4712, kTxnTypeJournalEntry));
     EXPECT_FALSE(Lines().TargExists(last + 100, kViewAny));
+    EXPECT_FALSE(Lines().TargExists(0, kViewAny));
+    EXPECT_FALSE(Lines().TargExists(std::numeric_limits<std::int32_t>::min(), kViewAny));
     EXPECT_EQ(AmountOf(last), 400);
     EXPECT_EQ(AmountOf(bill_), 200);
   });
@@ -320,22 +416,17 @@ TEST_F(ListsReadOnce, FollowWhatTheirOwnUnitOfWorkChangesBetweenBookings) {
 TEST_F(ListsReadOnce, AreNotReadAgainBecauseOfABooking) {
   const std::int32_t name =
       host_.Request(Access::kWrite, [&] { return host_.Names().Create("Region", NameKind::kVendor).id; });
-  int statements = 0;
-  const auto count = [](unsigned, void* counter, void*, void*) {
-    ++*static_cast<int*>(counter);
-    return 0;
-  };
   host_.Request(Access::kWrite, [&] {
     ASSERT_TRUE(host_.Services().permissions.CurrentUserIsAdminUser());
     ASSERT_EQ(NameOf(name), "Region");
     host_.Transactions().AddHeader({.type = kTxnTypeBill, .date = DateType32(2024, 3, 1), .nameId = name, .memo = ""});
-    sqlite3_trace_v2(host_.Data().Handle(), SQLITE_TRACE_STMT, count, &statements);
 
-    EXPECT_TRUE(host_.Services().permissions.CurrentUserIsAdminUser());
-    EXPECT_EQ(NameOf(name), "Region");
-    sqlite3_trace_v2(host_.Data().Handle(), 0, nullptr, nullptr);
+    const int statements = CountStatements(host_, [&] {
+      EXPECT_TRUE(host_.Services().permissions.CurrentUserIsAdminUser());
+      EXPECT_EQ(NameOf(name), "Region");
+    });
+    EXPECT_EQ(statements, 0);
   });
-  EXPECT_EQ(statements, 0);
 }
 
 TEST_F(ListsReadOnce, AreNotGivenAnyMoreOnceTheFileCannotBeRead) {

@@ -1,4 +1,4 @@
-#include <array>
+#include <algorithm>
 #include <exception>
 #include <functional>
 #include <string_view>
@@ -24,6 +24,8 @@ struct Partner {
 // Few accounts stand behind many lines, so that a long listing shares most of their names with an earlier line.
 class AccountNames {
  public:
+  explicit AccountNames(std::size_t lines) : held_(std::min(lines, kMostHeld)) {}
+
   Util::TString Get(std::string_view name) {
     Util::TString& held = held_[std::hash<std::string_view>{}(name) % held_.size()];
     if (held.view() != name) held = Util::TString(name);
@@ -31,7 +33,8 @@ class AccountNames {
   }
 
  private:
-  std::array<Util::TString, 256> held_;
+  static constexpr std::size_t kMostHeld = 256;
+  std::vector<Util::TString> held_;
 };
 
 using PartnersByRelation = std::unordered_map<std::int32_t, Partner>;
@@ -189,7 +192,7 @@ MEStatusCode ListPeriod(const OperationLog& log, std::vector<METxnInfo>& list, D
   std::vector<DBMultiEntityTransaction> rows;
   if (Host().multiEntity.GetAllTransactionWithTargets(rows).Failed()) return MEStatusSuccess;
 
-  AccountNames accountNames;
+  AccountNames accountNames(rows.size());
   list.reserve(rows.size());
   for (const DBMultiEntityTransaction& row : rows) {
     if (!rights.Cover(row.txnType)) {

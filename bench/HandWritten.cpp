@@ -61,6 +61,9 @@ WITH used (id) AS MATERIALIZED (
 SELECT id, full_name, type FROM account
  WHERE +parent_id IS NULL AND type NOT IN (1, 5) AND type < 15 AND special_kind <> 5 AND id NOT IN used)sql";
 
+// For the free accounts of a large chart.
+constexpr std::size_t kRoomForAccounts = 40'000;
+
 [[noreturn]] void Fail(sqlite3* database) {
   throw std::runtime_error(std::string("the hand-written side failed: ") + sqlite3_errmsg(database));
 }
@@ -296,6 +299,7 @@ bool HandWritten::Establish(std::string_view realmId, std::string_view requestId
 
 HandWritten::AccountMap HandWritten::FreeAccounts(const std::vector<std::string>& typeNames) {
   AccountMap accounts;
+  accounts.reserve(kRoomForAccounts);
   while (sqlite3_step(freeAccounts_) == SQLITE_ROW) {
     accounts.try_emplace(sqlite3_column_int(freeAccounts_, 0), Text(freeAccounts_, 1),
                          typeNames[static_cast<std::size_t>(sqlite3_column_int(freeAccounts_, 2))]);

@@ -6,6 +6,8 @@
 // multientity_bench --only RE  what matches the regular expression; may stand with --quick
 
 #include <fmt/format.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -60,8 +62,19 @@ Sizes QuickSizes() {
   return sizes;
 }
 
+void WarnOfFolderInMemory(const std::filesystem::path& folder) {
+  struct statfs system {};
+  if (::statfs(folder.c_str(), &system) != 0 || system.f_type != TMPFS_MAGIC) return;
+  fmt::print(
+      stderr,
+      "The folder {} is in memory, so that what is measured as durable waits for no disk. Set TMPDIR to a folder "
+      "on a disk.\n",
+      folder.parent_path().string());
+}
+
 void Measure(const Options& options) {
   const WorkFolder folder(std::filesystem::temp_directory_path());
+  WarnOfFolderInMemory(folder.Path());
   const Sizes sizes = options.isQuick ? QuickSizes() : Sizes();
   Table table(options.filter, options.isQuick ? kQuickDurable : DurableRuns());
   AddPeriodListing(table, folder.Path(), sizes);

@@ -22,6 +22,9 @@ namespace {
 // then append whole lines, not parts of them. Small pieces cost more: the call takes longer than a dozen lines.
 constexpr std::size_t kPieceBytes = 32 << 10;
 
+// Of a line's four numbers and what stands between its columns.
+constexpr std::size_t kRoomForNumbers = 64;
+
 // Whether a character stands in a column as it is.
 constexpr bool IsPlain(char character) noexcept {
   const auto byte = static_cast<unsigned char>(character);
@@ -155,10 +158,18 @@ void OperationsLog::AppendColumns(const Line& line) {
     secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(second)));
     second_ = second;
   }
-  fmt::format_to(std::back_inserter(pending_), FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
-                 now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
-                 static_cast<std::int32_t>(line.eventType), line.sourceFile, line.sourceLine, line.shortName,
-                 line.signature);
+  const std::string_view sourceFile = line.sourceFile;
+  const std::string_view shortName = line.shortName;
+  const std::string_view signature = line.signature;
+  // Straight into room that is long enough; appending piece by piece takes twice as long.
+  const std::size_t before = pending_.size();
+  pending_.resize(before + secondText_.size() + userColumn_.size() + sourceFile.size() + shortName.size() +
+                  signature.size() + kRoomForNumbers);
+  const char* const end =
+      fmt::format_to(pending_.data() + before, FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
+                     now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
+                     static_cast<std::int32_t>(line.eventType), sourceFile, line.sourceLine, shortName, signature);
+  pending_.resize(static_cast<std::size_t>(end - pending_.data()));
   AppendEscaped(pending_, line.message);
 }
 

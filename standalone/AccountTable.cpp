@@ -11,9 +11,6 @@ namespace standalone {
 
 namespace {
 
-// So that a chart of any size is listed in bounded memory.
-constexpr std::size_t kMostNamesHeld = 65'536;
-
 AccountFacts ReadFacts(const Rows& rows) {
   AccountFacts facts;
   facts.id = rows.Int32(0);
@@ -92,11 +89,11 @@ AccountFacts AccountTable::FactsOf(std::int32_t id) {
 }
 
 const Util::TString& AccountTable::FullNameOf(std::int32_t id) {
-  auto& names = fullNames_.Get([](auto&) {});
-  if (const auto held = names.find(id); held != names.end()) return held->second;
-  if (names.size() == kMostNamesHeld) names.clear();
+  HeldRecords<Util::TString>& names = fullNames_.Get([](auto&) {});
+  const auto number = static_cast<std::uint64_t>(id);
+  if (const Util::TString* const held = names.Find(number)) return *held;
   Rows rows = fullNameById_.Query(id);
-  return names.try_emplace(id, rows.Step() ? rows.Text(0) : std::string_view()).first->second;
+  return names.Hold(number, rows.Step() ? rows.Text(0) : std::string_view());
 }
 
 void AccountTable::ForEach(const std::function<void(const AccountFacts& facts, std::string_view fullName)>& take) {

@@ -5,11 +5,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "host/TString.h"
 #include "standalone/Database.h"
+#include "standalone/HeldRecords.h"
 
 namespace standalone {
 
@@ -74,7 +74,7 @@ class AccountTable {
   Statement byFullName_;
   Statement insert_;
   Statement setDeleted_;
-  ReadOnce<std::unordered_map<std::int32_t, Util::TString>> fullNames_;
+  ReadOnce<HeldRecords<Util::TString>> fullNames_;
 };
 
 }  // namespace standalone

@@ -153,7 +153,7 @@ MultiEntityStore::MultiEntityStore(Database& database, LinesAhead& lines)
                     "SELECT m.txn_id, m.relation_id, m.target_id, m.request_id, m.txn_type, m.state, l.id, t.type, "
                     "t.date, t.name_id, l.account_id, l.amount, l.memo FROM me_transaction m "
                     "LEFT JOIN txn_line l ON l.id BETWEEN m.target_id AND m.target_id + (m.txn_type = 8) "
-                    "LEFT JOIN txn t ON t.id = l.txn_id ORDER BY m.id"),
+                    "LEFT JOIN txn t ON t.id = l.txn_id ORDER BY m.id, l.id"),
       hasRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
       insertRejected_(database,
                       "INSERT INTO me_rejected_transaction (request_id, txn_type, relation_id, amount, partner_txn_id) "

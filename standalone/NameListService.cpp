@@ -5,13 +5,6 @@
 
 namespace standalone {
 
-namespace {
-
-// So that a list of any size is gone through in bounded memory.
-constexpr std::size_t kMostNamesHeld = 65'536;
-
-}  // namespace
-
 EdListStatus NameListService::CreateCName(Util::TString& name, NameType type, std::int32_t& nameId) {
   return AsEdListStatus([&] {
     if (type < 0 || type > static_cast<std::int16_t>(NameKind::kOther)) return kEdListFailure;
@@ -40,17 +33,10 @@ void NameListService::ReleaseName(NameHandle /*name*/) noexcept {}
 const NameListService::HeldName& NameListService::Find(NameHandle name) {
   static const HeldName kNoName;
   if (name == NameHandle::kNone) return kNoName;
-  HeldNames& names = held_.Get([](HeldNames&) {});
-  // A name is asked for its parts one after the other.
-  if (names.last == name) return *names.lastFound;
-  auto found = names.byHandle.find(name);
-  if (found == names.byHandle.end()) {
-    if (names.byHandle.size() == kMostNamesHeld) names = {};
-    found = names.byHandle.try_emplace(name, Read(name)).first;
-  }
-  names.last = name;
-  names.lastFound = &found->second;
-  return found->second;
+  HeldRecords<HeldName>& names = held_.Get([](auto&) {});
+  const auto number = static_cast<std::uint64_t>(name);
+  if (const HeldName* const held = names.Find(number)) return *held;
+  return names.Hold(number, Read(name));
 }
 
 NameListService::HeldName NameListService::Read(NameHandle name) {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <unordered_map>
-
 #include "host/NameList.h"
+#include "standalone/HeldRecords.h"
 #include "standalone/NameTable.h"
 
 namespace standalone {
@@ -25,18 +24,12 @@ class NameListService final : public NameList {
     NameHandle parent = NameHandle::kNone;
   };
 
-  struct HeldNames {
-    std::unordered_map<NameHandle, HeldName> byHandle;
-    NameHandle last = NameHandle::kNone;
-    const HeldName* lastFound = nullptr;
-  };
-
   // Each name is read once as long as nobody changes a list.
   const HeldName& Find(NameHandle name);
   HeldName Read(NameHandle name);
 
   NameTable& names_;
-  ReadOnce<HeldNames> held_;
+  ReadOnce<HeldRecords<HeldName>> held_;
 };
 
 }  // namespace standalone

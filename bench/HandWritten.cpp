@@ -21,20 +21,19 @@ SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.p
        printf('%,d.%02d', l.amount / 100, l.amount % 100),
        printf('%02d/%02d/%d', t.date >> 8 & 255, t.date & 255, t.date >> 16),)sql";
 
-// The row's line, its entry's other line and the lists, each found by its record number.
+// The row's line and, of a journal entry, the liability line after it, each in a row of its own; and what they belong
+// to, found by its record number.
 constexpr const char* kPeriodRows = R"sql(
-       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, other_account.full_name,
-       m.relation_id, l.account_id, other.account_id, t.name_id
+       CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, l.id - m.target_id,
+       m.relation_id, l.account_id, t.name_id
   FROM me_transaction m
   CROSS JOIN me_relation r ON r.id = m.relation_id
-  CROSS JOIN txn_line l ON l.id = m.target_id
+  CROSS JOIN txn_line l ON l.id BETWEEN m.target_id AND m.target_id + (m.txn_type = 8)
   CROSS JOIN txn t ON t.id = l.txn_id
   CROSS JOIN account a ON a.id = l.account_id
   LEFT JOIN name n ON m.txn_type <> 8 AND n.id = t.name_id
-  LEFT JOIN txn_line other ON m.txn_type = 8 AND other.id = m.target_id + 1 AND other.txn_id = l.txn_id
-  LEFT JOIN account other_account ON other_account.id = other.account_id
  WHERE t.type = m.txn_type AND t.date BETWEEN ?1 AND ?2
- ORDER BY m.id)sql";
+ ORDER BY m.id, l.id)sql";
 
 constexpr const char* kCount = "SELECT count(*) FROM me_transaction";
 constexpr const char* kRelation = "SELECT id FROM me_relation WHERE realm_id = ?1";
@@ -152,17 +151,22 @@ void TakeNames(sqlite3_stmt* statement, ListingTexts& texts, METxnInfo& info) {
   info.requestId = Text(statement, 4);
   info.realmId = texts.realms.Get(statement, 12, 5);
   info.partnerName = texts.partners.Get(statement, 12, 6);
+  const Util::TString& account = texts.accounts.Get(statement, 13, 10);
   if (info.txnType == 8) {
     info.txnName = Text(statement, 9);
-    info.entryAccountName = texts.accounts.Get(statement, 13, 10);
-    info.liabilityAccountName = texts.accounts.Get(statement, 14, 11);
+    info.entryAccountName = account;
   } else {
-    info.txnName = texts.names.Get(statement, 15, 9);
-    info.billCheckAccountName = texts.accounts.Get(statement, 13, 10);
+    info.txnName = texts.names.Get(statement, 14, 9);
+    info.billCheckAccountName = account;
   }
 }
 
-METxnInfo& Append(sqlite3_stmt* statement, std::vector<METxnInfo>& list, ListingTexts& texts) {
+// Null when it was the liability line of the last entry.
+METxnInfo* Take(sqlite3_stmt* statement, std::vector<METxnInfo>& list, ListingTexts& texts) {
+  if (sqlite3_column_int(statement, 11) != 0) {
+    list.back().liabilityAccountName = texts.accounts.Get(statement, 13, 10);
+    return nullptr;
+  }
   METxnInfo& info = list.emplace_back();
   info.txnId = sqlite3_column_int(statement, 0);
   info.targetId = sqlite3_column_int(statement, 1);
@@ -170,7 +174,7 @@ METxnInfo& Append(sqlite3_stmt* statement, std::vector<METxnInfo>& list, Listing
   info.state = static_cast<std::int16_t>(sqlite3_column_int(statement, 3));
   info.currencyCode = texts.currency;
   TakeNames(statement, texts, info);
-  return info;
+  return &info;
 }
 
 }  // namespace
@@ -210,12 +214,13 @@ void HandWritten::ListPeriod(DateType32 from, DateType32 to, std::vector<METxnIn
   list.reserve(CountRows());
   BindAll(period_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
   while (sqlite3_step(period_) == SQLITE_ROW) {
-    METxnInfo& info = Append(period_, list, texts);
-    info.amount = MoneyText(sqlite3_column_int64(period_, 7));
+    METxnInfo* const info = Take(period_, list, texts);
+    if (info == nullptr) continue;
+    info->amount = MoneyText(sqlite3_column_int64(period_, 7));
     const auto date = static_cast<std::uint32_t>(sqlite3_column_int(period_, 8));
     Util::TString& text = texts.dates[date];
     if (text.empty()) text = DateText(date);
-    info.txnDate = text;
+    info->txnDate = text;
   }
   if (sqlite3_reset(period_) != SQLITE_OK) Fail(database_);
 }
@@ -225,9 +230,10 @@ void HandWritten::ListPeriodAsText(DateType32 from, DateType32 to, std::vector<M
   list.reserve(CountRows());
   BindAll(periodText_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
   while (sqlite3_step(periodText_) == SQLITE_ROW) {
-    METxnInfo& info = Append(periodText_, list, texts);
-    info.amount = Text(periodText_, 7);
-    info.txnDate = Text(periodText_, 8);
+    METxnInfo* const info = Take(periodText_, list, texts);
+    if (info == nullptr) continue;
+    info->amount = Text(periodText_, 7);
+    info->txnDate = Text(periodText_, 8);
   }
   if (sqlite3_reset(periodText_) != SQLITE_OK) Fail(database_);
 }

@@ -75,9 +75,15 @@ class TString {
   static char* Characters(Block* block) noexcept { return reinterpret_cast<char*>(block + 1); }
 
   void Release() noexcept {
-    if (block_ == nullptr || block_->owners.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+    if (block_ == nullptr || !IsLastOwner()) return;
     block_->~Block();
     ::operator delete(block_);
+  }
+
+  // Whether this object gave up the block last. An only owner need not lock the counter: nobody else could copy it.
+  bool IsLastOwner() noexcept {
+    return block_->owners.load(std::memory_order_acquire) == 1 ||
+           block_->owners.fetch_sub(1, std::memory_order_acq_rel) == 1;
   }
 
   Block* block_ = nullptr;

@@ -4,15 +4,9 @@
 
 namespace standalone {
 
-void LinesAhead::Begin() {
-  lines_.emplace();
+void LinesAhead::Hold(Lines lines) {
   version_ = database_.ReadVersion();
-}
-
-LineView& LinesAhead::Add(std::int32_t lineId) {
-  Line& line = lines_->emplace_back();
-  line.id = lineId;
-  return line.view;
+  lines_ = std::move(lines);
 }
 
 bool LinesAhead::GoTo(std::int32_t lineId) {

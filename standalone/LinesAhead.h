@@ -9,22 +9,28 @@
 
 namespace standalone {
 
-// The lines behind the intercompany rows, read in one walk over the file together with the rows. Whoever reads all rows
-// puts their lines here; those that are then asked for one by one, in the order of the rows, need no other look at the
-// file. A line is held until a later one is asked for, so that a long listing gives up its lines as it grows. Ends with
-// the unit of work, and when the unit writes.
+// The lines behind the intercompany rows, read in one walk over the file together with the rows. Whoever has read all
+// rows puts their lines here; those that are then asked for one by one, in the order of the rows, need no other look at
+// the file. A long listing gives up its lines as it grows: a line is held until another one is asked for, and none
+// beyond the unit of work. Once the unit has written, the file is asked again.
 class LinesAhead final : private UnitBound {
  public:
+  // The target line of a row or, for a journal entry, the liability line after it. Blank when there is no such line.
+  struct Line {
+    std::int32_t id = 0;
+    LineView view;
+  };
+  // In the order in which the rows were saved.
+  using Lines = std::deque<Line>;
+
   explicit LinesAhead(Database& database) : UnitBound(database), database_(database) {}
 
-  // All rows are about to be read, in the order in which they were saved.
-  void Begin();
-  // The target line of the next row or, for a journal entry, the liability line after it. To be filled at once; it
-  // stays blank when it is gone.
-  LineView& Add(std::int32_t lineId);
+  // To be called while nothing has been written since the lines were read.
+  void Hold(Lines lines);
+  void Drop() noexcept override { lines_.reset(); }
 
   // Goes to a line. False when it is not among those that are ahead; the file is then asked, which may have it all the
-  // same.
+  // same. A question for any other line than those gives all of them up.
   bool GoTo(std::int32_t lineId);
 
   // Of the line that GoTo() went to, until the next GoTo().
@@ -33,17 +39,11 @@ class LinesAhead final : private UnitBound {
   LineView Take();
 
  private:
-  struct Line {
-    std::int32_t id = 0;
-    LineView view;
-  };
-
   bool AreHeld();
   bool IsAtLine(std::int32_t lineId) const { return !lines_->empty() && lines_->front().id == lineId; }
-  void Drop() noexcept override { lines_.reset(); }
 
   Database& database_;
-  std::optional<std::deque<Line>> lines_;
+  std::optional<Lines> lines_;
   std::uint64_t version_ = 0;
 };
 

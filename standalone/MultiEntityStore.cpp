@@ -292,19 +292,24 @@ Util::Status MultiEntityStore::GetAllTransactionWithTargets(std::vector<DBMultiE
   });
 }
 
-// A journal entry's row comes twice, the second time with its liability line. No two rows have the same target.
+// A row comes once for each of its lines that is there, its target line first, and once without any.
 void MultiEntityStore::ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows) {
-  lines_.Begin();
+  lines_.Drop();
+  LinesAhead::Lines lines;
   while (found.Step()) {
     const std::int32_t targetId = found.Int32(kTarget);
     const std::int32_t lineId = found.Int32(kLine);
     const bool isTarget = lineId == targetId;
-    if (rows.empty() || rows.back().targetId != targetId) {
+    if (isTarget || lineId == 0 || rows.empty() || rows.back().targetId != targetId) {
       ReadTransaction(found, rows.emplace_back());
-      if (!isTarget) lines_.Add(targetId);
+      if (!isTarget) lines.emplace_back().id = targetId;
     }
-    if (lineId != 0) ReadLine(found, isTarget, lines_.Add(lineId));
+    if (lineId == 0) continue;
+    LinesAhead::Line& line = lines.emplace_back();
+    line.id = lineId;
+    ReadLine(found, isTarget, line.view);
   }
+  lines_.Hold(std::move(lines));
 }
 
 bool MultiEntityStore::HasAnyMatchingTransaction(Util::TString requestId, std::int32_t relationId) {

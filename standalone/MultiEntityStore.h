@@ -15,7 +15,7 @@ namespace standalone {
 // rows of one transaction in the order of their lines. Failures of the questions without a status are thrown.
 class MultiEntityStore final : public MultiEntityDBManager {
  public:
-  // The lines behind the transaction rows are read with them and put into `lines`.
+  // Whenever all transaction rows are read, the lines behind them are read, too, and put into `lines`.
   MultiEntityStore(Database& database, LinesAhead& lines);
 
   Util::Status GetRelation(Util::TString realmId, DBMultiEntityRelation& row) override;

@@ -53,7 +53,7 @@ class LinesReadAhead : public CompanyFixture {
     const std::int32_t txnId =
         host_.Transactions().AddHeader({.type = type, .date = {2025, 6, 30}, .nameId = 0, .memo = ""});
     const std::int32_t line = host_.Transactions().AddLine(txnId, {rent_, amount, memo});
-    host_.Transactions().AddLine(txnId, {dueTo_, -amount, memo});
+    host_.Transactions().AddLine(txnId, {dueTo_, -amount, "Settlement"});
     host_.Transactions().Post(txnId);
     Save(txnId, line, type);
     return line;
@@ -117,7 +117,7 @@ TEST_F(LinesReadAhead, AreTheLinesOfTheFile) {
     EXPECT_EQ(AccountOf(secondEntry_), "Rent");
     EXPECT_EQ(AccountOf(secondEntry_ + 1), "Due to Alder");
     EXPECT_EQ(MemoOf(secondEntry_), "Rent of June");
-    EXPECT_EQ(MemoOf(secondEntry_ + 1), "Rent of June");
+    EXPECT_EQ(MemoOf(secondEntry_ + 1), "Settlement");
     EXPECT_EQ(MemoOf(bill_), "Power");
   });
 }
@@ -148,6 +148,49 @@ TEST_F(LinesReadAhead, NeedNoOtherLookAtTheFileInTheOrderOfTheRows) {
   });
 }
 
+TEST_F(LinesReadAhead, AreGivenUpAsTheListingGoesOn) {
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+
+    EXPECT_EQ(CountStatements(host_, [&] { EXPECT_EQ(AmountOf(bill_), 200); }), 0);
+    EXPECT_EQ(CountStatements(host_, [&] { EXPECT_EQ(AmountOf(firstEntry_), 100); }), 1);
+  });
+}
+
+TEST_F(LinesReadAhead, AreNoneThatNoListingAsksFor) {
+  host_.Request(Access::kRead, [&] {
+    ReadRows();
+
+    ASSERT_EQ(AmountOf(bill_), 200);
+    EXPECT_EQ(CountStatements(host_, [&] { EXPECT_EQ(AmountOf(bill_ + 1), -200); }), 1);
+    EXPECT_EQ(CountStatements(host_, [&] { EXPECT_EQ(AmountOf(secondEntry_), 300); }), 0);
+  });
+}
+
+TEST_F(LinesReadAhead, AreHeldForOneUnitOfWorkOnly) {
+  host_.Request(Access::kRead, [&] { ReadRows(); });
+
+  host_.Request(Access::kRead, [&] {
+    host_.Data().ReadVersion();
+    EXPECT_EQ(CountStatements(host_, [&] { EXPECT_EQ(AmountOf(firstEntry_), 100); }), 1);
+  });
+}
+
+TEST_F(LinesReadAhead, AreReadAgainWithTheRows) {
+  host_.Request(Access::kWrite, [&] {
+    ReadRows();
+    ASSERT_EQ(AmountOf(firstEntry_), 100);
+    const std::int32_t added = Book(kTxnTypeJournalEntry, 500, "Rent of July");
+
+    ASSERT_THAT(ReadRows(), ElementsAre(firstEntry_, bill_, secondEntry_, added));
+    const int statements = CountStatements(host_, [&] {
+      EXPECT_EQ(AmountOf(firstEntry_), 100);
+      EXPECT_EQ(AmountOf(added), 500);
+    });
+    EXPECT_EQ(statements, 0);
+  });
+}
+
 TEST_F(LinesReadAhead, KeepTheirMemosHoweverOftenTheyAreOpened) {
   host_.Request(Access::kRead, [&] {
     ReadRows();
@@ -165,7 +208,7 @@ TEST_F(LinesReadAhead, MayBelongToTwoRows) {
     EXPECT_EQ(AmountOf(firstEntry_), 100);
     EXPECT_EQ(AmountOf(firstEntry_ + 1), -100);
     EXPECT_EQ(AmountOf(secondEntry_), 300);
-    EXPECT_EQ(MemoOf(firstEntry_ + 1), "Rent of May");
+    EXPECT_EQ(MemoOf(firstEntry_ + 1), "Settlement");
     EXPECT_EQ(AmountOf(bill_), 200);
   });
 }
@@ -176,6 +219,7 @@ TEST_F(LinesReadAhead, AreReadWithARowWhoseLineIsGone) {
 
     ASSERT_THAT(ReadRows(), ElementsAre(firstEntry_, bill_, secondEntry_));
     EXPECT_FALSE(Lines().TargExists(firstEntry_, kTxnTypeJournalEntry));
+    EXPECT_FALSE(Lines().TargExists(firstEntry_, kViewAny));
     const int statements = CountStatements(host_, [&] {
       EXPECT_EQ(AmountOf(firstEntry_ + 1), -100);
       EXPECT_EQ(AmountOf(bill_), 200);

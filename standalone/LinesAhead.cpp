@@ -4,6 +4,23 @@
 
 namespace standalone {
 
+LinesAhead::Line& LinesAhead::Lines::Add() {
+  if (pieces_.empty() || pieces_.back().size() == kPieceLines) pieces_.emplace_back().reserve(kPieceLines);
+  return pieces_.back().emplace_back();
+}
+
+const LinesAhead::Line* LinesAhead::Lines::Second() const noexcept {
+  const std::vector<Line>& piece = pieces_.front();
+  if (first_ + 1 < piece.size()) return &piece[first_ + 1];
+  return pieces_.size() > 1 ? &pieces_[1].front() : nullptr;
+}
+
+void LinesAhead::Lines::RemoveFirst() noexcept {
+  if (++first_ < pieces_.front().size()) return;
+  pieces_.pop_front();
+  first_ = 0;
+}
+
 void LinesAhead::Hold(Lines lines) {
   version_ = database_.ReadVersion();
   lines_ = std::move(lines);
@@ -11,14 +28,17 @@ void LinesAhead::Hold(Lines lines) {
 
 bool LinesAhead::GoTo(std::int32_t lineId) {
   if (lineId < 1 || !AreHeld()) return false;
-  // A liability line that is gone is no reason to go past the rows that follow.
-  if (!IsAtLine(lineId) && IsAtLine(lineId - 1) && (lines_->size() == 1 || (*lines_)[1].id != lineId)) return false;
-  while (!lines_->empty() && lines_->front().id != lineId) lines_->pop_front();
-  return !lines_->empty() && lines_->front().view.txnType != 0;
+  if (!IsAtLine(lineId) && IsAtLine(lineId - 1)) {
+    // A liability line that is gone is no reason to go past the rows that follow.
+    const Line* const next = lines_->Second();
+    if (next == nullptr || next->id != lineId) return false;
+  }
+  while (!lines_->IsEmpty() && lines_->First().id != lineId) lines_->RemoveFirst();
+  return !lines_->IsEmpty() && lines_->First().view.txnType != 0;
 }
 
 LineView LinesAhead::Take() {
-  LineView& line = lines_->front().view;
+  LineView& line = lines_->First().view;
   LineView taken = std::move(line);
   line.hasMemo = false;
   return taken;

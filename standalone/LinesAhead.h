@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <vector>
 
 #include "standalone/Database.h"
 #include "standalone/TransactionTable.h"
@@ -20,8 +22,27 @@ class LinesAhead final : private UnitBound {
     std::int32_t id = 0;
     LineView view;
   };
-  // In the order in which the rows were saved.
-  using Lines = std::deque<Line>;
+
+  // In the order in which the rows were saved. Room is taken and given up for many lines at a time, which leaves the
+  // texts of a growing list to be placed one after the other.
+  class Lines {
+   public:
+    // A blank line behind all others, to be filled.
+    Line& Add();
+    bool IsEmpty() const noexcept { return pieces_.empty(); }
+    Line& First() noexcept { return pieces_.front()[first_]; }
+    const Line& First() const noexcept { return pieces_.front()[first_]; }
+    // Null when there is none behind the first one.
+    const Line* Second() const noexcept;
+    void RemoveFirst() noexcept;
+
+   private:
+    static constexpr std::size_t kPieceLines = 2048;
+
+    // None of them is empty.
+    std::deque<std::vector<Line>> pieces_;
+    std::size_t first_ = 0;  // in the first piece
+  };
 
   explicit LinesAhead(Database& database) : UnitBound(database), database_(database) {}
 
@@ -34,13 +55,13 @@ class LinesAhead final : private UnitBound {
   bool GoTo(std::int32_t lineId);
 
   // Of the line that GoTo() went to, until the next GoTo().
-  std::int16_t TypeOfTransaction() const noexcept { return lines_->front().view.txnType; }
+  std::int16_t TypeOfTransaction() const noexcept { return lines_->First().view.txnType; }
   // Its memo is given away once.
   LineView Take();
 
  private:
   bool AreHeld();
-  bool IsAtLine(std::int32_t lineId) const { return !lines_->empty() && lines_->front().id == lineId; }
+  bool IsAtLine(std::int32_t lineId) const { return !lines_->IsEmpty() && lines_->First().id == lineId; }
 
   Database& database_;
   std::optional<Lines> lines_;

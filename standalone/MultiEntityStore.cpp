@@ -302,10 +302,10 @@ void MultiEntityStore::ReadWithLines(Rows found, std::vector<DBMultiEntityTransa
     const bool isTarget = lineId == targetId;
     if (isTarget || lineId == 0 || rows.empty() || rows.back().targetId != targetId) {
       ReadTransaction(found, rows.emplace_back());
-      if (!isTarget) lines.emplace_back().id = targetId;
+      if (!isTarget) lines.Add().id = targetId;
     }
     if (lineId == 0) continue;
-    LinesAhead::Line& line = lines.emplace_back();
+    LinesAhead::Line& line = lines.Add();
     line.id = lineId;
     ReadLine(found, isTarget, line.view);
   }

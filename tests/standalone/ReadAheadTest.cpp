@@ -4,9 +4,11 @@
 
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "standalone/Guard.h"
+#include "standalone/LinesAhead.h"
 #include "tests/standalone/CompanyFixture.h"
 
 namespace standalone {
@@ -26,6 +28,50 @@ int CountStatements(StandaloneHost& host, Work&& work) {
   work();
   sqlite3_trace_v2(host.Data().Handle(), 0, nullptr, nullptr);
   return statements;
+}
+
+// Adds that many lines, numbered from 1.
+LinesAhead::Lines Numbered(std::int32_t count) {
+  LinesAhead::Lines lines;
+  for (std::int32_t id = 1; id <= count; ++id) lines.Add().id = id;
+  return lines;
+}
+
+// The ids of what stands first and, 0 for nothing, second, until all lines are removed.
+std::vector<std::pair<std::int32_t, std::int32_t>> RemoveAll(LinesAhead::Lines& lines) {
+  std::vector<std::pair<std::int32_t, std::int32_t>> ids;
+  for (; !lines.IsEmpty(); lines.RemoveFirst()) {
+    ids.emplace_back(lines.First().id, lines.Second() != nullptr ? lines.Second()->id : 0);
+  }
+  return ids;
+}
+
+std::vector<std::pair<std::int32_t, std::int32_t>> Successive(std::int32_t count) {
+  std::vector<std::pair<std::int32_t, std::int32_t>> ids;
+  for (std::int32_t id = 1; id <= count; ++id) ids.emplace_back(id, id < count ? id + 1 : 0);
+  return ids;
+}
+
+TEST(LinesOfALongListing, AreRemovedInTheOrderInWhichTheyWereAdded) {
+  LinesAhead::Lines lines = Numbered(10'000);
+
+  EXPECT_EQ(RemoveAll(lines), Successive(10'000));
+}
+
+TEST(LinesOfALongListing, MayFillTheirRoomToTheLastPlace) {
+  LinesAhead::Lines lines = Numbered(4'096);
+
+  EXPECT_EQ(RemoveAll(lines), Successive(4'096));
+}
+
+TEST(LinesOfALongListing, AreNoneBeforeTheFirstIsAdded) {
+  LinesAhead::Lines lines;
+
+  EXPECT_TRUE(lines.IsEmpty());
+  lines.Add();
+  EXPECT_FALSE(lines.IsEmpty());
+  lines.RemoveFirst();
+  EXPECT_TRUE(lines.IsEmpty());
 }
 
 // What a listing asks of the host: all rows first, then their lines one by one.

@@ -63,7 +63,7 @@ Sizes QuickSizes() {
 }
 
 void WarnOfFolderInMemory(const std::filesystem::path& folder) {
-  struct statfs system {};
+  struct statfs system = {};
   if (::statfs(folder.c_str(), &system) != 0 || system.f_type != TMPFS_MAGIC) return;
   fmt::print(
       stderr,

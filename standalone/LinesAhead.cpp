@@ -39,8 +39,9 @@ bool LinesAhead::GoTo(std::int32_t lineId) {
 
 LineView LinesAhead::Take() {
   LineView& line = lines_->First().view;
+  const bool hasMemo = std::exchange(line.hasMemo, false);
   LineView taken = std::move(line);
-  line.hasMemo = false;
+  taken.hasMemo = hasMemo;
   return taken;
 }
 

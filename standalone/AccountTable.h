@@ -47,7 +47,7 @@ class AccountTable {
   std::optional<Account> Find(std::int32_t id);
   // Blank, with the id 0, when there is none.
   AccountFacts FactsOf(std::int32_t id);
-  // Empty when there is none. Each name is read once as long as nobody changes a list.
+  // Empty when there is none; valid until the next question. Each name is read once as long as nobody changes a list.
   const Util::TString& FullNameOf(std::int32_t id);
   // Hands every account with its full name to `take`, in the order of record numbers.
   void ForEach(const std::function<void(const AccountFacts& facts, std::string_view fullName)>& take);

@@ -186,6 +186,7 @@ class UnitBound {
  protected:
   explicit UnitBound(Database& database);
   ~UnitBound();
+  Database& Data() noexcept { return database_; }
 
  private:
   friend class Database;

@@ -22,7 +22,7 @@ void LinesAhead::Lines::RemoveFirst() noexcept {
 }
 
 void LinesAhead::Hold(Lines lines) {
-  version_ = database_.ReadVersion();
+  version_ = Data().ReadVersion();
   lines_ = std::move(lines);
 }
 
@@ -46,7 +46,7 @@ LineView LinesAhead::Take() {
 }
 
 bool LinesAhead::AreHeld() {
-  if (lines_ && version_ != database_.ReadVersion()) lines_.reset();
+  if (lines_ && version_ != Data().ReadVersion()) lines_.reset();
   return lines_.has_value();
 }
 

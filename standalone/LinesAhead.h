@@ -44,7 +44,7 @@ class LinesAhead final : private UnitBound {
     std::size_t first_ = 0;  // in the first piece
   };
 
-  explicit LinesAhead(Database& database) : UnitBound(database), database_(database) {}
+  explicit LinesAhead(Database& database) : UnitBound(database) {}
 
   // To be called while nothing has been written since the lines were read.
   void Hold(Lines lines);
@@ -63,7 +63,6 @@ class LinesAhead final : private UnitBound {
   bool AreHeld();
   bool IsAtLine(std::int32_t lineId) const { return !lines_->IsEmpty() && lines_->First().id == lineId; }
 
-  Database& database_;
   std::optional<Lines> lines_;
   std::uint64_t version_ = 0;
 };

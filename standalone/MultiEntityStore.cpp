@@ -63,19 +63,8 @@ void ReadRejected(const Rows& rows, DBMultiEntityRejectedTxnReceiver& row) {
   Fill(row.partnerTxnId, rows.Text(4));
 }
 
-// What follows the columns of a row.
-enum LineColumn : int { kTarget = 2, kLine = 6, kType, kDate, kName, kAccount, kAmount, kMemo };
-
-// Journal entries alone are called by the memo, that of their target line.
-void ReadLine(const Rows& rows, bool isTarget, LineView& line) {
-  line.txnType = rows.Int16(kType);
-  line.date = DateOf(rows.Int64(kDate));
-  line.nameId = rows.Int32(kName);
-  line.accountId = rows.Int32(kAccount);
-  line.amount = rows.Int64(kAmount);
-  line.hasMemo = isTarget && line.txnType == kTxnTypeJournalEntry;
-  if (line.hasMemo) line.memo = rows.Text(kMemo);
-}
+// Where a row's target and its line stand among the columns of both.
+enum LineColumn : int { kTarget = 2, kLine = 6, kFirstOfLine = 7, kMemo = 12 };
 
 template <typename Row>
 long ReadOne(Rows rows, Row& row, void (*read)(const Rows&, Row&)) {
@@ -307,7 +296,10 @@ void MultiEntityStore::ReadWithLines(Rows found, std::vector<DBMultiEntityTransa
     if (lineId == 0) continue;
     LinesAhead::Line& line = lines.Add();
     line.id = lineId;
-    ReadLine(found, isTarget, line.view);
+    ReadLine(found, kFirstOfLine, line.view);
+    // Journal entries alone are called by the memo, that of their target line.
+    line.view.hasMemo = isTarget && line.view.txnType == kTxnTypeJournalEntry;
+    if (line.view.hasMemo) line.view.memo = found.Text(kMemo);
   }
   lines_.Hold(std::move(lines));
 }

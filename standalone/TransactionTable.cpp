@@ -2,6 +2,14 @@
 
 namespace standalone {
 
+void ReadLine(const Rows& rows, int first, LineView& line) {
+  line.txnType = rows.Int16(first);
+  line.date = DateOf(rows.Int64(first + 1));
+  line.nameId = rows.Int32(first + 2);
+  line.accountId = rows.Int32(first + 3);
+  line.amount = rows.Int64(first + 4);
+}
+
 TransactionTable::TransactionTable(Database& database)
     : database_(database),
       insertHeader_(database, "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, nullif(?3, 0), ?4)"),
@@ -55,12 +63,8 @@ LineView TransactionTable::FindLine(std::int32_t lineId, std::int32_t view) {
   LineView line;
   Rows rows = line_.Query(lineId, view);
   if (!rows.Step()) return line;
-  line.txnType = rows.Int16(0);
+  ReadLine(rows, /*first=*/0, line);
   line.hasMemo = true;
-  line.date = DateOf(rows.Int64(1));
-  line.nameId = rows.Int32(2);
-  line.accountId = rows.Int32(3);
-  line.amount = rows.Int64(4);
   line.memo = rows.Text(5);
   return line;
 }

@@ -41,6 +41,9 @@ struct LineView {
   Util::TString memo;  // the line's own
 };
 
+// Fills in all but the memo from a statement's columns, from `first` on: type, date, name_id, account_id and amount.
+void ReadLine(const Rows& rows, int first, LineView& line);
+
 struct TransactionHeader {
   std::int32_t id = 0;
   std::int16_t type = 0;

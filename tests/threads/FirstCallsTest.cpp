@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <barrier>
 #include <cstdint>
 #include <thread>
 
@@ -93,11 +92,13 @@ class FirstCalls : public testing::Test {
   template <class Operation>
   static auto FromAllThreads(Operation operation) {
     std::array<decltype(operation()), kThreads> answers{};
-    std::barrier start(kThreads);
+    // Not a std::barrier, whose wait may sleep for good where the system has no futex, as on Windows.
+    std::atomic<std::size_t> ready = 0;
     std::array<std::thread, kThreads> threads;
     for (std::size_t i = 0; i < kThreads; ++i) {
       threads.at(i) = std::thread([&, i] {
-        start.arrive_and_wait();
+        ++ready;
+        while (ready < kThreads) std::this_thread::yield();
         answers.at(i) = operation();
       });
     }

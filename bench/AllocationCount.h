@@ -21,4 +21,8 @@ class AllocationCount {
   std::ptrdiff_t databaseBefore_;
 };
 
+constexpr double InMebibytes(std::ptrdiff_t bytes) {
+  return static_cast<double>(bytes) / (1024 * 1024);
+}
+
 }  // namespace bench

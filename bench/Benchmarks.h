@@ -34,6 +34,7 @@ std::filesystem::path CopyOf(const std::filesystem::path& company, const char* s
 void Require(bool isSame, const char* what);
 
 // What is no ratio of times, printed at once.
+void PrintListingGrowth(const Table& table, const Sizes& sizes);
 void PrintListingMemory(const std::filesystem::path& folder, const Sizes& sizes);
 void PrintImportMemory(const std::filesystem::path& folder, const Sizes& sizes);
 // What the ledger program needs for as many entries, where it is installed.

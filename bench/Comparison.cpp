@@ -10,11 +10,6 @@ namespace bench {
 
 namespace {
 
-struct Median {
-  double seconds = 0.0;
-  double cpuSeconds = 0.0;
-};
-
 std::string NameOf(const std::string& what, const char* side) {
   return what + " | " + side;
 }
@@ -28,9 +23,11 @@ std::string Duration(double seconds) {
 
 }  // namespace
 
-// Keeps the medians, and shows each as it comes.
+// Keeps the medians for the table, and shows each as it comes.
 class Reporter : public benchmark::BenchmarkReporter {
  public:
+  explicit Reporter(Table& table) : table_(table) {}
+
   bool ReportContext(const Context& /*context*/) override { return true; }
 
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -41,38 +38,17 @@ class Reporter : public benchmark::BenchmarkReporter {
       }
       if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
       const double unit = benchmark::GetTimeUnitMultiplier(run.time_unit);
-      const Median median{run.GetAdjustedRealTime() / unit, run.GetAdjustedCPUTime() / unit};
-      medians_[run.run_name.function_name] = median;
+      const Table::Median median{run.GetAdjustedRealTime() / unit, run.GetAdjustedCPUTime() / unit};
+      table_.medians_[run.run_name.function_name] = median;
       fmt::print("  {:<75} {:>10}\n", run.run_name.function_name, Duration(median.seconds));
       std::fflush(stdout);
     }
   }
 
-  void PrintTable(const Table& table) const {
-    fmt::print("\n| what | multientity | by hand | ratio | CPU ratio | at most |\n|---|---:|---:|---:|---:|---:|\n");
-    for (const Comparison& comparison : table.comparisons_) PrintLine(table, comparison);
-  }
-
   bool Failed() const noexcept { return failed_; }
 
  private:
-  void PrintLine(const Table& table, const Comparison& comparison) const {
-    const auto ours = medians_.find(NameOf(comparison.what, kOurs));
-    if (ours == medians_.end()) return;
-    Median best;
-    for (const std::string& hand : table.hands_.at(comparison.what)) {
-      const auto found = medians_.find(hand);
-      if (found == medians_.end()) continue;
-      if (best.seconds == 0.0 || found->second.seconds < best.seconds) best = found->second;
-    }
-    const std::string perItem =
-        comparison.items == 0.0 ? "" : fmt::format(" ({} each)", Duration(ours->second.seconds / comparison.items));
-    fmt::print("| {} | {}{} | {} | {:.2f} | {:.2f} | {} |\n", comparison.what, Duration(ours->second.seconds), perItem,
-               Duration(best.seconds), ours->second.seconds / best.seconds, ours->second.cpuSeconds / best.cpuSeconds,
-               comparison.target == 0.0 ? "" : fmt::format("{:.1f}", comparison.target));
-  }
-
-  std::map<std::string, Median> medians_;
+  Table& table_;
   bool failed_ = false;
 };
 
@@ -102,10 +78,37 @@ void Table::Run(int repetitions, double minimumSeconds) {
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   auto count = static_cast<int>(pointers.size());
   benchmark::Initialize(&count, pointers.data());
-  Reporter reporter;
+  Reporter reporter(*this);
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintTable(*this);
+  Print();
   if (reporter.Failed()) throw std::runtime_error("a benchmark failed");
+}
+
+void Table::Print() const {
+  fmt::print("\n| what | multientity | by hand | ratio | CPU ratio | at most |\n|---|---:|---:|---:|---:|---:|\n");
+  for (const Comparison& comparison : comparisons_) PrintLine(comparison);
+}
+
+void Table::PrintLine(const Comparison& comparison) const {
+  const auto ours = medians_.find(NameOf(comparison.what, kOurs));
+  if (ours == medians_.end()) return;
+  Median best;
+  for (const std::string& hand : hands_.at(comparison.what)) {
+    const auto found = medians_.find(hand);
+    if (found == medians_.end()) continue;
+    if (best.seconds == 0.0 || found->second.seconds < best.seconds) best = found->second;
+  }
+  const std::optional<double> perItem = SecondsPerItem(comparison.what);
+  fmt::print("| {} | {}{} | {} | {:.2f} | {:.2f} | {:.1f} |\n", comparison.what, Duration(ours->second.seconds),
+             perItem ? fmt::format(" ({} each)", Duration(*perItem)) : "", Duration(best.seconds),
+             ours->second.seconds / best.seconds, ours->second.cpuSeconds / best.cpuSeconds, comparison.target);
+}
+
+std::optional<double> Table::SecondsPerItem(const std::string& what) const {
+  const auto comparison = std::ranges::find(comparisons_, what, &Comparison::what);
+  const auto ours = medians_.find(NameOf(what, kOurs));
+  if (comparison == comparisons_.end() || comparison->items == 0.0 || ours == medians_.end()) return std::nullopt;
+  return ours->second.seconds / comparison->items;
 }
 
 }  // namespace bench

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <regex>
 #include <string>
 #include <vector>
@@ -13,7 +14,7 @@ namespace bench {
 // One line of the table: what is measured on both sides in the same run. Each side's name is `what` and the side.
 struct Comparison {
   std::string what;
-  double target = 0.0;  // the most that the ratio of the medians may be; 0 for a line that is for orientation
+  double target = 0.0;  // the most that the ratio of the medians may be
   // How many of what one measured iteration does, such as lines; 0 when the line itself is one.
   double items = 0.0;
   // Waits for the disk, whose time changes from one moment to the next: measured in many short repetitions. Both sides
@@ -55,15 +56,26 @@ class Table {
   // table of medians.
   void Run(int repetitions, double minimumSeconds);
 
+  // Of the module's side, once it has run.
+  std::optional<double> SecondsPerItem(const std::string& what) const;
+
  private:
   friend class Reporter;
 
+  struct Median {
+    double seconds = 0.0;
+    double cpuSeconds = 0.0;
+  };
+
+  void Print() const;
+  void PrintLine(const Comparison& comparison) const;
   void Register(const std::string& name, bool waitsForDisk, Body body);
 
   std::regex only_;
   DurableRuns durable_;
   std::vector<Comparison> comparisons_;
   std::map<std::string, std::vector<std::string>> hands_;
+  std::map<std::string, Median> medians_;
 };
 
 }  // namespace bench

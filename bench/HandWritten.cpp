@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <unordered_map>
 
+#include "host/Enumerations.h"
+
 namespace bench {
 
 namespace {
@@ -21,8 +23,8 @@ SELECT m.txn_id, m.target_id, m.txn_type, m.state, m.request_id, r.realm_id, r.p
        printf('%,d.%02d', l.amount / 100, l.amount % 100),
        printf('%02d/%02d/%d', t.date >> 8 & 255, t.date & 255, t.date >> 16),)sql";
 
-// The row's line and, of a journal entry, the liability line after it, each in a row of its own; and what they belong
-// to, found by its record number.
+// The row's line and, of a journal entry (8), the liability line after it, each in a row of its own; and what they
+// belong to, found by its record number.
 constexpr const char* kPeriodRows = R"sql(
        CASE m.txn_type WHEN 8 THEN l.memo ELSE n.full_name END, a.full_name, l.id - m.target_id,
        m.relation_id, l.account_id, t.name_id
@@ -34,6 +36,24 @@ constexpr const char* kPeriodRows = R"sql(
   LEFT JOIN name n ON m.txn_type <> 8 AND n.id = t.name_id
  WHERE t.type = m.txn_type AND t.date BETWEEN ?1 AND ?2
  ORDER BY m.id, l.id)sql";
+
+enum PeriodColumn {
+  kTxnId,
+  kTargetId,
+  kTxnType,
+  kState,
+  kRequestId,
+  kRealmId,
+  kPartnerName,
+  kAmount,
+  kDate,
+  kTxnName,
+  kAccountName,
+  kLinesAfterTarget,
+  kRelationNumber,
+  kAccountNumber,
+  kNameNumber,
+};
 
 constexpr const char* kCount = "SELECT count(*) FROM me_transaction";
 constexpr const char* kRelation = "SELECT id FROM me_relation WHERE realm_id = ?1";
@@ -54,6 +74,8 @@ SELECT m.id, m.txn_id, m.txn_type FROM me_transaction m
  ORDER BY m.id LIMIT 1)sql";
 constexpr const char* kConfirm = "UPDATE txn SET partner_confirmed = 1 WHERE id = ?1 AND type = ?2";
 constexpr const char* kSetState = "UPDATE me_transaction SET state = ?2 WHERE id = ?1";
+// No receivables (1), no payables (5), no non-posting account (15), none of the special kind that never carries an
+// intercompany balance (5). The plus keeps the engine from walking the accounts by their parents.
 constexpr const char* kFreeAccounts = R"sql(
 WITH used (id) AS MATERIALIZED (
   SELECT due_from_account_id FROM me_relation UNION SELECT due_to_account_id FROM me_relation)
@@ -62,10 +84,6 @@ SELECT id, full_name, type FROM account
 
 // For the free accounts of a large chart.
 constexpr std::size_t kRoomForAccounts = 40'000;
-
-[[noreturn]] void Fail(sqlite3* database) {
-  throw std::runtime_error(std::string("the hand-written side failed: ") + sqlite3_errmsg(database));
-}
 
 void Bind(sqlite3_stmt* statement, int index, std::int64_t value) {
   sqlite3_bind_int64(statement, index, value);
@@ -148,30 +166,30 @@ struct ListingTexts {
 };
 
 void TakeNames(sqlite3_stmt* statement, ListingTexts& texts, METxnInfo& info) {
-  info.requestId = Text(statement, 4);
-  info.realmId = texts.realms.Get(statement, 12, 5);
-  info.partnerName = texts.partners.Get(statement, 12, 6);
-  const Util::TString& account = texts.accounts.Get(statement, 13, 10);
-  if (info.txnType == 8) {
-    info.txnName = Text(statement, 9);
+  info.requestId = Text(statement, kRequestId);
+  info.realmId = texts.realms.Get(statement, kRelationNumber, kRealmId);
+  info.partnerName = texts.partners.Get(statement, kRelationNumber, kPartnerName);
+  const Util::TString& account = texts.accounts.Get(statement, kAccountNumber, kAccountName);
+  if (info.txnType == kTxnTypeJournalEntry) {
+    info.txnName = Text(statement, kTxnName);
     info.entryAccountName = account;
   } else {
-    info.txnName = texts.names.Get(statement, 14, 9);
+    info.txnName = texts.names.Get(statement, kNameNumber, kTxnName);
     info.billCheckAccountName = account;
   }
 }
 
 // Null when it was the liability line of the last entry.
 METxnInfo* Take(sqlite3_stmt* statement, std::vector<METxnInfo>& list, ListingTexts& texts) {
-  if (sqlite3_column_int(statement, 11) != 0) {
-    list.back().liabilityAccountName = texts.accounts.Get(statement, 13, 10);
+  if (sqlite3_column_int(statement, kLinesAfterTarget) != 0) {
+    list.back().liabilityAccountName = texts.accounts.Get(statement, kAccountNumber, kAccountName);
     return nullptr;
   }
   METxnInfo& info = list.emplace_back();
-  info.txnId = sqlite3_column_int(statement, 0);
-  info.targetId = sqlite3_column_int(statement, 1);
-  info.txnType = static_cast<std::int16_t>(sqlite3_column_int(statement, 2));
-  info.state = static_cast<std::int16_t>(sqlite3_column_int(statement, 3));
+  info.txnId = sqlite3_column_int(statement, kTxnId);
+  info.targetId = sqlite3_column_int(statement, kTargetId);
+  info.txnType = static_cast<std::int16_t>(sqlite3_column_int(statement, kTxnType));
+  info.state = static_cast<std::int16_t>(sqlite3_column_int(statement, kState));
   info.currencyCode = texts.currency;
   TakeNames(statement, texts, info);
   return &info;
@@ -179,14 +197,25 @@ METxnInfo* Take(sqlite3_stmt* statement, std::vector<METxnInfo>& list, ListingTe
 
 }  // namespace
 
+void HandWritten::Closer::operator()(sqlite3* database) const noexcept {
+  sqlite3_close(database);
+}
+
+void HandWritten::Closer::operator()(sqlite3_stmt* statement) const noexcept {
+  sqlite3_finalize(statement);
+}
+
 HandWritten::HandWritten(const std::filesystem::path& file) {
-  if (sqlite3_open_v2(file.c_str(), &database_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
-    Fail(database_);
+  sqlite3* database = nullptr;
+  const int opened = sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+  database_.reset(database);
+  if (opened != SQLITE_OK) Fail();
+  sqlite3_extended_result_codes(database, 1);
+  sqlite3_busy_timeout(database, 10'000);
+  if (sqlite3_exec(database, "PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA trusted_schema = OFF;",
+                   nullptr, nullptr, nullptr) != SQLITE_OK) {
+    Fail();
   }
-  sqlite3_extended_result_codes(database_, 1);
-  sqlite3_busy_timeout(database_, 10'000);
-  sqlite3_exec(database_, "PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA trusted_schema = OFF;", nullptr,
-               nullptr, nullptr);
   begin_ = Prepare("BEGIN IMMEDIATE");
   commit_ = Prepare("COMMIT");
   count_ = Prepare(kCount);
@@ -204,44 +233,39 @@ HandWritten::HandWritten(const std::filesystem::path& file) {
   freeAccounts_ = Prepare(kFreeAccounts);
 }
 
-HandWritten::~HandWritten() {
-  for (sqlite3_stmt* statement : statements_) sqlite3_finalize(statement);
-  sqlite3_close(database_);
-}
-
 void HandWritten::ListPeriod(DateType32 from, DateType32 to, std::vector<METxnInfo>& list) {
   ListingTexts texts;
   list.reserve(CountRows());
   BindAll(period_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
-  while (sqlite3_step(period_) == SQLITE_ROW) {
+  while (Step(period_)) {
     METxnInfo* const info = Take(period_, list, texts);
     if (info == nullptr) continue;
-    info->amount = MoneyText(sqlite3_column_int64(period_, 7));
-    const auto date = static_cast<std::uint32_t>(sqlite3_column_int(period_, 8));
+    info->amount = MoneyText(sqlite3_column_int64(period_, kAmount));
+    const auto date = static_cast<std::uint32_t>(sqlite3_column_int(period_, kDate));
     Util::TString& text = texts.dates[date];
     if (text.empty()) text = DateText(date);
     info->txnDate = text;
   }
-  if (sqlite3_reset(period_) != SQLITE_OK) Fail(database_);
+  Reset(period_);
 }
 
 void HandWritten::ListPeriodAsText(DateType32 from, DateType32 to, std::vector<METxnInfo>& list) {
   ListingTexts texts;
   list.reserve(CountRows());
   BindAll(periodText_, static_cast<std::int64_t>(from.Value()), static_cast<std::int64_t>(to.Value()));
-  while (sqlite3_step(periodText_) == SQLITE_ROW) {
+  while (Step(periodText_)) {
     METxnInfo* const info = Take(periodText_, list, texts);
     if (info == nullptr) continue;
-    info->amount = Text(periodText_, 7);
-    info->txnDate = Text(periodText_, 8);
+    info->amount = Text(periodText_, kAmount);
+    info->txnDate = Text(periodText_, kDate);
   }
-  if (sqlite3_reset(periodText_) != SQLITE_OK) Fail(database_);
+  Reset(periodText_);
 }
 
 std::size_t HandWritten::CountRows() {
-  sqlite3_step(count_);
+  Step(count_);
   const auto count = static_cast<std::size_t>(sqlite3_column_int64(count_, 0));
-  if (sqlite3_reset(count_) != SQLITE_OK) Fail(database_);
+  Reset(count_);
   return count;
 }
 
@@ -250,12 +274,13 @@ std::int64_t HandWritten::Record(std::string_view realmId, std::int32_t expenseA
                                  std::string_view memo, DateType32 date) {
   Run(begin_);
   BindAll(relation_, realmId);
-  if (sqlite3_step(relation_) != SQLITE_ROW) Fail(database_);
+  if (!Step(relation_)) Fail();
   const std::int64_t relationId = sqlite3_column_int64(relation_, 0);
-  sqlite3_reset(relation_);
-  const std::int64_t id = InsertEntry(8, date, nameId, memo, memo, expenseAccount, dueToAccount, amount);
-  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_) - 1, relationId, requestId, std::int64_t{8},
-          std::int64_t{3});
+  Reset(relation_);
+  const std::int64_t id =
+      InsertEntry(kTxnTypeJournalEntry, date, nameId, memo, memo, expenseAccount, dueToAccount, amount);
+  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_.get()) - 1, relationId, requestId,
+          std::int64_t{kTxnTypeJournalEntry}, std::int64_t{MEStateEstablished});
   Run(insertRow_);
   Run(commit_);
   return id;
@@ -269,8 +294,8 @@ void HandWritten::Insert(const Booking& booking) {
   const std::int64_t id = InsertEntry(booking.type, booking.date, booking.nameId, booking.memo, "Services",
                                       booking.account, booking.otherAccount, booking.amount);
   if (booking.relationId == 0) return;
-  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_) - 1, std::int64_t{booking.relationId},
-          std::string_view(booking.requestId), std::int64_t{booking.type}, std::int64_t{2});
+  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_.get()) - 1, std::int64_t{booking.relationId},
+          std::string_view(booking.requestId), std::int64_t{booking.type}, std::int64_t{booking.state});
   Run(insertRow_);
 }
 
@@ -280,23 +305,23 @@ void HandWritten::Commit() {
 
 bool HandWritten::Exists(std::string_view realmId, std::string_view requestId) {
   BindAll(exists_, realmId, requestId);
-  const bool exists = sqlite3_step(exists_) == SQLITE_ROW;
-  sqlite3_reset(exists_);
+  const bool exists = Step(exists_);
+  Reset(exists_);
   return exists;
 }
 
 bool HandWritten::Establish(std::string_view realmId, std::string_view requestId) {
   Run(begin_);
   BindAll(row_, realmId, requestId);
-  const bool exists = sqlite3_step(row_) == SQLITE_ROW;
+  const bool exists = Step(row_);
   const std::int64_t id = sqlite3_column_int64(row_, 0);
   const std::int64_t txnId = sqlite3_column_int64(row_, 1);
   const std::int64_t type = sqlite3_column_int64(row_, 2);
-  sqlite3_reset(row_);
+  Reset(row_);
   if (exists) {
     BindAll(confirm_, txnId, type);
     Run(confirm_);
-    BindAll(setState_, id, std::int64_t{3});
+    BindAll(setState_, id, std::int64_t{MEStateEstablished});
     Run(setState_);
   }
   Run(commit_);
@@ -306,35 +331,45 @@ bool HandWritten::Establish(std::string_view realmId, std::string_view requestId
 HandWritten::AccountMap HandWritten::FreeAccounts(const std::vector<std::string>& typeNames) {
   AccountMap accounts;
   accounts.reserve(kRoomForAccounts);
-  while (sqlite3_step(freeAccounts_) == SQLITE_ROW) {
+  while (Step(freeAccounts_)) {
     accounts.try_emplace(sqlite3_column_int(freeAccounts_, 0), Text(freeAccounts_, 1),
                          typeNames[static_cast<std::size_t>(sqlite3_column_int(freeAccounts_, 2))]);
   }
-  if (sqlite3_reset(freeAccounts_) != SQLITE_OK) Fail(database_);
+  Reset(freeAccounts_);
   return accounts;
 }
 
 void HandWritten::PrintPlans(std::ostream& out) {
-  for (sqlite3_stmt* statement : statements_) {
-    const char* const sql = sqlite3_sql(statement);
+  // Explaining a statement prepares another one.
+  const std::size_t count = statements_.size();
+  for (std::size_t index = 0; index < count; ++index) {
+    const char* const sql = sqlite3_sql(statements_[index].get());
     out << sql << '\n';
-    sqlite3_stmt* plan = nullptr;
-    if (sqlite3_prepare_v2(database_, (std::string("EXPLAIN QUERY PLAN ") + sql).c_str(), -1, &plan, nullptr) !=
-        SQLITE_OK) {
-      Fail(database_);
-    }
-    while (sqlite3_step(plan) == SQLITE_ROW) out << "    " << Text(plan, 3) << '\n';
-    sqlite3_finalize(plan);
+    sqlite3_stmt* const plan = Prepare((std::string("EXPLAIN QUERY PLAN ") + sql).c_str());
+    while (Step(plan)) out << "    " << Text(plan, 3) << '\n';
   }
+}
+
+void HandWritten::Fail() const {
+  throw std::runtime_error(std::string("the hand-written side failed: ") + sqlite3_errmsg(database_.get()));
 }
 
 sqlite3_stmt* HandWritten::Prepare(const char* sql) {
   sqlite3_stmt* statement = nullptr;
-  if (sqlite3_prepare_v3(database_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr) != SQLITE_OK) {
-    Fail(database_);
-  }
-  statements_.push_back(statement);
+  const int prepared = sqlite3_prepare_v3(database_.get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  statements_.emplace_back(statement);
+  if (prepared != SQLITE_OK) Fail();
   return statement;
+}
+
+bool HandWritten::Step(sqlite3_stmt* statement) const {
+  const int code = sqlite3_step(statement);
+  if (code != SQLITE_ROW && code != SQLITE_DONE) Fail();
+  return code == SQLITE_ROW;
+}
+
+void HandWritten::Reset(sqlite3_stmt* statement) const {
+  if (sqlite3_reset(statement) != SQLITE_OK) Fail();
 }
 
 std::int64_t HandWritten::InsertEntry(std::int16_t type, DateType32 date, std::int32_t nameId, std::string_view memo,
@@ -342,7 +377,7 @@ std::int64_t HandWritten::InsertEntry(std::int16_t type, DateType32 date, std::i
                                       std::int64_t amount) {
   BindAll(insertHeader_, std::int64_t{type}, static_cast<std::int64_t>(date.Value()), std::int64_t{nameId}, memo);
   Run(insertHeader_);
-  const std::int64_t id = sqlite3_last_insert_rowid(database_);
+  const std::int64_t id = sqlite3_last_insert_rowid(database_.get());
   BindAll(insertLine_, id, std::int64_t{account}, amount, lineMemo);
   Run(insertLine_);
   BindAll(insertLine_, id, std::int64_t{otherAccount}, -amount, lineMemo);
@@ -353,8 +388,8 @@ std::int64_t HandWritten::InsertEntry(std::int16_t type, DateType32 date, std::i
 }
 
 void HandWritten::Run(sqlite3_stmt* statement) {
-  sqlite3_step(statement);
-  if (sqlite3_reset(statement) != SQLITE_OK) Fail(database_);
+  Step(statement);
+  Reset(statement);
 }
 
 }  // namespace bench

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -25,7 +25,7 @@ class HandWritten {
   explicit HandWritten(const std::filesystem::path& file);
   HandWritten(const HandWritten&) = delete;
   HandWritten& operator=(const HandWritten&) = delete;
-  ~HandWritten();
+  ~HandWritten() = default;
 
   // The lines of a period from one join, its numbers turned to text in C++ or by SQL's own functions.
   void ListPeriod(DateType32 from, DateType32 to, std::vector<METxnInfo>& list);
@@ -47,6 +47,7 @@ class HandWritten {
     std::int64_t amount;
     std::int32_t relationId;  // 0 for an ordinary transaction
     std::string requestId;
+    std::int16_t state;
   };
   void Begin();
   void Insert(const Booking& booking);
@@ -64,15 +65,24 @@ class HandWritten {
   void PrintPlans(std::ostream& out);
 
  private:
+  [[noreturn]] void Fail() const;
   sqlite3_stmt* Prepare(const char* sql);
+  // Whether there is a row; fails when the engine does.
+  bool Step(sqlite3_stmt* statement) const;
+  void Reset(sqlite3_stmt* statement) const;
   std::size_t CountRows();
   std::int64_t InsertEntry(std::int16_t type, DateType32 date, std::int32_t nameId, std::string_view memo,
                            std::string_view lineMemo, std::int32_t account, std::int32_t otherAccount,
                            std::int64_t amount);
   void Run(sqlite3_stmt* statement);
 
-  sqlite3* database_ = nullptr;
-  std::vector<sqlite3_stmt*> statements_;
+  struct Closer {
+    void operator()(sqlite3* database) const noexcept;
+    void operator()(sqlite3_stmt* statement) const noexcept;
+  };
+
+  std::unique_ptr<sqlite3, Closer> database_;
+  std::vector<std::unique_ptr<sqlite3_stmt, Closer>> statements_;
   sqlite3_stmt* begin_;
   sqlite3_stmt* commit_;
   sqlite3_stmt* count_;

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 #include <tuple>
 
 #include "MultiEntity/MultiEntityDriver.h"
@@ -95,6 +96,16 @@ void AddPeriodListing(Table& table, const std::filesystem::path& folder, const S
   }
 }
 
+void PrintListingGrowth(const Table& table, const Sizes& sizes) {
+  const std::int64_t few = sizes.listedLines.front();
+  const std::int64_t many = sizes.listedLines.back();
+  const std::optional<double> ofFew = table.SecondsPerItem(Title(few));
+  const std::optional<double> ofMany = table.SecondsPerItem(Title(many));
+  if (!ofFew || !ofMany) return;
+  fmt::print("\n| growth | ratio | at most |\n|---|---:|---:|\n");
+  fmt::print("| time for each line, of {} against {} lines | {:.2f} | 1.3 |\n", many, few, *ofMany / *ofFew);
+}
+
 void PrintListingMemory(const std::filesystem::path& folder, const Sizes& sizes) {
   fmt::print("\n| peak memory of the period listing | result | peak | ratio | at most |\n|---|---:|---:|---:|---:|\n");
   for (const std::int64_t lines : sizes.listedLines) {
@@ -105,8 +116,9 @@ void PrintListingMemory(const std::filesystem::path& folder, const Sizes& sizes)
     ListByModule(host, list);
     const std::ptrdiff_t peak = count.Peak();
     list.shrink_to_fit();
-    fmt::print("| {} lines | {} KiB | {} KiB | {:.2f} | 1.5 |\n", lines, count.Live() / 1024, peak / 1024,
-               static_cast<double>(peak) / static_cast<double>(count.Live()));
+    const std::ptrdiff_t result = count.Live();
+    fmt::print("| {} lines | {:.1f} MiB | {:.1f} MiB | {:.2f} | 1.5 |\n", lines, InMebibytes(result), InMebibytes(peak),
+               static_cast<double>(peak) / static_cast<double>(result));
   }
 }
 

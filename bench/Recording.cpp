@@ -37,10 +37,31 @@ MEStatusCode Record(StandaloneHost& host, std::int64_t request) {
   });
 }
 
+void RecordByHand(HandWritten& hand, std::int64_t request) {
+  hand.Record(RealmId(kPartner), ExpenseAccount(3), DueToAccount(kPartner), 123'450, RequestId(request), kName, kMemo,
+              standalone::Today());
+}
+
+void RequireSameEntries(const std::filesystem::path& company) {
+  const std::filesystem::path ours = CopyOf(company, ".recording-check");
+  const std::filesystem::path theirs = CopyOf(company, ".recording-check-by-hand");
+  {
+    StandaloneHost host(ours);
+    const Session session(host);
+    Require(Record(host, kFirstNewRequest) == MEStatusSuccess, "the entry was not recorded");
+  }
+  {
+    HandWritten hand(theirs);
+    RecordByHand(hand, kFirstNewRequest);
+  }
+  Require(ContentOf(ours) == ContentOf(theirs), "the recorded entries differ");
+}
+
 void AddRecording(Table& table, const std::filesystem::path& folder, const Logging& logging) {
   const std::string title = logging.TitleOf("recording one journal entry durably");
   if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, kStoredLines);
+  RequireSameEntries(company);
   const std::filesystem::path ours = CopyOf(company, logging.SuffixOf(".recording").c_str());
   const std::filesystem::path theirs = CopyOf(company, logging.SuffixOf(".recording-by-hand").c_str());
   table.Add(
@@ -54,10 +75,7 @@ void AddRecording(Table& table, const std::filesystem::path& folder, const Loggi
       },
       [theirs, next = kFirstNewRequest](benchmark::State& state) mutable {
         HandWritten hand(theirs);
-        Repeat(state, [&] {
-          hand.Record(RealmId(kPartner), ExpenseAccount(3), DueToAccount(kPartner), 123'450, RequestId(next++), kName,
-                      kMemo, standalone::Today());
-        });
+        Repeat(state, [&] { RecordByHand(hand, next++); });
       });
 }
 

@@ -115,10 +115,35 @@ void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_
       });
 }
 
+void RequireSameChanges(const std::filesystem::path& folder) {
+  constexpr std::int64_t kLines = 1'000;
+  constexpr int kChanges = 100;
+  const std::filesystem::path ours = CopyOf(CompanyWith(folder, kLines), ".states-check");
+  const std::filesystem::path theirs = CopyOf(CompanyWith(folder, kLines), ".states-check-by-hand");
+  {
+    StandaloneHost host(ours);
+    const Session session(host);
+    Walk walk(kLines);
+    for (int count = 0; count < kChanges; ++count) {
+      Require(Establish(host, RequestOf(walk.Next())) == MEStatusSuccess, "the state did not change");
+    }
+  }
+  {
+    HandWritten hand(theirs);
+    Walk walk(kLines);
+    for (int count = 0; count < kChanges; ++count) {
+      const Request request = RequestOf(walk.Next());
+      Require(hand.Establish(request.realm, request.id), "the state did not change by hand");
+    }
+  }
+  Require(ContentOf(ours) == ContentOf(theirs), "the changed states differ");
+}
+
 void AddStateChange(Table& table, const std::filesystem::path& folder, std::int64_t lines, const Logging& logging) {
   const std::string title = logging.TitleOf(fmt::format("state change by request id among {} rows", lines));
   if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, lines);
+  RequireSameChanges(folder);
   const std::filesystem::path ours = CopyOf(company, logging.SuffixOf(".states").c_str());
   const std::filesystem::path theirs = CopyOf(company, logging.SuffixOf(".states-by-hand").c_str());
   table.Add(

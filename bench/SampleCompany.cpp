@@ -157,6 +157,15 @@ void MakeChart(const std::filesystem::path& file, std::int32_t accounts, std::in
   Fill(file, fmt::format(fmt::runtime(kChart), accounts, relations));
 }
 
+std::string ContentOf(const std::filesystem::path& company) {
+  Database database(company, standalone::kBusyTimeout);
+  return database.QueryText(
+      "SELECT (SELECT group_concat(id || type || date || name_id || memo || posted || partner_confirmed) FROM txn) || "
+      "'/' || (SELECT group_concat(id || txn_id || account_id || amount || memo) FROM txn_line) || '/' || "
+      "(SELECT group_concat(txn_id || target_id || relation_id || request_id || txn_type || state) FROM "
+      "me_transaction)");
+}
+
 void WriteImportFile(const std::filesystem::path& csv, std::int64_t transactions) {
   std::ofstream out(csv, std::ios::binary);
   out << "transaction,type,date,name,memo,account,amount,line_memo,partner_realm,request_id,state\n";
@@ -168,7 +177,8 @@ void WriteImportFile(const std::filesystem::path& csv, std::int64_t transactions
     out << fmt::format(
         "T{},{},2025-{:02}-{:02},{},Order {},Operating Expenses:Department {},{}.{:02},Services,{},{},{}\n", i, type,
         1 + i % 12, 1 + i % 28, FullName(1 + i % kNames), i, 1 + i % kExpenseAccounts, amount / 100, amount % 100,
-        isIntercompany ? RealmId(partner) : "", isIntercompany ? RequestId(i) : "", isIntercompany ? "2" : "");
+        isIntercompany ? RealmId(partner) : "", isIntercompany ? RequestId(i) : "",
+        isIntercompany ? std::to_string(kSampleState) : "");
     out << fmt::format("T{},,,,,{},-{}.{:02},Services,,,\n", i, OtherSide(i), amount / 100, amount % 100);
   }
 }

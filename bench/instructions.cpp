@@ -1,15 +1,21 @@
 // Does a fixed piece of work after another and has callgrind write one profile for each, so that the instructions of
 // one call can be told exactly and compared with an earlier build. See scripts/count-instructions.sh.
+//
+// multientity_instructions [TEXT]    only what has TEXT in its name
 
 #include <valgrind/callgrind.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "MultiEntity/AttachHost.h"
 #include "MultiEntity/MESchedulerUtil.h"

@@ -426,6 +426,25 @@ TEST_F(ListsReadOnce, AreNotGivenOutsideOfAUnitOfWork) {
   EXPECT_THROW(host_.Settings().Get(), UnitOfWorkError);
 }
 
+TEST_F(ListsReadOnce, FollowWhateverAnotherProgramRenames) {
+  host_.Request(Access::kWrite, [&] {
+    host_.Data().Execute("INSERT INTO name (id, name, full_name, kind) VALUES (1, 'Region', 'Region', 1)");
+    host_.Data().Execute("INSERT INTO name (id, name, full_name, kind) VALUES (60000, 'Branch', 'Branch', 1)");
+  });
+  host_.Request(Access::kRead, [&] {
+    ASSERT_EQ(NameOf(60'000), "Branch");
+    ASSERT_EQ(NameOf(1), "Region");
+  });
+  StandaloneHost other(path_);
+
+  other.Request(Access::kWrite, [&] { other.Data().Execute("UPDATE name SET name = 'Old ' || name"); });
+
+  host_.Request(Access::kRead, [&] {
+    EXPECT_EQ(NameOf(1), "Old Region");
+    EXPECT_EQ(NameOf(60'000), "Old Branch");
+  });
+}
+
 TEST_F(ListsReadOnce, FollowAPartnerThatAnotherProgramChanges) {
   MultiEntityDBManager& store = host_.Services().multiEntity;
   StandaloneHost other(path_);

@@ -23,9 +23,10 @@ struct LogLimits {
 };
 
 // The operations log: a rotating text file beside the company file, one line per log line, its columns separated by
-// tabs. Lines are held back until a unit of work ends, and where units follow each other in quick succession for up to
-// a twentieth of a second, or until tens of thousands of bytes of them have come together; an error is written at once,
-// with what is held back. A log that cannot be written is given up silently; the work that it tells of goes on.
+// tabs. The end of a unit of work writes its lines, unless another's has written some within a twentieth of a second.
+// Lines then wait for the end of a later unit, for tens of thousands of bytes to come together, for Flush(), which a
+// message loop calls when it has nothing to do, or for the log to be closed; an error is written at once, with what
+// waits. A log that cannot be written is given up silently; the work that it tells of goes on.
 class OperationsLog final : public Util::Ops {
  public:
   OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {});

@@ -107,7 +107,6 @@ void Database::Begin(Access access) {
   if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(file_, code, sqlite3_errmsg(handle_)));
   if (code != SQLITE_OK) Fail(code);
   inUnit_ = true;
-  ++unitNumber_;
   access_ = access;
 }
 

@@ -47,9 +47,6 @@ class Database {
   // The unit's; meaningless outside of one.
   Access UnitAccess() const noexcept { return access_; }
 
-  // How many units there have been, the open one included.
-  std::uint64_t UnitNumber() const noexcept { return unitNumber_; }
-
   // A number that stands as long as what was read holds, over the ends of units too: it changes when this connection
   // may have written, when something was undone, when something failed and when another connection has written. Within
   // a unit of work only; throws as a statement does.
@@ -98,7 +95,6 @@ class Database {
   sqlite3_stmt* commit_ = nullptr;
   sqlite3_stmt* otherWriters_ = nullptr;
   std::vector<UnitBound*> unitBound_;
-  std::uint64_t unitNumber_ = 0;
   std::uint64_t readVersion_ = 0;
   std::uint64_t listsVersion_ = 0;
   bool preparesWriteToLists_ = false;
@@ -177,7 +173,8 @@ class Statement {
   Database::Writes writes_ = Database::Writes::kNothing;
 };
 
-// Something that is kept from call to call within a unit of work and dropped at its end.
+// Something that is kept from call to call within a unit of work and dropped at its end, although it may still hold:
+// what takes much memory, and what lies outside of the company file, of whose changes no version tells.
 class UnitBound {
  public:
   UnitBound(const UnitBound&) = delete;

@@ -86,8 +86,8 @@ struct RemoteConfiguration::Document {
   toml::table entries;
 };
 
-RemoteConfiguration::RemoteConfiguration(std::filesystem::path file, const Database* database)
-    : file_(std::move(file)), database_(database) {}
+RemoteConfiguration::RemoteConfiguration(std::filesystem::path file, Database& database)
+    : UnitBound(database), file_(std::move(file)) {}
 
 RemoteConfiguration::~RemoteConfiguration() = default;
 
@@ -110,8 +110,9 @@ bool RemoteConfiguration::GetValue2(Util::TString section, Util::TString key, Ut
 }
 
 const RemoteConfiguration::Document& RemoteConfiguration::Current() {
-  if (!WasLookedAtInThisUnit()) LookAtFile();
-  if (database_ != nullptr) lookedAtInUnit_ = database_->UnitNumber();
+  if (isDocumentCurrent_) return *document_;
+  LookAtFile();
+  isDocumentCurrent_ = Data().InUnit();
   return *document_;
 }
 
@@ -125,11 +126,6 @@ void RemoteConfiguration::LookAtFile() {
     document->entries = Parse(file_, ReadAll(file_));
   }
   document_ = std::move(document);
-}
-
-bool RemoteConfiguration::WasLookedAtInThisUnit() const noexcept {
-  return document_ != nullptr && database_ != nullptr && database_->InUnit() &&
-         database_->UnitNumber() == lookedAtInUnit_;
 }
 
 }  // namespace standalone

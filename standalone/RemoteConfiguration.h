@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -20,11 +19,10 @@ namespace standalone {
 //
 // A flag that is not there is on, a value that is not there leaves the caller's as it is, and so does a missing file. A
 // file that cannot be read, or a switch or value of another type, throws std::runtime_error that names the file.
-// Changes of the file count from the next question on, for whoever works in units of work from the next unit on.
-class RemoteConfiguration final : public KillSwitchHelper, public FileSystem::DCE {
+// The file is looked at once in a unit of work, and for every question outside of one.
+class RemoteConfiguration final : public KillSwitchHelper, public FileSystem::DCE, private UnitBound {
  public:
-  // With a database, the file is looked at once in each of its units of work.
-  explicit RemoteConfiguration(std::filesystem::path file, const Database* database = nullptr);
+  RemoteConfiguration(std::filesystem::path file, Database& database);
   RemoteConfiguration(const RemoteConfiguration&) = delete;
   RemoteConfiguration& operator=(const RemoteConfiguration&) = delete;
   ~RemoteConfiguration();
@@ -37,12 +35,11 @@ class RemoteConfiguration final : public KillSwitchHelper, public FileSystem::DC
 
   const Document& Current();
   void LookAtFile();
-  bool WasLookedAtInThisUnit() const noexcept;
+  void Drop() noexcept override { isDocumentCurrent_ = false; }
 
   std::filesystem::path file_;
-  const Database* database_;
   std::unique_ptr<Document> document_;
-  std::uint64_t lookedAtInUnit_ = 0;
+  bool isDocumentCurrent_ = false;  // for the rest of the unit of work
 };
 
 }  // namespace standalone

@@ -35,7 +35,7 @@ struct StandaloneHost::Parts {
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),
         log(CompanyFile::LogPath(companyFile), user.name, options.log),
-        remote(CompanyFile::RemotePath(companyFile), &file.Data()),
+        remote(CompanyFile::RemotePath(companyFile), file.Data()),
         messages(file.Data(), std::move(options.answerer)),
         application(file.Data(), log, std::move(options.commandRunner)),
         events(MakeLoopEvents(options.clock != nullptr ? *options.clock : SteadyLoopClock())),

@@ -21,7 +21,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class RemoteSwitches : public testing::Test {
+class RemoteSwitches : public CompanyFixture {
  protected:
   bool IsOn(const char* flag) { return remote_.IsFeatureEnabled("MultiEntityFeature", flag); }
 
@@ -29,9 +29,9 @@ class RemoteSwitches : public testing::Test {
     return MessageOf<std::runtime_error>([&] { IsOn("ME_FOR_ALL"); });
   }
 
-  TemporaryFolder folder_;
-  const std::filesystem::path path_ = folder_ / "birch.company.remote.toml";
-  RemoteConfiguration remote_{path_};
+  CompanyFile company_{path_};
+  const std::filesystem::path remotePath_ = CompanyFile::RemotePath(path_);
+  RemoteConfiguration remote_{remotePath_, company_.Data()};
 };
 
 TEST_F(RemoteSwitches, AreOnWithoutAFile) {
@@ -39,7 +39,7 @@ TEST_F(RemoteSwitches, AreOnWithoutAFile) {
 }
 
 TEST_F(RemoteSwitches, AreWhatTheFileSaysAndOnOtherwise) {
-  WriteFile(path_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\nME_FOR_BILLS = true\n");
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\nME_FOR_BILLS = true\n");
 
   EXPECT_FALSE(IsOn("ME_FOR_ALL"));
   EXPECT_TRUE(IsOn("ME_FOR_BILLS"));
@@ -48,46 +48,57 @@ TEST_F(RemoteSwitches, AreWhatTheFileSaysAndOnOtherwise) {
 }
 
 TEST_F(RemoteSwitches, ChangeWithTheFile) {
-  WriteFile(path_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
   ASSERT_FALSE(IsOn("ME_FOR_ALL"));
 
-  WriteFile(path_, "[switches.MultiEntityFeature]\nME_FOR_ALL = true \n");
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = true \n");
   EXPECT_TRUE(IsOn("ME_FOR_ALL"));
-  WriteFile(path_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
   EXPECT_FALSE(IsOn("ME_FOR_ALL"));
-  std::filesystem::remove(path_);
+  std::filesystem::remove(remotePath_);
   EXPECT_TRUE(IsOn("ME_FOR_ALL"));
 }
 
 TEST_F(RemoteSwitches, ChangeWithAFileThatLayThereForLong) {
   const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(5);
-  WriteFile(path_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
-  std::filesystem::last_write_time(path_, longAgo);
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+  std::filesystem::last_write_time(remotePath_, longAgo);
   ASSERT_FALSE(IsOn("ME_FOR_ALL"));
   ASSERT_FALSE(IsOn("ME_FOR_ALL"));
 
-  WriteFile(path_, "[switches.MultiEntityFeature]\nME_FOR_ALL = true \n");
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = true \n");
 
   EXPECT_TRUE(IsOn("ME_FOR_ALL"));
 }
 
+TEST_F(RemoteSwitches, StayWhatTheyAreUntilAUnitOfWorkEnds) {
+  UnitOfWork unit(company_.Data(), Access::kRead);
+  ASSERT_TRUE(IsOn("ME_FOR_ALL"));
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+
+  EXPECT_TRUE(IsOn("ME_FOR_ALL"));
+  OutsideUnit(company_.Data(), [&] { EXPECT_FALSE(IsOn("ME_FOR_ALL")); });
+  EXPECT_FALSE(IsOn("ME_FOR_ALL"));
+  unit.Commit();
+}
+
 TEST_F(RemoteSwitches, ThatCannotBeReadAreReportedWithTheirFile) {
-  WriteFile(path_, "[switches\n");
+  WriteFile(remotePath_, "[switches\n");
   EXPECT_THAT(Refusal(), AllOf(HasSubstr("birch.company.remote.toml"), HasSubstr("line 1")));
 
-  WriteFile(path_, "[switches.MultiEntityFeature]\nME_FOR_ALL = \"no\"\n");
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = \"no\"\n");
   EXPECT_THAT(Refusal(), HasSubstr("switches.MultiEntityFeature.ME_FOR_ALL is neither true nor false"));
 
-  WriteFile(path_, "[switches]\nMultiEntityFeature = false\n");
+  WriteFile(remotePath_, "[switches]\nMultiEntityFeature = false\n");
   EXPECT_THAT(Refusal(), HasSubstr("switches.MultiEntityFeature is not a table"));
 
-  std::filesystem::remove(path_);
-  std::filesystem::create_directory(path_);
+  std::filesystem::remove(remotePath_);
+  std::filesystem::create_directory(remotePath_);
   EXPECT_THAT(Refusal(), HasSubstr("not a readable file"));
 }
 
 TEST_F(RemoteSwitches, ComeWithValuesThatLeaveTheCallersOwnWhenTheyAreMissing) {
-  WriteFile(path_, "[values.MultiEntity]\nInitialDelayInSeconds = \"5\"\nHoursToLaunchDay = 7\n");
+  WriteFile(remotePath_, "[values.MultiEntity]\nInitialDelayInSeconds = \"5\"\nHoursToLaunchDay = 7\n");
   Util::TString found("before");
   Util::TString missing("before");
 
@@ -101,11 +112,11 @@ TEST_F(RemoteSwitches, ComeWithValuesThatLeaveTheCallersOwnWhenTheyAreMissing) {
 }
 
 TEST_F(RemoteSwitches, ComeWithValuesThatChangeWithTheFile) {
-  WriteFile(path_, "[values.MultiEntity]\nCheckForRealmReset = \"1\"\n");
+  WriteFile(remotePath_, "[values.MultiEntity]\nCheckForRealmReset = \"1\"\n");
   Util::TString before;
   remote_.GetValue2("MultiEntity", "CheckForRealmReset", before);
 
-  WriteFile(path_, "[values.MultiEntity]\nCheckForRealmReset = \"0\"\n");
+  WriteFile(remotePath_, "[values.MultiEntity]\nCheckForRealmReset = \"0\"\n");
   Util::TString after;
   remote_.GetValue2("MultiEntity", "CheckForRealmReset", after);
 
@@ -114,7 +125,7 @@ TEST_F(RemoteSwitches, ComeWithValuesThatChangeWithTheFile) {
 }
 
 TEST_F(RemoteSwitches, ThatCannotBeReadAreReportedWhenAValueIsAskedForToo) {
-  WriteFile(path_, "[values\n");
+  WriteFile(remotePath_, "[values\n");
   Util::TString value;
 
   EXPECT_THAT(MessageOf<std::runtime_error>([&] { remote_.GetValue2("MultiEntity", "HoursToLaunchDay", value); }),

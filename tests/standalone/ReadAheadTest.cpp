@@ -369,6 +369,13 @@ class ListsReadOnce : public CompanyFixture {
     return std::string(names_.GetName(NameHandle{static_cast<std::uint64_t>(id)}, nullptr, 0).view());
   }
 
+  // Account N has the number N and the type N % 15.
+  void AddAccounts(int count) {
+    for (int number = 1; number <= count; ++number) {
+      host_.Accounts().Create({"Account " + std::to_string(number), static_cast<std::int16_t>(number % 15), 0, false});
+    }
+  }
+
   StandaloneHost host_{path_};
   NameList& names_ = host_.Services().names;
 };
@@ -564,9 +571,7 @@ TEST_F(ListsReadOnce, AreNotGivenAnyMoreOnceTheFileCannotBeRead) {
 TEST_F(ListsReadOnce, OpenEveryAccountOfTheChartThatWasHandedOut) {
   ChartOfAccounts& chart = host_.Services().accounts;
   host_.Request(Access::kWrite, [&] {
-    for (int number = 1; number <= 40; ++number) {
-      host_.Accounts().Create({"Account " + std::to_string(number), static_cast<std::int16_t>(number % 15), 0, false});
-    }
+    AddAccounts(40);
     host_.Data().Execute("DELETE FROM account WHERE id BETWEEN 10 AND 30");
     EXPECT_EQ(chart.GetAllAccounts().size(), 19U);
 

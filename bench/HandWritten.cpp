@@ -340,6 +340,7 @@ HandWritten::AccountMap HandWritten::FreeAccounts(const std::vector<std::string>
 }
 
 void HandWritten::PrintPlans(std::ostream& out) {
+  out << "-- SQLite " << sqlite3_libversion() << '\n';
   // Explaining a statement prepares another one.
   const std::size_t count = statements_.size();
   for (std::size_t index = 0; index < count; ++index) {

@@ -61,7 +61,7 @@ class HandWritten {
   // `typeNames` has the types' names by their numbers.
   AccountMap FreeAccounts(const std::vector<std::string>& typeNames);
 
-  // Each statement with its plan.
+  // The engine's version, and each statement with its plan.
   void PrintPlans(std::ostream& out);
 
  private:

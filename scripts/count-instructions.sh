@@ -55,11 +55,16 @@ if [ "$mode" = --write ]; then
   exit 0
 fi
 
-if ! head -n 1 "$baseline" | grep -qF "; $toolchain"; then
+there=$(sed -n '1s/^# .*; //p' "$baseline")
+[ -n "$there" ] || {
+  echo "$baseline does not begin with the tools that its counts depend on." >&2
+  exit 1
+}
+if [ "$there" != "$toolchain" ]; then
   cat "$folder/counts.txt"
   echo "The committed counts are those of other tools, so nothing is compared:"
   echo "  here: $toolchain"
-  echo "  there: $(head -n 1 "$baseline" | sed 's/.*; //')"
+  echo "  there: $there"
   exit 77
 fi
 

@@ -52,6 +52,8 @@ class Table {
   void Add(Comparison comparison, Body ours, Body byHand);
   void AddOtherHand(const std::string& what, const char* side, Body byHand);
 
+  std::size_t Size() const noexcept { return comparisons_.size(); }
+
   // Runs what is registered, each side as often as `repetitions` says and in an order mixed at random, and prints the
   // table of medians.
   void Run(int repetitions, double minimumSeconds);

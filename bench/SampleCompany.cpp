@@ -159,11 +159,11 @@ void MakeChart(const std::filesystem::path& file, std::int32_t accounts, std::in
 
 std::string ContentOf(const std::filesystem::path& company) {
   Database database(company, standalone::kBusyTimeout);
-  return database.QueryText(
-      "SELECT (SELECT group_concat(id || type || date || name_id || memo || posted || partner_confirmed) FROM txn) || "
-      "'/' || (SELECT group_concat(id || txn_id || account_id || amount || memo) FROM txn_line) || '/' || "
-      "(SELECT group_concat(txn_id || target_id || relation_id || request_id || txn_type || state) FROM "
-      "me_transaction)");
+  return database.QueryText(R"sql(
+SELECT (SELECT json_group_array(json_array(id, type, date, name_id, memo, posted, partner_confirmed)) FROM txn)
+    || (SELECT json_group_array(json_array(id, txn_id, account_id, amount, memo)) FROM txn_line)
+    || (SELECT json_group_array(json_array(txn_id, target_id, relation_id, request_id, txn_type, state))
+          FROM me_transaction))sql");
 }
 
 void WriteImportFile(const std::filesystem::path& csv, std::int64_t transactions) {

@@ -42,7 +42,7 @@ std::string RealmId(std::int32_t partner);
 // The request id of the number-th intercompany line, counted from 1.
 std::string RequestId(std::int64_t number);
 
-// The state of every intercompany line there.
+// The state of every intercompany line of a sample company.
 inline constexpr std::int16_t kSampleState = 2;
 
 // Makes a company with that many intercompany lines, a third each of bills, checks and journal entries, all of them in
@@ -52,7 +52,7 @@ void MakeCompany(const std::filesystem::path& file, std::int64_t lines);
 // Makes a company with that many accounts of all types, a fifth of them sub-accounts, and relations that use two each.
 void MakeChart(const std::filesystem::path& file, std::int32_t accounts, std::int32_t relations);
 
-// The transactions of a company file, their lines and their intercompany rows.
+// The transactions of a company file, their lines and their intercompany rows as text, which is never empty.
 std::string ContentOf(const std::filesystem::path& company);
 
 // Writes an import file of that many transactions for a company made with no lines, of the same mix.

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over every source outside of the tests that the build in $1 compiles.
+# Runs clang-tidy over every source outside of the tests that the build in $1 knows.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

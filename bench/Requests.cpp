@@ -117,24 +117,20 @@ void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_
 
 void RequireSameChanges(const std::filesystem::path& folder) {
   constexpr std::int64_t kLines = 1'000;
-  constexpr int kChanges = 100;
   const std::filesystem::path ours = CopyOf(CompanyWith(folder, kLines), ".states-check");
   const std::filesystem::path theirs = CopyOf(CompanyWith(folder, kLines), ".states-check-by-hand");
+  const auto changeSome = [](auto&& establish) {
+    Walk walk(kLines);
+    for (int count = 0; count < 100; ++count) Require(establish(RequestOf(walk.Next())), "the state did not change");
+  };
   {
     StandaloneHost host(ours);
     const Session session(host);
-    Walk walk(kLines);
-    for (int count = 0; count < kChanges; ++count) {
-      Require(Establish(host, RequestOf(walk.Next())) == MEStatusSuccess, "the state did not change");
-    }
+    changeSome([&](const Request& request) { return Establish(host, request) == MEStatusSuccess; });
   }
   {
     HandWritten hand(theirs);
-    Walk walk(kLines);
-    for (int count = 0; count < kChanges; ++count) {
-      const Request request = RequestOf(walk.Next());
-      Require(hand.Establish(request.realm, request.id), "the state did not change by hand");
-    }
+    changeSome([&](const Request& request) { return hand.Establish(request.realm, request.id); });
   }
   Require(ContentOf(ours) == ContentOf(theirs), "the changed states differ");
 }

@@ -12,6 +12,7 @@
 #include "MultiEntity/AttachHost.h"
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityDriver/NullHost.h"
 #include "host/AbsentServices.h"
 #include "support/MultiEntityPrivateAccess.h"
 
@@ -41,10 +42,7 @@ constexpr std::int32_t kNoAccount = 9;
 
 // A host whose user may do everything, with every line of the log wanted. It has what its fields say, declines what is
 // to be created, changed or deleted, and allocates nothing but the rows that it hands out as a list.
-class DecliningHost final : public Absent::Host,
-                            public Absent::MultiEntityDBManager,
-                            public Platform,
-                            private DBMgr::FileMgr {
+class DecliningHost final : public Absent::Host, public Absent::MultiEntityDBManager, private DBMgr::FileMgr {
  public:
   bool isFeatureOn = true;
   bool grantsRights = true;
@@ -58,7 +56,8 @@ class DecliningHost final : public Absent::Host,
   EdListStatus entryCreated = kEdListFailure;
   EdListStatus entryDeleted = kEdListFailure;
 
-  HostServices Services() noexcept { return Absent::Host::Services(*this, this); }
+  // With a platform that has nothing to load, whose search for the bridge would allocate.
+  HostServices Services() noexcept { return Absent::Host::Services(*this, NullHostServices().platform); }
 
   bool Wants(Level) const noexcept override { return true; }
   bool IsFeatureEnabled(const char*, const char*) override { return isFeatureOn; }
@@ -98,15 +97,6 @@ class DecliningHost final : public Absent::Host,
     return entryCreated;
   }
   EdListStatus DeleteGeneralJournalEntry(std::uint32_t) override { return entryDeleted; }
-
-  void GetLocalTime(_SYSTEMTIME&) override {}
-  TimerId SetTimer(TimerId, std::uint32_t, TimerProcedure) override { return 0; }
-  void KillTimer(TimerId) noexcept override {}
-  LibraryHandle LoadLibraryA(const char*) override { return nullptr; }
-  LibraryEntry GetProcAddress(LibraryHandle, const char*) override { return nullptr; }
-  void FreeLibrary(LibraryHandle) noexcept override {}
-  void* LocalAlloc(std::uint32_t, std::size_t) override { return nullptr; }
-  void LocalFree(void*) noexcept override {}
 
  private:
   template <typename Row>

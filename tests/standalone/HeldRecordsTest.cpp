@@ -73,6 +73,7 @@ TEST(HeldRecords, AreToldFromTheirNeighbours) {
 
 TEST(HeldRecords, TakeRoomForWhatWasReadOnly) {
   HeldRecords<Counted> records;
+  Counted::made = 0;
 
   records.Hold(60'000, {});
 

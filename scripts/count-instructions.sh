@@ -4,6 +4,9 @@
 # Counts the instructions of the fixed pieces of work in PROGRAM with callgrind, compares them with BASELINE and fails
 # when one of them has grown by more than 5 %. With --write, BASELINE is written anew. FOLDER takes the profiles. Ends
 # with 77 when the counts are shown but cannot be compared, because BASELINE is of other tools.
+#
+# What the project and SQLite run themselves is counted, not the system's libraries beneath them: what a heap costs
+# depends on its state, and the processor chooses the string functions.
 set -euo pipefail
 
 program=$(realpath "$1")
@@ -17,36 +20,24 @@ most_percent=5
 version_of() {
   dpkg-query -W -f='${Version}' "$1" | sed -E 's/^[0-9]+://; s/[-+].*//'
 }
-toolchain="$(uname -m), gcc $(${CXX:-c++} -dumpfullversion), libc $(ldd --version | sed -n '1s/.* //p')"
-toolchain+=", SQLite $(version_of libsqlite3-0), fmt $(version_of libfmt-dev), spdlog $(version_of libspdlog-dev)"
+toolchain="$(uname -m), gcc $(${CXX:-c++} -dumpfullversion), SQLite $(version_of libsqlite3-0)"
+toolchain+=", fmt $(version_of libfmt-dev), spdlog $(version_of libspdlog-dev)"
 toolchain+=", toml++ $(version_of libtomlplusplus-dev)"
 
 rm -rf "$folder"
 mkdir -p "$folder"
-# The C library chooses its string functions by the processor; this holds it to those that every x86-64 has.
-hwcaps=-AVX,-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-ERMS,-FSRM,-SSE4_2,-SSE4_1,-SSSE3,-BMI1,-BMI2,-LZCNT,-MOVBE,-RTM
-hwcaps+=,-AVX_Fast_Unaligned_Load,-Fast_Unaligned_Copy
-# The same few variables and a relative folder everywhere: getenv and path names cost by their length.
+# The same few variables and a relative folder everywhere: path names cost by their length.
 (
   cd "$folder"
-  env -i TZ=UTC LC_ALL=C TMPDIR=. GLIBC_TUNABLES=glibc.cpu.hwcaps=$hwcaps \
+  env -i TZ=UTC LC_ALL=C TMPDIR=. \
     "$(command -v valgrind)" --tool=callgrind --instr-atstart=no --callgrind-out-file=profile "$program"
 ) 2>"$folder/valgrind.log" || {
   cat "$folder/valgrind.log" >&2
   exit 1
 }
 
-# Prints "count<tab>name" for each piece of work, in its order.
-counts() {
-  find "$folder" -name 'profile.*' | sort -V | xargs awk '
-    /^desc: Trigger: Client Request: / { name = substr($0, 32) }
-    /^totals: / { print $2 "\t" name }'
-}
-counts >"$folder/counts.txt"
-[ -s "$folder/counts.txt" ] || {
-  echo "No piece of work was counted; see $folder/valgrind.log." >&2
-  exit 1
-}
+"$(dirname "$0")/instructions_of_profile.py" "$folder" "$(basename "$program")" libMultiEntity.Native.so libsqlite3.so \
+  >"$folder/counts.txt"
 
 if [ "$mode" = --write ]; then
   { printf '# Instructions of each piece of work, as scripts/count-instructions.sh counts them; %s\n' "$toolchain"

@@ -1,13 +1,11 @@
 #include "standalone/CompanyFile.h"
 
-#include <sqlite3.h>
-
-#include <fstream>
-#include <random>
 #include <string_view>
+#include <system_error>
 
+#include "standalone/CompanyFileHeader.h"
+#include "standalone/DraftFile.h"
 #include "standalone/Errors.h"
-#include "standalone/Schema.h"
 #include "standalone/SettingsTable.h"
 #include "standalone/Text.h"
 #include "standalone/UserTable.h"
@@ -15,36 +13,6 @@
 namespace standalone {
 
 namespace {
-
-std::filesystem::path WithSuffix(std::filesystem::path path, const char* suffix) {
-  path += suffix;
-  return path;
-}
-
-// A file that is being made, under a name of its own until it is complete; removed when it does not get there.
-class DraftFile {
- public:
-  explicit DraftFile(const std::filesystem::path& path)
-      : path_(WithSuffix(path, ("." + std::to_string(std::random_device{}()) + ".new").c_str())) {
-    if (!std::ofstream(path_, std::ios::binary)) {
-      throw CompanyFileError("The company file " + PathText(path) +
-                             " cannot be made. Check that its folder exists and that you may write there.");
-    }
-  }
-  DraftFile(const DraftFile&) = delete;
-  DraftFile& operator=(const DraftFile&) = delete;
-  ~DraftFile() {
-    std::error_code ignored;
-    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
-      std::filesystem::remove(WithSuffix(path_, suffix), ignored);
-    }
-  }
-
-  const std::filesystem::path& Path() const noexcept { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 void InsertCompany(Database& database, const NewCompany& company) {
   UnitOfWork unit(database, Access::kWrite);
@@ -57,28 +25,49 @@ void InsertCompany(Database& database, const NewCompany& company) {
   unit.Commit();
 }
 
-// While the file is not yet known to be sound, closing it must not move what its write-ahead log holds.
-void SetCheckpointOnClose(Database& database, bool allowed) {
-  sqlite3_db_config(database.Handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, allowed ? 0 : 1, nullptr);
-}
-
 void Configure(Database& database) {
   // What was committed is on the disk also after a power failure.
   database.Execute("PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA trusted_schema = OFF;");
 }
 
-[[noreturn]] void ThrowNotMade(const std::filesystem::path& path, const std::exception& reason) {
-  throw CompanyFileError("The company file " + PathText(path) + " cannot be made. " + reason.what());
+[[noreturn]] void ThrowNotMade(const std::filesystem::path& path, const std::string& reason) {
+  throw CompanyFileError("The company file " + PathText(path) + " cannot be made. " + reason);
+}
+
+[[noreturn]] void ThrowThere(const std::filesystem::path& path) {
+  throw CompanyFileError("There is already a file " + PathText(path) +
+                         ". Choose another name, or move the file away first.");
+}
+
+DraftFile MakeDraft(const std::filesystem::path& path) {
+  try {
+    return {path, MayRead::kAsUsual};
+  } catch (const std::system_error&) {
+    ThrowNotMade(path, "Check that its folder exists and that you may write there.");
+  }
+}
+
+void RequireSound(Database& database, SchemaSpan schema) {
+  std::string fault = FaultOf(database, schema, Search::kAsFarAsItIsFast);
+  if (fault.empty()) fault = ImbalanceOf(database, Search::kAsFarAsItIsFast);
+  if (!fault.empty()) ThrowDamaged(database.Name(), fault);
+}
+
+void MakeSchema(Database& database) {
+  PrepareForSteps(database);
+  UnitOfWork unit(database, Access::kWrite);
+  TakeSteps(database, SchemaSteps(), 0);
+  unit.Commit();
 }
 
 void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
-  Database database(draft, kBusyTimeout);
+  Database database(draft, std::chrono::milliseconds::zero());
   // A draft that a crash spoils is worth nothing; the last change below brings all of it to the disk.
-  database.Execute("PRAGMA synchronous = OFF; PRAGMA foreign_keys = ON;");
+  database.Execute("PRAGMA synchronous = OFF");
   database.Execute(("PRAGMA application_id = " + std::to_string(kApplicationId)).c_str());
-  Migrate(database, SchemaSteps());
-  InsertCompany(database, company);
+  MakeSchema(database);
   Configure(database);
+  InsertCompany(database, company);
   // Kept in the file; done last, so that the header is complete in the file itself.
   database.Execute("PRAGMA journal_mode = WAL");
 }
@@ -88,41 +77,52 @@ void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
 void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& company) {
   RequireText("The company name", company.name, 1, kCompanyNameLength);
   RequireCurrencyCode(company.homeCurrency);
-  const auto refuseExisting = [&path] {
-    std::error_code ignored;
-    if (!std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) return;
-    throw CompanyFileError("There is already a file " + PathText(path) +
-                           ". Choose another name, or move the file away first.");
-  };
-  refuseExisting();
+  std::error_code ignored;
+  if (std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) ThrowThere(path);
 
-  const DraftFile draft(path);
+  DraftFile draft = MakeDraft(path);
+  bool isPublished = false;
   try {
     FillDraft(draft.Path(), company);
-  } catch (const UnitOfWorkError& error) {
-    ThrowNotMade(path, error);
-  } catch (const CompanyFileError& error) {
-    ThrowNotMade(path, error);
+    isPublished = draft.Publish(path);
+  } catch (const std::exception& error) {
+    ThrowNotMade(path, error.what());
   }
-  refuseExisting();
-  std::error_code error;
-  // A hard link, unlike a rename, never replaces a file that somebody else made meanwhile.
-  std::filesystem::create_hard_link(draft.Path(), path, error);
-  if (error) {
-    refuseExisting();
-    std::filesystem::rename(draft.Path(), path, error);
-  }
-  if (error) throw CompanyFileError("The company file " + PathText(path) + " cannot be made: " + error.message() + ".");
+  if (!isPublished) ThrowThere(path);
 }
 
-CompanyFile::CompanyFile(const std::filesystem::path& path, std::chrono::milliseconds busyTimeout) : path_(path) {
-  RequireCompanyFileHeader(path, SchemaSteps().size());
-  database_ = std::make_unique<Database>(path, busyTimeout);
-  SetCheckpointOnClose(*database_, false);
+CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& options) : path_(path) {
+  const std::size_t newest = options.schema.size();
+  const bool isOlder = RequireCompanyFileHeader(path, newest) < newest;
+  const std::filesystem::path file = isOlder ? FileToOpen(options) : path;
+  database_ = std::make_unique<Database>(file, options.busyTimeout);
+  database_->SetName(path);
+  database_->AllowCheckpointOnClose(false);
   Configure(*database_);
-  Migrate(*database_, SchemaSteps());
-  RequireSound(*database_);
-  SetCheckpointOnClose(*database_, true);
+  RequireKnownVersion(*database_, newest);
+  RequireSound(*database_, options.schema);
+  database_->HoldToVersion(newest);
+  database_->AllowCheckpointOnClose(true);
+  if (copy_) {
+    database_->RefuseWriting("Nothing was saved. The company file " + PathText(path) +
+                             " is on a read-only medium. Copy it to a disk to work on it.");
+  }
+}
+
+// The file to open: the company's own, or a copy of it.
+std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options) {
+  // What lies beside a file lies beside the file itself, not beside a link to it.
+  std::error_code error;
+  std::filesystem::path file = std::filesystem::canonical(path_, error);
+  if (error) file = std::filesystem::absolute(path_);
+  if (IsOnReadOnlyMedium(file)) file = copy_.emplace(file).File();
+  const bool isCopy = copy_.has_value();
+  const Opening opening{
+      .migrated = BringForward(
+          file, {.name = path_, .steps = options.schema, .patience = options.busyTimeout, .keepsCopy = !isCopy}),
+      .readsACopy = isCopy};
+  if (options.tell && (opening.migrated || isCopy)) options.tell(opening);
+  return isCopy ? file : path_;
 }
 
 std::filesystem::path CompanyFile::LogPath(const std::filesystem::path& companyFile) {

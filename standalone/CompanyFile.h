@@ -2,10 +2,15 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "standalone/Database.h"
+#include "standalone/Migration.h"
+#include "standalone/Schema.h"
+#include "standalone/TemporaryCopy.h"
 
 namespace standalone {
 
@@ -19,6 +24,20 @@ struct NewCompany {
 
 inline constexpr std::chrono::milliseconds kBusyTimeout{10'000};
 
+// What opening a company file does besides, for people to be told.
+struct Opening {
+  std::optional<Migrated> migrated;
+  bool readsACopy = false;  // in a temporary folder, as the file lies on a read-only medium
+};
+
+struct OpenOptions {
+  std::chrono::milliseconds busyTimeout = kBusyTimeout;
+  // What the program knows of company files; another version of it would know other steps.
+  SchemaSpan schema = SchemaSteps();
+  // Called as soon as it is done, when there is anything to tell.
+  std::function<void(const Opening& opening)> tell = {};
+};
+
 // A company's books in one SQLite file, beside which lie its operations log and its remote switches.
 class CompanyFile {
  public:
@@ -26,8 +45,9 @@ class CompanyFile {
   // exists already or the file cannot be made; InvalidInput for the company's own values. Leaves no half-made file.
   static void Create(const std::filesystem::path& path, const NewCompany& company);
 
-  // Opens a file and brings one of an older program up to date. Throws CompanyFileError.
-  explicit CompanyFile(const std::filesystem::path& path, std::chrono::milliseconds busyTimeout = kBusyTimeout);
+  // Opens a file and brings one of an older program up to date; one that lies on a read-only medium is copied first,
+  // and units of work only read the copy. Throws CompanyFileError.
+  explicit CompanyFile(const std::filesystem::path& path, const OpenOptions& options = {});
 
   const std::filesystem::path& Path() const noexcept { return path_; }
   Database& Data() noexcept { return *database_; }
@@ -36,7 +56,10 @@ class CompanyFile {
   static std::filesystem::path RemotePath(const std::filesystem::path& companyFile);
 
  private:
+  std::filesystem::path FileToOpen(const OpenOptions& options);
+
   std::filesystem::path path_;
+  std::optional<TemporaryCopy> copy_;
   std::unique_ptr<Database> database_;
 };
 

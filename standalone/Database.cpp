@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <memory>
 #include <utility>
 
 #include "standalone/Errors.h"
@@ -21,17 +22,19 @@ bool IsDamage(int code) {
   return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
 }
 
+bool IsInUse(int code) {
+  const int primary = code & 0xFF;
+  return primary == SQLITE_BUSY || primary == SQLITE_LOCKED || primary == SQLITE_PROTOCOL;
+}
+
 // What went wrong with the file and what to do about it; `reason` is the engine's.
 std::string Complaint(const std::filesystem::path& file, int code, const std::string& reason) {
   const std::string name = "The company file " + PathText(file);
+  if (IsInUse(code)) return name + " is in use by another program. Try again later.";
   switch (code & 0xFF) {
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
       return name + " is damaged (" + reason + "). Restore it from a backup.";
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:
-      return name + " is in use by another program. Try again later.";
     case SQLITE_READONLY:
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
@@ -49,7 +52,7 @@ std::string Complaint(const std::filesystem::path& file, int code, const std::st
 
 }  // namespace
 
-Database::Database(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout) : file_(file) {
+Database::Database(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout) : name_(file) {
   const int code = sqlite3_open_v2(PathText(file).c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                                    /*zVfs=*/nullptr);
   if (code != SQLITE_OK) {
@@ -66,6 +69,10 @@ Database::Database(const std::filesystem::path& file, std::chrono::milliseconds 
   sqlite3_extended_result_codes(handle_, 1);
   sqlite3_busy_timeout(handle_, static_cast<int>(busyTimeout.count()));
   sqlite3_set_authorizer(handle_, &NoticeWrittenTable, this);
+}
+
+Database Database::InMemory() {
+  return {":memory:", std::chrono::milliseconds::zero()};
 }
 
 Database::~Database() {
@@ -100,14 +107,53 @@ std::string Database::QueryText(const char* sql) {
   return text;
 }
 
+void Database::ForEachRow(const char* sql, const std::function<void(const Rows& row)>& take) {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v2(handle_, sql, -1, &statement, nullptr);
+  if (code != SQLITE_OK) Fail(code);
+  const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> owner(statement, &sqlite3_finalize);
+  for (Rows rows(*this, statement); rows.Step();) take(rows);
+}
+
+bool Database::Accepts(const char* sql) {
+  ForgetWhatWasRead();
+  const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
+  const int primary = code & 0xFF;
+  if (primary == SQLITE_ERROR || primary == SQLITE_CONSTRAINT) return false;
+  if (code != SQLITE_OK) Fail(code);
+  return true;
+}
+
+void Database::AllowCheckpointOnClose(bool allowed) {
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, allowed ? 0 : 1, nullptr);
+}
+
+void Database::CopyInto(const std::filesystem::path& file) {
+  Database copy(file, std::chrono::milliseconds::zero());
+  sqlite3_backup* const backup = sqlite3_backup_init(copy.handle_, "main", handle_, "main");
+  if (backup == nullptr) copy.Fail(sqlite3_extended_errcode(copy.handle_));
+  constexpr int kAllPages = -1;
+  const int code = sqlite3_backup_step(backup, kAllPages);
+  sqlite3_backup_finish(backup);
+  if (code != SQLITE_DONE) copy.Fail(code);
+}
+
 void Database::Begin(Access access) {
   if (inUnit_) throw UnitOfWorkError("A unit of work is already open.");
+  if (access == Access::kWrite && !whyNotWriting_.empty()) throw UnitOfWorkError(whyNotWriting_);
   spoiledBy_.clear();
   const int code = access == Access::kWrite ? Step(beginWriting_, "BEGIN IMMEDIATE") : Step(beginReading_, "BEGIN");
-  if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(file_, code, sqlite3_errmsg(handle_)));
+  if ((code & 0xFF) == SQLITE_BUSY) throw UnitOfWorkError(Complaint(name_, code, sqlite3_errmsg(handle_)));
   if (code != SQLITE_OK) Fail(code);
   inUnit_ = true;
   access_ = access;
+  if (access == Access::kRead) return;
+  try {
+    NoticeOtherWriters();
+  } catch (...) {
+    Rollback();
+    throw;
+  }
 }
 
 void Database::Commit() {
@@ -142,9 +188,22 @@ void Database::NoticeOtherWriters() {
   const int version = sqlite3_column_int(otherWriters_, 0);
   const int code = sqlite3_reset(otherWriters_);
   if (code != SQLITE_OK) Fail(code);
-  if (version != othersVersion_) ForgetWhatWasRead();
+  if (version != othersVersion_) {
+    ForgetWhatWasRead();
+    NoticeOtherVersion();
+  }
   othersVersion_ = version;
   hasNoticedOthers_ = true;
+}
+
+// The rules of another version are not this program's.
+void Database::NoticeOtherVersion() {
+  if (version_ == 0) return;
+  const std::int64_t version = QueryNumber("PRAGMA user_version");
+  if (version == version_) return;
+  spoiledBy_ = "another program has brought it to schema version " + std::to_string(version) + "; open it again";
+  spoiledCode_ = SQLITE_SCHEMA;
+  ThrowSpoiled();
 }
 
 std::int64_t Database::LastInsertedId() const noexcept {
@@ -214,11 +273,12 @@ void Database::Fail(int code) {
     ThrowSpoiled();
   }
   if (isConstraint) throw ConstraintViolation(reason);
-  throw CompanyFileError(Complaint(file_, code, reason));
+  if (IsInUse(code)) throw FileInUse(Complaint(name_, code, reason));
+  throw CompanyFileError(Complaint(name_, code, reason));
 }
 
 void Database::ThrowSpoiled() const {
-  const std::string complaint = Complaint(file_, spoiledCode_, spoiledBy_);
+  const std::string complaint = Complaint(name_, spoiledCode_, spoiledBy_);
   if (IsDamage(spoiledCode_)) throw CompanyFileError(complaint);
   throw UnitOfWorkError("Nothing was saved. " + complaint);
 }

@@ -15,6 +15,7 @@ struct sqlite3_stmt;
 
 namespace standalone {
 
+class Rows;
 class UnitBound;
 
 // What a unit of work may do: read one unchanging state of the file, or read and write while others wait.
@@ -30,6 +31,8 @@ class Database {
  public:
   // Opens an existing file; throws CompanyFileError.
   Database(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout);
+  // An empty one that no file keeps.
+  static Database InMemory();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
   ~Database();
@@ -39,11 +42,30 @@ class Database {
   // The first column of the first row, 0 without a row; like Execute outside of the rules of units of work.
   std::int64_t QueryNumber(const char* sql);
   std::string QueryText(const char* sql);
+  // Hands each row to `take`.
+  void ForEachRow(const char* sql, const std::function<void(const Rows& row)>& take);
+
+  // Runs one statement without results; false when the statement is not one for this file, which leaves all as it was.
+  bool Accepts(const char* sql);
+
+  // Copies all that is committed into an existing empty file, which is a whole database once this returns. Not while
+  // this connection writes. Throws CompanyFileError, which names the other file.
+  void CopyInto(const std::filesystem::path& file);
+  // Whether what is in the write-ahead log may be moved into the file when this connection is the last one to close; so
+  // it is unless this says otherwise.
+  void AllowCheckpointOnClose(bool allowed);
+  // From now on each unit of work that writes throws UnitOfWorkError, and so does one that reads what is held, once
+  // another program has given the file another schema version than this.
+  void HoldToVersion(std::size_t version) { version_ = static_cast<std::int64_t>(version); }
+  // From now on no unit of work that writes begins: it throws UnitOfWorkError with this text.
+  void RefuseWriting(std::string why) { whyNotWriting_ = std::move(why); }
 
   void Begin(Access access);
   void Commit();
   void Rollback() noexcept;
   bool InUnit() const noexcept { return inUnit_; }
+  // The engine's reason for which the unit, or the last one if none is open, cannot be committed; empty if it can.
+  const std::string& WhyUnitFailed() const noexcept { return spoiledBy_; }
   // The unit's; meaningless outside of one.
   Access UnitAccess() const noexcept { return access_; }
 
@@ -64,7 +86,9 @@ class Database {
   std::int64_t LastInsertedId() const noexcept;
   std::int64_t ChangedRows() const noexcept;
 
-  const std::filesystem::path& File() const noexcept { return file_; }
+  // What people call the file; another one than is open when that is a copy of it.
+  const std::filesystem::path& Name() const noexcept { return name_; }
+  void SetName(std::filesystem::path name) { name_ = std::move(name); }
   sqlite3* Handle() const noexcept { return handle_; }
 
  private:
@@ -87,8 +111,9 @@ class Database {
   [[noreturn]] void ThrowSpoiled() const;
   void NoticeLostUnit();
   void NoticeOtherWriters();
+  void NoticeOtherVersion();
 
-  std::filesystem::path file_;
+  std::filesystem::path name_;
   sqlite3* handle_ = nullptr;
   sqlite3_stmt* beginReading_ = nullptr;
   sqlite3_stmt* beginWriting_ = nullptr;
@@ -102,6 +127,8 @@ class Database {
   bool hasNoticedOthers_ = false;  // in the open unit, which nothing has spoiled since
   bool inUnit_ = false;
   Access access_ = Access::kRead;
+  std::int64_t version_ = 0;   // of the schema; 0 for any
+  std::string whyNotWriting_;  // empty while writing is allowed
   std::string spoiledBy_;
   int spoiledCode_ = 0;  // the engine's, meaningful while spoiledBy_ is not empty
 };
@@ -126,6 +153,7 @@ class Rows {
   std::string_view Text(int column) const;
 
  private:
+  friend class Database;
   friend class Statement;
   Rows(Database& database, sqlite3_stmt* statement) noexcept : database_(database), statement_(statement) {}
 

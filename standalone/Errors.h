@@ -11,6 +11,12 @@ class CompanyFileError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// Another program holds the company file.
+class FileInUse : public CompanyFileError {
+ public:
+  using CompanyFileError::CompanyFileError;
+};
+
 // A value that a person or a file handed in is not acceptable. The message names the value and what would be right.
 class InvalidInput : public std::runtime_error {
  public:

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <set>
 #include <span>
+#include <string>
 
 #include "standalone/Database.h"
 
@@ -12,17 +15,52 @@ namespace standalone {
 inline constexpr std::int32_t kApplicationId = 0x4D454341;
 
 // The SQL that brings a file from one schema version to the next; the first step makes version 1 of an empty file.
-std::span<const char* const> SchemaSteps() noexcept;
+//
+// A step makes a table anew by making another one, copying its rows, dropping the old one and giving the new one its
+// name; then come the indexes and triggers. References are not looked at meanwhile, and a table that has its name again
+// goes on with the numbers that it gave to rows.
+using SchemaSpan = std::span<const char* const>;
 
-// Refuses a file that is not a company file, was written by a newer program (one with more steps) or is cut off; looks
-// at the file's bytes only, so that it stays untouched. Throws CompanyFileError.
-void RequireCompanyFileHeader(const std::filesystem::path& file, std::size_t newestVersion);
+// The steps of this program.
+SchemaSpan SchemaSteps() noexcept;
 
-// Brings the schema up to date, each step whole or not at all, even when two programs try at once.
-void Migrate(Database& database, std::span<const char* const> steps);
+// To be called before the transaction in which steps are taken.
+void PrepareForSteps(Database& database);
+// Takes the steps after the first `taken`, which the file has behind it, and sets its version.
+void TakeSteps(Database& database, SchemaSpan steps, std::size_t taken);
 
-// Throws CompanyFileError when a part of the schema is missing or changed, the engine finds the file damaged, a row
-// refers to nothing, or a posted transaction does not sum to zero.
-void RequireSound(Database& database);
+// A table, index, trigger or view as the engine knows it.
+struct SchemaObject {
+  std::string type;
+  std::string name;
+  std::string sql;
+  auto operator<=>(const SchemaObject&) const = default;
+};
+using SchemaObjects = std::set<SchemaObject>;
+
+// Without what the engine makes for itself.
+SchemaObjects ObjectsOf(Database& database);
+// What the steps make of an empty file.
+SchemaObjects ObjectsMadeBy(SchemaSpan steps);
+
+enum class Search {
+  kAsFarAsItIsFast,  // leaves out of a large file what would be read through at each opening
+  kEverything,
+};
+
+// What is wrong with a file, in words; empty when nothing is: an object that the steps make is missing or changed, the
+// engine finds it damaged, a row refers to nothing. Others may have added objects of their own. Sees what a transaction
+// has not committed yet.
+std::string FaultOf(Database& database, SchemaSpan steps, Search search);
+
+// The posted transaction that does not sum to zero, in words; empty when all do, as far as the file is searched. Reads
+// files of every version.
+std::string ImbalanceOf(Database& database, Search search);
+
+// The version of a file whose newest is `newest`. Throws CompanyFileError for one that this program does not know.
+std::size_t RequireKnownVersion(Database& database, std::size_t newest);
+
+[[noreturn]] void ThrowDamaged(const std::filesystem::path& file, const std::string& reason);
+[[noreturn]] void ThrowNewer(const std::filesystem::path& file, std::int64_t version, std::size_t newest);
 
 }  // namespace standalone

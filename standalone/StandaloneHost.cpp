@@ -31,7 +31,7 @@ User SelectUser(Database& database, UserTable& users, const std::string& name) {
 struct StandaloneHost::Parts {
   Parts(StandaloneHost& host, const std::filesystem::path& companyFile, const std::string& userName,
         HostOptions options)
-      : file(companyFile, options.busyTimeout),
+      : file(companyFile, options.file),
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),
         log(CompanyFile::LogPath(companyFile), user.name, options.log),

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -29,7 +28,7 @@ namespace standalone {
 struct HostOptions {
   Answerer answerer;
   LogLimits log;
-  std::chrono::milliseconds busyTimeout = kBusyTimeout;
+  OpenOptions file;
   CommandRunner commandRunner;
   // By which the loop's timers are due; null for the machine's own.
   LoopClock* clock = nullptr;

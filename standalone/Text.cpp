@@ -128,6 +128,11 @@ std::string PathText(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+std::filesystem::path WithSuffix(std::filesystem::path path, std::string_view suffix) {
+  path += suffix;
+  return path;
+}
+
 bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                     [](char one, char other) { return Lower(one) == Lower(other); });

@@ -44,6 +44,9 @@ std::string Quoted(std::string_view text);
 // The path in UTF-8.
 std::string PathText(const std::filesystem::path& path);
 
+// The path with a suffix to its last part, as of what lies beside a company file.
+std::filesystem::path WithSuffix(std::filesystem::path path, std::string_view suffix);
+
 // Whether the texts are equal but for the case of ASCII letters, as the company file compares names.
 bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept;
 

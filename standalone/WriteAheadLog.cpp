@@ -6,6 +6,8 @@
 #include <span>
 #include <vector>
 
+#include "standalone/Text.h"
+
 namespace standalone {
 
 namespace {
@@ -133,8 +135,7 @@ std::optional<std::uint64_t> FindBreak(const std::filesystem::path& log, std::ui
 }  // namespace
 
 bool IsLogDamaged(const std::filesystem::path& companyFile, std::uint32_t pageSize) {
-  std::filesystem::path log = companyFile;
-  log += "-wal";
+  const std::filesystem::path log = WithSuffix(companyFile, "-wal");
   const std::optional<std::uint64_t> place = FindBreak(log, pageSize);
   // A frame that another program was just writing is whole by now.
   return place && FindBreak(log, pageSize) == place;

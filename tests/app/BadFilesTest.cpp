@@ -82,7 +82,8 @@ TEST_F(BadFile, ACompanyFileThatLostItsVersionIsDamaged) {
 TEST_F(BadFile, ACompanyFileWithoutOneOfItsRulesIsDamaged) {
   OtherProgram(In(kFile)).Runs("DROP TRIGGER txn_post");
 
-  EXPECT_THAT(Refusal(kFile), AllOf(HasSubstr(kFile), HasSubstr("a rule"), HasSubstr("Restore it from a backup")));
+  EXPECT_THAT(Refusal(kFile), AllOf(HasSubstr(kFile), HasSubstr("its trigger txn_post is missing"),
+                                    HasSubstr("Restore it from a backup")));
 }
 
 TEST_F(BadFile, ACompanyFileWhoseBooksDoNotBalanceIsDamaged) {

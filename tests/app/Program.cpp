@@ -61,6 +61,16 @@ int Spawn(const Redirections& redirections, std::vector<std::string> words) {
   return WaitForEnd(child);
 }
 
+std::vector<std::string> OnAFullDisk(int blocks, const std::vector<std::string>& words) {
+  const std::string limited = "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + R"(; exec "$0" "$@")";
+  return Joined({"/bin/sh", "-c", limited}, words);
+}
+
+std::vector<std::string> NextProgram() {
+  if (!IsWindowsProgram()) return {MULTIENTITY_NEXT_PROGRAM};
+  return {"/usr/bin/env", "MULTIENTITY_WINDOWS_PROGRAM=multientity_next", ProgramUnderTest()};
+}
+
 Outcome RunWords(const std::filesystem::path& output, const std::filesystem::path& directory,
                  const std::vector<std::string>& words) {
   const std::filesystem::path errors = directory / "standard-error";
@@ -70,6 +80,13 @@ Outcome RunWords(const std::filesystem::path& output, const std::filesystem::pat
   redirections.InDirectory(directory);
   const int exitCode = Spawn(redirections, words);
   return {exitCode, {}, ContentsOf(errors)};
+}
+
+Outcome RunAndRead(const std::filesystem::path& directory, const std::vector<std::string>& words) {
+  const std::filesystem::path out = directory / "standard-output";
+  Outcome outcome = RunWords(out, directory, words);
+  outcome.out = ContentsOf(out);
+  return outcome;
 }
 
 }  // namespace
@@ -84,10 +101,34 @@ bool IsWindowsProgram() {
 }
 
 Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
-  const std::filesystem::path out = directory / "standard-output";
-  Outcome outcome = RunProgramInto(out, directory, arguments);
-  outcome.out = ContentsOf(out);
-  return outcome;
+  return RunAndRead(directory, Joined({ProgramUnderTest()}, arguments));
+}
+
+Outcome RunNextProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  return RunAndRead(directory, Joined(NextProgram(), arguments));
+}
+
+Outcome RunNextProgramOfThisSystem(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  return RunAndRead(directory, Joined({MULTIENTITY_NEXT_PROGRAM}, arguments));
+}
+
+Outcome RunNextProgramOnASmallDisk(std::uintmax_t kibibytes, const std::filesystem::path& directory,
+                                   const std::string& file, const std::vector<std::string>& arguments) {
+  const std::string script =
+      "size=$1; file=$2; shift 2; rm -rf after && mkdir -p disk && mount -t tmpfs -o size=${size}k none disk && "
+      "cp \"$file\" disk && cd disk && { \"$@\"; code=$?; cp -r . ../after && exit $code; }; exit 125";
+  const std::vector<std::string> shell{"/usr/bin/unshare",        "--mount", "/bin/sh", "-c", script, "sh",
+                                       std::to_string(kibibytes), file};
+  return RunWords(directory / "standard-output", directory, Joined(Joined(shell, NextProgram()), arguments));
+}
+
+Outcome RunNextProgramOnAReadOnlyDisk(const std::filesystem::path& directory,
+                                      const std::vector<std::string>& arguments) {
+  const std::string script =
+      "mkdir disk temporary && mount -t tmpfs none disk && find . -maxdepth 1 -type f -exec cp {} disk \\; && "
+      "mount -o remount,ro disk && export TMPDIR=\"$PWD/temporary\" && cd disk && exec \"$@\"";
+  const std::vector<std::string> shell{"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, "sh"};
+  return RunAndRead(directory, Joined(Joined(shell, NextProgram()), arguments));
 }
 
 Outcome RunProgramInto(const std::filesystem::path& output, const std::filesystem::path& directory,
@@ -111,9 +152,13 @@ Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const 
 
 Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,
                               const std::vector<std::string>& arguments) {
-  const std::string limited = "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + R"(; exec "$0" "$@")";
   return RunWords(directory / "standard-output", directory,
-                  Joined({"/bin/sh", "-c", limited, ProgramUnderTest()}, arguments));
+                  OnAFullDisk(blocks, Joined({ProgramUnderTest()}, arguments)));
+}
+
+Outcome RunNextProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,
+                                  const std::vector<std::string>& arguments) {
+  return RunWords(directory / "standard-output", directory, OnAFullDisk(blocks, Joined(NextProgram(), arguments)));
 }
 
 Outcome RunProgramWithoutRights(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {

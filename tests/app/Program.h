@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -21,6 +22,26 @@ bool IsWindowsProgram();
 // Runs multientity with these arguments and without input, and waits for its end. `directory` is its working directory
 // and holds what it prints meanwhile.
 Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
+// Runs it as its next version may be, to which company files of this one are old.
+Outcome RunNextProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
+// Runs the one that was built for this system, also when that for Windows is tested.
+Outcome RunNextProgramOfThisSystem(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
+// Runs that where no file may grow beyond this many blocks of 512 bytes, as on a disk that is full.
+Outcome RunNextProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,
+                                  const std::vector<std::string>& arguments);
+
+// Runs that on a disk of its own of so many KiB that holds `file` of the directory; what became of the disk is in
+// "after". Only where MayMountASmallDisk().
+Outcome RunNextProgramOnASmallDisk(std::uintmax_t kibibytes, const std::filesystem::path& directory,
+                                   const std::string& file, const std::vector<std::string>& arguments);
+
+// Runs that on a read-only disk of its own that holds the files of the directory, where its temporary files go to
+// "temporary". Only where MayMountASmallDisk().
+Outcome RunNextProgramOnAReadOnlyDisk(const std::filesystem::path& directory,
+                                      const std::vector<std::string>& arguments);
 
 // Runs it with its standard output going to `output` instead, such as a device; Outcome::out stays empty.
 Outcome RunProgramInto(const std::filesystem::path& output, const std::filesystem::path& directory,

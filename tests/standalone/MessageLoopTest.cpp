@@ -21,7 +21,7 @@ class TheMessageLoop : public CompanyFixture {
  protected:
   static HostOptions Impatient() {
     HostOptions options;
-    options.busyTimeout = std::chrono::milliseconds(1);
+    options.file.busyTimeout = std::chrono::milliseconds(1);
     return options;
   }
 

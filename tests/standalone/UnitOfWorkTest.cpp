@@ -24,7 +24,7 @@ class AUnitOfWork : public CompanyFixture {
 
   static HostOptions Impatient() {
     HostOptions options;
-    options.busyTimeout = std::chrono::milliseconds(20);
+    options.file.busyTimeout = std::chrono::milliseconds(20);
     return options;
   }
 

@@ -424,3 +424,111 @@ Tally KillInits(const Scene& scene, std::uint64_t seed, int kills) {
   }
   return tally;
 }
+
+namespace {
+
+// A company that a program of today wrote and the next one opens.
+class MovedCompany {
+ public:
+  MovedCompany(const Scene& scene, std::filesystem::path oldCompany)
+      : scene_(scene), original_(std::move(oldCompany)), file_(scene.directory / "moved.company") {
+    PutBack();
+    before_ = InspectCopy(file_).contents;
+  }
+
+  const std::filesystem::path& File() const noexcept { return file_; }
+  std::vector<std::string> Listing() const { return {"accounts", file_.string()}; }
+
+  void PutBack() const {
+    const std::vector<std::filesystem::path> beside = FilesBeside();
+    for (const std::filesystem::path& path : beside) std::filesystem::remove(path);
+    for (const char* suffix : {"", "-wal"}) {
+      const std::filesystem::path part = original_.string() + suffix;
+      if (std::filesystem::exists(part)) std::filesystem::copy_file(part, file_.string() + suffix);
+    }
+  }
+
+  // What is wrong after a kill; says whether the company is the next program's by then.
+  std::vector<std::string> FaultsAfter(const Scene& next, bool& isMoved) const {
+    std::vector<std::string> faults;
+    Compare("the company", file_, faults);
+    std::size_t copies = ComparedCopies(faults);
+
+    const ProgramRun former = Run(CommandOf(scene_, Listing()), {.directory = scene_.directory});
+    isMoved = former.code != 0;
+    if (isMoved && former.err.find("newer program") == std::string::npos) {
+      faults.push_back("the program of today says: " + former.err);
+    }
+    if (isMoved && copies == 0) faults.emplace_back("it was brought forward, but is not kept as it was");
+    RunToItsEnd(next, Listing());
+    Compare("the company, once it was opened", file_, faults);
+    copies = ComparedCopies(faults);
+    if (copies != 1) faults.push_back("it is kept as it was in " + std::to_string(copies) + " files");
+    return faults;
+  }
+
+ private:
+  // The company itself included.
+  std::vector<std::filesystem::path> FilesBeside() const {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(file_.parent_path())) {
+      if (entry.path().filename().string().starts_with(file_.filename().string())) files.push_back(entry.path());
+    }
+    return files;
+  }
+
+  void Compare(const std::string& what, const std::filesystem::path& file, std::vector<std::string>& faults) const {
+    const Inspection found = InspectCopy(file);
+    for (const std::string& fault : found.faults) faults.push_back(what + ": " + fault);
+    if (found.contents != before_) faults.push_back(what + " does not hold what it held");
+  }
+
+  std::size_t ComparedCopies(std::vector<std::string>& faults) const {
+    std::size_t copies = 0;
+    for (const std::filesystem::path& path : FilesBeside()) {
+      const std::string name = path.filename().string();
+      if (name.find(".before-") == std::string::npos || name.find(".new") != std::string::npos ||
+          name.find(".copy") != std::string::npos) {
+        continue;
+      }
+      Compare(name, path, faults);
+      ++copies;
+    }
+    return copies;
+  }
+
+  Scene scene_;
+  std::filesystem::path original_;
+  std::filesystem::path file_;
+  Contents before_;
+};
+
+}  // namespace
+
+Tally KillMigrations(const Scene& scene, const std::filesystem::path& nextProgram,
+                     const std::filesystem::path& oldCompany, std::uint64_t seed, int kills) {
+  Random random(seed);
+  const Scene next{.program = nextProgram, .directory = scene.directory};
+  const MovedCompany company(scene, oldCompany);
+  Timing timing(RunToItsEnd(next, company.Listing()).took);
+
+  Tally tally;
+  const Stopwatch stopwatch(tally);
+  while (tally.kills < kills) {
+    company.PutBack();
+    const nanoseconds killAfter = timing.NextKill(random);
+    const Stamps stamps(company.File());
+    const ProgramRun run = Run(CommandOf(next, company.Listing()),
+                               {.directory = scene.directory, .watchedFile = company.File(), .killAfter = killAfter});
+    const Traces traces = stamps.Until(Stamps(company.File()));
+    bool isMoved = false;
+    const std::vector<std::string> faults = company.FaultsAfter(next, isMoved);
+    if (!faults.empty()) {
+      throw BooksBroken("Brought forward" + AfterMilliseconds(killAfter) + " " + Description(run) + Joined(faults) +
+                        "\nThe company file is as it was left: " + company.File().string());
+    }
+    Count(tally, run, MomentOf(run, ReportOf(run), isMoved, traces));
+    timing.Learn(killAfter, run, isMoved);
+  }
+  return tally;
+}

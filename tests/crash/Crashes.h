@@ -102,5 +102,10 @@ class UnluckyCompany {
 // Imports of so many transactions, killed on the way. Each leaves all of them or none.
 Tally KillImports(const Scene& scene, std::uint64_t seed, int kills, int transactions);
 
+// Openings of a company of an older version, killed while it is brought forward. The books stay the same, for the
+// scene's program or for the next one, beside which they are kept as they were.
+Tally KillMigrations(const Scene& scene, const std::filesystem::path& nextProgram,
+                     const std::filesystem::path& oldCompany, std::uint64_t seed, int kills);
+
 // Companies that are killed while they are made. Each is there, complete, or not there.
 Tally KillInits(const Scene& scene, std::uint64_t seed, int kills);

@@ -26,6 +26,8 @@ struct Options {
   int importKills = 40;
   int importTransactions = 4000;
   int initKills = 60;
+  int migrationKills = 200;
+  std::filesystem::path nextProgram = MULTIENTITY_NEXT_PROGRAM;
 };
 
 constexpr std::array<const char*, kMoments> kMomentTexts{
@@ -94,6 +96,12 @@ void Crash(const Options& options, const std::filesystem::path& directory) {
   Print(("an import of " + std::to_string(options.importTransactions) + " transactions").c_str(),
         KillImports(NewScene(options, directory / "import"), options.seed, options.importKills,
                     options.importTransactions));
+  for (const char* name : {"birch.company", "crashed.company"}) {
+    Print((std::string("bringing ") + name + " to the next version").c_str(),
+          KillMigrations(NewScene(options, directory / name), options.nextProgram,
+                         std::filesystem::path(MULTIENTITY_OLD_COMPANY_FILES) / name, options.seed,
+                         options.migrationKills / 2));
+  }
   Print("making a company", KillInits(NewScene(options, directory / "init"), options.seed, options.initKills));
   RequireDangerOf(alone, kDangerousMoments);
   RequireDangerOf(two, kDangerousMomentsOfTwo);
@@ -113,6 +121,8 @@ int main(int argumentCount, char** arguments) {
   program.add_option("--import-kills", options.importKills, "Of a long import")->capture_default_str();
   program.add_option("--import-transactions", options.importTransactions, "How long that is")->capture_default_str();
   program.add_option("--init-kills", options.initKills, "Of companies that are made")->capture_default_str();
+  program.add_option("--migration-kills", options.migrationKills, "Of companies that are brought to the next version")
+      ->capture_default_str();
   CLI11_PARSE(program, argumentCount, arguments);
 
   std::printf("seed %llu\n", static_cast<unsigned long long>(options.seed));

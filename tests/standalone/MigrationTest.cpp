@@ -408,8 +408,10 @@ TEST_F(AMigration, OfACompanyThatIsOpenUnseenStopsTheOtherProgramsWriting) {
 
   EXPECT_EQ(ToldBy(ThisVersionAnd({kAddsAColumn})), told_);
 
-  EXPECT_THAT(MessageOf<UnitOfWorkError>(
-                  [&] { other.Request(Access::kWrite, [&] { other.Settings().Set("company-name", "Other"); }); }),
+  EXPECT_THAT(MessageOf<UnitOfWorkError>([&] {
+                other.Request(Access::kWrite,
+                              [&] { Statement(other.Data(), "INSERT INTO preference VALUES ('key', 'value')").Run(); });
+              }),
               AllOf(HasSubstr("Nothing was saved"), HasSubstr("schema version"), HasSubstr("open it again")));
 }
 

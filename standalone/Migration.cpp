@@ -187,8 +187,9 @@ class AddedByOthers {
   void PutAside(Database& database) const {
     for (const SchemaObject& object : objects_) {
       std::string name = object.name;
-      for (std::size_t at = name.find('"'); at != std::string::npos; at = name.find('"', at + 2))
+      for (std::size_t at = name.find('"'); at != std::string::npos; at = name.find('"', at + 2)) {
         name.insert(at, 1, '"');
+      }
       database.Execute(("DROP " + object.type + " \"" + name + '"').c_str());
     }
   }

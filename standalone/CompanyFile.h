@@ -35,7 +35,7 @@ struct OpenOptions {
   // What the program knows of company files; another version of it would know other steps.
   SchemaSpan schema = SchemaSteps();
   // Called as soon as it is done, when there is anything to tell.
-  std::function<void(const Opening& opening)> tell = {};
+  std::function<void(const Opening& opening)> tell = nullptr;
 };
 
 // A company's books in one SQLite file, beside which lie its operations log and its remote switches.

@@ -57,7 +57,7 @@ std::string FaultOf(Database& database, SchemaSpan steps, Search search);
 // files of every version.
 std::string ImbalanceOf(Database& database, Search search);
 
-// The version of a file whose newest is `newest`. Throws CompanyFileError for one that this program does not know.
+// The file's version; throws CompanyFileError unless it is 1 to `newest`.
 std::size_t RequireKnownVersion(Database& database, std::size_t newest);
 
 [[noreturn]] void ThrowDamaged(const std::filesystem::path& file, const std::string& reason);

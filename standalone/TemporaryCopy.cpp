@@ -43,16 +43,18 @@ void Copy(const std::filesystem::path& from, const std::filesystem::path& to) {
 }  // namespace
 
 TemporaryCopy::TemporaryCopy(const std::filesystem::path& file) : name_(file.filename()) {
-  const std::vector<Stamp> before = StampsOf(file);
+  bool stayedTheSame = false;
   try {
+    const std::vector<Stamp> before = StampsOf(file);
     folder_ = MakeTemporaryFolder();
     Copy(file, File());
+    stayedTheSame = StampsOf(file) == before;
   } catch (const std::system_error& error) {
     Remove();
     throw CompanyFileError("The company file " + PathText(file) + " cannot be copied to a temporary folder (" +
                            error.code().message() + "). Check that there is one and that its disk has room.");
   }
-  if (StampsOf(file) == before) return;
+  if (stayedTheSame) return;
   Remove();
   throw FileInUse("The company file " + PathText(file) + " is being changed by another program. Try again later.");
 }

@@ -4,9 +4,9 @@
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
 #include "bench/SampleCompany.h"
-#include "standalone/AccountTypes.h"
-#include "standalone/Session.h"
-#include "standalone/StandaloneHost.h"
+#include "standalone/company/Session.h"
+#include "standalone/company/StandaloneHost.h"
+#include "standalone/values/AccountTypes.h"
 
 namespace bench {
 

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <unordered_map>
 
-#include "host/Enumerations.h"
+#include "MultiEntityHost/Enumerations.h"
 
 namespace bench {
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "MultiEntity/Records.h"
-#include "host/DateType32.h"
+#include "MultiEntityHost/DateType32.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

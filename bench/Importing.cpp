@@ -1,12 +1,12 @@
 #include <fmt/format.h>
 
+#include "MultiEntityHost/Enumerations.h"
 #include "bench/AllocationCount.h"
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
 #include "bench/SampleCompany.h"
-#include "host/Enumerations.h"
-#include "standalone/Import.h"
-#include "standalone/StandaloneHost.h"
+#include "standalone/company/StandaloneHost.h"
+#include "standalone/import/Import.h"
 
 namespace bench {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "standalone/StandaloneHost.h"
+#include "standalone/company/StandaloneHost.h"
 
 namespace bench {
 

@@ -8,8 +8,8 @@
 #include "bench/AllocationCount.h"
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
-#include "standalone/Session.h"
-#include "standalone/StandaloneHost.h"
+#include "standalone/company/Session.h"
+#include "standalone/company/StandaloneHost.h"
 
 namespace bench {
 

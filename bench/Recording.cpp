@@ -3,9 +3,9 @@
 #include "bench/HandWritten.h"
 #include "bench/Logging.h"
 #include "bench/SampleCompany.h"
-#include "standalone/Dates.h"
-#include "standalone/Session.h"
-#include "standalone/StandaloneHost.h"
+#include "standalone/company/Session.h"
+#include "standalone/company/StandaloneHost.h"
+#include "standalone/values/Dates.h"
 
 namespace bench {
 

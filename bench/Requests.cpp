@@ -8,8 +8,8 @@
 #include "bench/HandWritten.h"
 #include "bench/Logging.h"
 #include "bench/SampleCompany.h"
-#include "standalone/Session.h"
-#include "standalone/StandaloneHost.h"
+#include "standalone/company/Session.h"
+#include "standalone/company/StandaloneHost.h"
 
 namespace bench {
 

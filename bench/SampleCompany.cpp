@@ -5,7 +5,7 @@
 #include <fstream>
 #include <random>
 
-#include "standalone/CompanyFile.h"
+#include "standalone/company/CompanyFile.h"
 
 namespace bench {
 
@@ -13,8 +13,8 @@ namespace {
 
 using standalone::Access;
 using standalone::CompanyFile;
-using standalone::Database;
 using standalone::NewCompany;
+using standalone::SqliteDatabase;
 using standalone::UnitOfWork;
 
 constexpr std::int64_t kHashFactor = 2654435761;
@@ -95,7 +95,7 @@ void Fill(const std::filesystem::path& file, const std::string& sql) {
   NewCompany company;
   company.name = "Alder Works";
   CompanyFile::Create(file, company);
-  Database database(file, standalone::kBusyTimeout);
+  SqliteDatabase database(file, standalone::kBusyTimeout);
   // Made anew after a crash.
   database.Execute("PRAGMA synchronous = OFF; PRAGMA cache_size = -200000;");
   {
@@ -158,7 +158,7 @@ void MakeChart(const std::filesystem::path& file, std::int32_t accounts, std::in
 }
 
 std::string ContentOf(const std::filesystem::path& company) {
-  Database database(company, standalone::kBusyTimeout);
+  SqliteDatabase database(company, standalone::kBusyTimeout);
   return database.QueryText(R"sql(
 SELECT (SELECT json_group_array(json_array(id, type, date, name_id, memo, posted, partner_confirmed)) FROM txn)
     || (SELECT json_group_array(json_array(id, txn_id, account_id, amount, memo)) FROM txn_line)

@@ -3,13 +3,14 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/MultiEntityNative)
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/MultiEntityNative)
 
-install(TARGETS MultiEntityNative multientity_host
+install(TARGETS MultiEntityNative multientity_host multientity_host_helpers
   EXPORT MultiEntityNativeTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY MultiEntity.Native/include/MultiEntity DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY host DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY host/MultiEntityHost host_helpers/MultiEntityHostHelpers
+  DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
 install(FILES LICENSE README.md THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY examples/embedding DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

@@ -11,6 +11,6 @@
 
 #else
 
-#include "host/SystemTime.h"
+#include "MultiEntityHost/SystemTime.h"
 
 #endif

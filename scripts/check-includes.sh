@@ -1,37 +1,138 @@
 #!/usr/bin/env bash
-# Holds the arrows between the rooms: each room includes only what it may. Names every file and include that breaks them.
+# scripts/check-includes.sh          holds the arrows between the rooms that scripts/rooms.txt allows, and names every
+#                                    include that breaks them
+# scripts/check-includes.sh --rooms  prints the rooms floor by floor, from the top down, with the arrows that they take
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-# Prints "room file include" for each include, the include with its delimiters.
+if [ "$#" -gt 0 ] && { [ "$#" -gt 1 ] || [ "$1" != --rooms ]; }; then
+  printf 'There is no option %s; --rooms prints the rooms with their arrows.\n' "$*" >&2
+  exit 2
+fi
+
+# Prints "include FILE INCLUDE" for each include, the include with its delimiters.
 includes() {
   git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp' |
+    while read -r file; do if [ -e "$file" ]; then echo "$file"; fi; done |
     xargs awk '/^[ \t]*#[ \t]*include/ {
       include = $0
       sub(/^[ \t]*#[ \t]*include[ \t]*/, "", include)
       sub(/[ \t].*/, "", include)
-      room = FILENAME
-      sub(/\/.*/, "", room)
-      print room, FILENAME, include
+      print "include", FILENAME, include
     }'
 }
 
-includes | awk '
-  function allowed(room, file, include) {
-    standard = include ~ /^<[a-z_]+>$/
-    if (room == "host") return standard || include ~ /^"host\//
-    if (room == "platform") return include ~ /^<[^\/]*>$/ || include ~ /^<sys\// || include ~ /^"(host|platform)\//
-    if (room == "MultiEntity.Native") {
-      return standard || include ~ /^"(host|platform|MultiEntity|MultiEntityDriver|MultiEntityScheduler|MultiEntityUtils)\//
-    }
-    if (include ~ /windows\.h/) return file ~ /^(tests\/)?standalone\/([a-z]+\/)?[A-Za-z0-9]*Win32(Test)?\.cpp$/
-    if (room == "examples") return standard || include ~ /^"((host|MultiEntity)\/)?[A-Za-z0-9]+\.h"$/
-    if (room == "standalone") return include ~ /^</ || include ~ /^"(host|standalone|MultiEntity)\//
-    return 1
+{ sed -nE 's/^([^#:]+):(.*)/room \1 \2/p' scripts/rooms.txt; includes; } | awk -v printed="${1:-}" '
+  # The include paths that lead elsewhere than from the top.
+  BEGIN {
+    split("MultiEntityHost MultiEntityHostHelpers MultiEntity Frame MultiEntityDriver MultiEntityScheduler MultiEntityUtils",
+      roots)
+    place["MultiEntityHost"] = "host"
+    place["MultiEntityHostHelpers"] = "host_helpers"
+    place["MultiEntity"] = "MultiEntity.Native/include"
+    for (i = 4; i in roots; i++) place[roots[i]] = "MultiEntity.Native/Src"
   }
-  !allowed($1, $2, $3) { print $2 ": may not include " $3; broken = 1 }
-  { count++ }
+
+  function complain(text) { print text; broken = 1 }
+
+  # The room that a file lies in: the longest name that its path begins with, up to the end of a part or of a file name.
+  function room_of(path,    i, best, rest) {
+    best = ""
+    for (i = 1; i <= rooms; i++) {
+      if (index(path, name[i]) != 1 || length(name[i]) <= length(best)) continue
+      rest = substr(path, length(name[i]) + 1)
+      if (rest ~ /^[\/.]/) best = name[i]
+    }
+    return best
+  }
+
+  function path_of(include, file,    first, folder) {
+    first = include
+    sub(/\/.*/, "", first)
+    if (first in place) return place[first] "/" include
+    if (room_of(include) != "") return include
+    # Beside the file, or from tests/.
+    if (file ~ /^tests\// && include ~ /\//) return "tests/" include
+    folder = file
+    sub(/\/[^\/]*$/, "", folder)
+    return folder "/" include
+  }
+
+  function is_standard(include) { return include ~ /^[a-z_]+$/ }
+  function library_of(include) { sub(/\/.*/, "", include); return include }
+
+  $1 == "room" {
+    name[++rooms] = $2
+    libraries = 0
+    for (i = 3; i <= NF; i++) {
+      if ($i == "|") libraries = 1
+      else if (libraries) library[$2, $i] = 1
+      else { allowed[$2, $i] = 1; arrows[$2] = arrows[$2] " " $i }
+    }
+    next
+  }
+
+  {
+    count++
+    from = room_of($2)
+    include = substr($3, 2, length($3) - 2)
+    if (from == "") { complain($2 ": lies in no room of scripts/rooms.txt"); next }
+    if ($3 ~ /^</) {
+      if (is_standard(include) || (from, "*") in library) next
+      kind = library_of(include)
+      if ((from, kind) in library) { used[from, kind] = 1; next }
+      if (include ~ /\.h$/ && (from, "system") in library) {
+        if (include == "windows.h" && $2 !~ /(Win32\.cpp|^platform\/SystemTime\.h)$/) {
+          complain($2 ": only the sources for Windows may include windows.h")
+        }
+        used[from, "system"] = 1
+        next
+      }
+      complain($2 ": may not include " $3)
+      next
+    }
+    path = path_of(include, $2)
+    to = room_of(path)
+    if (to == "") { complain($2 ": " $3 " lies in no room"); next }
+    if (to == from) next
+    if (!((from, to) in taken)) { taken[from, to] = 1; way[from] = way[from] " " to }
+    if (!((from, to) in allowed) && !((from, "*") in allowed)) complain($2 ": may not include " $3 ", which is of " to)
+  }
+
+  function below(room,    i, parts, n, deepest, floor) {
+    if (room in height) return height[room]
+    height[room] = 0
+    n = split(way[room], parts, " ")
+    deepest = 0
+    for (i = 1; i <= n; i++) { floor = below(parts[i]) + 1; if (floor > deepest) deepest = floor }
+    return height[room] = deepest
+  }
+
   END {
-    if (!broken) print count " includes, none breaks an arrow"
-    exit broken
+    for (i = 1; i <= rooms; i++) order[name[i]] = i
+    for (i = 1; i <= rooms; i++) {
+      n = split(arrows[name[i]], targets, " ")
+      for (j = 1; j <= n; j++) {
+        if (targets[j] == "*") continue
+        if (!(targets[j] in order)) complain("scripts/rooms.txt: " name[i] " names no room: " targets[j])
+        else if (order[targets[j]] < i) complain("scripts/rooms.txt: " name[i] " has an arrow that runs back: " targets[j])
+        else if (!((name[i], targets[j]) in taken)) complain("scripts/rooms.txt: " name[i] " does not take its arrow to " targets[j])
+      }
+    }
+    for (key in library) {
+      split(key, pair, SUBSEP)
+      if (pair[2] != "*" && !(key in used)) complain("scripts/rooms.txt: " pair[1] " does not use " pair[2])
+    }
+    if (broken) exit 1
+    if (printed == "") { print count " includes, none breaks an arrow"; exit 0 }
+    top = 0
+    for (i = 1; i <= rooms; i++) if (name[i] !~ /^(tests|bench|examples)$/ && below(name[i]) > top) top = below(name[i])
+    for (floor = top; floor >= 0; floor--) {
+      for (i = 1; i <= rooms; i++) {
+        if (name[i] ~ /^(tests|bench|examples)$/ || below(name[i]) != floor) continue
+        line = ""
+        for (j = i + 1; j <= rooms; j++) if ((name[i], name[j]) in taken) line = line " " name[j]
+        printf "%2d  %-42s%s\n", floor, name[i], line == "" ? "" : " ->" line
+      }
+    }
   }'

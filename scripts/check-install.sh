@@ -60,7 +60,7 @@ needs_only_itself() {
 holds_everything() {
   local docs=share/doc/MultiEntityNative name
   for name in "bin/$program" bin/AddinBridge.DLL "${own[@]}" include/MultiEntityNative/MultiEntity/MultiEntityDriver.h \
-    include/MultiEntityNative/host/HostServices.h lib/cmake/MultiEntityNative/MultiEntityNativeConfig.cmake \
+    include/MultiEntityNative/MultiEntityHost/HostServices.h lib/cmake/MultiEntityNative/MultiEntityNativeConfig.cmake \
     $docs/{LICENSE,README.md,THIRD-PARTY.md,docs/embedding.md,examples/embedding/main.cpp} \
     $docs/third-party/{CLI11,fmt,nlohmann-json,spdlog,sqlite,tomlplusplus}.txt; do
     [ -s "$1/$name" ] || { printf 'The package lacks %s.\n' "$name" >&2; return 1; }

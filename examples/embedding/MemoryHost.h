@@ -7,8 +7,8 @@
 #include <regex>
 #include <set>
 
-#include "host/AbsentServices.h"
-#include "host/MemoryTables.h"
+#include "MultiEntityHostHelpers/AbsentServices.h"
+#include "MultiEntityHostHelpers/MemoryTables.h"
 
 // What a company file holds. One counter numbers all that is added to it.
 struct Company {

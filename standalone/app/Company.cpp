@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "standalone/Text.h"
 #include "standalone/app/Values.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 

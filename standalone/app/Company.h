@@ -3,9 +3,9 @@
 #include <string>
 #include <utility>
 
-#include "standalone/Session.h"
-#include "standalone/StandaloneHost.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/company/Session.h"
+#include "standalone/company/StandaloneHost.h"
 
 namespace app {
 

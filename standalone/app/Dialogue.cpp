@@ -7,10 +7,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/SettingsTable.h"
-#include "standalone/Text.h"
-#include "standalone/app/Screen.h"
-#include "standalone/app/Terminal.h"
+#include "standalone/app/terminal/Screen.h"
+#include "standalone/app/terminal/Terminal.h"
+#include "standalone/books/SettingsTable.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 

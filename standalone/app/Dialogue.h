@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "standalone/MessagesService.h"
+#include "standalone/services/MessagesService.h"
 
 namespace CLI {
 class App;

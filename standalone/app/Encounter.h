@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "standalone/app/Dialogue.h"
-#include "standalone/app/Output.h"
-#include "standalone/app/Screen.h"
+#include "standalone/app/terminal/Output.h"
+#include "standalone/app/terminal/Screen.h"
 
 namespace app {
 

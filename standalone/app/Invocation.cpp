@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/OperationsLog.h"
+#include "standalone/company/OperationsLog.h"
 
 namespace app {
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "MultiEntity/Records.h"
-#include "host/Ops.h"
-#include "standalone/app/Output.h"
+#include "MultiEntityHost/Ops.h"
 #include "standalone/app/Statuses.h"
+#include "standalone/app/terminal/Output.h"
 
 namespace CLI {
 class App;

@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
-#include "standalone/AccountTypes.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Statuses.h"
 #include "standalone/app/Times.h"
+#include "standalone/values/AccountTypes.h"
 
 namespace app {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "MultiEntity/Records.h"
-#include "standalone/app/Output.h"
+#include "standalone/app/terminal/Output.h"
 
 namespace app {
 

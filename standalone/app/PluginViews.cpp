@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/Text.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Listings.h"
-#include "standalone/app/Screen.h"
 #include "standalone/app/Statuses.h"
+#include "standalone/app/terminal/Screen.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -59,7 +59,7 @@ View PendingTransactions(Company& company) {
 }
 
 View RelationsAfterRealmReset(Company& company) {
-  const auto remembered = company.Host().DatabasePreferences().Find(standalone::kRealmIdPreference);
+  const auto remembered = company.Host().Preferences().Find(standalone::kRealmIdPreference);
   std::vector<RelationView> views;
   const MEStatusCode read = ReadRelations(company, views);
   const Listing relations = ListRelationViews(views);

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "standalone/ApplicationService.h"
+#include "standalone/services/ApplicationService.h"
 
 namespace app {
 

@@ -6,13 +6,13 @@
 #include <limits>
 #include <string>
 
-#include "host/Enumerations.h"
-#include "standalone/AccountTypes.h"
-#include "standalone/Amount.h"
-#include "standalone/Dates.h"
-#include "standalone/Errors.h"
-#include "standalone/Text.h"
+#include "MultiEntityHost/Enumerations.h"
 #include "standalone/app/Statuses.h"
+#include "standalone/values/AccountTypes.h"
+#include "standalone/values/Amount.h"
+#include "standalone/values/Dates.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 

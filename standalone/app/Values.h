@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "MultiEntity/Records.h"
-#include "host/DateType32.h"
-#include "host/TString.h"
+#include "MultiEntityHost/DateType32.h"
+#include "MultiEntityHost/TString.h"
 
 // What people hand in on the command line, checked before the module is called. Everything throws
 // standalone::InvalidInput that names the value and says what would be right.

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "standalone/app/Output.h"
+#include "standalone/app/terminal/Output.h"
 
 TEST(Table, AlignsTextAtTheLeftAndNumbersAtTheRight) {
   app::Table table({{"Account"}, {"Amount", app::Align::kRight}});

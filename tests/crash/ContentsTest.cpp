@@ -3,8 +3,8 @@
 #include <sqlite3.h>
 
 #include "crash/Contents.h"
-#include "standalone/CompanyFile.h"
-#include "standalone/TemporaryFolder.h"
+#include "standalone/company/CompanyFile.h"
+#include "support/TemporaryFolder.h"
 
 namespace {
 

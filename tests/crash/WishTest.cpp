@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "crash/Wish.h"
-#include "standalone/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace {
 

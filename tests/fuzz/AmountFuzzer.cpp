@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "fuzz/Fuzzing.h"
-#include "standalone/Amount.h"
-#include "standalone/MoneyService.h"
+#include "standalone/services/MoneyService.h"
+#include "standalone/values/Amount.h"
 
 // Amount texts of people, files and partners.
 

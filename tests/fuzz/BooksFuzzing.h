@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "fuzz/Fuzzing.h"
-#include "standalone/StandaloneHost.h"
-#include "tests/standalone/TemporaryFolder.h"
+#include "standalone/company/StandaloneHost.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace fuzzing {
 
@@ -23,6 +23,7 @@ class Books {
   }
 
   standalone::StandaloneHost& Host() { return *host_; }
+  standalone::SqliteDatabase& Data() { return dynamic_cast<standalone::SqliteDatabase&>(host_->Data()); }
   const std::filesystem::path& Path() const { return path_; }
   std::filesystem::path File(std::string_view name) const { return folder_ / name; }
 
@@ -40,9 +41,9 @@ class Books {
   }
 
   void RequireSound() {
-    Require(host_->Request(standalone::Access::kRead,
-                           [this] { return host_->Data().QueryText("PRAGMA quick_check"); }) == "ok",
-            "the company file is sound");
+    Require(
+        host_->Request(standalone::Access::kRead, [this] { return Data().QueryText("PRAGMA quick_check"); }) == "ok",
+        "the company file is sound");
     Require(Number("SELECT count(*) FROM (SELECT 1 FROM txn_line GROUP BY txn_id HAVING sum(amount) <> 0)") == 0,
             "every transaction sums to zero");
     Require(Number("SELECT count(*) FROM txn WHERE posted = 0") == 0, "no transaction is half entered");
@@ -50,7 +51,7 @@ class Books {
   }
 
   std::int64_t Number(const char* sql) {
-    return host_->Request(standalone::Access::kRead, [&] { return host_->Data().QueryNumber(sql); });
+    return host_->Request(standalone::Access::kRead, [&] { return Data().QueryNumber(sql); });
   }
 
  private:

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "fuzz/BooksFuzzing.h"
-#include "standalone/Import.h"
+#include "standalone/import/Import.h"
 
 // CSV files. The first byte of the input chooses what is imported. A file is imported as a whole or refused with a
 // reason, and then the books are as they were.
@@ -21,7 +21,7 @@ constexpr const char* kCounts =
 
 std::string Digest(fuzzing::Books& books) {
   return books.Host().Request(standalone::Access::kRead, [&] {
-    return books.Host().Data().QueryText(
+    return books.Data().QueryText(
         "SELECT (SELECT group_concat(id || full_name || type) FROM account) || "
         "(SELECT group_concat(id || full_name || kind) FROM name) || (SELECT count(*) FROM txn) || "
         "(SELECT count(*) FROM txn_line) || (SELECT count(*) FROM me_transaction)");

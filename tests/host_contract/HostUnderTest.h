@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/HostServices.h"
+#include "MultiEntityHost/HostServices.h"
 
 namespace host_contract {
 

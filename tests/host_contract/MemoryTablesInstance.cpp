@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "host/AbsentServices.h"
-#include "host/MemoryTables.h"
+#include "MultiEntityHostHelpers/AbsentServices.h"
+#include "MultiEntityHostHelpers/MemoryTables.h"
 #include "tests/host_contract/HostUnderTest.h"
 
 namespace host_contract {

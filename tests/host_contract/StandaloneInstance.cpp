@@ -3,9 +3,9 @@
 #include <memory>
 #include <optional>
 
-#include "standalone/StandaloneHost.h"
+#include "standalone/company/StandaloneHost.h"
 #include "tests/host_contract/HostUnderTest.h"
-#include "tests/standalone/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace host_contract {
 

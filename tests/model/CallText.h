@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "MultiEntity/Records.h"
-#include "host/DateType32.h"
-#include "host/MultiEntityRows.h"
-#include "host/TString.h"
+#include "MultiEntityHost/DateType32.h"
+#include "MultiEntityHost/MultiEntityRows.h"
+#include "MultiEntityHost/TString.h"
 #include "platform/SystemTime.h"
 
 // How an argument of a call, a result or a row reads in what happened: texts in quotes, numbers and enumerators as

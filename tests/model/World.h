@@ -13,17 +13,17 @@
 #include <utility>
 #include <vector>
 
-#include "host/Application.h"
-#include "host/DateType32.h"
-#include "host/Enumerations.h"
-#include "host/Journal.h"
-#include "host/Messages.h"
-#include "host/MultiEntityRows.h"
-#include "host/Platform.h"
-#include "host/QueryEngine.h"
-#include "host/Status.h"
-#include "host/TString.h"
-#include "host/TargetLines.h"
+#include "MultiEntityHost/Application.h"
+#include "MultiEntityHost/DateType32.h"
+#include "MultiEntityHost/Enumerations.h"
+#include "MultiEntityHost/Journal.h"
+#include "MultiEntityHost/Messages.h"
+#include "MultiEntityHost/MultiEntityRows.h"
+#include "MultiEntityHost/Platform.h"
+#include "MultiEntityHost/QueryEngine.h"
+#include "MultiEntityHost/Status.h"
+#include "MultiEntityHost/TString.h"
+#include "MultiEntityHost/TargetLines.h"
 #include "model/CallText.h"
 #include "platform/SystemTime.h"
 

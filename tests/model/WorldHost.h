@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "host/HostServices.h"
+#include "MultiEntityHost/HostServices.h"
 #include "model/World.h"
 
 namespace model {

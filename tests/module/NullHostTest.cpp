@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "MultiEntityDriver/NullHost.h"
+#include "Frame/NullHost.h"
 #include "module/Arrangements.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include <cstdint>
 
-#include "MultiEntityDriver/OperationLog.h"
+#include "Frame/OperationLog.h"
 #include "module/Arrangements.h"
 
 namespace {

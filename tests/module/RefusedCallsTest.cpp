@@ -9,11 +9,11 @@
 #include <utility>
 #include <vector>
 
+#include "Frame/NullHost.h"
 #include "MultiEntity/AttachHost.h"
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityDriver/NullHost.h"
-#include "host/AbsentServices.h"
+#include "MultiEntityHostHelpers/AbsentServices.h"
 #include "support/MultiEntityPrivateAccess.h"
 
 // Everything that this program and the library allocate with new passes here.

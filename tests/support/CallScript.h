@@ -14,9 +14,9 @@
 #include <utility>
 #include <vector>
 
-#include "host/DateType32.h"
-#include "host/MultiEntityRows.h"
-#include "host/TString.h"
+#include "MultiEntityHost/DateType32.h"
+#include "MultiEntityHost/MultiEntityRows.h"
+#include "MultiEntityHost/TString.h"
 
 namespace Util {
 

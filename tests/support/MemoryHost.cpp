@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "host/SystemTime.h"
+#include "MultiEntityHost/SystemTime.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/AbsentServices.h"
+#include "MultiEntityHostHelpers/AbsentServices.h"
 
 // A host that answers from a few fields at once and remembers nothing of the questions, for counting what an operation
 // itself costs. It allocates nothing but the texts and lists that it hands out.

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/Application.h"
-#include "host/Messages.h"
+#include "MultiEntityHost/Application.h"
+#include "MultiEntityHost/Messages.h"
 #include "support/CallScript.h"
 
 class ScriptedApplication final : public Application, private DBMgr::FileMgr {

@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "host/Journal.h"
-#include "host/Money.h"
-#include "host/QueryEngine.h"
-#include "host/TargetLines.h"
+#include "MultiEntityHost/Journal.h"
+#include "MultiEntityHost/Money.h"
+#include "MultiEntityHost/QueryEngine.h"
+#include "MultiEntityHost/TargetLines.h"
 #include "support/CallScript.h"
 #include "support/OpenObjects.h"
 #include "support/ScriptedLists.h"

@@ -7,9 +7,9 @@
 #include <tuple>
 #include <utility>
 
-#include "host/Permissions.h"
-#include "host/Preferences.h"
-#include "host/Switches.h"
+#include "MultiEntityHost/Permissions.h"
+#include "MultiEntityHost/Preferences.h"
+#include "MultiEntityHost/Switches.h"
 #include "support/CallScript.h"
 #include "support/OpenObjects.h"
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/HostServices.h"
+#include "MultiEntityHost/HostServices.h"
 #include "support/CallScript.h"
 #include "support/ScriptedApplication.h"
 #include "support/ScriptedBooks.h"

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/ChartOfAccounts.h"
-#include "host/NameList.h"
+#include "MultiEntityHost/ChartOfAccounts.h"
+#include "MultiEntityHost/NameList.h"
 #include "support/CallScript.h"
 #include "support/OpenObjects.h"
 

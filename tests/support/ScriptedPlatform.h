@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/Platform.h"
+#include "MultiEntityHost/Platform.h"
 #include "platform/SystemTime.h"
 #include "support/CallScript.h"
 

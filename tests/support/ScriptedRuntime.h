@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/Ops.h"
-#include "host/Runtime.h"
+#include "MultiEntityHost/Ops.h"
+#include "MultiEntityHost/Runtime.h"
 #include "support/CallScript.h"
 #include "support/LogLine.h"
 

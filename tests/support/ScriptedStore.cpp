@@ -5,7 +5,7 @@
 #include <cstring>
 #include <span>
 
-#include "host/Enumerations.h"
+#include "MultiEntityHost/Enumerations.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/MultiEntityDBManager.h"
+#include "MultiEntityHost/MultiEntityDBManager.h"
 #include "support/CallScript.h"
 
 // The three multi-entity tables in memory, which a test may fill and read directly.

@@ -8,10 +8,10 @@
 #include <cstdint>
 #include <thread>
 
+#include "Frame/NullHost.h"
 #include "MultiEntity/AttachHost.h"
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityDriver/NullHost.h"
 #include "platform/SystemTime.h"
 #include "support/MultiEntityPrivateAccess.h"
 

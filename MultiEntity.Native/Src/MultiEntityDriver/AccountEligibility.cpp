@@ -1,9 +1,9 @@
 #include <stdexcept>
 
+#include "Frame/CallFrame.h"
+#include "Frame/Operations.h"
 #include "MultiEntityDriver/BoundedCopy.h"
-#include "MultiEntityDriver/CallFrame.h"
 #include "MultiEntityDriver/Eligibility.h"
-#include "MultiEntityDriver/Operations.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 
 namespace {

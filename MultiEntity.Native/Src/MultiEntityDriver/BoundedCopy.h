@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "MultiEntityDriver/AttachedHost.h"
-#include "host/TString.h"
+#include "Frame/AttachedHost.h"
+#include "MultiEntityHost/TString.h"
 
 // Clears a row's text field over its full width and copies the text in. A text that does not fit with its NUL leaves
 // the field empty and is told to the host.

@@ -1,8 +1,8 @@
 #include <cstring>
 
+#include "Frame/ActiveFile.h"
+#include "Frame/Operations.h"
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityDriver/ActiveFile.h"
-#include "MultiEntityDriver/Operations.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/ChartOfAccounts.h"
+#include "MultiEntityHost/ChartOfAccounts.h"
 
 // Whether an open account may carry an intercompany balance.
 bool IsEligible(const CAccnt& account);

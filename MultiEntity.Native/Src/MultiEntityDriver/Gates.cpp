@@ -1,6 +1,6 @@
+#include "Frame/BridgeLibrary.h"
+#include "Frame/Operations.h"
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityDriver/BridgeLibrary.h"
-#include "MultiEntityDriver/Operations.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 
 namespace {

@@ -1,6 +1,6 @@
+#include "Frame/CallFrame.h"
+#include "Frame/Operations.h"
 #include "MultiEntityDriver/BoundedCopy.h"
-#include "MultiEntityDriver/CallFrame.h"
-#include "MultiEntityDriver/Operations.h"
 
 namespace {
 

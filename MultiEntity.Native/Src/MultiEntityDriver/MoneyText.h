@@ -3,8 +3,8 @@
 #include <array>
 #include <cstddef>
 
-#include "MultiEntityDriver/AttachedHost.h"
-#include "host/TString.h"
+#include "Frame/AttachedHost.h"
+#include "MultiEntityHost/TString.h"
 
 // An amount as the screens show it.
 inline Util::TString MoneyText(BalType amount) {

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
 
+#include "Frame/Operations.h"
+#include "Frame/PluginCommands.h"
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityDriver/Operations.h"
-#include "MultiEntityDriver/PluginCommands.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include <cstddef>
 
+#include "Frame/CallFrame.h"
+#include "Frame/Operations.h"
 #include "MultiEntityDriver/BoundedCopy.h"
-#include "MultiEntityDriver/CallFrame.h"
 #include "MultiEntityDriver/MoneyText.h"
-#include "MultiEntityDriver/Operations.h"
 #include "MultiEntityDriver/TransactionTypes.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 

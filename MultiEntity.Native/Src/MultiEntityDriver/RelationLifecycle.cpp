@@ -1,7 +1,7 @@
+#include "Frame/CallFrame.h"
+#include "Frame/Operations.h"
 #include "MultiEntityDriver/BoundedCopy.h"
-#include "MultiEntityDriver/CallFrame.h"
 #include "MultiEntityDriver/Eligibility.h"
-#include "MultiEntityDriver/Operations.h"
 
 namespace {
 

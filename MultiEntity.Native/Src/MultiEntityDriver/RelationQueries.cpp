@@ -1,6 +1,6 @@
+#include "Frame/CallFrame.h"
+#include "Frame/Operations.h"
 #include "MultiEntityDriver/BoundedCopy.h"
-#include "MultiEntityDriver/CallFrame.h"
-#include "MultiEntityDriver/Operations.h"
 
 // Which lines an operation writes differs from one to the other, and the readers of the log rely on it: only
 // GetRelation has an exit line, and a missing relation is a warning there.

@@ -3,10 +3,10 @@
 #include <functional>
 #include <string_view>
 
+#include "Frame/CallFrame.h"
+#include "Frame/Operations.h"
 #include "MultiEntityDriver/BoundedCopy.h"
-#include "MultiEntityDriver/CallFrame.h"
 #include "MultiEntityDriver/MoneyText.h"
-#include "MultiEntityDriver/Operations.h"
 #include "MultiEntityDriver/TransactionTypes.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 

@@ -1,5 +1,5 @@
+#include "Frame/Operations.h"
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityDriver/Operations.h"
 
 namespace {
 

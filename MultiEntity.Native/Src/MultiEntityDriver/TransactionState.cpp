@@ -1,5 +1,5 @@
-#include "MultiEntityDriver/CallFrame.h"
-#include "MultiEntityDriver/Operations.h"
+#include "Frame/CallFrame.h"
+#include "Frame/Operations.h"
 #include "MultiEntityDriver/TransactionTypes.h"
 
 namespace {

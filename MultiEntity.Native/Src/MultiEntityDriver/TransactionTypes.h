@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "host/Enumerations.h"
+#include "MultiEntityHost/Enumerations.h"
 
 // The program feature whose rights guard transactions of a type; kFeatureNone for types that no right guards.
 constexpr ProgramFeature FeatureOfTxnType(std::int16_t txnType) noexcept {

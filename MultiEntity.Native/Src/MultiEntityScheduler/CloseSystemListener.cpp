@@ -1,5 +1,5 @@
 #include "MultiEntity/MESchedulerUtil.h"
-#include "host/Application.h"
+#include "MultiEntityHost/Application.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "Frame/ActiveFile.h"
+#include "Frame/Operations.h"
 #include "MultiEntity/MESchedulerUtil.h"
-#include "MultiEntityDriver/ActiveFile.h"
-#include "MultiEntityDriver/Operations.h"
 #include "platform/SystemTime.h"
 
 namespace {

@@ -2,12 +2,12 @@
 #include <optional>
 #include <vector>
 
+#include "Frame/BridgeLibrary.h"
+#include "Frame/Operations.h"
+#include "Frame/PluginCommands.h"
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntity/MultiEntityScheduler.h"
-#include "MultiEntityDriver/BridgeLibrary.h"
-#include "MultiEntityDriver/Operations.h"
-#include "MultiEntityDriver/PluginCommands.h"
 #include "MultiEntityScheduler/UIPrompt.h"
 
 namespace {

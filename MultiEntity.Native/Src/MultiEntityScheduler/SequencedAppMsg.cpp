@@ -1,7 +1,7 @@
 #include <new>
 #include <utility>
 
-#include "MultiEntityDriver/AttachedHost.h"
+#include "Frame/AttachedHost.h"
 
 namespace {
 

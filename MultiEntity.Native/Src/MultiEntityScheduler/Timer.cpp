@@ -1,8 +1,8 @@
 #include <algorithm>
 
+#include "Frame/ActiveFile.h"
+#include "Frame/Operations.h"
 #include "MultiEntity/MESchedulerUtil.h"
-#include "MultiEntityDriver/ActiveFile.h"
-#include "MultiEntityDriver/Operations.h"
 #include "MultiEntityScheduler/UIPrompt.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "MultiEntityDriver/AttachedHost.h"
+#include "Frame/AttachedHost.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <map>
 
-#include "MultiEntityDriver/Operations.h"
+#include "Frame/Operations.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 
 namespace {

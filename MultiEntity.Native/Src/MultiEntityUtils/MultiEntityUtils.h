@@ -3,10 +3,10 @@
 #include <cstdint>
 
 #include "MultiEntity/Records.h"
-#include "host/DateType32.h"
-#include "host/Enumerations.h"
-#include "host/TString.h"
-#include "host/TargetLines.h"
+#include "MultiEntityHost/DateType32.h"
+#include "MultiEntityHost/Enumerations.h"
+#include "MultiEntityHost/TString.h"
+#include "MultiEntityHost/TargetLines.h"
 
 // What the driver's operations share: the remote switches and the texts of the display records. Nothing here is
 // exported.

@@ -1,4 +1,4 @@
-#include "MultiEntityDriver/Operations.h"
+#include "Frame/Operations.h"
 #include "MultiEntityUtils/MultiEntityUtils.h"
 
 bool MultiEntityUtils::NeedToCheckForMERealmReset() {

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "MultiEntity/Export.h"
-#include "host/HostServices.h"
+#include "MultiEntityHost/HostServices.h"
 
 enum MEAttachResult : std::int32_t {
   MEAttachDone = 0,

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "MultiEntity/Export.h"
-#include "host/DateType32.h"
+#include "MultiEntityHost/DateType32.h"
 
 // SYSTEMTIME and the window that a timer procedure is told, as the Windows headers have them.
 struct _SYSTEMTIME;

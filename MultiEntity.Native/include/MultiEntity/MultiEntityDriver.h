@@ -8,10 +8,10 @@
 
 #include "MultiEntity/Export.h"
 #include "MultiEntity/Records.h"
-#include "host/ChartOfAccounts.h"
-#include "host/DateType32.h"
-#include "host/Enumerations.h"
-#include "host/TString.h"
+#include "MultiEntityHost/ChartOfAccounts.h"
+#include "MultiEntityHost/DateType32.h"
+#include "MultiEntityHost/Enumerations.h"
+#include "MultiEntityHost/TString.h"
 
 // Intercompany accounting for one company file: what a host and its intercompany screens call. Every operation runs on
 // the host's user-interface thread, works on the attached host's data and answers before it returns. Texts and lists

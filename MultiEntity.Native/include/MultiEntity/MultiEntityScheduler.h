@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "MultiEntity/Export.h"
-#include "host/Application.h"
+#include "MultiEntityHost/Application.h"
 
 // The message that a host makes with new after it has opened a company file. Its queue delivers it on the
 // user-interface thread, where it arms the daily reminder if this company needs one.

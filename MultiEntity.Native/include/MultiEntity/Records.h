@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/MultiEntityRows.h"
-#include "host/TString.h"
+#include "MultiEntityHost/MultiEntityRows.h"
+#include "MultiEntityHost/TString.h"
 
 // The vocabulary of every exported operation. The numbers are part of the interface; the gaps between the
 // status codes are never produced.

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "MultiEntityHost/HostServices.h"
+
+const HostServices& NullHostServices() noexcept;

@@ -1,5 +1,0 @@
-#pragma once
-
-#include "host/HostServices.h"
-
-const HostServices& NullHostServices() noexcept;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+
+namespace platform {
+
+// What the operating system knows of files and the standard library does not tell. All throw std::system_error unless
+// they say otherwise.
+
+enum class MayRead { kAsUsual, kOwnerOnly };
+
+// Makes an empty file; never over one that is there.
+void MakeFile(const std::filesystem::path& file, MayRead mayRead);
+
+// A new folder for temporary files, which only its owner may enter.
+std::filesystem::path MakeTemporaryFolder();
+
+// Gives `file` the rights of `model`, and its owner and group where the system lets this user do so; nothing to a group
+// that is not the same.
+void TakeRightsOf(const std::filesystem::path& model, const std::filesystem::path& file);
+
+// Gives a file another name in its folder and brings that to the disk; false, and nothing is changed, when the name is
+// taken.
+bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem::path& name);
+
+// Whether the file has more than one name on its disk.
+bool HasOtherNames(const std::filesystem::path& file);
+
+// Whether nothing can be written where the file lies, whoever tries. False when the system does not tell; never throws.
+bool IsOnReadOnlyMedium(const std::filesystem::path& file) noexcept;
+
+}  // namespace platform

@@ -1,0 +1,98 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <system_error>
+
+#include "platform/DiskFiles.h"
+
+namespace platform {
+
+namespace {
+
+[[noreturn]] void ThrowSystemError(const std::filesystem::path& file) {
+  throw std::system_error(errno, std::generic_category(), file.string());
+}
+
+struct stat StatusOf(const std::filesystem::path& file) {
+  struct stat status{};
+  if (stat(file.c_str(), &status) != 0) ThrowSystemError(file);
+  return status;
+}
+
+class Descriptor {
+ public:
+  Descriptor(const std::filesystem::path& file, int flags, mode_t mode = 0)
+      : number_(open(file.c_str(), flags | O_CLOEXEC, mode)) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (IsOpen()) close(number_);
+  }
+
+  bool IsOpen() const noexcept { return number_ >= 0; }
+  int Number() const noexcept { return number_; }
+
+ private:
+  int number_;
+};
+
+// A folder that cannot be brought to the disk by itself, as on some network disks, is left to the system.
+void BringToDisk(const std::filesystem::path& folder) {
+  const Descriptor descriptor(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
+  if (descriptor.IsOpen()) fsync(descriptor.Number());
+}
+
+}  // namespace
+
+void MakeFile(const std::filesystem::path& file, MayRead mayRead) {
+  const mode_t mode = mayRead == MayRead::kOwnerOnly ? S_IRUSR | S_IWUSR : 0666;
+  const Descriptor made(file, O_WRONLY | O_CREAT | O_EXCL, mode);
+  if (!made.IsOpen()) ThrowSystemError(file);
+}
+
+std::filesystem::path MakeTemporaryFolder() {
+  std::string folder = (std::filesystem::temp_directory_path() / "multientity-XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) ThrowSystemError(folder);
+  return folder;
+}
+
+void TakeRightsOf(const std::filesystem::path& model, const std::filesystem::path& file) {
+  constexpr mode_t kAllRights = S_IRWXU | S_IRWXG | S_IRWXO;
+  constexpr auto kSameOwner = static_cast<uid_t>(-1);
+  const struct stat wanted = StatusOf(model);
+  const bool isGroupGiven = chown(file.c_str(), wanted.st_uid, wanted.st_gid) == 0 ||
+                            chown(file.c_str(), kSameOwner, wanted.st_gid) == 0 ||
+                            StatusOf(file).st_gid == wanted.st_gid;
+  const mode_t rights = wanted.st_mode & (isGroupGiven ? kAllRights : kAllRights & ~static_cast<mode_t>(S_IRWXG));
+  if (chmod(file.c_str(), rights) == 0) return;
+  // Some disks give all files the same rights, which do no harm unless they are wider.
+  if ((StatusOf(file).st_mode & kAllRights & ~rights) != 0) ThrowSystemError(file);
+}
+
+bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem::path& name) {
+  if (link(file.c_str(), name.c_str()) == 0) {
+    unlink(file.c_str());
+  } else if (renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0) {
+    if (errno == EEXIST) return false;
+    ThrowSystemError(name);
+  }
+  BringToDisk(name.parent_path());
+  return true;
+}
+
+bool HasOtherNames(const std::filesystem::path& file) {
+  return StatusOf(file).st_nlink > 1;
+}
+
+bool IsOnReadOnlyMedium(const std::filesystem::path& file) noexcept {
+  struct statvfs medium{};
+  return statvfs(file.c_str(), &medium) == 0 && (medium.f_flag & ST_RDONLY) != 0;
+}
+
+}  // namespace platform

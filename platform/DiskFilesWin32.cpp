@@ -1,0 +1,76 @@
+#include <windows.h>
+
+#include <random>
+#include <string>
+#include <system_error>
+
+#include "platform/DiskFiles.h"
+
+namespace platform {
+
+namespace {
+
+[[noreturn]] void ThrowSystemError(const std::filesystem::path& file) {
+  throw std::filesystem::filesystem_error("A file", file,
+                                          std::error_code(static_cast<int>(GetLastError()), std::system_category()));
+}
+
+// To be asked about, beside others who have it open; its handle is none when it cannot be.
+class OpenFile {
+ public:
+  explicit OpenFile(const std::filesystem::path& file) noexcept
+      : handle_(CreateFileW(file.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                            nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile() {
+    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+  }
+
+  HANDLE Handle() const noexcept { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+}  // namespace
+
+// Who may read a file is said by its folder here.
+void MakeFile(const std::filesystem::path& file, MayRead /*mayRead*/) {
+  const HANDLE made = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (made == INVALID_HANDLE_VALUE) ThrowSystemError(file);
+  CloseHandle(made);
+}
+
+std::filesystem::path MakeTemporaryFolder() {
+  std::random_device random;
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("multientity-" + std::to_string(random()) + std::to_string(random()));
+  if (CreateDirectoryW(folder.c_str(), nullptr) == 0) ThrowSystemError(folder);
+  return folder;
+}
+
+void TakeRightsOf(const std::filesystem::path& /*model*/, const std::filesystem::path& /*file*/) {}
+
+bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem::path& name) {
+  if (MoveFileExW(file.c_str(), name.c_str(), MOVEFILE_WRITE_THROUGH) != 0) return true;
+  const DWORD error = GetLastError();
+  if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) return false;
+  ThrowSystemError(name);
+}
+
+bool HasOtherNames(const std::filesystem::path& file) {
+  const OpenFile opened(file);
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileInformationByHandle(opened.Handle(), &information) == 0) ThrowSystemError(file);
+  return information.nNumberOfLinks > 1;
+}
+
+bool IsOnReadOnlyMedium(const std::filesystem::path& file) noexcept {
+  const OpenFile opened(file);
+  DWORD flags = 0;
+  return GetVolumeInformationByHandleW(opened.Handle(), nullptr, 0, nullptr, nullptr, &flags, nullptr, 0) != 0 &&
+         (flags & FILE_READ_ONLY_VOLUME) != 0;
+}
+
+}  // namespace platform

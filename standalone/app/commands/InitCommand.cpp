@@ -1,0 +1,45 @@
+#include <fmt/format.h>
+
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "standalone/app/Invocation.h"
+#include "standalone/app/Values.h"
+#include "standalone/app/commands/Commands.h"
+#include "standalone/books/UserTable.h"
+#include "standalone/company/CompanyFile.h"
+
+namespace app {
+
+namespace {
+
+struct InitOptions {
+  std::string file;
+  standalone::NewCompany company;
+};
+
+void Init(Invocation& invocation, const InitOptions& options) {
+  standalone::CompanyFile::Create(FilePath(options.file), options.company);
+  invocation.Report({{"file", options.file}, {"company", options.company.name}},
+                    fmt::format("Created the company file {} for {}, with the user {}.\n", options.file,
+                                options.company.name, standalone::kAdministratorName));
+}
+
+}  // namespace
+
+void AddInit(CLI::App& program, Invocation& invocation) {
+  const auto options = std::make_shared<InitOptions>();
+  CLI::App& command = AddFileCommand(program, "init", "Create a company file",
+                                     "init alder.company --name \"Alder Supply Company\"", options->file);
+  command.add_option("--name", options->company.name, "The company's name, up to 59 characters")->required();
+  command.add_option("--home-currency", options->company.homeCurrency, "ISO 4217 code of the home currency")
+      ->capture_default_str();
+  command.add_flag("--multi-currency", options->company.multiCurrency, "The company keeps several currencies");
+  command.add_flag("--sample", options->company.sampleFile, "Mark the file as a sample company");
+  command.add_flag("--accountants-copy", options->company.accountantsCopy, "Mark the file as an accountant's copy");
+  invocation.When(command, [options](Invocation& run) { Init(run, *options); });
+}
+
+}  // namespace app

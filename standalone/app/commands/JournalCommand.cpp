@@ -1,0 +1,140 @@
+#include <fmt/format.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/app/Company.h"
+#include "standalone/app/Invocation.h"
+#include "standalone/app/Statuses.h"
+#include "standalone/app/Values.h"
+#include "standalone/app/commands/Commands.h"
+#include "standalone/values/AccountTypes.h"
+
+namespace app {
+
+namespace {
+
+constexpr std::int32_t kToBeCreated = -1;
+
+struct RecordOptions {
+  std::string file;
+  std::string realm;
+  std::string expense;  // unless there is a new one
+  std::optional<std::string> newExpense;
+  std::string newExpenseType = "Expense";
+  std::optional<std::string> dueTo;
+  std::string amount;
+  std::string request;
+  std::string name;  // unless there is a new one
+  std::optional<std::string> newName;
+};
+
+struct RemoveOptions {
+  std::string file;
+  std::string txn;
+};
+
+MEAccountInfo ExpenseAccount(Company& company, const RecordOptions& options) {
+  if (options.newExpense) {
+    return {.name = NewListName("new expense account", *options.newExpense),
+            .type = standalone::ParseAccountType(options.newExpenseType),
+            .accountId = kToBeCreated};
+  }
+  const standalone::Account account = company.Host().Accounts().Require(options.expense);
+  return {.name = std::string_view(account.fullName), .type = account.type, .accountId = account.id};
+}
+
+// The account that was given, or the relation's own. Without a relation it does not matter: the module refuses such a
+// booking before it looks at the account.
+std::int32_t DueToAccount(Company& company, const RecordOptions& options) {
+  if (options.dueTo) return company.Host().Accounts().Require(*options.dueTo).id;
+  DBMultiEntityRelation relation{};
+  if (company.Host().Services().multiEntity.GetRelation(Util::TString(options.realm), relation).Failed()) return 0;
+  if (relation.dueToAccountId == 0) {
+    throw standalone::InvalidInput(
+        fmt::format("the relation with realm {} has no due-to account; name one with --due-to", options.realm));
+  }
+  return relation.dueToAccountId;
+}
+
+MECNameInfo NameOf(Company& company, const RecordOptions& options) {
+  if (options.newName) return {.name = NewListName("new name", *options.newName), .nameId = kToBeCreated};
+  const standalone::Name name = company.Host().Names().Require(options.name);
+  return {.name = std::string_view(name.fullName), .nameId = name.id};
+}
+
+void Record(Invocation& invocation, const RecordOptions& options) {
+  const Util::TString realm = RealmId(options.realm);
+  const Util::TString amount = Amount(options.amount);
+  const Util::TString request = RequestId(options.request);
+  Company company(invocation, options.file);
+  std::uint32_t txnId = 0;
+  const MEStatusCode status = company.Write([&] {
+    const MEAccountInfo expense = ExpenseAccount(company, options);
+    const std::int32_t dueTo = DueToAccount(company, options);
+    const MECNameInfo name = NameOf(company, options);
+    return MultiEntityDriver::RecordGeneralJournalEntry(realm, expense, dueTo, amount, request, name, txnId);
+  });
+  invocation.Accept(Request::kRecordJournalEntry, status);
+  invocation.Report({{"status", status}, {"transaction", txnId}}, fmt::format("Booked journal entry {}.\n", txnId));
+}
+
+void Remove(Invocation& invocation, const RemoveOptions& options) {
+  const std::int32_t txnId = RecordId("transaction id", options.txn);
+  Company company(invocation, options.file);
+  const MEStatusCode status =
+      company.Write([&] { return MultiEntityDriver::RemoveGeneralJournalEntry(static_cast<std::uint32_t>(txnId)); });
+  invocation.Accept(Request::kRemoveJournalEntry, status);
+  invocation.Report({{"status", status}, {"transaction", txnId}}, fmt::format("Removed journal entry {}.\n", txnId));
+}
+
+void AddRecord(CLI::App& journal, Invocation& invocation) {
+  const auto options = std::make_shared<RecordOptions>();
+  CLI::App& command = AddFileCommand(
+      journal, "record", "Book a partner's bill or check, dated today: debit the expense, credit the due-to account",
+      "journal record birch.company --realm 5120774003618 --amount 480.00 --request R-1017 \\\n"
+      "    --new-expense \"Elevator Maintenance\" --new-name \"Cold Spring Elevator Company\"",
+      options->file);
+  command.add_option("--realm", options->realm, "The partner company's realm id, 1 to 19 characters")->required();
+  command.add_option("--amount", options->amount, "The amount, such as 1234.50 or 1,234.50")->required();
+  command.add_option("--request", options->request, "The request id that both companies know, 1 to 36 characters")
+      ->required();
+  CLI::Option_group* expense = command.add_option_group("Expense", "The account that is debited");
+  expense->add_option("--expense", options->expense, "An account, by id or by colon-separated name");
+  expense->add_option("--new-expense", options->newExpense, "The name of an account that is to be created");
+  expense->require_option(1);
+  command.add_option("--new-expense-type", options->newExpenseType, "The type of the new account")
+      ->capture_default_str();
+  command.add_option("--due-to", options->dueTo,
+                     "The account that is credited, by id or by colon-separated name; the relation's due-to account "
+                     "when left out");
+  CLI::Option_group* name = command.add_option_group("Name", "The name under which the entry is booked");
+  name->add_option("--name", options->name, "A name, by id or colon-separated");
+  name->add_option("--new-name", options->newName, "A vendor that is to be created");
+  name->require_option(1);
+  invocation.When(command, [options](Invocation& run) { Record(run, *options); });
+}
+
+void AddRemove(CLI::App& journal, Invocation& invocation) {
+  const auto options = std::make_shared<RemoveOptions>();
+  CLI::App& command = AddFileCommand(journal, "remove", "Remove an intercompany journal entry with its rows",
+                                     "journal remove birch.company --txn 601", options->file);
+  command.add_option("--txn", options->txn, "The journal entry's transaction id")->required();
+  invocation.When(command, [options](Invocation& run) { Remove(run, *options); });
+}
+
+}  // namespace
+
+void AddJournal(CLI::App& program, Invocation& invocation) {
+  CLI::App& journal = *program.add_subcommand("journal", "Book and remove intercompany journal entries");
+  journal.require_subcommand(1);
+  journal.footer("Example:\n  multientity journal remove birch.company --txn 601");
+  AddRecord(journal, invocation);
+  AddRemove(journal, invocation);
+}
+
+}  // namespace app

@@ -1,0 +1,52 @@
+#include <fmt/format.h>
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/app/Company.h"
+#include "standalone/app/Dialogue.h"
+#include "standalone/app/Encounter.h"
+#include "standalone/app/Invocation.h"
+#include "standalone/app/commands/Commands.h"
+
+namespace app {
+
+namespace {
+
+struct PluginOptions {
+  std::string file;
+  std::optional<std::string> answer;
+};
+
+void CheckPlugin(Invocation& invocation, const PluginOptions& options) {
+  const std::optional<bool> answer = GivenAnswer(options.answer);
+  Company company(invocation, options.file);
+  const Encounter encounter(invocation, company, answer);
+  const bool mayGoOn = company.Read([] { return MultiEntityDriver::CheckForPluginNavigation(); });
+  invocation.Report({{"mayGoOn", mayGoOn}, {"events", encounter.Events()}},
+                    mayGoOn ? "Intercompany work may go on.\n" : "");
+  if (!mayGoOn) throw std::runtime_error("no relation with a partner company is established; its set-up was opened");
+}
+
+}  // namespace
+
+void AddPlugin(CLI::App& program, Invocation& invocation) {
+  CLI::App& plugin = *program.add_subcommand("plugin", "The way into the intercompany plug-in");
+  plugin.require_subcommand(1);
+  plugin.footer("Example:\n  multientity plugin check alder.company");
+  const auto options = std::make_shared<PluginOptions>();
+  CLI::App& check = AddFileCommand(
+      plugin, "check",
+      "Check whether there is an established relation to work with: ends with 0 when the plug-in may be opened as\n"
+      "asked, with 1 when the set-up of relations was opened instead",
+      "plugin check alder.company --answer yes", options->file);
+  AddAnswerOption(check, options->answer);
+  invocation.When(check, [options](Invocation& run) { CheckPlugin(run, *options); });
+}
+
+}  // namespace app

@@ -1,0 +1,134 @@
+#include <fmt/format.h>
+
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/app/Company.h"
+#include "standalone/app/Invocation.h"
+#include "standalone/app/Statuses.h"
+#include "standalone/app/Values.h"
+#include "standalone/app/commands/Commands.h"
+
+namespace app {
+
+namespace {
+
+struct SetStateOptions {
+  std::string file;
+  std::string realm;
+  std::string request;
+  std::string txn;  // instead of realm and request
+  std::string target;
+  std::string state;
+};
+
+struct ExistsOptions {
+  std::string file;
+  std::string realm;
+  std::string request;
+};
+
+void SetStateOfRequest(Invocation& invocation, const SetStateOptions& options) {
+  const Util::TString realm = RealmId(options.realm);
+  const Util::TString request = RequestId(options.request);
+  const MEState state = TransactionState(options.state);
+  Company company(invocation, options.file);
+  const MEStatusCode status =
+      company.Write([&] { return MultiEntityDriver::UpdateTransactionWithState(realm, request, state); });
+  invocation.Accept(Request::kSetTransactionState, status);
+  invocation.Report({{"status", status},
+                     {"realm", options.realm},
+                     {"requestId", options.request},
+                     {"state", state},
+                     {"stateText", TransactionStateText(state)}},
+                    fmt::format("The transaction with request id {} of realm {} is now in state {} ({}).\n",
+                                options.request, options.realm, static_cast<int>(state), TransactionStateText(state)));
+}
+
+void SetStateOfLine(Invocation& invocation, const SetStateOptions& options) {
+  const std::int32_t txnId = RecordId("transaction id", options.txn);
+  const std::int32_t targetId = RecordId("line id", options.target);
+  const MEState state = TransactionState(options.state);
+  Company company(invocation, options.file);
+  const MEStatusCode status =
+      company.Write([&] { return MultiEntityDriver::UpdateTransactionWithState(txnId, targetId, state); });
+  invocation.Accept(Request::kSetTransactionState, status);
+  invocation.Report({{"status", status},
+                     {"transaction", txnId},
+                     {"line", targetId},
+                     {"state", state},
+                     {"stateText", TransactionStateText(state)}},
+                    fmt::format("Line {} of transaction {} is now in state {} ({}).\n", targetId, txnId,
+                                static_cast<int>(state), TransactionStateText(state)));
+}
+
+void Exists(Invocation& invocation, const ExistsOptions& options) {
+  const Util::TString realm = RealmId(options.realm);
+  const Util::TString request = RequestId(options.request);
+  Company company(invocation, options.file);
+  const MEStatusCode status = company.Read([&] { return MultiEntityDriver::DoesTransactionExist(realm, request); });
+  invocation.Accept(Request::kFindRequest, status);
+  invocation.Report({{"status", status}, {"realm", options.realm}, {"requestId", options.request}},
+                    fmt::format("The request id {} is known for realm {}: it is booked or was rejected.\n",
+                                options.request, options.realm));
+}
+
+void AddSetState(CLI::App& transaction, Invocation& invocation) {
+  const auto options = std::make_shared<SetStateOptions>();
+  CLI::App& command = AddFileCommand(
+      transaction, "set-state",
+      "Move an intercompany transaction to a state, as the partner's answer names it (--realm and --request) or as "
+      "the\n"
+      "books name it (--txn and --target). Only the first form marks the transaction in the books as confirmed",
+      "transaction set-state birch.company --realm 5120774003618 --request R-1017 --state established", options->file);
+  CLI::Option* realm = command.add_option("--realm", options->realm, kRealmHelp);
+  CLI::Option* request = command.add_option("--request", options->request, kRequestHelp)->needs(realm);
+  realm->needs(request);
+  CLI::Option* txn =
+      command.add_option("--txn", options->txn, "The id of the bill, check or journal entry")->excludes(realm, request);
+  CLI::Option* target = command.add_option("--target", options->target, "The id of its intercompany line")->needs(txn);
+  txn->needs(target);
+  CLI::Option* state =
+      command.add_option("--state", options->state, "pending, established, rejected, deactivated, or another number");
+  state->required();
+  invocation.When(command, [options, realm, txn](Invocation& run) {
+    if (realm->empty() && txn->empty()) {
+      throw standalone::InvalidInput("which transaction? Give --realm and --request, or --txn and --target");
+    }
+    if (txn->empty()) {
+      SetStateOfRequest(run, *options);
+    } else {
+      SetStateOfLine(run, *options);
+    }
+  });
+}
+
+void AddExists(CLI::App& transaction, Invocation& invocation) {
+  const auto options = std::make_shared<ExistsOptions>();
+  CLI::App& command =
+      AddFileCommand(transaction, "exists",
+                     "Tell whether a partner's request id is known, as a transaction of that partner or as a rejected "
+                     "one: ends with 0 if so, with 1 if not",
+                     "transaction exists birch.company --realm 5120774003618 --request R-1017", options->file);
+  command.add_option("--realm", options->realm, kRealmHelp)->required();
+  command.add_option("--request", options->request, kRequestHelp)->required();
+  invocation.When(command, [options](Invocation& run) { Exists(run, *options); });
+}
+
+}  // namespace
+
+void AddTransaction(CLI::App& program, Invocation& invocation) {
+  CLI::App& transaction =
+      *program.add_subcommand("transaction", "Move intercompany transactions through their states, and find them");
+  transaction.require_subcommand(1);
+  transaction.footer(
+      "Example:\n  multientity transaction exists birch.company --realm 5120774003618 --request R-1017\n\n"
+      "multientity transactions lists them.");
+  AddSetState(transaction, invocation);
+  AddExists(transaction, invocation);
+}
+
+}  // namespace app

@@ -1,0 +1,176 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <exception>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "standalone/app/Failure.h"
+#include "standalone/app/Invocation.h"
+#include "standalone/app/commands/Commands.h"
+#include "standalone/app/terminal/Terminal.h"
+#include "standalone/books/UserTable.h"
+#include "standalone/values/Errors.h"
+
+namespace app {
+
+namespace {
+
+constexpr const char* kGlobalOptionsHelp = "--user NAME, --json and --trace may be added to every command.";
+
+// The lines that the log gained; an answer other than 1 is told as an error later.
+void PrintTrace(const Invocation& invocation) {
+  const bool json = invocation.options.json;
+  for (const TraceLine& line : invocation.trace) PrintError(TraceText(line, json));
+  if (!invocation.options.trace || json || invocation.Answer() != MEStatusSuccess) return;
+  PrintError(fmt::format("status {}: {}\n", static_cast<int>(MEStatusSuccess), MeaningOf(MEStatusSuccess)));
+}
+
+ExitCode Fail(bool json, ExitCode code, std::string_view message) {
+  PrintError(json ? JsonText({{"error", {{"exit", code}, {"message", message}}}})
+                  : fmt::format("multientity: {}\n", message));
+  return code;
+}
+
+ExitCode FailDeclined(bool json, const Declined& declined) {
+  if (json) {
+    PrintError(JsonText({{"error",
+                          {{"exit", kExitNotDone},
+                           {"message", declined.what()},
+                           {"status", declined.status},
+                           {"meaning", declined.Meaning()},
+                           {"hint", declined.Hint()}}}}));
+    return kExitNotDone;
+  }
+  PrintError(fmt::format("multientity: {}\n", declined.what()));
+  if (!declined.Hint().empty()) PrintError(fmt::format("  {}\n", declined.Hint()));
+  return kExitNotDone;
+}
+
+void AddCommands(CLI::App& program, Invocation& invocation) {
+  program.name("multientity");
+  program.set_version_flag("--version", "multientity " MULTIENTITY_VERSION);
+  program.add_option("--user", invocation.options.user, "The user of the company file who does this")
+      ->default_str(standalone::kAdministratorName);
+  program.add_flag("--json", invocation.options.json, "Results and errors as JSON, for programs");
+  program.add_flag("--trace", invocation.options.trace,
+                   "Print the lines that the operations log gains to standard error");
+  program.require_subcommand(1);
+  program.fallthrough();
+  // A path may begin with a slash on every system.
+  program.allow_windows_style_options(false);
+  program.footer(
+      "Example:\n  multientity accounts alder.company --free --json\n\n"
+      "multientity COMMAND --help explains a command. Exit codes: 0 done; 1 refused or not finished; 2 wrong\n"
+      "usage or a value that is not acceptable; 3 the company file cannot be opened or created.");
+  AddInit(program, invocation);
+  AddImport(program, invocation);
+  AddAccounts(program, invocation);
+  AddNames(program, invocation);
+  AddUsers(program, invocation);
+  AddSettings(program, invocation);
+  AddRelation(program, invocation);
+  AddJournal(program, invocation);
+  AddTransactions(program, invocation);
+  AddTransaction(program, invocation);
+  AddRejected(program, invocation);
+  AddRealm(program, invocation);
+  AddPlugin(program, invocation);
+  AddPersona(program, invocation);
+  AddReminder(program, invocation);
+  AddOpen(program, invocation);
+  AddLog(program, invocation);
+}
+
+std::string UsageErrorText(const CLI::App& program, const CLI::ParseError& error) {
+  const std::string rest = fmt::format("{}", fmt::join(program.remaining(true), " "));
+  if (rest.empty()) return fmt::format("{}; see multientity --help", error.what());
+  const bool nothingElse = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+  return fmt::format("{}not understood: {}; see multientity --help",
+                     nothingElse ? "" : fmt::format("{}; ", error.what()), rest);
+}
+
+// Help and version are asked for by ending the parsing, too.
+ExitCode EndParsing(const CLI::App& program, const CLI::ParseError& end, bool json) {
+  if (end.get_exit_code() != 0) return Fail(json, kExitBadInput, UsageErrorText(program, end));
+  std::ostringstream text;
+  program.exit(end, text, text);
+  Print(text.str());
+  FinishPrinting();
+  return kExitDone;
+}
+
+// The trace comes before what is said about a failure, whatever the failure is.
+void RunTraced(Invocation& invocation) {
+  try {
+    invocation.Run();
+    FinishPrinting();
+  } catch (...) {
+    PrintTrace(invocation);
+    throw;
+  }
+  PrintTrace(invocation);
+}
+
+ExitCode RunCommand(Invocation& invocation) {
+  const bool json = invocation.options.json;
+  try {
+    RunTraced(invocation);
+    return kExitDone;
+  } catch (const Declined& declined) {
+    return FailDeclined(json, declined);
+  } catch (const standalone::InvalidInput& error) {
+    return Fail(json, kExitBadInput, error.what());
+  } catch (const standalone::CompanyFileError& error) {
+    return Fail(json, kExitCompanyFile, error.what());
+  } catch (const std::exception& error) {
+    return Fail(json, kExitNotDone, error.what());
+  }
+}
+
+ExitCode Run(const std::vector<std::string>& arguments) {
+  // A command line that cannot be understood is complained about in the form that it asks for all the same.
+  const bool json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+  Invocation invocation;
+  invocation.options.user = standalone::kAdministratorName;
+  CLI::App program("Intercompany accounting with partner companies, on company files of this machine");
+  AddCommands(program, invocation);
+  try {
+    // The parser takes the last argument first.
+    program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::ParseError& end) {
+    return EndParsing(program, end, json);
+  }
+  return RunCommand(invocation);
+}
+
+}  // namespace
+
+CLI::App& AddFileCommand(CLI::App& parent, const char* name, const char* description, const char* example,
+                         std::string& file) {
+  CLI::App& command = *parent.add_subcommand(name, description);
+  command.add_option("FILE", file, "The company file")->required();
+  command.footer(fmt::format("Example:\n  multientity {}\n\n{}", example, kGlobalOptionsHelp));
+  return command;
+}
+
+}  // namespace app
+
+int main(int argumentCount, char** arguments) {
+  app::IgnoreClosedPipes();
+  app::PrintTheSameEverywhere();
+  try {
+    return app::Run(app::ArgumentsInUtf8(argumentCount, arguments));
+  } catch (const standalone::InvalidInput& error) {
+    return app::Fail(/*json=*/false, app::kExitBadInput, error.what());
+  } catch (const std::exception& error) {
+    app::PrintError(std::string("multientity: ") + error.what() + "\n");
+  } catch (...) {
+    app::PrintError("multientity: unknown error\n");
+  }
+  return app::kExitNotDone;
+}

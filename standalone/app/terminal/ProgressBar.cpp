@@ -1,0 +1,44 @@
+#include "standalone/app/terminal/ProgressBar.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string_view>
+#include <utility>
+
+#include "standalone/app/terminal/Terminal.h"
+
+namespace app {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPatience{1000};
+constexpr std::chrono::milliseconds kPace{100};
+constexpr std::uint64_t kCells = 40;
+constexpr std::size_t kWidthBesideTheTitle = std::string_view(" [").size() + kCells + std::string_view("] 100%").size();
+
+}  // namespace
+
+ProgressBar::ProgressBar(std::string title)
+    : title_(std::move(title)), toATerminal_(ErrorsGoToATerminal()), next_(Clock::now() + kPatience) {}
+
+ProgressBar::~ProgressBar() {
+  // Wiped with blanks, which every terminal understands.
+  if (shown_) std::fprintf(stderr, "\r%*s\r", static_cast<int>(title_.size() + kWidthBesideTheTitle), "");
+}
+
+void ProgressBar::Show(std::uint64_t done, std::uint64_t total) noexcept {
+  const Clock::time_point now = Clock::now();
+  if (!toATerminal_ || total == 0 || now < next_) return;
+  next_ = now + kPace;
+  shown_ = true;
+  const double share = std::min(1.0, static_cast<double>(done) / static_cast<double>(total));
+  const auto filled = static_cast<std::uint64_t>(share * static_cast<double>(kCells));
+  std::array<char, kCells + 1> bar{};
+  std::fill_n(bar.begin(), filled, '#');
+  std::fill_n(bar.begin() + filled, kCells - filled, '.');
+  std::fprintf(stderr, "\r%s [%s] %3d%%", title_.c_str(), bar.data(), static_cast<int>(share * 100));
+  std::fflush(stderr);
+}
+
+}  // namespace app

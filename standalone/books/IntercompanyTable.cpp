@@ -1,0 +1,158 @@
+#include "standalone/books/IntercompanyTable.h"
+
+#include <cstring>
+#include <utility>
+
+#include "MultiEntityHost/Enumerations.h"
+#include "standalone/books/RowFields.h"
+
+namespace standalone {
+
+namespace {
+
+void Read(const Rows& rows, DBMultiEntityTransaction& row) {
+  std::memset(&row, 0, sizeof row);
+  row.txnId = rows.Int32(0);
+  row.relationId = rows.Int32(1);
+  row.targetId = rows.Int32(2);
+  Fill(row.requestId, rows.Text(3));
+  row.txnType = rows.Int16(4);
+  row.state = rows.Int16(5);
+}
+
+// Where a row's number stands behind its own columns.
+constexpr int kRowNumber = 6;
+
+// Where a row's target and its line stand among the columns of both.
+enum LineColumn : int { kTarget = 2, kLine = 6, kFirstOfLine = 7, kMemo = 12 };
+
+}  // namespace
+
+IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
+    : lines_(lines),
+      insert_(database, Writes::kBookings,
+              "INSERT INTO me_transaction (txn_id, relation_id, target_id, request_id, txn_type, state) "
+              "VALUES (?1, ?2, ?3, ?4, ?5, ?6)"),
+      byTarget_(database,
+                "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id FROM me_transaction "
+                "WHERE txn_id = ?1 AND target_id = ?2"),
+      byRequest_(database,
+                 "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id "
+                 "FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
+      updateState_(database, Writes::kBookings,
+                   "UPDATE me_transaction SET state = ?6 WHERE id = ?7 AND txn_id = ?1 AND target_id = ?2 "
+                   "AND relation_id = ?3 AND request_id = ?4 AND txn_type = ?5"),
+      update_(database, Writes::kBookings,
+              "UPDATE me_transaction SET relation_id = ?3, request_id = ?4, txn_type = ?5, state = ?6 "
+              "WHERE txn_id = ?1 AND target_id = ?2"),
+      delete_(database, Writes::kBookings, "DELETE FROM me_transaction WHERE txn_id = ?1"),
+      ofTransaction_(database,
+                     "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
+                     "WHERE txn_id = ?1 ORDER BY target_id"),
+      count_(database, "SELECT count(*) FROM me_transaction"),
+      allWithLines_(database,
+                    "SELECT m.txn_id, m.relation_id, m.target_id, m.request_id, m.txn_type, m.state, l.id, t.type, "
+                    "t.date, t.name_id, l.account_id, l.amount, l.memo FROM me_transaction m "
+                    "LEFT JOIN txn_line l ON l.id BETWEEN m.target_id AND m.target_id + (m.txn_type = 8) "
+                    "LEFT JOIN txn t ON t.id = l.txn_id ORDER BY m.id, l.id"),
+      withRelation_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 LIMIT 1"),
+      withRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
+      journalEntryOfRequest_(
+          database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 AND txn_type = 8"),
+      anyOfTransaction_(database, "SELECT 1 FROM me_transaction WHERE txn_id = ?1"),
+      states_(database, "SELECT DISTINCT state FROM me_transaction") {}
+
+void IntercompanyTable::Add(const DBMultiEntityTransaction& row) {
+  insert_.Run(row.txnId, row.relationId, row.targetId, Field(row.requestId), row.txnType, row.state);
+}
+
+bool IntercompanyTable::Find(std::int32_t txnId, std::int32_t targetId, DBMultiEntityTransaction& row) {
+  return ReadForChange(byTarget_.Query(txnId, targetId), row);
+}
+
+bool IntercompanyTable::FindRequest(std::int64_t relationId, std::string_view requestId,
+                                    DBMultiEntityTransaction& row) {
+  return ReadForChange(byRequest_.Query(relationId, requestId), row);
+}
+
+bool IntercompanyTable::ReadForChange(Rows found, DBMultiEntityTransaction& row) {
+  if (!found.Step()) return false;
+  Read(found, row);
+  lastReadRow_ = found.Int64(kRowNumber);
+  return true;
+}
+
+// Mostly it is the row that was read last, and the state alone has changed, which no index holds.
+bool IntercompanyTable::Change(const DBMultiEntityTransaction& row) {
+  const std::string_view requestId = Field(row.requestId);
+  return updateState_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state, lastReadRow_) !=
+             0 ||
+         update_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state) != 0;
+}
+
+void IntercompanyTable::RemoveAllOf(std::int32_t txnId) {
+  delete_.Run(txnId);
+}
+
+void IntercompanyTable::ListOf(std::int64_t txnId, std::vector<DBMultiEntityTransaction>& rows) {
+  rows.clear();
+  Rows found = ofTransaction_.Query(txnId);
+  while (found.Step()) Read(found, rows.emplace_back());
+}
+
+void IntercompanyTable::List(std::vector<DBMultiEntityTransaction>& rows) {
+  rows.clear();
+  {
+    Rows count = count_.Query();
+    if (count.Step()) rows.reserve(static_cast<std::size_t>(count.Int64(0)));
+  }
+  ReadWithLines(allWithLines_.Query(), rows);
+}
+
+// A row comes once for each of its lines that is there, its target line first, and once without any.
+void IntercompanyTable::ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows) {
+  lines_.Drop();
+  LinesAhead::Lines lines;
+  while (found.Step()) {
+    const std::int32_t targetId = found.Int32(kTarget);
+    const std::int32_t lineId = found.Int32(kLine);
+    const bool isTarget = lineId == targetId;
+    if (isTarget || lineId == 0 || rows.empty() || rows.back().targetId != targetId) {
+      Read(found, rows.emplace_back());
+      if (!isTarget) lines.Add().id = targetId;
+    }
+    if (lineId == 0) continue;
+    LinesAhead::Line& line = lines.Add();
+    line.id = lineId;
+    ReadLine(found, kFirstOfLine, line.view);
+    // Journal entries alone are called by the memo, that of their target line.
+    line.view.hasMemo = isTarget && line.view.txnType == kTxnTypeJournalEntry;
+    if (line.view.hasMemo) line.view.memo = found.Text(kMemo);
+  }
+  lines_.Hold(std::move(lines));
+}
+
+bool IntercompanyTable::HasAnyOf(std::int32_t txnId) {
+  return anyOfTransaction_.Query(txnId).Step();
+}
+
+bool IntercompanyTable::HasAnyWith(std::int64_t relationId) {
+  return withRelation_.Query(relationId).Step();
+}
+
+bool IntercompanyTable::HasRequest(std::int64_t relationId, std::string_view requestId) {
+  return withRequest_.Query(relationId, requestId).Step();
+}
+
+bool IntercompanyTable::HasJournalEntryOf(std::int64_t relationId, std::string_view requestId) {
+  return journalEntryOfRequest_.Query(relationId, requestId).Step();
+}
+
+std::vector<std::int16_t> IntercompanyTable::States() {
+  std::vector<std::int16_t> states;
+  Rows rows = states_.Query();
+  while (rows.Step()) states.push_back(rows.Int16(0));
+  return states;
+}
+
+}  // namespace standalone

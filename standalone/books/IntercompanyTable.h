@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "MultiEntityHost/MultiEntityRows.h"
+#include "standalone/books/LinesAhead.h"
+#include "standalone/storage/Statement.h"
+
+namespace standalone {
+
+// The intercompany rows of bills, checks and journal entries: which line of which transaction belongs to which
+// partner's request, and its state. Lists come in the order in which their rows were added, the rows of one transaction
+// in the order of their lines. Every operation needs an open unit of work; a row that the company refuses throws
+// ConstraintViolation.
+class IntercompanyTable {
+ public:
+  // Whenever all rows are listed, the lines behind them are read, too, and put into `lines`.
+  IntercompanyTable(Database& database, LinesAhead& lines);
+
+  void Add(const DBMultiEntityTransaction& row);
+  // False when there is none.
+  bool Find(std::int32_t txnId, std::int32_t targetId, DBMultiEntityTransaction& row);
+  bool FindRequest(std::int64_t relationId, std::string_view requestId, DBMultiEntityTransaction& row);
+  // By transaction and target; false when there is none.
+  bool Change(const DBMultiEntityTransaction& row);
+  void RemoveAllOf(std::int32_t txnId);
+
+  void ListOf(std::int64_t txnId, std::vector<DBMultiEntityTransaction>& rows);
+  void List(std::vector<DBMultiEntityTransaction>& rows);
+
+  bool HasAnyOf(std::int32_t txnId);
+  bool HasAnyWith(std::int64_t relationId);
+  bool HasRequest(std::int64_t relationId, std::string_view requestId);
+  // The same among the rows of journal entries.
+  bool HasJournalEntryOf(std::int64_t relationId, std::string_view requestId);
+  // Each state that a row has, once.
+  std::vector<std::int16_t> States();
+
+ private:
+  bool ReadForChange(Rows found, DBMultiEntityTransaction& row);
+  void ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows);
+
+  LinesAhead& lines_;
+  Statement insert_;
+  Statement byTarget_;
+  Statement byRequest_;
+  Statement updateState_;
+  Statement update_;
+  Statement delete_;
+  Statement ofTransaction_;
+  Statement count_;
+  Statement allWithLines_;
+  Statement withRelation_;
+  Statement withRequest_;
+  Statement journalEntryOfRequest_;
+  Statement anyOfTransaction_;
+  Statement states_;
+  std::int64_t lastReadRow_ = 0;  // where to look first when a row is changed
+};
+
+}  // namespace standalone

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "standalone/storage/ReadOnce.h"
+#include "standalone/storage/Statement.h"
+
+namespace standalone {
+
+// The company's own preferences.
+struct Settings {
+  std::string companyName;
+  std::string homeCurrency;  // ISO 4217; empty when the company has none
+  bool multiCurrency = false;
+  bool sampleFile = false;
+  bool accountantsCopy = false;
+};
+
+// The company's settings by the names that people use: "company-name", "home-currency", "multi-currency",
+// "sample-file", "accountants-copy"; the last three are "yes" or "no". Every operation needs an open unit of work.
+class SettingsTable {
+ public:
+  explicit SettingsTable(Database& database);
+
+  // Held as long as nobody changes lists or settings; the reference stands for the unit of work that asks, until it
+  // writes.
+  const Settings& Get();
+  // Of a company that has none yet.
+  void Begin(const Settings& settings);
+  // Throws InvalidInput that names the setting or its value.
+  void Set(std::string_view name, std::string_view value);
+
+ private:
+  Statement get_;
+  Statement insert_;
+  Statement set_;
+  ReadOnce<Settings> settings_;
+};
+
+// "yes", "no", "true", "false", "on", "off", "1", "0" in any case; throws InvalidInput that calls the value `what`.
+bool ParseYesNo(std::string_view what, std::string_view text);
+
+// Throws InvalidInput unless the text is three capital ASCII letters.
+std::string_view RequireCurrencyCode(std::string_view text);
+
+}  // namespace standalone

@@ -1,0 +1,139 @@
+#include "standalone/company/CompanyFile.h"
+
+#include <string_view>
+#include <system_error>
+
+#include "standalone/books/SettingsTable.h"
+#include "standalone/books/UserTable.h"
+#include "standalone/storage/sqlite/CompanyFileHeader.h"
+#include "standalone/storage/sqlite/DraftFile.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace standalone {
+
+namespace {
+
+void InsertCompany(Database& database, const NewCompany& company) {
+  UnitOfWork unit(database, Access::kWrite);
+  SettingsTable(database).Begin({.companyName = company.name,
+                                 .homeCurrency = company.homeCurrency,
+                                 .multiCurrency = company.multiCurrency,
+                                 .sampleFile = company.sampleFile,
+                                 .accountantsCopy = company.accountantsCopy});
+  User administrator;
+  administrator.name = kAdministratorName;
+  administrator.administrator = true;
+  UserTable(database).Add(administrator);
+  unit.Commit();
+}
+
+void Configure(SqliteDatabase& database) {
+  // What was committed is on the disk also after a power failure.
+  database.Execute("PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA trusted_schema = OFF;");
+}
+
+[[noreturn]] void ThrowNotMade(const std::filesystem::path& path, const std::string& reason) {
+  throw CompanyFileError("The company file " + PathText(path) + " cannot be made. " + reason);
+}
+
+[[noreturn]] void ThrowThere(const std::filesystem::path& path) {
+  throw CompanyFileError("There is already a file " + PathText(path) +
+                         ". Choose another name, or move the file away first.");
+}
+
+DraftFile MakeDraft(const std::filesystem::path& path) {
+  try {
+    return {path, platform::MayRead::kAsUsual};
+  } catch (const std::system_error&) {
+    ThrowNotMade(path, "Check that its folder exists and that you may write there.");
+  }
+}
+
+void RequireSound(SqliteDatabase& database, SchemaSpan schema) {
+  std::string fault = FaultOf(database, schema, Search::kAsFarAsItIsFast);
+  if (fault.empty()) fault = ImbalanceOf(database, Search::kAsFarAsItIsFast);
+  if (!fault.empty()) ThrowDamaged(database.Name(), fault);
+}
+
+void MakeSchema(SqliteDatabase& database) {
+  PrepareForSteps(database);
+  UnitOfWork unit(database, Access::kWrite);
+  TakeSteps(database, SchemaSteps(), 0);
+  unit.Commit();
+}
+
+void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
+  SqliteDatabase database(draft, std::chrono::milliseconds::zero());
+  // A draft that a crash spoils is worth nothing; the last change below brings all of it to the disk.
+  database.Execute("PRAGMA synchronous = OFF");
+  database.Execute(("PRAGMA application_id = " + std::to_string(kApplicationId)).c_str());
+  MakeSchema(database);
+  Configure(database);
+  InsertCompany(database, company);
+  // Kept in the file; done last, so that the header is complete in the file itself.
+  database.Execute("PRAGMA journal_mode = WAL");
+}
+
+}  // namespace
+
+void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& company) {
+  RequireText("The company name", company.name, 1, kCompanyNameLength);
+  RequireCurrencyCode(company.homeCurrency);
+  std::error_code ignored;
+  if (std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) ThrowThere(path);
+
+  DraftFile draft = MakeDraft(path);
+  bool isPublished = false;
+  try {
+    FillDraft(draft.Path(), company);
+    isPublished = draft.Publish(path);
+  } catch (const std::exception& error) {
+    ThrowNotMade(path, error.what());
+  }
+  if (!isPublished) ThrowThere(path);
+}
+
+CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& options) : path_(path) {
+  const std::size_t newest = options.schema.size();
+  const bool isOlder = RequireCompanyFileHeader(path, newest) < newest;
+  const std::filesystem::path file = isOlder ? FileToOpen(options) : path;
+  database_ = std::make_unique<SqliteDatabase>(file, options.busyTimeout);
+  database_->SetName(path);
+  database_->AllowCheckpointOnClose(false);
+  Configure(*database_);
+  RequireKnownVersion(*database_, newest);
+  RequireSound(*database_, options.schema);
+  database_->HoldToVersion(newest);
+  database_->AllowCheckpointOnClose(true);
+  if (copy_) {
+    database_->RefuseWriting("Nothing was saved. The company file " + PathText(path) +
+                             " is on a read-only medium. Copy it to a disk to work on it.");
+  }
+}
+
+// The file to open: the company's own, or a copy of it.
+std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options) {
+  // What lies beside a file lies beside the file itself, not beside a link to it.
+  std::error_code error;
+  std::filesystem::path file = std::filesystem::canonical(path_, error);
+  if (error) file = std::filesystem::absolute(path_);
+  if (platform::IsOnReadOnlyMedium(file)) file = copy_.emplace(file).File();
+  const bool isCopy = copy_.has_value();
+  const Opening opening{
+      .migrated = BringForward(
+          file, {.name = path_, .steps = options.schema, .patience = options.busyTimeout, .keepsCopy = !isCopy}),
+      .readsACopy = isCopy};
+  if (options.tell && (opening.migrated || isCopy)) options.tell(opening);
+  return isCopy ? file : path_;
+}
+
+std::filesystem::path CompanyFile::LogPath(const std::filesystem::path& companyFile) {
+  return WithSuffix(companyFile, ".log");
+}
+
+std::filesystem::path CompanyFile::RemotePath(const std::filesystem::path& companyFile) {
+  return WithSuffix(companyFile, ".remote.toml");
+}
+
+}  // namespace standalone

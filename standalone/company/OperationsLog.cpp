@@ -1,0 +1,238 @@
+#include "standalone/company/OperationsLog.h"
+
+#include <fmt/chrono.h>
+#include <fmt/compile.h>
+#include <fmt/format.h>
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <iterator>
+#include <vector>
+
+namespace standalone {
+
+namespace {
+
+// Whole lines are handed over in pieces of at most this size, each in one call to the system: two programs on one log
+// then append whole lines, not parts of them. Small pieces cost more: the call takes longer than a dozen lines.
+constexpr std::size_t kPieceBytes = 32 << 10;
+
+// Of a line's four numbers and what stands between its columns.
+constexpr std::size_t kRoomForNumbers = 64;
+
+// Whether a character stands in a column as it is.
+constexpr bool IsPlain(char character) noexcept {
+  const auto byte = static_cast<unsigned char>(character);
+  return (byte >= 0x20) & (byte != 0x7F) & (byte != '\\');
+}
+
+// Goes on to the end, which compilers turn into wide steps.
+bool IsPlain(std::string_view text) noexcept {
+  unsigned char odd = 0;
+  for (const char character : text) odd |= static_cast<unsigned char>(!IsPlain(character));
+  return odd == 0;
+}
+
+// What stands for it behind a backslash: a letter of its own, or 'x' before its number.
+char EscapeLetter(char character) {
+  switch (character) {
+    case '\t':
+      return 't';
+    case '\n':
+      return 'n';
+    case '\r':
+      return 'r';
+    case '\\':
+      return '\\';
+    default:
+      return 'x';
+  }
+}
+
+void AppendEscaped(std::string& out, char character) {
+  const char letter = EscapeLetter(character);
+  out.push_back('\\');
+  out.push_back(letter);
+  if (letter == 'x') fmt::format_to(std::back_inserter(out), "{:02X}", static_cast<unsigned char>(character));
+}
+
+void AppendEscaped(std::string& out, std::string_view text) {
+  if (IsPlain(text)) {
+    out += text;
+    return;
+  }
+  for (const char character : text) {
+    if (IsPlain(character)) {
+      out.push_back(character);
+    } else {
+      AppendEscaped(out, character);
+    }
+  }
+}
+
+int HexDigit(char character) {
+  if (character >= '0' && character <= '9') return character - '0';
+  if (character >= 'A' && character <= 'F') return character - 'A' + 10;
+  return -1;
+}
+
+}  // namespace
+
+class OperationsLog::File {
+ public:
+  File(const std::filesystem::path& path, LogLimits limits)
+      : sink_(path.native(), limits.fileBytes, limits.olderFiles, /*rotate_on_open=*/false, WithRoomForAPiece()) {
+    sink_.set_formatter(
+        std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::utc, /*eol=*/"\n"));
+  }
+
+  void Append(std::string_view lines) {
+    sink_.log(spdlog::details::log_msg(spdlog::string_view_t(), spdlog::level::info,
+                                       spdlog::string_view_t(lines.data(), lines.size())));
+    sink_.flush();
+  }
+
+ private:
+  spdlog::file_event_handlers WithRoomForAPiece() {
+    spdlog::file_event_handlers handlers;
+    handlers.after_open = [this](const spdlog::filename_t&, std::FILE* file) {
+      std::setvbuf(file, room_.data(), _IOFBF, room_.size());
+    };
+    return handlers;
+  }
+
+  // The open file's, one file at a time.
+  std::vector<char> room_ = std::vector<char>(kPieceBytes);
+  spdlog::sinks::rotating_file_sink_st sink_;
+};
+
+OperationsLog::OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits)
+    : least_(limits.least), userColumn_(EscapeColumn(userName)) {
+  try {
+    file_ = std::make_unique<File>(file, limits);
+  } catch (const spdlog::spdlog_ex&) {
+    file_.reset();
+  }
+}
+
+OperationsLog::~OperationsLog() {
+  Flush();
+}
+
+bool OperationsLog::Wants(Level level) const noexcept {
+  return observer_ != nullptr || (file_ != nullptr && level >= least_);
+}
+
+void OperationsLog::Write(const Line& line) noexcept {
+  const std::size_t before = pending_.size();
+  try {
+    if (observer_) observer_(line);
+    if (file_ != nullptr && line.level >= least_) Append(line);
+  } catch (...) {
+    pending_.resize(std::min(before, pending_.size()));
+  }
+}
+
+// The line goes behind those that are held back; where it does not fit into their piece, they are written first.
+void OperationsLog::Append(const Line& line) {
+  const std::size_t before = pending_.size();
+  if (before != 0) pending_.push_back('\n');
+  AppendColumns(line);
+  if (before != 0 && pending_.size() + 1 > kPieceBytes) {
+    WriteFirst(before);
+    pending_.erase(0, before + 1);
+  }
+  if (line.level == Level::kError) Flush();
+}
+
+void OperationsLog::AppendColumns(const Line& line) {
+  const std::int64_t now =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+          .count();
+  if (const std::int64_t second = now / 1000; second != second_) {
+    secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(second)));
+    second_ = second;
+  }
+  const std::string_view sourceFile = line.sourceFile;
+  const std::string_view shortName = line.shortName;
+  const std::string_view signature = line.signature;
+  // Straight into room that is long enough; appending piece by piece takes half as long again.
+  const std::size_t before = pending_.size();
+  pending_.resize(before + secondText_.size() + userColumn_.size() + sourceFile.size() + shortName.size() +
+                  signature.size() + kRoomForNumbers);
+  const char* const end =
+      fmt::format_to(pending_.data() + before, FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
+                     now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
+                     static_cast<std::int32_t>(line.eventType), sourceFile, line.sourceLine, shortName, signature);
+  pending_.resize(static_cast<std::size_t>(end - pending_.data()));
+  AppendEscaped(pending_, line.message);
+}
+
+// A call to the system for each unit would cost a quarter of a quick one.
+void OperationsLog::EndUnit() noexcept {
+  constexpr std::chrono::milliseconds kQuickSuccession{50};
+  if (pending_.empty()) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (lastUnitWritten_ && now - *lastUnitWritten_ < kQuickSuccession) return;
+  lastUnitWritten_ = now;
+  Flush();
+}
+
+void OperationsLog::Flush() noexcept {
+  if (pending_.empty()) return;
+  WriteFirst(pending_.size());
+  pending_.clear();
+}
+
+void OperationsLog::WriteFirst(std::size_t length) noexcept {
+  if (file_ == nullptr) return;
+  try {
+    file_->Append({pending_.data(), length});
+  } catch (...) {
+    file_.reset();
+  }
+}
+
+std::string EscapeColumn(std::string_view text) {
+  std::string escaped;
+  AppendEscaped(escaped, text);
+  return escaped;
+}
+
+std::string UnescapeColumn(std::string_view text) {
+  std::string plain;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    if (text[index] != '\\' || index + 1 == text.size()) {
+      plain += text[index];
+      continue;
+    }
+    switch (const char kind = text[++index]) {
+      case 't':
+        plain += '\t';
+        break;
+      case 'n':
+        plain += '\n';
+        break;
+      case 'r':
+        plain += '\r';
+        break;
+      case 'x':
+        if (index + 2 < text.size() && HexDigit(text[index + 1]) >= 0 && HexDigit(text[index + 2]) >= 0) {
+          plain += static_cast<char>(HexDigit(text[index + 1]) * 16 + HexDigit(text[index + 2]));
+          index += 2;
+          break;
+        }
+        [[fallthrough]];
+      default:
+        plain += kind;
+    }
+  }
+  return plain;
+}
+
+}  // namespace standalone

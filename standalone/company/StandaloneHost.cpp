@@ -1,0 +1,185 @@
+#include "standalone/company/StandaloneHost.h"
+
+#include "standalone/books/LinesAhead.h"
+#include "standalone/services/ChartOfAccountsService.h"
+#include "standalone/services/JournalService.h"
+#include "standalone/services/MoneyService.h"
+#include "standalone/services/MultiEntityStore.h"
+#include "standalone/services/NameListService.h"
+#include "standalone/services/PermissionsService.h"
+#include "standalone/services/PreferencesService.h"
+#include "standalone/services/QueryEngineService.h"
+#include "standalone/services/RemoteConfiguration.h"
+#include "standalone/services/RuntimeService.h"
+#include "standalone/services/TargetLinesService.h"
+#include "standalone/values/Text.h"
+
+namespace standalone {
+
+namespace {
+
+User SelectUser(Database& database, UserTable& users, const std::string& name) {
+  UnitOfWork unit(database, Access::kRead);
+  User user = users.Require(name);
+  unit.Commit();
+  return user;
+}
+
+}  // namespace
+
+// In the order in which they are built upon each other.
+struct StandaloneHost::Parts {
+  Parts(StandaloneHost& host, const std::filesystem::path& companyFile, const std::string& userName,
+        HostOptions options)
+      : file(companyFile, options.file),
+        users(file.Data()),
+        user(SelectUser(file.Data(), users, userName)),
+        log(CompanyFile::LogPath(companyFile), user.name, options.log),
+        remote(CompanyFile::RemotePath(companyFile), file.Data()),
+        messages(file.Data(), std::move(options.answerer)),
+        application(file.Data(), log, std::move(options.commandRunner)),
+        events(platform::MakeLoopEvents(options.clock != nullptr ? *options.clock : platform::SteadyLoopClock())),
+        loop(host, *events) {}
+
+  CompanyFile file;
+  UserTable users;
+  User user;
+  OperationsLog log;
+  RemoteConfiguration remote;
+  MessagesService messages;
+  AccountTable accounts{file.Data()};
+  NameTable names{file.Data()};
+  SettingsTable settings{file.Data()};
+  TransactionTable transactions{file.Data()};
+  LinesAhead linesAhead{file.Data()};
+  PreferenceTable preferenceTable{file.Data()};
+  RelationTable relations{file.Data()};
+  IntercompanyTable intercompany{file.Data(), linesAhead};
+  RejectedRequestTable rejected{file.Data()};
+  ApplicationService application;
+  std::unique_ptr<platform::LoopEvents> events;
+  MessageLoop loop;
+  PendingWork pending{file.Data(), relations, intercompany};
+  RuntimeService runtime;
+  DatabasePreferencesService databasePreferences{preferenceTable};
+  PreferencesService preferences{settings, application};
+  MultiEntityStore multiEntity{relations, intercompany, rejected};
+  PermissionsService permissions{file.Data(), users, user.id};
+  ChartOfAccountsService chart{file.Data(), accounts};
+  NameListService nameList{file.Data(), names};
+  JournalService journal{file.Data(), chart, names, transactions, intercompany};
+  TargetLinesService lines{transactions, linesAhead, accounts, nameList};
+  QueryEngineService queries{transactions};
+  MoneyService money;
+  HostServices services{.ops = log,
+                        .runtime = runtime,
+                        .killSwitches = remote,
+                        .remoteValues = remote,
+                        .databasePreferences = databasePreferences,
+                        .preferences = preferences,
+                        .multiEntity = multiEntity,
+                        .permissions = permissions,
+                        .accounts = chart,
+                        .names = nameList,
+                        .journal = journal,
+                        .lines = lines,
+                        .queries = queries,
+                        .money = money,
+                        .application = application,
+                        .messages = messages,
+                        .platform = events->TimerPlatform()};
+};
+
+StandaloneHost::StandaloneHost(const std::filesystem::path& companyFile, const std::string& userName,
+                               HostOptions options)
+    : parts_(std::make_unique<Parts>(*this, companyFile, userName, std::move(options))) {}
+
+StandaloneHost::~StandaloneHost() = default;
+
+const HostServices& StandaloneHost::Services() const noexcept {
+  return parts_->services;
+}
+
+const User& StandaloneHost::CurrentUser() const noexcept {
+  return parts_->user;
+}
+
+bool StandaloneHost::CurrentUserIsAccountant() {
+  return InReadingUnit(Data(), [this] { return parts_->users.IsAccountant(parts_->user.id); });
+}
+
+void StandaloneHost::RequireAdministrator(std::string_view action) {
+  if (parts_->user.administrator) return;
+  throw InvalidInput("The user " + Quoted(parts_->user.name) + " is no administrator; " + std::string(action) +
+                     " may only be done by one.");
+}
+
+const std::filesystem::path& StandaloneHost::CompanyFilePath() const noexcept {
+  return parts_->file.Path();
+}
+
+Database& StandaloneHost::Data() noexcept {
+  return parts_->file.Data();
+}
+
+AccountTable& StandaloneHost::Accounts() noexcept {
+  return parts_->accounts;
+}
+
+NameTable& StandaloneHost::Names() noexcept {
+  return parts_->names;
+}
+
+UserTable& StandaloneHost::Users() noexcept {
+  return parts_->users;
+}
+
+SettingsTable& StandaloneHost::Settings() noexcept {
+  return parts_->settings;
+}
+
+TransactionTable& StandaloneHost::Transactions() noexcept {
+  return parts_->transactions;
+}
+
+RelationTable& StandaloneHost::Relations() noexcept {
+  return parts_->relations;
+}
+
+IntercompanyTable& StandaloneHost::Intercompany() noexcept {
+  return parts_->intercompany;
+}
+
+ApplicationService& StandaloneHost::App() noexcept {
+  return parts_->application;
+}
+
+MessageLoop& StandaloneHost::Loop() noexcept {
+  return parts_->loop;
+}
+
+PreferenceTable& StandaloneHost::Preferences() noexcept {
+  return parts_->preferenceTable;
+}
+
+PendingWork& StandaloneHost::Pending() noexcept {
+  return parts_->pending;
+}
+
+MessagesService& StandaloneHost::MessageBoxes() noexcept {
+  return parts_->messages;
+}
+
+OperationsLog& StandaloneHost::Log() noexcept {
+  return parts_->log;
+}
+
+void StandaloneHost::SetRemovalUnderWay(std::function<bool()> predicate) {
+  parts_->journal.SetRemovalUnderWay(std::move(predicate));
+}
+
+StandaloneHost::LoggedUnit::~LoggedUnit() {
+  host_.parts_->log.EndUnit();
+}
+
+}  // namespace standalone

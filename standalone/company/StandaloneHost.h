@@ -1,0 +1,116 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "MultiEntityHost/HostServices.h"
+#include "platform/LoopEvents.h"
+#include "standalone/books/AccountTable.h"
+#include "standalone/books/IntercompanyTable.h"
+#include "standalone/books/NameTable.h"
+#include "standalone/books/PendingWork.h"
+#include "standalone/books/PreferenceTable.h"
+#include "standalone/books/RelationTable.h"
+#include "standalone/books/SettingsTable.h"
+#include "standalone/books/TransactionTable.h"
+#include "standalone/books/UserTable.h"
+#include "standalone/company/CompanyFile.h"
+#include "standalone/company/MessageLoop.h"
+#include "standalone/company/OperationsLog.h"
+#include "standalone/services/ApplicationService.h"
+#include "standalone/services/MessagesService.h"
+#include "standalone/values/Errors.h"
+
+namespace standalone {
+
+struct HostOptions {
+  Answerer answerer;
+  LogLimits log;
+  OpenOptions file;
+  CommandRunner commandRunner;
+  // By which the loop's timers are due; null for the machine's own.
+  platform::LoopClock* clock = nullptr;
+};
+
+// A complete host on one machine around one company file, for one user and on one thread. Whoever calls an operation
+// that works on the company file does so within Request().
+class StandaloneHost {
+ public:
+  // Throws CompanyFileError, or InvalidInput when the file has no such user.
+  explicit StandaloneHost(const std::filesystem::path& companyFile, const std::string& userName = kAdministratorName,
+                          HostOptions options = {});
+  StandaloneHost(const StandaloneHost&) = delete;
+  StandaloneHost& operator=(const StandaloneHost&) = delete;
+  ~StandaloneHost();
+
+  // What AttachHost is given; valid as long as the host lives.
+  const HostServices& Services() const noexcept;
+
+  // Runs `operation` as one unit of work and returns what it returns. The unit is committed when the operation returns,
+  // whatever it answered, and rolled back when it throws. UnitOfWorkError when the unit cannot begin or be committed.
+  // Units do not nest; questions and commands are put outside of the one that is open.
+  // The log's lines are in its file by then, too, unless units follow each other in quick succession.
+  template <typename Operation>
+  auto Request(Access access, Operation&& operation) {
+    const LoggedUnit loggedUnit(*this);
+    UnitOfWork unit(Data(), access);
+    if constexpr (std::is_void_v<std::invoke_result_t<Operation>>) {
+      std::forward<Operation>(operation)();
+      unit.Commit();
+    } else {
+      auto result = std::forward<Operation>(operation)();
+      unit.Commit();
+      return result;
+    }
+  }
+
+  // The user that was selected, as the file had it when the host was made.
+  const User& CurrentUser() const noexcept;
+  // Whether that user is marked an accountant now.
+  bool CurrentUserIsAccountant();
+  // Throws InvalidInput unless the current user is an administrator; `action` completes "... may only be done by".
+  void RequireAdministrator(std::string_view action);
+
+  const std::filesystem::path& CompanyFilePath() const noexcept;
+  Database& Data() noexcept;
+  AccountTable& Accounts() noexcept;
+  NameTable& Names() noexcept;
+  UserTable& Users() noexcept;
+  SettingsTable& Settings() noexcept;
+  TransactionTable& Transactions() noexcept;
+  RelationTable& Relations() noexcept;
+  IntercompanyTable& Intercompany() noexcept;
+  ApplicationService& App() noexcept;
+  // The loop of a host that stays open. Nobody has to run it.
+  MessageLoop& Loop() noexcept;
+  MessagesService& MessageBoxes() noexcept;
+  PreferenceTable& Preferences() noexcept;
+  PendingWork& Pending() noexcept;
+  OperationsLog& Log() noexcept;
+
+  // Answers whether the module is just removing a journal entry, which alone may delete one that carries an
+  // intercompany row. Without a predicate nobody may.
+  void SetRemovalUnderWay(std::function<bool()> predicate);
+
+ private:
+  struct Parts;
+
+  class LoggedUnit {
+   public:
+    explicit LoggedUnit(StandaloneHost& host) noexcept : host_(host) {}
+    LoggedUnit(const LoggedUnit&) = delete;
+    LoggedUnit& operator=(const LoggedUnit&) = delete;
+    ~LoggedUnit();
+
+   private:
+    StandaloneHost& host_;
+  };
+
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace standalone

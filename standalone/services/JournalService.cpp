@@ -1,0 +1,90 @@
+#include "standalone/services/JournalService.h"
+
+#include <limits>
+#include <optional>
+
+#include "standalone/services/Guard.h"
+#include "standalone/values/Amount.h"
+#include "standalone/values/Dates.h"
+#include "standalone/values/Text.h"
+
+namespace standalone {
+
+namespace {
+
+bool TakesPostings(const AccountFacts& account) {
+  return account.id != 0 && !account.deleted && account.type != KrEnumerations::kNonPosting;
+}
+
+}  // namespace
+
+EdListStatus JournalService::CreateGeneralJournalEntry(CAccnt& first, CAccnt& second, Util::TString amount,
+                                                       JournalEntryIds& ids, std::int32_t nameId, Util::TString name) {
+  return AsEdListStatus([&] {
+    const AccountFacts& credited = accounts_.RecordOf(first.Handle());
+    const AccountFacts& debited = accounts_.RecordOf(second.Handle());
+    if (!TakesPostings(credited) || !TakesPostings(debited)) return kEdListFailure;
+    const std::optional<std::int64_t> minorUnits = ParseAmount(amount.view());
+    const std::optional<Name> booked = names_.Find(nameId);
+    if (!minorUnits || !booked) return kEdListFailure;
+    const std::string_view memo = name.empty() ? std::string_view(booked->fullName) : name.view();
+    RequireText("The name", memo, 1, kMemoLength);
+
+    const std::int32_t txnId =
+        transactions_.AddHeader({.type = kTxnTypeJournalEntry, .date = Today(), .nameId = booked->id, .memo = memo});
+    const std::optional<std::int32_t> targetId =
+        AddLines(txnId, {.accountId = debited.id, .amount = *minorUnits, .memo = memo},
+                 {.accountId = credited.id, .amount = -*minorUnits, .memo = memo});
+    if (!targetId) return TakeOut(txnId);
+    ids = {static_cast<std::uint32_t>(txnId), static_cast<std::uint32_t>(*targetId)};
+    return kEdListSuccess;
+  });
+}
+
+EdListStatus JournalService::DeleteGeneralJournalEntry(std::uint32_t txnId) {
+  return AsEdListStatus([&] {
+    if (txnId > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) return kEdListFailure;
+    const auto id = static_cast<std::int32_t>(txnId);
+    if (!MayDelete(id)) return kEdListFailure;
+    return transactions_.Delete(id) ? kEdListSuccess : kEdListFailure;
+  });
+}
+
+EdListStatus JournalService::UpdateMETransaction(std::int32_t txnId, std::int32_t viewType) {
+  return AsEdListStatus(
+      [&] { return transactions_.ConfirmByPartner(txnId, viewType) ? kEdListSuccess : kEdListFailure; });
+}
+
+// Enters the two lines as neighbours and posts the entry; returns the id of the first. None when the file refuses it.
+std::optional<std::int32_t> JournalService::AddLines(std::int32_t txnId, const NewLine& debit, const NewLine& credit) {
+  try {
+    const std::int32_t debitLine = transactions_.AddLine(txnId, debit);
+    const std::int32_t creditLine = transactions_.AddLine(txnId, credit);
+    if (creditLine != debitLine + 1) return std::nullopt;
+    transactions_.Post(txnId);
+    return debitLine;
+  } catch (const ConstraintViolation&) {
+    return std::nullopt;
+  }
+}
+
+// The unit of work is committed whatever the request answers, so nothing half-made may stay in it. A savepoint would
+// do it too, but has the engine copy each page that a booking touches.
+EdListStatus JournalService::TakeOut(std::int32_t txnId) {
+  try {
+    transactions_.Delete(txnId);
+  } catch (const ConstraintViolation&) {
+    // What cannot be taken out is not committed.
+    database_.Rollback();
+  }
+  return kEdListFailure;
+}
+
+bool JournalService::MayDelete(std::int32_t txnId) {
+  const std::optional<TransactionHeader> header = transactions_.FindHeader(txnId);
+  if (!header || header->type != kTxnTypeJournalEntry) return false;
+  if (!intercompany_.HasAnyOf(txnId)) return true;
+  return removalUnderWay_ && removalUnderWay_();
+}
+
+}  // namespace standalone

@@ -1,0 +1,23 @@
+#include "standalone/storage/sqlite/DraftFile.h"
+
+#include <random>
+#include <string>
+#include <system_error>
+
+#include "standalone/values/Text.h"
+
+namespace standalone {
+
+DraftFile::DraftFile(const std::filesystem::path& finalName, platform::MayRead mayRead)
+    : path_(WithSuffix(finalName, "." + std::to_string(std::random_device{}()) + ".new")) {
+  platform::MakeFile(path_, mayRead);
+}
+
+DraftFile::~DraftFile() {
+  std::error_code ignored;
+  for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+    std::filesystem::remove(WithSuffix(path_, suffix), ignored);
+  }
+}
+
+}  // namespace standalone

@@ -1,0 +1,11 @@
+#include "standalone/storage/sqlite/SchemaSteps.h"
+
+#include "standalone/storage/sqlite/Schema.h"
+
+namespace standalone {
+
+SchemaSpan SchemaSteps() noexcept {
+  return kSchemaSteps;
+}
+
+}  // namespace standalone

@@ -1,0 +1,246 @@
+#include "standalone/storage/sqlite/SqliteDatabase.h"
+
+#include <sqlite3.h>
+
+#include <initializer_list>
+
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace standalone {
+
+namespace {
+
+// What went wrong with the file and what to do about it; `reason` is the engine's.
+std::string ComplaintOf(const std::filesystem::path& file, int code, const std::string& reason) {
+  const std::string name = "The company file " + PathText(file);
+  switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+      return name + " is in use by another program. Try again later.";
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return name + " is damaged (" + reason + "). Restore it from a backup.";
+    case SQLITE_READONLY:
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+      return name + " cannot be worked on (" + reason +
+             "). Check that you may write it, the files beside it and its folder.";
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+      return name + " cannot be worked on (" + reason + "). Check that its disk is there and has room.";
+    case SQLITE_ERROR:
+      return name + " cannot be worked on (" + reason + "). Restore it from a backup if it is damaged.";
+    default:
+      return name + " cannot be worked on (" + reason + ").";
+  }
+}
+
+class SqliteStatement final : public PreparedStatement {
+ public:
+  explicit SqliteStatement(sqlite3_stmt* statement) noexcept : statement_(statement) {}
+  SqliteStatement(const SqliteStatement&) = delete;
+  SqliteStatement& operator=(const SqliteStatement&) = delete;
+  ~SqliteStatement() override { sqlite3_finalize(statement_); }
+
+  bool OnlyReads() const noexcept override { return sqlite3_stmt_readonly(statement_) != 0; }
+
+  bool Bind(int parameter, std::int64_t value) override {
+    return sqlite3_bind_int64(statement_, parameter, value) == SQLITE_OK;
+  }
+  bool Bind(int parameter, std::string_view value) override {
+    // An empty view may be null, which would bind NULL.
+    const char* text = value.data() != nullptr ? value.data() : "";
+    return sqlite3_bind_text64(statement_, parameter, text, value.size(), SQLITE_STATIC, SQLITE_UTF8) == SQLITE_OK;
+  }
+  bool BindNull(int parameter) override { return sqlite3_bind_null(statement_, parameter) == SQLITE_OK; }
+
+  Outcome Step() override {
+    const int code = sqlite3_step(statement_);
+    if (code == SQLITE_ROW) return Outcome::kRow;
+    return code == SQLITE_DONE ? Outcome::kDone : Outcome::kFailed;
+  }
+  void Reset() noexcept override { sqlite3_reset(statement_); }
+
+  std::int64_t Int64(int column) const override { return sqlite3_column_int64(statement_, column); }
+  std::string_view Text(int column) const override {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+    return text != nullptr ? std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column)))
+                           : std::string_view();
+  }
+
+ private:
+  sqlite3_stmt* statement_;
+};
+
+}  // namespace
+
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout)
+    : Database(file) {
+  const int code = sqlite3_open_v2(PathText(file).c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+                                   /*zVfs=*/nullptr);
+  if (code != SQLITE_OK) {
+    const std::string reason = handle_ != nullptr ? sqlite3_errmsg(handle_) : "out of memory";
+    sqlite3_close(handle_);
+    throw CompanyFileError("The company file " + PathText(file) + " cannot be opened (" + reason +
+                           "). Check that it exists and that you may read and write it.");
+  }
+  if (sqlite3_db_readonly(handle_, "main") != 0) {
+    sqlite3_close(handle_);
+    throw CompanyFileError("The company file " + PathText(file) +
+                           " is write-protected. Give yourself the right to write it.");
+  }
+  sqlite3_extended_result_codes(handle_, 1);
+  sqlite3_busy_timeout(handle_, static_cast<int>(busyTimeout.count()));
+}
+
+SqliteDatabase SqliteDatabase::InMemory() {
+  return {":memory:", std::chrono::milliseconds::zero()};
+}
+
+SqliteDatabase::~SqliteDatabase() {
+  for (sqlite3_stmt* const statement : {beginReading_, beginWriting_, commit_, othersVersion_}) {
+    sqlite3_finalize(statement);
+  }
+  sqlite3_close_v2(handle_);
+}
+
+void SqliteDatabase::Execute(const char* sql) {
+  ForgetWhatWasRead();
+  const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) ThrowFailed(code);
+}
+
+std::int64_t SqliteDatabase::QueryNumber(const char* sql) {
+  const std::string text = QueryText(sql);
+  return text.empty() ? 0 : std::stoll(text);
+}
+
+std::string SqliteDatabase::QueryText(const char* sql) {
+  const std::unique_ptr<PreparedStatement> statement = Prepare(sql);
+  if (statement == nullptr) Fail(WhyFailed());
+  Rows rows(*this, *statement);
+  return rows.Step() ? std::string(rows.Text(0)) : std::string();
+}
+
+void SqliteDatabase::ForEachRow(const char* sql, const std::function<void(const Rows& row)>& take) {
+  const std::unique_ptr<PreparedStatement> statement = Prepare(sql);
+  if (statement == nullptr) Fail(WhyFailed());
+  for (Rows rows(*this, *statement); rows.Step();) take(rows);
+}
+
+bool SqliteDatabase::Accepts(const char* sql) {
+  ForgetWhatWasRead();
+  const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
+  const int primary = code & 0xFF;
+  if (primary == SQLITE_ERROR || primary == SQLITE_CONSTRAINT) return false;
+  if (code != SQLITE_OK) ThrowFailed(code);
+  return true;
+}
+
+void SqliteDatabase::AllowCheckpointOnClose(bool allowed) {
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, allowed ? 0 : 1, nullptr);
+}
+
+void SqliteDatabase::CopyInto(const std::filesystem::path& file) {
+  SqliteDatabase copy(file, std::chrono::milliseconds::zero());
+  sqlite3_backup* const backup = sqlite3_backup_init(copy.handle_, "main", handle_, "main");
+  if (backup == nullptr) copy.ThrowFailed(sqlite3_extended_errcode(copy.handle_));
+  constexpr int kAllPages = -1;
+  const int code = sqlite3_backup_step(backup, kAllPages);
+  sqlite3_backup_finish(backup);
+  if (code != SQLITE_DONE) copy.ThrowFailed(code);
+}
+
+std::int64_t SqliteDatabase::LastInsertedId() const noexcept {
+  return sqlite3_last_insert_rowid(handle_);
+}
+
+std::int64_t SqliteDatabase::ChangedRows() const noexcept {
+  return sqlite3_changes64(handle_);
+}
+
+bool SqliteDatabase::BeginTransaction(Access access) {
+  return access == Access::kWrite ? RunKept(beginWriting_, "BEGIN IMMEDIATE") : RunKept(beginReading_, "BEGIN");
+}
+
+bool SqliteDatabase::CommitTransaction() {
+  return RunKept(commit_, "COMMIT");
+}
+
+void SqliteDatabase::RollBackTransaction() noexcept {
+  if (HasTransaction()) sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+bool SqliteDatabase::HasTransaction() const noexcept {
+  return sqlite3_get_autocommit(handle_) == 0;
+}
+
+std::unique_ptr<PreparedStatement> SqliteDatabase::Prepare(const char* sql) {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, /*pzTail=*/nullptr);
+  return code == SQLITE_OK ? std::make_unique<SqliteStatement>(statement) : nullptr;
+}
+
+bool SqliteDatabase::ReadOthersVersion(std::int64_t& version) {
+  if (othersVersion_ == nullptr &&
+      sqlite3_prepare_v3(handle_, "PRAGMA data_version", -1, SQLITE_PREPARE_PERSISTENT, &othersVersion_,
+                         /*pzTail=*/nullptr) != SQLITE_OK) {
+    return false;
+  }
+  sqlite3_step(othersVersion_);
+  version = sqlite3_column_int64(othersVersion_, 0);
+  return sqlite3_reset(othersVersion_) == SQLITE_OK;
+}
+
+// The rules of another version are not this program's.
+std::string SqliteDatabase::WhyOthersStopThis() {
+  if (version_ == 0) return {};
+  const std::int64_t version = QueryNumber("PRAGMA user_version");
+  if (version == version_) return {};
+  return "another program has brought it to schema version " + std::to_string(version) + "; open it again";
+}
+
+// Runs a statement that is prepared at its first use and kept.
+bool SqliteDatabase::RunKept(sqlite3_stmt*& statement, const char* sql) noexcept {
+  if (statement == nullptr &&
+      sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, /*pzTail=*/nullptr) != SQLITE_OK) {
+    return false;
+  }
+  sqlite3_step(statement);
+  return sqlite3_reset(statement) == SQLITE_OK;
+}
+
+Database::Failure SqliteDatabase::WhyFailed() const {
+  return FailureOf(sqlite3_extended_errcode(handle_));
+}
+
+void SqliteDatabase::ThrowFailed(int code) {
+  Fail(FailureOf(code));
+}
+
+Database::Failure SqliteDatabase::FailureOf(int code) const {
+  Failure failure;
+  switch (code & 0xFF) {
+    case SQLITE_CONSTRAINT:
+      failure.kind = Failure::Kind::kConstraint;
+      break;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+      failure.kind = Failure::Kind::kInUse;
+      break;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      failure.kind = Failure::Kind::kDamaged;
+      break;
+    default:
+      break;
+  }
+  failure.reason = sqlite3_errmsg(handle_);
+  failure.complaint = ComplaintOf(Name(), code, failure.reason);
+  return failure;
+}
+
+}  // namespace standalone

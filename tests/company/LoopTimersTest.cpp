@@ -1,0 +1,92 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <vector>
+
+#include "tests/company/CompanyFixture.h"
+#include "tests/company/LoopTimers.h"
+
+namespace standalone {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+
+// A timer's procedure has no room for anything of its own.
+std::vector<TimerId> fired;
+std::function<void(TimerId)> onFire = [](TimerId) {
+};
+
+void Record(HWND__* window, std::uint32_t message, TimerId timer, std::uint32_t /*ticks*/) {
+  EXPECT_EQ(window, nullptr);
+  EXPECT_EQ(message, 0x0113U);
+  fired.push_back(timer);
+  onFire(timer);
+}
+
+// A host by the clock of the machine.
+class LoopTimers : public CompanyFixture {
+ protected:
+  StandaloneHost host_{path_};
+  Platform& timers_ = TimersOf(host_);
+};
+
+TEST_F(LoopTimers, FireInTheOrderOfTheirTimes) {
+  const TimerId late = timers_.SetTimer(0, 90, &Record);
+  const TimerId early = timers_.SetTimer(0, 50, &Record);
+  onFire = [&](TimerId timer) {
+    if (timer == late) host_.Loop().Quit();
+  };
+
+  host_.Loop().Run();
+
+  EXPECT_THAT(fired, ElementsAre(early, late));
+}
+
+TEST_F(LoopTimers, FireUntilTheyAreKilled) {
+  const TimerId timer = timers_.SetTimer(0, 10, &Record);
+  TimerId last = 0;
+  onFire = [&](TimerId id) {
+    if (id == last) host_.Loop().Quit();
+    if (fired.size() != 3) return;
+    timers_.KillTimer(timer);
+    last = timers_.SetTimer(0, 100, &Record);
+  };
+
+  host_.Loop().Run();
+
+  EXPECT_THAT(fired, ElementsAre(timer, timer, timer, last));
+}
+
+TEST_F(LoopTimers, FireInAUnitOfWork) {
+  timers_.SetTimer(0, 10, &Record);
+  bool wasInUnit = false;
+  onFire = [&](TimerId) {
+    wasInUnit = host_.Data().InUnit();
+    host_.Loop().Quit();
+  };
+
+  host_.Loop().Run();
+
+  EXPECT_TRUE(wasInUnit);
+  EXPECT_FALSE(host_.Data().InUnit());
+}
+
+TEST_F(LoopTimers, FireByTheClockOfTheMachine) {
+  onFire = [&](TimerId timer) {
+    timers_.KillTimer(timer);
+    host_.Loop().Quit();
+  };
+  const auto armed = std::chrono::steady_clock::now();
+  timers_.SetTimer(0, 30, &Record);
+
+  host_.Loop().Run();
+
+  EXPECT_GE(std::chrono::steady_clock::now() - armed, milliseconds(30));
+  EXPECT_EQ(fired.size(), 1U);
+}
+
+}  // namespace
+}  // namespace standalone

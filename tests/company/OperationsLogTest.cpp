@@ -1,0 +1,288 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <thread>
+
+#include "standalone/company/LogReader.h"
+#include "standalone/company/OperationsLog.h"
+#include "tests/company/CompanyFixture.h"
+
+namespace standalone {
+namespace {
+
+using testing::ElementsAre;
+using testing::Field;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
+
+class TheOperationsLog : public testing::Test {
+ protected:
+  static void Write(OperationsLog& log, std::string_view message, Util::Ops::Level level = Util::Ops::Level::kTrace) {
+    log.Write({.level = level,
+               .eventType = Util::Ops::EventType::kFlow,
+               .sourceFile = "Src/MultiEntityDriver",
+               .sourceLine = 42,
+               .shortName = "MultiEntityDriver::GetRelation",
+               .signature = "static MEStatusCode MultiEntityDriver::GetRelation(Util::TString)",
+               .message = message});
+  }
+
+  std::filesystem::path NewCompanyFile() const {
+    const std::filesystem::path company = folder_ / "birch.company";
+    NewCompany values;
+    values.name = "Birch";
+    CompanyFile::Create(company, values);
+    return company;
+  }
+
+  static auto Message(const char* text) { return Field(&LogLine::message, text); }
+
+  TemporaryFolder folder_;
+  const std::filesystem::path path_ = folder_ / "birch.company.log";
+  LogReader reader_{path_};
+};
+
+TEST_F(TheOperationsLog, LeavesOutWhatIsBelowItsLeastLevel) {
+  OperationsLog log(path_, "clerk", {.least = Util::Ops::Level::kWarning});
+  EXPECT_FALSE(log.Wants(Util::Ops::Level::kNotice));
+  EXPECT_TRUE(log.Wants(Util::Ops::Level::kWarning));
+
+  Write(log, "a note");
+  Write(log, "a warning", Util::Ops::Level::kWarning);
+  log.Flush();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("a warning")));
+}
+
+TEST_F(TheOperationsLog, IsObservedAsAWholeWhateverItsLeastLevel) {
+  OperationsLog log(path_, "clerk", {.least = Util::Ops::Level::kWarning});
+  std::vector<std::string> observed;
+  log.SetObserver([&](const Util::Ops::Line& line) { observed.emplace_back(line.message); });
+  EXPECT_TRUE(log.Wants(Util::Ops::Level::kTrace));
+
+  Write(log, "a note");
+  log.Flush();
+
+  EXPECT_THAT(observed, ElementsAre("a note"));
+  EXPECT_THAT(reader_.LastLines(10), IsEmpty());
+}
+
+TEST_F(TheOperationsLog, GivesEveryColumnBackAsItWasWritten) {
+  OperationsLog log(path_, "clerk");
+  Write(log, "MULTIENTITY::Entering GetRelation", Util::Ops::Level::kWarning);
+  log.Flush();
+
+  const std::vector<LogLine> lines = reader_.LastLines(10);
+
+  ASSERT_THAT(lines, SizeIs(1));
+  EXPECT_THAT(lines[0].time, MatchesRegex("....-..-..T..:..:..\\....Z"));
+  EXPECT_EQ(lines[0].user, "clerk");
+  EXPECT_EQ(lines[0].level, 3);
+  EXPECT_EQ(lines[0].eventType, 6);
+  EXPECT_EQ(lines[0].sourceFile, "Src/MultiEntityDriver");
+  EXPECT_EQ(lines[0].sourceLine, 42);
+  EXPECT_EQ(lines[0].shortName, "MultiEntityDriver::GetRelation");
+  EXPECT_EQ(lines[0].signature, "static MEStatusCode MultiEntityDriver::GetRelation(Util::TString)");
+  EXPECT_EQ(lines[0].message, "MULTIENTITY::Entering GetRelation");
+}
+
+TEST_F(TheOperationsLog, KeepsALineThatHoldsLineBreaksTabsAndOtherControlCharactersOneLine) {
+  const std::string message = "a\tb\nc\rd\\e\\n\x01\x7F \xC3\xBC trailing ";
+  OperationsLog log(path_, "o\tk");
+  Write(log, message);
+  Write(log, "next");
+  log.Flush();
+
+  const std::vector<LogLine> lines = reader_.LastLines(10);
+
+  ASSERT_THAT(lines, SizeIs(2));
+  EXPECT_EQ(lines[0].message, message);
+  EXPECT_EQ(lines[0].user, "o\tk");
+  EXPECT_EQ(lines[1].message, "next");
+}
+
+TEST_F(TheOperationsLog, HoldsLinesBackUntilItIsFlushed) {
+  OperationsLog log(path_, "clerk");
+
+  Write(log, "one");
+  EXPECT_THAT(reader_.LastLines(10), IsEmpty());
+  log.Flush();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, WritesWhatHasComeTogether) {
+  const std::string filler(15'000, 'x');
+  OperationsLog log(path_, "clerk");
+
+  for (int line = 0; line < 3; ++line) Write(log, filler);
+
+  EXPECT_THAT(reader_.LastLines(10), SizeIs(2));
+}
+
+TEST_F(TheOperationsLog, WritesAnErrorAtOnceWithTheLinesBeforeIt) {
+  OperationsLog log(path_, "clerk");
+
+  Write(log, "one");
+  Write(log, "error", Util::Ops::Level::kError);
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one"), Message("error")));
+}
+
+TEST_F(TheOperationsLog, WritesWhatIsLeftWhenItIsClosed) {
+  {
+    Write(*std::make_unique<OperationsLog>(path_, "clerk"), "one");
+  }
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, IsContinuedByTheNextProgram) {
+  {
+    Write(*std::make_unique<OperationsLog>(path_, "clerk"), "one");
+  }
+  {
+    Write(*std::make_unique<OperationsLog>(path_, "clerk"), "two");
+  }
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one"), Message("two")));
+  EXPECT_THAT(reader_.LastLines(1), ElementsAre(Message("two")));
+  EXPECT_THAT(reader_.LastLines(0), IsEmpty());
+}
+
+TEST_F(TheOperationsLog, ShowsTheLinesSinceAPosition) {
+  OperationsLog log(path_, "clerk");
+  Write(log, "one");
+  log.Flush();
+  const LogPosition position = reader_.End();
+  Write(log, "two");
+  log.Flush();
+
+  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message("two")));
+  EXPECT_THAT(reader_.LinesSince(reader_.End()), IsEmpty());
+}
+
+TEST_F(TheOperationsLog, ShowsAllLinesSinceATimeWithoutLog) {
+  const LogPosition position = reader_.End();
+  OperationsLog log(path_, "clerk");
+  Write(log, "one");
+  log.Flush();
+
+  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, IsRotatedAndReadAcrossItsFiles) {
+  OperationsLog log(path_, "clerk", {.fileBytes = 1000, .olderFiles = 3});
+  Write(log, "one");
+  log.Flush();
+  const LogPosition position = reader_.End();
+  const std::string filler(600, 'x');
+  Write(log, filler);
+  log.Flush();
+  Write(log, "three");
+  log.Flush();
+  Write(log, "four");
+  log.Flush();
+
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "birch.company.1.log"));
+  EXPECT_THAT(reader_.LastLines(3), ElementsAre(Message(filler.c_str()), Message("three"), Message("four")));
+  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message(filler.c_str()), Message("three"), Message("four")));
+}
+
+TEST_F(TheOperationsLog, PassesOverTextsThatAreNoLinesOfIt) {
+  WriteFile(path_, "garbage\n\t\t\t\nx\ty\tz\n");
+  OperationsLog log(path_, "clerk");
+  Write(log, "one");
+  log.Flush();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("one")));
+}
+
+TEST_F(TheOperationsLog, ThatCannotBeWrittenIsGivenUpSilently) {
+  std::filesystem::create_directory(path_);
+
+  OperationsLog log(path_, "clerk");
+  Write(log, "one", Util::Ops::Level::kError);
+  log.Flush();
+
+  EXPECT_FALSE(log.Wants(Util::Ops::Level::kError));
+}
+
+TEST_F(TheOperationsLog, KeepsTheLinesOfAUnitThatWasUndone) {
+  StandaloneHost host(NewCompanyFile());
+
+  EXPECT_THROW(host.Request(Access::kWrite,
+                            [&] {
+                              Write(host.Log(), "tried");
+                              throw std::runtime_error("no");
+                            }),
+               std::runtime_error);
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("tried")));
+}
+
+TEST_F(TheOperationsLog, HasTheLinesOfAUnitWhenTheUnitEnds) {
+  StandaloneHost host(NewCompanyFile());
+
+  host.Request(Access::kRead, [&] { Write(host.Log(), "read"); });
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("read")));
+}
+
+TEST_F(TheOperationsLog, IsWrittenTogetherWhereUnitsFollowEachOtherQuickly) {
+  constexpr std::size_t kUnits = 2000;
+  OperationsLog log(path_, "clerk");
+  std::set<std::uintmax_t> sizes;
+  for (std::size_t unit = 0; unit < kUnits; ++unit) {
+    Write(log, "one");
+    log.EndUnit();
+    sizes.insert(std::filesystem::file_size(path_));
+  }
+  log.Flush();
+
+  EXPECT_LT(sizes.size(), kUnits / 2);
+  EXPECT_THAT(reader_.LastLines(2 * kUnits), SizeIs(kUnits));
+}
+
+TEST_F(TheOperationsLog, HasAllLinesOfALoneUnitAlsoAfterAnError) {
+  OperationsLog log(path_, "clerk");
+  Write(log, "error", Util::Ops::Level::kError);
+  Write(log, "after it");
+
+  log.EndUnit();
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("error"), Message("after it")));
+}
+
+TEST_F(TheOperationsLog, HasAllLinesWhenTheHostIsGone) {
+  {
+    StandaloneHost host(NewCompanyFile());
+    host.Request(Access::kRead, [&] { Write(host.Log(), "first"); });
+    host.Request(Access::kRead, [&] { Write(host.Log(), "second"); });
+  }
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("first"), Message("second")));
+}
+
+TEST_F(TheOperationsLog, StaysWholeWhenTwoProgramsWriteIt) {
+#ifdef _WIN32
+  GTEST_SKIP() << "Windows does not append in one step, so lines may be lost when two programs write at once";
+#endif
+  const auto write = [this](const char* user) {
+    OperationsLog log(path_, user);
+    for (std::size_t line = 0; line < 2000; ++line) {
+      Write(log, std::string(100 + line % 900, 'x'));
+      if (line % 70 == 0) log.Flush();
+    }
+  };
+  std::thread other(write, "second");
+  write("first");
+  other.join();
+
+  EXPECT_THAT(reader_.LastLines(10'000), SizeIs(4000));
+}
+
+}  // namespace
+}  // namespace standalone

@@ -1,0 +1,184 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "standalone/values/AccountTypes.h"
+#include "standalone/values/Amount.h"
+#include "standalone/values/Dates.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/ListNames.h"
+#include "standalone/values/Text.h"
+#include "tests/support/Thrown.h"
+
+namespace standalone {
+namespace {
+
+using testing::Eq;
+using testing::HasSubstr;
+using testing::Optional;
+
+TEST(Amount, IsReadWithSignSeparatorsAndUpToTwoDecimals) {
+  EXPECT_THAT(ParseAmount("0"), Optional(0));
+  EXPECT_THAT(ParseAmount("12"), Optional(1200));
+  EXPECT_THAT(ParseAmount("12.5"), Optional(1250));
+  EXPECT_THAT(ParseAmount("12.05"), Optional(1205));
+  EXPECT_THAT(ParseAmount("+12.05"), Optional(1205));
+  EXPECT_THAT(ParseAmount("-12.05"), Optional(-1205));
+  EXPECT_THAT(ParseAmount("1,234"), Optional(123400));
+  EXPECT_THAT(ParseAmount("12,345,678.90"), Optional(1234567890));
+  EXPECT_THAT(ParseAmount("1234567.89"), Optional(123456789));
+}
+
+TEST(Amount, IsRefusedInEveryOtherForm) {
+  EXPECT_THAT(ParseAmount(""), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("-"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("--1"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("+-1"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount(" 1"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1 "), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1."), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount(".5"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1.234"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1.2.3"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1e5"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("0x10"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("$5"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("(5)"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount(std::string_view("5\0", 2)), Eq(std::nullopt));
+}
+
+TEST(Amount, IsRefusedWithSeparatorsInTheWrongPlaces) {
+  EXPECT_THAT(ParseAmount(",123"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,23"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,2345"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1234,567"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,234567"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,,234"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,234,"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1.23,4"), Eq(std::nullopt));
+}
+
+TEST(Amount, IsRefusedBeyondItsRange) {
+  EXPECT_THAT(ParseAmount("99,999,999,999.99"), Optional(kLargestAmount));
+  EXPECT_THAT(ParseAmount("-99,999,999,999.99"), Optional(-kLargestAmount));
+  EXPECT_THAT(ParseAmount("100,000,000,000.00"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("99999999999999999999999999999999"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("00000000000000000000000000000001"), Optional(100));
+}
+
+TEST(Amount, IsAddedUpToWhatCanBeCounted) {
+  EXPECT_THAT(AddAmounts(INT64_MAX - kLargestAmount, kLargestAmount), Optional(INT64_MAX));
+  EXPECT_THAT(AddAmounts(INT64_MAX - kLargestAmount + 1, kLargestAmount), Eq(std::nullopt));
+  EXPECT_THAT(AddAmounts(INT64_MAX, -kLargestAmount), Optional(INT64_MAX - kLargestAmount));
+  EXPECT_THAT(AddAmounts(INT64_MIN + kLargestAmount, -kLargestAmount), Optional(INT64_MIN));
+  EXPECT_THAT(AddAmounts(INT64_MIN + kLargestAmount - 1, -kLargestAmount), Eq(std::nullopt));
+  EXPECT_THAT(AddAmounts(INT64_MIN, kLargestAmount), Optional(INT64_MIN + kLargestAmount));
+  EXPECT_THAT(AddAmounts(-5, 3), Optional(-2));
+}
+
+TEST(Amount, IsShownForEveryNumber) {
+  EXPECT_EQ(FormatAmount(0), "0.00");
+  EXPECT_EQ(FormatAmount(-1), "-0.01");
+  EXPECT_EQ(FormatAmount(99999), "999.99");
+  EXPECT_EQ(FormatAmount(100000), "1,000.00");
+  EXPECT_EQ(FormatAmount(INT64_MAX), "92,233,720,368,547,758.07");
+  EXPECT_EQ(FormatAmount(INT64_MIN), "-92,233,720,368,547,758.08");
+}
+
+TEST(Date, IsReadAndShownAsYearMonthDay) {
+  EXPECT_EQ(ParseDate("The date", "2024-02-29"), DateType32(2024, 2, 29));
+  EXPECT_EQ(FormatIsoDate(DateType32(2024, 2, 29)), "2024-02-29");
+  EXPECT_EQ(FormatIsoDate(DateType32(5, 1, 2)), "0005-01-02");
+  EXPECT_EQ(FormatIsoDate(NullDate()), "");
+}
+
+TEST(Date, IsRefusedWhenItIsNoDayOfTheCalendar) {
+  EXPECT_THAT(MessageOf<InvalidInput>([] { ParseDate("The date", "2023-02-29"); }),
+              AllOf(HasSubstr("\"2023-02-29\""), HasSubstr("YYYY-MM-DD")));
+  EXPECT_THROW(ParseDate("The date", "2023-13-01"), InvalidInput);
+  EXPECT_THROW(ParseDate("The date", "2023-00-01"), InvalidInput);
+  EXPECT_THROW(ParseDate("The date", "23-01-01"), InvalidInput);
+  EXPECT_THROW(ParseDate("The date", "2023/01/01"), InvalidInput);
+  EXPECT_THROW(ParseDate("The date", "0000-01-01"), InvalidInput);
+  EXPECT_THROW(ParseDate("The date", "2023-01-01 "), InvalidInput);
+  EXPECT_THROW(ParseDate("The date", ""), InvalidInput);
+}
+
+TEST(Date, OfTodayIsValid) {
+  EXPECT_TRUE(Today().ValidDate());
+}
+
+TEST(InputText, IsUtf8) {
+  EXPECT_TRUE(IsUtf8("plain"));
+  EXPECT_TRUE(
+      IsUtf8("B\xC3\xBC"
+             "cher"));
+  EXPECT_TRUE(IsUtf8("\xE2\x82\xAC"));
+  EXPECT_TRUE(IsUtf8("\xF0\x9F\x98\x80"));
+  EXPECT_FALSE(IsUtf8("\xFF"));
+  EXPECT_FALSE(IsUtf8("\xC3"));
+  EXPECT_FALSE(IsUtf8("\xC0\x80"));
+  EXPECT_FALSE(IsUtf8("\xE0\x80\x80"));
+  EXPECT_FALSE(IsUtf8("\xED\xA0\x80"));
+  EXPECT_FALSE(IsUtf8("\xF4\x90\x80\x80"));
+  EXPECT_FALSE(IsUtf8("\xE2\x82"));
+}
+
+TEST(InputText, OfALimitedFieldIsCountedInBytes) {
+  EXPECT_EQ(RequireRealmId("1234567890123456789"), "1234567890123456789");
+  EXPECT_THROW(RequireRealmId("12345678901234567890"), InvalidInput);
+  EXPECT_THROW(RequireRealmId(""), InvalidInput);
+  EXPECT_NO_THROW(RequirePartnerName(std::string(59, 'p')));
+  EXPECT_THROW(RequirePartnerName(std::string(60, 'p')), InvalidInput);
+  EXPECT_NO_THROW(RequireRequestId(std::string(36, 'q')));
+  EXPECT_THROW(RequireRequestId(std::string(37, 'q')), InvalidInput);
+  EXPECT_THROW(RequireRealmId("\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC"),
+               InvalidInput);
+}
+
+TEST(InputText, IsRefusedWithTheValueAndWhatWouldBeRight) {
+  EXPECT_EQ(MessageOf<InvalidInput>([] { RequireRealmId("12345678901234567890"); }),
+            "The realm id \"12345678901234567890\" is too long with 20 bytes; 19 are the most.");
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequireRealmId("a\tb"); }), HasSubstr("\"a\\x09b\""));
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequireRealmId(std::string_view("a\0b", 3)); }),
+              HasSubstr("control character"));
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequireRealmId("a\xFF"); }), HasSubstr("\"a\\xFF\" is not UTF-8"));
+}
+
+TEST(RecordNumber, IsATextOfDigitsInItsRange) {
+  EXPECT_THAT(ParseRecordNumber("1"), Optional(1));
+  EXPECT_THAT(ParseRecordNumber("2147483646"), Optional(2147483646));
+  EXPECT_THAT(ParseRecordNumber("2147483647"), Eq(std::nullopt));
+  EXPECT_THAT(ParseRecordNumber("0"), Eq(std::nullopt));
+  EXPECT_THAT(ParseRecordNumber("-1"), Eq(std::nullopt));
+  EXPECT_THAT(ParseRecordNumber("1a"), Eq(std::nullopt));
+  EXPECT_THAT(ParseRecordNumber(""), Eq(std::nullopt));
+}
+
+TEST(FullName, LosesTheBlanksAroundItsParts) {
+  EXPECT_EQ(NormalizedFullName("The name", " Utilities :  Water "), "Utilities:Water");
+  EXPECT_EQ(LastPart("Utilities:Water:Well"), "Well");
+  EXPECT_EQ(ParentPart("Utilities:Water:Well"), "Utilities:Water");
+  EXPECT_EQ(ParentPart("Utilities"), "");
+}
+
+TEST(FullName, HasATextInEachOfItsParts) {
+  EXPECT_THROW(NormalizedFullName("The name", "Utilities:"), InvalidInput);
+  EXPECT_THROW(NormalizedFullName("The name", ":Water"), InvalidInput);
+  EXPECT_THROW(NormalizedFullName("The name", "A: :B"), InvalidInput);
+  EXPECT_THROW(NormalizedFullName("The name", std::string(kListNameLength + 1, 'n')), InvalidInput);
+}
+
+TEST(AccountType, HasANameThatIsReadBack) {
+  EXPECT_EQ(AccountTypeName(0), "Bank");
+  EXPECT_EQ(AccountTypeName(15), "Non-Posting");
+  EXPECT_EQ(AccountTypeName(16), "Type 16");
+  EXPECT_EQ(ParseAccountType("cost of goods sold"), KrEnumerations::kCostOfGoodsSold);
+  EXPECT_EQ(ParseAccountType("17"), 17);
+  EXPECT_THAT(MessageOf<InvalidInput>([] { ParseAccountType("Banque"); }),
+              AllOf(HasSubstr("\"Banque\""), HasSubstr("Accounts Receivable")));
+  EXPECT_THROW(ParseAccountType("-1"), InvalidInput);
+  EXPECT_THROW(ParseAccountType("32768"), InvalidInput);
+}
+
+}  // namespace
+}  // namespace standalone

@@ -10,7 +10,7 @@ class Win32Platform final : public Platform {
   void GetLocalTime(_SYSTEMTIME& now) override { ::GetLocalTime(&now); }
 
   TimerId SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) override {
-    return ::SetTimer(nullptr, timer, milliseconds, reinterpret_cast<TIMERPROC>(procedure));
+    return ::SetTimer(nullptr, timer, milliseconds, procedure);
   }
   void KillTimer(TimerId timer) noexcept override { ::KillTimer(nullptr, timer); }
 

@@ -10,7 +10,7 @@ namespace {
 // What the Windows headers call WM_TIMER.
 constexpr std::uint32_t kTimerMessage = 0x0113;
 
-std::uint32_t Ticks(LoopClock::TimePoint now) {
+unsigned long Ticks(LoopClock::TimePoint now) {
   return static_cast<std::uint32_t>(
       std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count());
 }

@@ -15,7 +15,8 @@ class MultiEntityDBManager {
   // Fills `row` with the relation to that partner. Fails when there is none.
   virtual Util::Status GetRelation(Util::TString realmId, DBMultiEntityRelation& row) = 0;
   virtual Util::Status GetRelationById(long relationId, DBMultiEntityRelation& row) = 0;
-  // Puts every relation into `rows`, in an order that does not change while the table does not.
+  // Puts every relation into `rows`, in an order that does not change while the table does not. What it has put there
+  // when it fails stays, and the listing of a period goes on with it.
   virtual Util::Status GetAllRelations(std::vector<DBMultiEntityRelation>& rows) = 0;
 
   // Inserts `row` and assigns its relationId and the store's own columns. Fails when the partner already has a

@@ -8,11 +8,11 @@
 struct _SYSTEMTIME;
 struct HWND__;
 
-// Names an armed timer; 0 is none.
+// Names an armed timer; 0 is none. The module keeps it in 32 bits.
 using TimerId = std::uintptr_t;
 
-// A timer's procedure. The window is always null; the ticks are the platform's.
-using TimerProcedure = void (*)(HWND__* window, std::uint32_t message, TimerId timer, std::uint32_t ticks);
+// A timer's procedure, as Windows calls it. The window is always null; the ticks are the platform's.
+using TimerProcedure = void (*)(HWND__* window, std::uint32_t message, TimerId timer, unsigned long ticks);
 
 // An entry of a loaded library; it is cast to its real type before it is called.
 using LibraryEntry = void (*)();

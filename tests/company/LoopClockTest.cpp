@@ -19,7 +19,7 @@ std::vector<TimerId> fired;
 std::function<void(TimerId)> onFire = [](TimerId) {
 };
 
-void Record(HWND__* /*window*/, std::uint32_t /*message*/, TimerId timer, std::uint32_t /*ticks*/) {
+void Record(HWND__* /*window*/, std::uint32_t /*message*/, TimerId timer, unsigned long /*ticks*/) {
   fired.push_back(timer);
   onFire(timer);
 }

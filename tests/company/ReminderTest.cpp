@@ -73,7 +73,7 @@ class TheReminder : public CompanyFixture {
   void CloseAndWaitLongerThanTheReminder() {
     closed = &*host_;
     host_->App().Close();
-    TimersOf(*host_).SetTimer(0, 1500, [](HWND__*, std::uint32_t, TimerId, std::uint32_t) { closed->Loop().Quit(); });
+    TimersOf(*host_).SetTimer(0, 1500, [](HWND__*, std::uint32_t, TimerId, unsigned long) { closed->Loop().Quit(); });
   }
 
   void RunOpenCompany() {

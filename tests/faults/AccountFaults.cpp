@@ -67,7 +67,11 @@ std::vector<Scenario> AccountScenarios() {
          CAccnt account(company.host.chart, 15, kFeatureTypeStandard);
          return Text(MultiEntityDriver::IsCOAValidForMultiEntity(&account));
        },
-       UsableAccounts() + Table{{"IsFeatureEnabled(MultiEntityAccounts, Expense)", Ends("false"), Passes()}}},
+       Table{{"OpenAccount", NoSuchFailure(), Passes()},
+             {"GetType", NoSuchFailure(), Ends("false")},
+             {"GetIsSubAccnt", GoesOn(), Ends("false")},
+             {"IsSpecial", GoesOn(), Ends("false")},
+             {"IsFeatureEnabled(MultiEntityAccounts, Expense)", Ends("false"), Ends("false")}}},
   };
 }
 

@@ -1,6 +1,6 @@
 #include "faults/Scenario.h"
 
-// The gates never throw: what the host cannot answer is refused, and switches that cannot be read leave the feature on.
+// A right or a type for which the host cannot answer is refused; switches that cannot be read leave the feature on.
 
 namespace faults {
 

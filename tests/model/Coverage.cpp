@@ -47,7 +47,7 @@ constexpr std::array<Expectation, kOperationKinds> kExpectations{{
     {Kind::kGetRelationById, "GetRelationById", "1,2,8,throws"},
     {Kind::kGetRelationsList, "GetRelationsList", "1,2,8,throws"},
     {Kind::kGetRelationRealmIdList, "GetRelationRealmIdList", "1,2,8,throws"},
-    {Kind::kIsCOAValidForMultiEntity, "IsCOAValidForMultiEntity", "true,false,throws"},
+    {Kind::kIsCOAValidForMultiEntity, "IsCOAValidForMultiEntity", "true,false"},
     {Kind::kGetAccountsList, "GetAccountsList", "1,2,8,14"},
     {Kind::kGetAccountListByType, "GetAccountListByType", "1,2,throws"},
     {Kind::kRecordGeneralJournalEntry, "RecordGeneralJournalEntry", "0,1,3,5,6,12,14,16,17,18"},

@@ -271,7 +271,11 @@ bool Model::EligibleOnceRead(long recnum) {
 }
 
 bool Model::IsCOAValidForMultiEntity(std::optional<long> recnum) {
-  return recnum.has_value() && EligibleOnceRead(*recnum);
+  try {
+    return recnum.has_value() && EligibleOnceRead(*recnum);
+  } catch (...) {
+    return false;
+  }
 }
 
 MEStatusCode Model::GetAccountsList(std::unordered_map<long, std::pair<std::string, std::string>>& accounts,

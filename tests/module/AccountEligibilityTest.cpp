@@ -96,6 +96,22 @@ TEST_F(Account, OfATypeAboveFifteenPassesTheTestOfTypesButHasNoSwitch) {
   EXPECT_THAT(host.Calls(), InOrder("GetType(11)", "GetIsSubAccnt(11)", "IsSpecial(11, 5)", "ReleaseAccount(11)"));
 }
 
+TEST_F(Account, WhoseSwitchCannotBeReadIsNotEligible) {
+  account.type = KrEnumerations::kIncome;
+  host.ThrowAtNth("IsFeatureEnabled", 1, std::runtime_error("the switches cannot be reached"));
+
+  EXPECT_FALSE(IsEligible());
+
+  EXPECT_THAT(host.Calls(), InOrder("GetType(11)", "GetIsSubAccnt(11)", "IsSpecial(11, 5)",
+                                    "IsFeatureEnabled(MultiEntityAccounts, Income)", "ReleaseAccount(11)"));
+  EXPECT_THAT(host.Lines(), IsEmpty());
+}
+
+TEST_F(Account, ThatTheHostCannotReadIsNotEligible) {
+  host.ThrowAtNth("GetType", 1, std::runtime_error("the list is gone"));
+  EXPECT_FALSE(IsEligible());
+}
+
 class EligibleType : public Account, public testing::WithParamInterface<std::int16_t> {};
 
 TEST_P(EligibleType, IsEligible) {

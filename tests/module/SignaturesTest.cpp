@@ -397,7 +397,7 @@ TEST_F(LinesOf, OnTimerElapsed) {
 
   ExpectAllFrom(
       kScheduler, "MESchedulerUtil::OnTimerElapsed",
-      "void __cdecl MESchedulerUtil::OnTimerElapsed(struct HWND__ *,unsigned int,unsigned __int64,unsigned int)");
+      "void __cdecl MESchedulerUtil::OnTimerElapsed(struct HWND__ *,unsigned int,unsigned __int64,unsigned long)");
 }
 
 TEST_F(LinesOf, TheSchedulersMessage) {

@@ -20,7 +20,7 @@ std::vector<TimerId> fired;
 std::function<void(TimerId)> onFire = [](TimerId) {
 };
 
-void Record(HWND__* window, std::uint32_t message, TimerId timer, std::uint32_t /*ticks*/) {
+void Record(HWND__* window, std::uint32_t message, TimerId timer, unsigned long /*ticks*/) {
   EXPECT_EQ(window, nullptr);
   EXPECT_EQ(message, 0x0113U);
   fired.push_back(timer);

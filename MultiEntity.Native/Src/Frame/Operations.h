@@ -221,7 +221,7 @@ inline constexpr Operation StartScheduler{"MESchedulerUtil::StartScheduler",
 
 inline constexpr Operation OnTimerElapsed{
     "MESchedulerUtil::OnTimerElapsed",
-    "void __cdecl MESchedulerUtil::OnTimerElapsed(struct HWND__ *,unsigned int,unsigned __int64,unsigned int)",
+    "void __cdecl MESchedulerUtil::OnTimerElapsed(struct HWND__ *,unsigned int,unsigned __int64,unsigned long)",
     kSchedulerSource};
 
 inline constexpr Operation ProcessScheduler{"MultiEntityScheduler::ProcessMsg",

@@ -46,7 +46,11 @@ bool IsEligible(const CAccnt& account) {
 }
 
 bool MultiEntityDriver::IsCOAValidForMultiEntity(CAccnt* account) {
-  return account != nullptr && IsEligible(*account);
+  try {
+    return account != nullptr && IsEligible(*account);
+  } catch (...) {
+    return false;
+  }
 }
 
 // The texts of this operation name others, GetAllUnusedAccounts and GetAllRelations; readers of the log search for

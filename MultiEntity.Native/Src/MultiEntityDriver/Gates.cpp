@@ -51,7 +51,7 @@ bool Decide(const OperationLog& log, MEPermissionType permission, ProgramFeature
   }
 }
 
-// The gates never throw: what the host cannot answer is refused.
+// A right for which the host cannot answer is refused.
 bool IsGranted(const OperationLog& log, MEPermissionType permission, ProgramFeature feature) noexcept {
   try {
     return Decide(log, permission, feature);

@@ -83,7 +83,8 @@ void NoteRefusedView(const OperationLog& log, std::int16_t txnType) {
 
 PartnersByRelation ReadPartners() {
   std::vector<DBMultiEntityRelation> relations;
-  // An unreadable table shows up as a line without a relation.
+  // What a table that could not be read to its end has yielded is gone on with; the rest shows up as lines without a
+  // relation.
   static_cast<void>(Host().multiEntity.GetAllRelations(relations));
   PartnersByRelation partners;
   partners.reserve(relations.size());

@@ -51,7 +51,7 @@ void MESchedulerUtil::StartScheduler() {
 }
 
 void MESchedulerUtil::OnTimerElapsed(HWND__* /*window*/, std::uint32_t /*message*/, std::uintptr_t /*timer*/,
-                                     std::uint32_t /*ticks*/) {
+                                     unsigned long /*ticks*/) {
   const OperationLog log{operations::OnTimerElapsed};
   log.Note("MULTIENTITY::OnTimerElapsed: Timer elapsed");
   Host().platform->KillTimer(timerId);

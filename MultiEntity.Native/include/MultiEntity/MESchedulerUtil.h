@@ -45,9 +45,9 @@ class MESchedulerUtil {
   // Arms the timer, after disarming one that is armed. Catches the host's exceptions and then leaves it disarmed.
   MULTIENTITY_API static void StartScheduler();
 
-  // The timer's procedure: disarms it and queues the reminder. No argument is looked at.
+  // The timer's procedure, as Windows calls it: disarms it and queues the reminder. No argument is looked at.
   MULTIENTITY_API static void OnTimerElapsed(HWND__* window, std::uint32_t message, std::uintptr_t timer,
-                                             std::uint32_t ticks);
+                                             unsigned long ticks);
 
   // Disarms the timer if it is armed.
   MULTIENTITY_API static void KillAnyExistingScheduler();

@@ -60,7 +60,8 @@ class MultiEntityDriver {
   // Appends the partners' realm ids to `out`, on request without the relations that carry no accounts. Gated.
   MULTIENTITY_API static MEStatusCode GetRelationRealmIdList(std::vector<std::string>& out, bool skipWithoutAccounts);
 
-  // Whether an account may carry an intercompany balance. A null account may not.
+  // Whether an account may carry an intercompany balance. A null account may not, nor one for which the host cannot
+  // answer. Catches the host's exceptions.
   MULTIENTITY_API static bool IsCOAValidForMultiEntity(CAccnt* account);
 
   // Replaces `accounts` by the eligible accounts that `filter` leaves, by record number, with the two texts of the
@@ -77,8 +78,8 @@ class MultiEntityDriver {
   // Books an intercompany transaction as a general journal entry: `amount` from the due-to account to the expense
   // account, under a name, remembered under the request id (up to 36 characters) that both companies know. An expense
   // account or name with the id -1 is created first, and stays also when a later step fails. `txnId` receives the
-  // journal entry's id as soon as there is one. Not gated; needs the right to create journal entries; catches the
-  // host's exceptions.
+  // journal entry's id once the entry was made and its row could be filled. Not gated; needs the right to create
+  // journal entries; catches the host's exceptions.
   MULTIENTITY_API static MEStatusCode RecordGeneralJournalEntry(Util::TString partnerRealmId,
                                                                 MEAccountInfo expenseAccount,
                                                                 std::int32_t dueToAccountId, Util::TString amount,

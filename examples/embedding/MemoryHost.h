@@ -7,6 +7,7 @@
 #include <regex>
 #include <set>
 
+#include "MultiEntity/Records.h"
 #include "MultiEntityHostHelpers/AbsentServices.h"
 #include "MultiEntityHostHelpers/MemoryTables.h"
 
@@ -37,19 +38,20 @@ class MemoryHost final : public Absent::Host, private DBMgr::FileMgr {
   Company company;
   HostServices Services() { return Absent::Host::Services(company.tables); }
 
-  // Around each call of the library: what it wrote stays whatever its status, and is taken back when it throws.
-  auto UnitOfWork(auto call) {
-    Company before = company;
-    try {
-      return call();
-    } catch (...) {
-      company = std::move(before);
-      throw;
-    }
+  // Around each call of the library: what it wrote is taken back when it throws or answers anything but success.
+  MEStatusCode UnitOfWork(auto call) {
+    struct Unit {
+      Company& company;
+      Company kept = company;
+      ~Unit() { company = std::move(kept); }
+    } unit{company};
+    const MEStatusCode status = call();
+    if (status == MEStatusSuccess) unit.kept = company;
+    return status;
   }
 
   void DeliverMessages() {
-    for (const auto& message : std::exchange(queue_, {})) UnitOfWork([&] { message->ProcessMsg(); });
+    for (const auto& next : std::exchange(queue_, {})) UnitOfWork([&] { return next->ProcessMsg(), MEStatusSuccess; });
   }
   void CloseCompany() {
     for (CNotifyCloseSystem* listener : listeners_) listener->HandleNotification({});

@@ -32,7 +32,7 @@ std::string_view JournalHint(MEStatusCode status) noexcept {
   switch (status) {
     case MEStatusDeclined:
       return "check that the amount is within range, that both accounts take postings, and that no entry carries this "
-             "request id already; an account or name that was new has been created";
+             "request id already";
     case MEStatusExpenseAccountRefused:
       return "there is an account of that name; book to it with --expense";
     case MEStatusAccountFailed:
@@ -44,7 +44,7 @@ std::string_view JournalHint(MEStatusCode status) noexcept {
     case MEStatusNameFailed:
       return "a name under another one needs that one first; see: multientity names FILE";
     case MEStatusJournalEntryNotRemoved:
-      return "the journal entry stays booked without being known as intercompany; correct it by hand";
+      return "the books are as they were; the operations log says more: multientity log FILE";
     default:
       return {};
   }
@@ -55,7 +55,7 @@ std::string_view RemovalHint(MEStatusCode status) noexcept {
     case MEStatusJournalEntryNotRemoved:
       return "there is no journal entry with that id, or it may not be deleted; see: multientity transactions FILE";
     case MEStatusRowsNotRemoved:
-      return "the journal entry is gone, but is still listed as an intercompany transaction";
+      return "the books are as they were; the operations log says more: multientity log FILE";
     default:
       return {};
   }
@@ -98,6 +98,10 @@ std::string_view OwnMeaningOf(Request request, MEStatusCode status) noexcept {
       if (status == MEStatusInvalidData) return "there is no such relation or intercompany transaction";
       if (status == MEStatusReadFailed || status == MEStatusWriteFailed) return "the new state could not be written";
       if (status == MEStatusRowsNotRemoved) return "the transaction itself could not be marked as confirmed";
+      return {};
+    case Request::kRecordJournalEntry:
+      if (status == MEStatusJournalEntryNotRemoved) return "the journal entry's intercompany row could not be saved";
+      if (status == MEStatusException) return "nothing was booked because of an error";
       return {};
     case Request::kFindRequest:
       if (status == MEStatusSuccess) return "the request is known";
@@ -162,7 +166,7 @@ std::string_view MeaningOf(MEStatusCode status) noexcept {
     case MEStatusJournalEntryNotRemoved:
       return "the journal entry could not be removed";
     case MEStatusRowsNotRemoved:
-      return "the journal entry was removed, its intercompany rows were not";
+      return "the intercompany rows of the journal entry could not be removed";
     case MEStatusAccountUnusable:
       return "an account does not exist, is deleted or cannot carry an intercompany balance";
   }

@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "MultiEntity/Records.h"
 #include "MultiEntityHost/HostServices.h"
 #include "platform/LoopEvents.h"
 #include "standalone/books/AccountTable.h"
@@ -50,9 +51,11 @@ class StandaloneHost {
   // What AttachHost is given; valid as long as the host lives.
   const HostServices& Services() const noexcept;
 
-  // Runs `operation` as one unit of work and returns what it returns. The unit is committed when the operation returns,
-  // whatever it answered, and rolled back when it throws. UnitOfWorkError when the unit cannot begin or be committed.
-  // Units do not nest; questions and commands are put outside of the one that is open.
+  // Runs `operation` as one unit of work and returns what it returns. The unit is taken back when the operation throws
+  // or answers a status other than success, so that a refusal leaves nothing behind; otherwise it is committed.
+  // UnitOfWorkError when the unit cannot begin or be committed, or when the engine failed in one that is taken back.
+  // Units do not nest; questions and commands are put outside of the one that is open, after what was done so far has
+  // been committed.
   // The log's lines are in its file by then, too, unless units follow each other in quick succession.
   template <typename Operation>
   auto Request(Access access, Operation&& operation) {
@@ -63,7 +66,11 @@ class StandaloneHost {
       unit.Commit();
     } else {
       auto result = std::forward<Operation>(operation)();
-      unit.Commit();
+      if (access == Access::kRead || IsDone(result)) {
+        unit.Commit();
+      } else {
+        unit.TakeBack();
+      }
       return result;
     }
   }
@@ -109,6 +116,12 @@ class StandaloneHost {
    private:
     StandaloneHost& host_;
   };
+
+  template <typename Result>
+  static bool IsDone(const Result& result) noexcept {
+    if constexpr (std::is_same_v<Result, MEStatusCode>) return result == MEStatusSuccess;
+    return true;
+  }
 
   std::unique_ptr<Parts> parts_;
 };

@@ -68,8 +68,8 @@ std::optional<std::int32_t> JournalService::AddLines(std::int32_t txnId, const N
   }
 }
 
-// The unit of work is committed whatever the request answers, so nothing half-made may stay in it. A savepoint would
-// do it too, but has the engine copy each page that a booking touches.
+// Work without a status is committed whatever this answers, so nothing half-made may stay in it. A savepoint would do
+// it too, but has the engine copy each page that a booking touches.
 EdListStatus JournalService::TakeOut(std::int32_t txnId) {
   try {
     transactions_.Delete(txnId);

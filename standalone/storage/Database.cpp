@@ -43,6 +43,12 @@ void Database::Commit() {
   hasNoticedOthers_ = false;
 }
 
+void Database::TakeBack() {
+  NoticeLostUnit();
+  if (inUnit_ && IsSpoiled()) ThrowSpoiled();
+  Rollback();
+}
+
 void Database::Rollback() noexcept {
   if (!inUnit_) return;
   inUnit_ = false;
@@ -137,6 +143,10 @@ UnitOfWork::~UnitOfWork() {
 
 void UnitOfWork::Commit() {
   database_.Commit();
+}
+
+void UnitOfWork::TakeBack() {
+  database_.TakeBack();
 }
 
 void OutsideUnit(Database& database, const std::function<void()>& work) {

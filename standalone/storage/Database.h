@@ -37,6 +37,9 @@ class Database {
 
   void Begin(Access access);
   void Commit();
+  // Undoes the unit. Throws UnitOfWorkError when the engine has failed in it, so that who asked for the work learns why
+  // it came to nothing.
+  void TakeBack();
   void Rollback() noexcept;
   bool InUnit() const noexcept { return inUnit_; }
   // The engine's reason for which the unit, or the last one if none is open, cannot be committed; empty if it can.
@@ -150,6 +153,7 @@ class UnitOfWork {
   UnitOfWork& operator=(const UnitOfWork&) = delete;
   ~UnitOfWork();
   void Commit();
+  void TakeBack();
 
  private:
   Database& database_;

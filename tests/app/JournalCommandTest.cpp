@@ -1,6 +1,7 @@
 #include "app/Books.h"
 
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -95,6 +96,18 @@ TEST_F(Books, ARequestIsBookedOnlyOncePerPartner) {
 
   EXPECT_EQ(error.at("status"), 0);
   EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").size(), 1U);
+}
+
+TEST_F(Books, ARefusedBookingLeavesNoNewAccountAndNoNewName) {
+  RelateBirch();
+  Book("request-1");
+
+  const Json error = ErrorOf(Booking(
+      {"--amount", "40", "--request", "request-1", "--new-expense", "Insurance", "--new-name", "Stone Insurance"}));
+
+  EXPECT_EQ(error.at("status"), 0);
+  EXPECT_THAT(Run({"accounts", kFile}).out, Not(HasSubstr("Insurance")));
+  EXPECT_THAT(Run({"names", kFile}).out, Not(HasSubstr("Insurance")));
 }
 
 TEST_F(Books, ARequestIdOfThirtySixCharactersIsAccepted) {

@@ -104,14 +104,15 @@ TEST_F(ASession, LetsTheModuleAloneRemoveAnEntryWithAnIntercompanyRow) {
   EXPECT_THAT(Listed(), IsEmpty());
 }
 
-TEST_F(ASession, LetsTheModuleUndoABookingWhoseRowCannotBeSaved) {
+TEST_F(ASession, LeavesNothingOfABookingWhoseRowCannotBeSaved) {
   ASSERT_EQ(Relate(), MEStatusSuccess);
   FileOf(host_).Execute("CREATE TRIGGER refusing BEFORE INSERT ON me_transaction BEGIN SELECT RAISE(ABORT, 'no'); END");
 
   EXPECT_EQ(Record("req-1"), MEStatusDeclined);
 
   EXPECT_EQ(Count(host_, "SELECT count(*) FROM txn"), 0);
-  EXPECT_EQ(Count(host_, "SELECT count(*) FROM name"), 1);
+  EXPECT_EQ(Count(host_, "SELECT count(*) FROM account"), 2);
+  EXPECT_EQ(Count(host_, "SELECT count(*) FROM name"), 0);
 }
 
 TEST_F(ASession, ReportsARequestThatTheEngineUndidWhateverTheModuleAnswers) {

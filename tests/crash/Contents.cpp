@@ -83,10 +83,10 @@ void CheckRules(sqlite3* database, Inspection& inspection) {
   CollectFaults(database, kTooFewLines, "fewer than two lines: transaction ", inspection.faults);
   CollectFaults(database, kUnbalanced, "does not sum to zero: transaction ", inspection.faults);
   CollectFaults(database, kBookedTwice, "booked twice: request ", inspection.faults);
-  ForEach(database, kEntriesWithoutRow,
-          [&](Columns row) { inspection.separated[row.Number()] = "a journal entry without an intercompany row"; });
-  ForEach(database, kRowsWithoutEntry,
-          [&](Columns row) { inspection.separated[row.Number()] = "an intercompany row without its entry"; });
+  CollectFaults(database, kEntriesWithoutRow, "a journal entry without an intercompany row: transaction ",
+                inspection.separated);
+  CollectFaults(database, kRowsWithoutEntry, "an intercompany row without its entry: transaction ",
+                inspection.separated);
 }
 
 Contents Read(sqlite3* database) {

@@ -50,8 +50,9 @@ struct Contents {
 // What was found in a file: what is wrong with it, in words, and what it holds if it can be read.
 struct Inspection {
   std::vector<std::string> faults{};
-  // Apart from those: transactions whose entry and intercompany row have lost each other.
-  std::map<std::int64_t, std::string> separated{};
+  // Entries and intercompany rows that have lost each other, in words; faults where all journal entries are
+  // intercompany ones.
+  std::vector<std::string> separated{};
   Contents contents{};
 };
 

@@ -118,12 +118,6 @@ Moment MomentOf(const ProgramRun& run, const Report& report, bool isCommitted, T
   return traces.inLog ? Moment::kDuringCommit : Moment::kBeforeCommit;
 }
 
-// The module said that it could not keep an entry and its row together.
-bool ReportsSeparation(const Report& report) {
-  constexpr std::array kStatuses{14, 18, 19};
-  return report.status && std::ranges::find(kStatuses, *report.status) != kStatuses.end();
-}
-
 class Stopwatch {
  public:
   explicit Stopwatch(Tally& tally) : tally_(tally) {}
@@ -298,10 +292,6 @@ void UnluckyCompany::Judge(std::vector<Lane>& lanes, Tally& tally) {
   for (const auto& [wish, tries] : attempts) {
     std::vector<Report> reports;
     std::ranges::transform(tries, std::back_inserter(reports), [](const Attempt* attempt) { return attempt->report; });
-    const bool mayBeSeparated = std::ranges::any_of(reports, ReportsSeparation);
-    for (const auto& [id, what] : found.separated) {
-      if (mayBeSeparated && wish->Subject().value_or(id) == id) excused_.insert(id);
-    }
     const bool wasFulfilled = wish->IsFulfilled();
     wish->Judge(reports, change, found.faults);
     for (const Attempt* attempt : tries) Settle(*attempt, tries.size() == 1, wasFulfilled, tally);
@@ -309,9 +299,7 @@ void UnluckyCompany::Judge(std::vector<Lane>& lanes, Tally& tally) {
         std::ranges::any_of(reports, [](const Report& report) { return report.kind == Report::Kind::kDone; });
     if (!isReported && OneIn(random_, 2)) again_.push_back(wish);
   }
-  for (const auto& [id, what] : found.separated) {
-    if (!excused_.contains(id)) found.faults.push_back(what + ": transaction " + std::to_string(id));
-  }
+  std::ranges::copy(found.separated, std::back_inserter(found.faults));
   std::ranges::copy(change.Unclaimed(), std::back_inserter(found.faults));
   if (!found.faults.empty()) Fail(found.faults);
   books_ = std::move(found.contents);
@@ -382,8 +370,8 @@ Tally KillImports(const Scene& scene, std::uint64_t seed, int kills, int transac
     Inspection found = InspectCopy(file);
     Change change(before, found.contents);
     wish->Judge({report}, change, found.faults);
+    std::ranges::copy(found.separated, std::back_inserter(found.faults));
     std::ranges::copy(change.Unclaimed(), std::back_inserter(found.faults));
-    for (const auto& [id, what] : found.separated) found.faults.push_back(what + ": transaction " + std::to_string(id));
     if (!found.faults.empty()) {
       throw BooksBroken("The import" + AfterMilliseconds(killAfter) + " " + Description(run) + found.faults.front() +
                         "\nThe company file is as it was left: " + file.string());

@@ -93,7 +93,6 @@ class UnluckyCompany {
   Random random_;
   std::map<std::string, Timing> timings_;
   Contents books_;  // as they were found last
-  std::set<std::int64_t> excused_;
   std::vector<std::shared_ptr<Wish>> again_;
   std::vector<std::string> history_;
   int orders_ = 0;

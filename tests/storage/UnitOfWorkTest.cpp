@@ -62,6 +62,42 @@ TEST_F(AUnitOfWork, IsInTheFileOnceItsRequestReturned) {
   EXPECT_EQ(Accounts(another), 1);
 }
 
+TEST_F(AUnitOfWork, IsTakenBackWhenItsRequestAnswersAnythingButSuccess) {
+  StandaloneHost host(path_);
+
+  const MEStatusCode refused = host.Request(Access::kWrite, [&] {
+    AddRent(host);
+    return MEStatusDeclined;
+  });
+
+  EXPECT_EQ(refused, MEStatusDeclined);
+  EXPECT_EQ(Accounts(host), 0);
+}
+
+TEST_F(AUnitOfWork, IsInTheFileWhenItsRequestAnswersSuccess) {
+  StandaloneHost host(path_);
+
+  host.Request(Access::kWrite, [&] {
+    AddRent(host);
+    return MEStatusSuccess;
+  });
+
+  EXPECT_EQ(Accounts(host), 1);
+}
+
+TEST_F(AUnitOfWork, ThatIsTakenBackGivesItsNumbersToTheNext) {
+  StandaloneHost host(path_);
+  host.Request(Access::kWrite, [&] {
+    AddRent(host);
+    return MEStatusDeclined;
+  });
+
+  const std::int32_t id = host.Request(
+      Access::kWrite, [&] { return host.Accounts().Create({"Water", KrEnumerations::kExpense, 0, false}).id; });
+
+  EXPECT_EQ(id, 1);
+}
+
 TEST_F(AUnitOfWork, IsUndoneWhenItsRequestThrows) {
   StandaloneHost host(path_);
 
@@ -246,6 +282,19 @@ TEST_F(AUnitThatTheEngineUndid, IsReportedByTheCommitAndLeavesNothing) {
 
   EXPECT_THAT(message, AllOf(HasSubstr("Nothing was saved"), HasSubstr("disk is gone")));
   EXPECT_EQ(Accounts(host), 0);
+}
+
+TEST_F(AUnitThatTheEngineUndid, SaysSoAlsoWhenTheRequestIsRefusedForIt) {
+  StandaloneHost host(path_);
+
+  const std::string message = MessageOf<UnitOfWorkError>([&] {
+    host.Request(Access::kWrite, [&] {
+      Break(host);
+      return MEStatusDeclined;
+    });
+  });
+
+  EXPECT_THAT(message, AllOf(HasSubstr("Nothing was saved"), HasSubstr("disk is gone")));
 }
 
 TEST_F(AUnitThatTheEngineUndid, DoesNotSpoilTheNextOne) {

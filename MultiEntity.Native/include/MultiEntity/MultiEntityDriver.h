@@ -77,9 +77,9 @@ class MultiEntityDriver {
 
   // Books an intercompany transaction as a general journal entry: `amount` from the due-to account to the expense
   // account, under a name, remembered under the request id (up to 36 characters) that both companies know. An expense
-  // account or name with the id -1 is created first, and stays also when a later step fails. `txnId` receives the
-  // journal entry's id once the entry was made and its row could be filled. Not gated; needs the right to create
-  // journal entries; catches the host's exceptions.
+  // account or name with the id -1 is created first; when a later step fails, the host alone takes it back. `txnId`
+  // receives the journal entry's id once the entry was made and its row could be filled. Not gated; needs the right to
+  // create journal entries; catches the host's exceptions.
   MULTIENTITY_API static MEStatusCode RecordGeneralJournalEntry(Util::TString partnerRealmId,
                                                                 MEAccountInfo expenseAccount,
                                                                 std::int32_t dueToAccountId, Util::TString amount,

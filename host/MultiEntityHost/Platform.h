@@ -4,7 +4,7 @@
 #include <cstdint>
 
 // SYSTEMTIME and the window that a timer procedure is told, as the Windows headers have them; elsewhere
-// host/SystemTime.h defines the first.
+// MultiEntityHost/SystemTime.h defines the first.
 struct _SYSTEMTIME;
 struct HWND__;
 

@@ -9,7 +9,6 @@
 
 #include "standalone/app/terminal/Screen.h"
 #include "standalone/app/terminal/Terminal.h"
-#include "standalone/books/SettingsTable.h"
 #include "standalone/values/Text.h"
 
 namespace app {

@@ -65,15 +65,6 @@ void SettingsTable::Set(std::string_view name, std::string_view value) {
            settings.accountantsCopy);
 }
 
-bool ParseYesNo(std::string_view what, std::string_view text) {
-  const auto isOneOf = [text](std::initializer_list<std::string_view> words) {
-    return std::any_of(words.begin(), words.end(), [text](std::string_view w) { return EqualIgnoringCase(text, w); });
-  };
-  if (isOneOf({"yes", "true", "on", "1"})) return true;
-  if (isOneOf({"no", "false", "off", "0"})) return false;
-  throw InvalidInput(std::string(what) + " is " + Quoted(text) + "; it is yes or no.");
-}
-
 std::string_view RequireCurrencyCode(std::string_view text) {
   const bool isCode =
       text.size() == 3 && std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });

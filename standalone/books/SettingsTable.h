@@ -38,9 +38,6 @@ class SettingsTable {
   ReadOnce<Settings> settings_;
 };
 
-// "yes", "no", "true", "false", "on", "off", "1", "0" in any case; throws InvalidInput that calls the value `what`.
-bool ParseYesNo(std::string_view what, std::string_view text);
-
 // Throws InvalidInput unless the text is three capital ASCII letters.
 std::string_view RequireCurrencyCode(std::string_view text);
 

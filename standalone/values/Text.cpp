@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <initializer_list>
 
 #include "MultiEntityHost/MultiEntityRows.h"
 #include "standalone/values/Errors.h"
@@ -144,6 +145,15 @@ std::optional<std::int32_t> ParseRecordNumber(std::string_view text) noexcept {
   if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
   if (number < 1 || number > kLargestRecordNumber) return std::nullopt;
   return number;
+}
+
+bool ParseYesNo(std::string_view what, std::string_view text) {
+  const auto isOneOf = [text](std::initializer_list<std::string_view> words) {
+    return std::any_of(words.begin(), words.end(), [text](std::string_view w) { return EqualIgnoringCase(text, w); });
+  };
+  if (isOneOf({"yes", "true", "on", "1"})) return true;
+  if (isOneOf({"no", "false", "off", "0"})) return false;
+  throw InvalidInput(std::string(what) + " is " + Quoted(text) + "; it is yes or no.");
 }
 
 }  // namespace standalone

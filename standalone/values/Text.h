@@ -50,6 +50,9 @@ std::filesystem::path WithSuffix(std::filesystem::path path, std::string_view su
 // Whether the texts are equal but for the case of ASCII letters, as the company file compares names.
 bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept;
 
+// "yes", "no", "true", "false", "on", "off", "1", "0" in any case; throws InvalidInput that calls the value `what`.
+bool ParseYesNo(std::string_view what, std::string_view text);
+
 // For maps by text that are asked with views.
 struct TextHash {
   using is_transparent = void;

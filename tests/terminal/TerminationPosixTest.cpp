@@ -11,7 +11,7 @@
 
 #include "tests/terminal/TerminationRecord.h"
 
-namespace standalone {
+namespace app {
 namespace {
 
 using testing::ElementsAre;
@@ -101,4 +101,4 @@ TEST_F(TheWatchForTermination, IsKeptOnlyOnceAtATime) {
 }
 
 }  // namespace
-}  // namespace standalone
+}  // namespace app

@@ -9,7 +9,7 @@
 
 #include "standalone/app/terminal/Termination.h"
 
-namespace standalone {
+namespace app {
 
 // What a watch for termination tells.
 class TerminationRecord : public testing::Test {
@@ -27,4 +27,4 @@ class TerminationRecord : public testing::Test {
   std::promise<TerminationCause> ended_;
 };
 
-}  // namespace standalone
+}  // namespace app

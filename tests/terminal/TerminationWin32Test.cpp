@@ -14,7 +14,7 @@
 
 #include "tests/terminal/TerminationRecord.h"
 
-namespace standalone {
+namespace app {
 namespace {
 
 using testing::ElementsAre;
@@ -145,4 +145,4 @@ TEST_F(TheWatchForTermination, IsKeptOnlyOnceAtATime) {
 }
 
 }  // namespace
-}  // namespace standalone
+}  // namespace app

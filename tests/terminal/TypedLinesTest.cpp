@@ -5,7 +5,7 @@
 
 #include "standalone/app/terminal/TypedLines.h"
 
-namespace standalone {
+namespace app {
 namespace {
 
 TEST(LinesThatAPersonTypes, AnswerAQuestionFromTheMomentItIsShown) {
@@ -43,4 +43,4 @@ TEST(LinesThatAPersonTypes, EndForWhoeverWaits) {
 }
 
 }  // namespace
-}  // namespace standalone
+}  // namespace app

@@ -41,13 +41,13 @@ Screen ScreenFor(const Invocation& invocation) {
   });
 }
 
-const char* CauseText(standalone::TerminationCause cause) noexcept {
+const char* CauseText(TerminationCause cause) noexcept {
   switch (cause) {
-    case standalone::TerminationCause::kEndOfInput:
+    case TerminationCause::kEndOfInput:
       return "end of input";
-    case standalone::TerminationCause::kInterrupt:
+    case TerminationCause::kInterrupt:
       return "interrupt";
-    case standalone::TerminationCause::kTerminate:
+    case TerminationCause::kTerminate:
       return "termination";
   }
   return "end";
@@ -76,18 +76,18 @@ class OpenCompany {
   void OnDelivery(const AppMsg& message);
   void TellIfNotArmed();
   void OnFailure(std::string_view what);
-  void OnEnd(standalone::TerminationCause cause);
+  void OnEnd(TerminationCause cause);
 
   Invocation& invocation_;
   std::string file_;
   Screen screen_;
-  standalone::TypedLines typed_;
+  TypedLines typed_;
   Company company_;
   Dialogue dialogue_;
   std::uint32_t seconds_ = 0;
   bool armed_ = false;
   bool failed_ = false;
-  std::atomic<standalone::TerminationCause> cause_ = standalone::TerminationCause::kEndOfInput;
+  std::atomic<TerminationCause> cause_ = TerminationCause::kEndOfInput;
 };
 
 OpenCompany::OpenCompany(Invocation& invocation, std::string file, std::optional<bool> answer)
@@ -113,14 +113,14 @@ void OpenCompany::ListenToTheHost() {
 }
 
 void OpenCompany::Run() {
-  standalone::TerminationHandlers handlers;
+  TerminationHandlers handlers;
   handlers.onLine = [this](std::string line) {
     typed_.Put(std::move(line));
   };
-  handlers.onEnd = [this](standalone::TerminationCause cause) {
+  handlers.onEnd = [this](TerminationCause cause) {
     OnEnd(cause);
   };
-  const standalone::Termination termination(std::move(handlers));
+  const Termination termination(std::move(handlers));
   TellOpened();
   company_.Attached().QueueReminder();
   company_.Host().Loop().Run();
@@ -175,7 +175,7 @@ void OpenCompany::OnFailure(std::string_view what) {
 }
 
 // On the watching thread.
-void OpenCompany::OnEnd(standalone::TerminationCause cause) {
+void OpenCompany::OnEnd(TerminationCause cause) {
   cause_ = cause;
   typed_.End();
   company_.Host().Loop().Quit();

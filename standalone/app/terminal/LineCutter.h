@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-namespace standalone {
+namespace app {
 
 // Cuts what is read from standard input into lines without their ends.
 class LineCutter {
@@ -37,4 +37,4 @@ class LineCutter {
   std::string line_;
 };
 
-}  // namespace standalone
+}  // namespace app

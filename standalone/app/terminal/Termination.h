@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-namespace standalone {
+namespace app {
 
 // What ends a program that stays open.
 enum class TerminationCause {
@@ -37,4 +37,4 @@ class Termination {
   std::unique_ptr<Watch> watch_;
 };
 
-}  // namespace standalone
+}  // namespace app

@@ -16,7 +16,7 @@
 #include "standalone/app/terminal/LineCutter.h"
 #include "standalone/app/terminal/Termination.h"
 
-namespace standalone {
+namespace app {
 
 namespace {
 
@@ -124,4 +124,4 @@ Termination::Termination(TerminationHandlers handlers) : watch_(std::make_unique
 
 Termination::~Termination() = default;
 
-}  // namespace standalone
+}  // namespace app

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace standalone {
+namespace app {
 
 void TypedLines::Put(std::string line) {
   const std::lock_guard lock(mutex_);
@@ -30,4 +30,4 @@ std::optional<std::string> TypedLines::AnswerTo(const std::function<void()>& sho
   return std::exchange(line_, std::nullopt);
 }
 
-}  // namespace standalone
+}  // namespace app

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace standalone {
+namespace app {
 
 // Hands the lines that a person types from the thread that reads them to the one that asks. A line that is typed while
 // nobody asks is passed over, so that it answers no later question.
@@ -29,4 +29,4 @@ class TypedLines {
   std::optional<std::string> line_;
 };
 
-}  // namespace standalone
+}  // namespace app

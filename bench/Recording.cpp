@@ -39,7 +39,7 @@ MEStatusCode Record(StandaloneHost& host, std::int64_t request) {
 
 void RecordByHand(HandWritten& hand, std::int64_t request) {
   hand.Record(RealmId(kPartner), ExpenseAccount(3), DueToAccount(kPartner), 123'450, RequestId(request), kName, kMemo,
-              standalone::Today());
+              platform::Today(platform::SystemClock()));
 }
 
 bool RecordSameEntries(const std::filesystem::path& company) {
@@ -62,9 +62,9 @@ void RequireSameEntries(const std::filesystem::path& company) {
   DateType32 day;
   bool isSame = false;
   do {
-    day = standalone::Today();
+    day = platform::Today(platform::SystemClock());
     isSame = RecordSameEntries(company);
-  } while (standalone::Today().Value() != day.Value());
+  } while (platform::Today(platform::SystemClock()).Value() != day.Value());
   Require(isSame, "the recorded entries differ");
 }
 

@@ -291,7 +291,7 @@ void CountOnCompanyFile(const std::filesystem::path& folder) {
         }));
   Count("by hand: recording ten journal entries", TenTimes([&] {
           hand.Record(realm, ExpenseAccount(3), DueToAccount(2), 123'450, RequestId(++next), 131,
-                      "Region 2:Vendor 1:Branch 1", standalone::Today());
+                      "Region 2:Vendor 1:Branch 1", platform::Today(platform::SystemClock()));
         }));
   Count("company file: accounts free for relations", [&] {
     std::unordered_map<long, std::pair<std::string, std::string>> list;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -14,15 +15,19 @@ namespace platform {
 // loop, except for Wake().
 class LoopEvents {
  public:
+  // What is due: a timer, or something else that the system has for the thread.
+  enum class Due { kTimer, kOther };
   // Runs the work that it is given.
-  using Dispatch = std::function<void(const std::function<void()>& work)>;
+  using Dispatch = std::function<void(const std::function<void()>& work, Due due)>;
 
   LoopEvents(const LoopEvents&) = delete;
   LoopEvents& operator=(const LoopEvents&) = delete;
   virtual ~LoopEvents() = default;
 
-  // The platform whose timers RunDue() fires; null when those of the module's own native one come through the loop.
-  virtual Platform* TimerPlatform() noexcept = 0;
+  // A timer of the thread, as Platform has it.
+  virtual TimerId SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) = 0;
+  virtual void KillTimer(TimerId timer) noexcept = 0;
+
   // Dispatches what is due, each piece on its own; false when nothing was.
   virtual bool RunDue(const Dispatch& dispatch) = 0;
   // Sleeps until a timer is due, somebody has called Wake() since the last sleep, or `longest` has passed.

@@ -1,4 +1,4 @@
-// The loop on Windows: the thread's own messages, among which are the timers that the module's native platform sets.
+// The loop on Windows: the thread's own messages, among which are those of its timers.
 #define WIN32_LEAN_AND_MEAN
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -22,15 +22,20 @@ class ThreadMessages final : public LoopEvents {
   }
   ~ThreadMessages() override { ::CloseHandle(woken_); }
 
-  Platform* TimerPlatform() noexcept override { return nullptr; }
+  TimerId SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) override {
+    return ::SetTimer(nullptr, timer, milliseconds, procedure);
+  }
+  void KillTimer(TimerId timer) noexcept override { ::KillTimer(nullptr, timer); }
 
   bool RunDue(const Dispatch& dispatch) override {
     MSG message;
     if (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) == 0) return false;
-    dispatch([&message] {
-      ::TranslateMessage(&message);
-      ::DispatchMessageW(&message);
-    });
+    dispatch(
+        [&message] {
+          ::TranslateMessage(&message);
+          ::DispatchMessageW(&message);
+        },
+        message.message == WM_TIMER ? Due::kTimer : Due::kOther);
     return true;
   }
 

@@ -1,12 +1,12 @@
 #include <dlfcn.h>
-#include <sys/time.h>
 
+#include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <new>
 #include <system_error>
 
+#include "platform/Clock.h"
 #include "platform/NativePlatform.h"
 #include "platform/SystemTime.h"
 
@@ -21,18 +21,10 @@ std::filesystem::path BesideTheProgram(const char* fileName) {
 class PosixPlatform final : public Platform {
  public:
   void GetLocalTime(_SYSTEMTIME& now) override {
-    timeval clock{};
-    gettimeofday(&clock, nullptr);
-    std::tm local{};
-    localtime_r(&clock.tv_sec, &local);
-    now.wYear = static_cast<std::uint16_t>(local.tm_year + 1900);
-    now.wMonth = static_cast<std::uint16_t>(local.tm_mon + 1);
-    now.wDayOfWeek = static_cast<std::uint16_t>(local.tm_wday);
-    now.wDay = static_cast<std::uint16_t>(local.tm_mday);
-    now.wHour = static_cast<std::uint16_t>(local.tm_hour);
-    now.wMinute = static_cast<std::uint16_t>(local.tm_min);
-    now.wSecond = static_cast<std::uint16_t>(local.tm_sec);
-    now.wMilliseconds = static_cast<std::uint16_t>(clock.tv_usec / 1000);
+    const auto moment = std::chrono::system_clock::now();
+    const auto second = std::chrono::floor<std::chrono::seconds>(moment);
+    platform::FillSystemTime(platform::LocalTimeOf(moment),
+                             std::chrono::floor<std::chrono::milliseconds>(moment - second), now);
   }
 
   // There is no message loop of the system's own here that could run a timer: a host whose loop has timers hands in a

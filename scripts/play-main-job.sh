@@ -58,11 +58,9 @@ ask names birch.company --json
 lacks "$output" "$kVendor" "Birch's names"
 
 step "Birch books it as a journal entry. The expense account and the vendor are new to Birch and are created on the way."
-booked_after=$(date +%F)
 run 1 journal record birch.company --realm "$kAlderRealm" --amount 480.00 --request "$request" \
   --new-expense "$kAccount" --new-name "$kVendor"
 log_gained "${granted[@]}"
-booked_before=$(date +%F)
 transaction=${output//[!0-9]/}
 ask accounts birch.company --type Expense --json
 contains "$output" "\"name\":\"$kAccount\"" "Birch's expense accounts"
@@ -70,9 +68,9 @@ ask names birch.company --json
 contains "$output" "\"name\":\"$kVendor\"" "Birch's names"
 
 step "The entry stands in Birch's list of the day, between the new account and the due-to account."
-run 1 transactions birch.company --from "$booked_after"
+run 1 transactions birch.company --from "$kToday"
 log_gained "${listed[@]}"
-ask transactions birch.company --from "$booked_after" --json
+ask transactions birch.company --from "$kToday" --json
 entry=$(grep "\"transaction\":$transaction," <<<"$output" || true)
 contains "$entry" '"type":"journal"' "Birch's entry"
 contains "$entry" "\"realm\":\"$kAlderRealm\"" "Birch's entry"
@@ -85,7 +83,7 @@ contains "$entry" '"stateText":"established"' "Birch's entry"
 contains "$entry" "\"requestId\":\"$request\"" "Birch's entry"
 entry_date=$(json_value "$entry" date)
 entry_day=${entry_date:6}-${entry_date:0:2}-${entry_date:3:2}
-[[ "$entry_day" == "$booked_after" || "$entry_day" == "$booked_before" ]] ||
+[[ "$entry_day" == "$kToday" ]] ||
   unexpected_here "the entry is dated $entry_date instead of today"
 
 step "A bill of a company that Birch is not related to is refused."
@@ -103,7 +101,7 @@ log_gained "${granted[@]}" "0 6 $kDriver::RecordGeneralJournalEntry: MULTIENTITY
 step "The entry is removed again; the list of the day is empty, the account and the vendor stay."
 run 1 journal remove birch.company --txn "$transaction"
 log_gained
-ask transactions birch.company --from "$booked_after" --json
+ask transactions birch.company --from "$kToday" --json
 contains "$output" '"transactions":[]' "Birch's list"
 ask accounts birch.company --type Expense --json
 contains "$output" "\"name\":\"$kAccount\"" "Birch's expense accounts"

@@ -18,6 +18,10 @@ touch .played
 mkdir samples
 cp -r -- "$samples"/alder "$samples"/birch samples/
 
+# Noon, so that no play goes on into another day.
+export MULTIENTITY_NOW=${MULTIENTITY_NOW:-$(date +%F)T12:00:00}
+readonly kToday=${MULTIENTITY_NOW%T*}
+
 readonly kAlder='Alder Supply Company' kAlderRealm=5120774003618
 readonly kBirch='Birch Services Company' kBirchRealm=5120918846275
 readonly kVendor='Cold Spring Elevator Company' kAccount='Elevator Maintenance'

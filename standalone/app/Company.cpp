@@ -2,7 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <cstdlib>
+#include <optional>
+
 #include "standalone/app/Values.h"
+#include "standalone/values/Dates.h"
+#include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -55,8 +60,30 @@ void Tell(bool json, const std::string& file, const Opening& opening) {
                   : fmt::format("note: {}\n", OpeningText(file, opening)));
 }
 
-standalone::HostOptions OptionsFor(const Invocation& invocation, const std::string& file) {
+constexpr const char* kClockVariable = "MULTIENTITY_NOW";
+
+std::unique_ptr<platform::Clock> GivenClock() {
+  const char* const text = std::getenv(kClockVariable);
+  if (text == nullptr || *text == '\0') return nullptr;
+  const standalone::DayAndTime given = standalone::ParseDayAndTime(kClockVariable, text);
+  const std::optional<platform::Clock::TimePoint> moment = platform::MomentOf(given.day, given.sinceMidnight);
+  if (!moment) {
+    throw standalone::InvalidInput(
+        fmt::format("{} {} is a time that this system cannot count; choose another one", kClockVariable, text));
+  }
+  return std::make_unique<platform::ClockFrom>(*moment);
+}
+
+void LogTheClock(standalone::OperationsLog& log) {
+  using Util::Ops;
+  Ops::MessageFunctor(log, Ops::Level::kTrace, Ops::EventType::kFlow, "multientity", __LINE__, "Company",
+                      "Company::Company(Invocation& invocation, const std::string& file)")(
+      "HOST:: the clock was set to %s by %s", std::getenv(kClockVariable), kClockVariable);
+}
+
+standalone::HostOptions OptionsFor(const Invocation& invocation, const std::string& file, platform::Clock* clock) {
   standalone::HostOptions options;
+  options.clock = clock;
   options.file.tell = [json = invocation.options.json, file](const Opening& opening) {
     Tell(json, file, opening);
   };
@@ -66,7 +93,10 @@ standalone::HostOptions OptionsFor(const Invocation& invocation, const std::stri
 }  // namespace
 
 Company::Company(Invocation& invocation, const std::string& file)
-    : host_(FilePath(file), invocation.options.user, OptionsFor(invocation, file)), session_(host_) {
+    : clock_(GivenClock()),
+      host_(FilePath(file), invocation.options.user, OptionsFor(invocation, file, clock_.get())),
+      session_(host_) {
+  if (clock_ != nullptr) LogTheClock(host_.Log());
   if (!invocation.options.trace) return;
   host_.Log().SetObserver(
       [&trace = invocation.trace](const Util::Ops::Line& line) { trace.push_back(TraceLineOf(line)); });

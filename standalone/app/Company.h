@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 
+#include "platform/Clock.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/company/Session.h"
 #include "standalone/company/StandaloneHost.h"
@@ -12,7 +14,8 @@ namespace app {
 // The company file of a command: open for the user who was named, with the module attached to it.
 class Company {
  public:
-  // Lines that the operations log gains while this lives are added to the invocation's trace.
+  // Lines that the operations log gains while this lives are added to the invocation's trace. MULTIENTITY_NOW, a local
+  // time such as 2026-01-31T09:30:00, sets the clock for tests and scripts; it goes on from there, and the log says so.
   Company(Invocation& invocation, const std::string& file);
   Company(const Company&) = delete;
   Company& operator=(const Company&) = delete;
@@ -32,6 +35,7 @@ class Company {
   }
 
  private:
+  std::unique_ptr<platform::Clock> clock_;  // null for the machine's
   standalone::StandaloneHost host_;
   standalone::Session session_;
 };

@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include <chrono>
-#include <ctime>
 
 namespace app {
 
@@ -12,9 +11,8 @@ std::string SecondsText(std::uint32_t seconds) {
   return fmt::format("{} {}", seconds, seconds == 1 ? "second" : "seconds");
 }
 
-std::string LocalTimeAfter(std::uint32_t seconds) {
-  const auto moment = std::chrono::system_clock::now() + std::chrono::seconds(seconds);
-  return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::localtime(std::chrono::system_clock::to_time_t(moment)));
+std::string LocalTimeAfter(platform::Clock& clock, std::uint32_t seconds) {
+  return fmt::format("{:%Y-%m-%d %H:%M:%S}", platform::LocalTimeOf(clock.Now() + std::chrono::seconds(seconds)));
 }
 
 std::string UtcText(std::int64_t milliseconds) {

@@ -1,6 +1,5 @@
 #include "standalone/books/RelationTable.h"
 
-#include <chrono>
 #include <cstring>
 
 #include "standalone/books/RowFields.h"
@@ -10,11 +9,6 @@ namespace standalone {
 namespace {
 
 constexpr std::size_t kMostHeld = 4096;
-
-std::int64_t MillisecondsNow() {
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
-}
 
 void Read(const Rows& rows, DBMultiEntityRelation& row) {
   std::memset(&row, 0, sizeof row);
@@ -88,8 +82,7 @@ void RelationTable::List(std::vector<DBMultiEntityRelation>& rows) {
   while (found.Step()) Read(found, rows.emplace_back());
 }
 
-void RelationTable::Add(DBMultiEntityRelation& row) {
-  const std::int64_t now = MillisecondsNow();
+void RelationTable::Add(DBMultiEntityRelation& row, std::int64_t now) {
   insert_.Run(Field(row.realmId), Field(row.partnerName), row.relationType, row.state, now, row.dueFromAccountId,
               row.dueToAccountId);
   row.relationId = static_cast<std::int32_t>(database_.LastInsertedId());
@@ -98,11 +91,11 @@ void RelationTable::Add(DBMultiEntityRelation& row) {
   row.revision = 1;
 }
 
-bool RelationTable::Change(DBMultiEntityRelation& row) {
+bool RelationTable::Change(DBMultiEntityRelation& row, std::int64_t now) {
   const std::string_view realmId = Field(row.realmId);
   const std::string_view partnerName = Field(row.partnerName);
-  Rows rows = update_.Query(realmId, partnerName, row.relationType, row.state, row.dueFromAccountId, row.dueToAccountId,
-                            MillisecondsNow());
+  Rows rows =
+      update_.Query(realmId, partnerName, row.relationType, row.state, row.dueFromAccountId, row.dueToAccountId, now);
   if (!rows.Step()) return false;
   row.createdAt = rows.Int64(0);
   row.changedAt = rows.Int64(1);

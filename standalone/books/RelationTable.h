@@ -26,9 +26,10 @@ class RelationTable {
   bool FindById(std::int64_t id, DBMultiEntityRelation& row);
   void List(std::vector<DBMultiEntityRelation>& rows);
 
-  // Both bring the columns up to date that the table keeps itself; false when there is nothing to change.
-  void Add(DBMultiEntityRelation& row);
-  bool Change(DBMultiEntityRelation& row);
+  // Both bring the columns up to date that the table keeps itself; `now` is in milliseconds since 1970, UTC. False when
+  // there is nothing to change.
+  void Add(DBMultiEntityRelation& row, std::int64_t now);
+  bool Change(DBMultiEntityRelation& row, std::int64_t now);
   bool Remove(std::string_view realmId);
 
   // Whether any relation uses one of two accounts, 0 for none.

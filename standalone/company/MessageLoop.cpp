@@ -74,7 +74,10 @@ bool MessageLoop::DeliverMessage() {
 
 // A timer's procedure queues what it has to write, so that it never waits for another program.
 bool MessageLoop::FireTimers() {
-  return events_.RunDue([this](const Task& procedure) { RunInUnit(Access::kRead, procedure); });
+  return events_.RunDue([this](const Task& procedure, platform::LoopEvents::Due due) {
+    if (due == platform::LoopEvents::Due::kTimer && onTimer_) onTimer_();
+    RunInUnit(Access::kRead, procedure);
+  });
 }
 
 void MessageLoop::RunInUnit(Access access, const Task& work) {

@@ -36,6 +36,8 @@ class MessageLoop {
   void Quit() noexcept;
 
   void SetFailureHandler(FailureHandler handler) { onFailure_ = std::move(handler); }
+  // Told of each timer that is due, right before its procedure runs.
+  void SetTimerObserver(std::function<void()> observer) { onTimer_ = std::move(observer); }
 
  private:
   bool RunTask();
@@ -47,6 +49,7 @@ class MessageLoop {
   StandaloneHost& host_;
   platform::LoopEvents& events_;
   FailureHandler onFailure_;
+  std::function<void()> onTimer_;
   std::atomic<bool> quit_ = false;
   std::mutex mutex_;
   std::deque<Task> tasks_;

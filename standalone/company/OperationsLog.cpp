@@ -111,8 +111,9 @@ class OperationsLog::File {
   spdlog::sinks::rotating_file_sink_st sink_;
 };
 
-OperationsLog::OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits)
-    : least_(limits.least), userColumn_(EscapeColumn(userName)) {
+OperationsLog::OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits,
+                             platform::Clock& clock)
+    : clock_(clock), least_(limits.least), userColumn_(EscapeColumn(userName)) {
   try {
     file_ = std::make_unique<File>(file, limits);
   } catch (const spdlog::spdlog_ex&) {
@@ -151,9 +152,7 @@ void OperationsLog::Append(const Line& line) {
 }
 
 void OperationsLog::AppendColumns(const Line& line) {
-  const std::int64_t now =
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
-          .count();
+  const std::int64_t now = std::chrono::floor<std::chrono::milliseconds>(clock_.Now()).time_since_epoch().count();
   if (const std::int64_t second = now / 1000; second != second_) {
     secondText_ = fmt::format("{:%Y-%m-%dT%H:%M:%S}", fmt::gmtime(static_cast<std::time_t>(second)));
     second_ = second;

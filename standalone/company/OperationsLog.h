@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "MultiEntityHost/Ops.h"
+#include "platform/Clock.h"
 
 namespace standalone {
 
@@ -29,7 +30,8 @@ struct LogLimits {
 // waits. A log that cannot be written is given up silently; the work that it tells of goes on.
 class OperationsLog final : public Util::Ops {
  public:
-  OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {});
+  OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {},
+                platform::Clock& clock = platform::SystemClock());
   OperationsLog(const OperationsLog&) = delete;
   OperationsLog& operator=(const OperationsLog&) = delete;
   ~OperationsLog();
@@ -52,6 +54,7 @@ class OperationsLog final : public Util::Ops {
   // Writes so much of what is held back.
   void WriteFirst(std::size_t length) noexcept;
 
+  platform::Clock& clock_;
   Observer observer_;
   Level least_;
   std::string userColumn_;

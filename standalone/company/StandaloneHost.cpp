@@ -1,5 +1,6 @@
 #include "standalone/company/StandaloneHost.h"
 
+#include "platform/LoopPlatform.h"
 #include "standalone/books/LinesAhead.h"
 #include "standalone/services/ChartOfAccountsService.h"
 #include "standalone/services/JournalService.h"
@@ -31,16 +32,19 @@ User SelectUser(Database& database, UserTable& users, const std::string& name) {
 struct StandaloneHost::Parts {
   Parts(StandaloneHost& host, const std::filesystem::path& companyFile, const std::string& userName,
         HostOptions options)
-      : file(companyFile, options.file),
+      : clock(options.clock != nullptr ? *options.clock : platform::SystemClock()),
+        file(companyFile, options.file),
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),
-        log(CompanyFile::LogPath(companyFile), user.name, options.log),
+        log(CompanyFile::LogPath(companyFile), user.name, options.log, clock),
         remote(CompanyFile::RemotePath(companyFile), file.Data()),
         messages(file.Data(), std::move(options.answerer)),
         application(file.Data(), log, std::move(options.commandRunner)),
-        events(platform::MakeLoopEvents(options.clock != nullptr ? *options.clock : platform::SteadyLoopClock())),
+        events(
+            platform::MakeLoopEvents(options.loopClock != nullptr ? *options.loopClock : platform::SteadyLoopClock())),
         loop(host, *events) {}
 
+  platform::Clock& clock;
   CompanyFile file;
   UserTable users;
   User user;
@@ -58,16 +62,17 @@ struct StandaloneHost::Parts {
   RejectedRequestTable rejected{file.Data()};
   ApplicationService application;
   std::unique_ptr<platform::LoopEvents> events;
+  platform::LoopPlatform system{*events, clock};
   MessageLoop loop;
   PendingWork pending{file.Data(), relations, intercompany};
   RuntimeService runtime;
   DatabasePreferencesService databasePreferences{preferenceTable};
   PreferencesService preferences{settings, application};
-  MultiEntityStore multiEntity{relations, intercompany, rejected};
+  MultiEntityStore multiEntity{relations, intercompany, rejected, clock};
   PermissionsService permissions{file.Data(), users, user.id};
   ChartOfAccountsService chart{file.Data(), accounts};
   NameListService nameList{file.Data(), names};
-  JournalService journal{file.Data(), chart, names, transactions, intercompany};
+  JournalService journal{file.Data(), chart, names, transactions, intercompany, clock};
   TargetLinesService lines{transactions, linesAhead, accounts, nameList};
   QueryEngineService queries{transactions};
   MoneyService money;
@@ -87,7 +92,7 @@ struct StandaloneHost::Parts {
                         .money = money,
                         .application = application,
                         .messages = messages,
-                        .platform = events->TimerPlatform()};
+                        .platform = &system};
 };
 
 StandaloneHost::StandaloneHost(const std::filesystem::path& companyFile, const std::string& userName,
@@ -164,6 +169,15 @@ PreferenceTable& StandaloneHost::Preferences() noexcept {
 
 PendingWork& StandaloneHost::Pending() noexcept {
   return parts_->pending;
+}
+
+platform::Clock& StandaloneHost::Clock() noexcept {
+  return parts_->clock;
+}
+
+void StandaloneHost::SetTimerObserver(TimerObserver observer) {
+  parts_->system.SetArmingObserver(std::move(observer.onArmed));
+  parts_->loop.SetTimerObserver(std::move(observer.onDue));
 }
 
 MessagesService& StandaloneHost::MessageBoxes() noexcept {

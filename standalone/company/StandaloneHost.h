@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -9,6 +10,7 @@
 
 #include "MultiEntity/Records.h"
 #include "MultiEntityHost/HostServices.h"
+#include "platform/Clock.h"
 #include "platform/LoopEvents.h"
 #include "standalone/books/AccountTable.h"
 #include "standalone/books/IntercompanyTable.h"
@@ -33,8 +35,10 @@ struct HostOptions {
   LogLimits log;
   OpenOptions file;
   CommandRunner commandRunner;
-  // By which the loop's timers are due; null for the machine's own.
-  platform::LoopClock* clock = nullptr;
+  // Tells every "now" and "today"; null for the machine's own.
+  platform::Clock* clock = nullptr;
+  // By which the loop's timers are due, where the loop keeps them itself; null for the machine's own.
+  platform::LoopClock* loopClock = nullptr;
 };
 
 // A complete host on one machine around one company file, for one user and on one thread. Whoever calls an operation
@@ -94,10 +98,19 @@ class StandaloneHost {
   ApplicationService& App() noexcept;
   // The loop of a host that stays open. Nobody has to run it.
   MessageLoop& Loop() noexcept;
+  platform::Clock& Clock() noexcept;
   MessagesService& MessageBoxes() noexcept;
   PreferenceTable& Preferences() noexcept;
   PendingWork& Pending() noexcept;
   OperationsLog& Log() noexcept;
+
+  // Told, on the thread of the loop, of each timer that the module arms and of each that is due, right before its
+  // procedure runs.
+  struct TimerObserver {
+    std::function<void(std::chrono::milliseconds period)> onArmed;
+    std::function<void()> onDue;
+  };
+  void SetTimerObserver(TimerObserver observer);
 
   // Answers whether the module is just removing a journal entry, which alone may delete one that carries an
   // intercompany row. Without a predicate nobody may.

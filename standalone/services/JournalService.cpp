@@ -5,7 +5,6 @@
 
 #include "standalone/services/Guard.h"
 #include "standalone/values/Amount.h"
-#include "standalone/values/Dates.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -30,8 +29,8 @@ EdListStatus JournalService::CreateGeneralJournalEntry(CAccnt& first, CAccnt& se
     const std::string_view memo = name.empty() ? std::string_view(booked->fullName) : name.view();
     RequireText("The name", memo, 1, kMemoLength);
 
-    const std::int32_t txnId =
-        transactions_.AddHeader({.type = kTxnTypeJournalEntry, .date = Today(), .nameId = booked->id, .memo = memo});
+    const std::int32_t txnId = transactions_.AddHeader(
+        {.type = kTxnTypeJournalEntry, .date = platform::Today(clock_), .nameId = booked->id, .memo = memo});
     const std::optional<std::int32_t> targetId =
         AddLines(txnId, {.accountId = debited.id, .amount = *minorUnits, .memo = memo},
                  {.accountId = credited.id, .amount = -*minorUnits, .memo = memo});

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "MultiEntityHost/Journal.h"
+#include "platform/Clock.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/NameTable.h"
 #include "standalone/books/TransactionTable.h"
@@ -17,12 +18,13 @@ namespace standalone {
 class JournalService final : public Journal {
  public:
   JournalService(Database& database, ChartOfAccountsService& accounts, NameTable& names, TransactionTable& transactions,
-                 IntercompanyTable& intercompany) noexcept
+                 IntercompanyTable& intercompany, platform::Clock& clock) noexcept
       : database_(database),
         accounts_(accounts),
         names_(names),
         transactions_(transactions),
-        intercompany_(intercompany) {}
+        intercompany_(intercompany),
+        clock_(clock) {}
 
   void SetRemovalUnderWay(std::function<bool()> predicate) { removalUnderWay_ = std::move(predicate); }
 
@@ -41,6 +43,7 @@ class JournalService final : public Journal {
   NameTable& names_;
   TransactionTable& transactions_;
   IntercompanyTable& intercompany_;
+  platform::Clock& clock_;
   std::function<bool()> removalUnderWay_;
 };
 

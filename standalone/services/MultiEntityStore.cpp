@@ -30,13 +30,13 @@ Util::Status MultiEntityStore::GetAllRelations(std::vector<DBMultiEntityRelation
 
 Util::Status MultiEntityStore::SaveRelation(DBMultiEntityRelation& row) {
   return AsStatus([&] {
-    relations_.Add(row);
+    relations_.Add(row, MillisecondsNow());
     return Util::Status::kSuccess;
   });
 }
 
 Util::Status MultiEntityStore::UpdateRelationForRealm(DBMultiEntityRelation& row, Util::TString /*realm*/) {
-  return AsStatus([&] { return Found(relations_.Change(row)); });
+  return AsStatus([&] { return Found(relations_.Change(row, MillisecondsNow())); });
 }
 
 Util::Status MultiEntityStore::DeleteRelation(Util::TString realmId) {
@@ -118,6 +118,10 @@ Util::Status MultiEntityStore::GetAllRejectedTransaction(std::vector<DBMultiEnti
 
 Util::Status MultiEntityStore::DeleteRejectedTransaction(Util::TString requestId) {
   return AsStatus([&] { return Found(rejected_.Remove(requestId.view())); });
+}
+
+std::int64_t MultiEntityStore::MillisecondsNow() {
+  return std::chrono::floor<std::chrono::milliseconds>(clock_.Now()).time_since_epoch().count();
 }
 
 bool MultiEntityStore::HasAnyMatchingRejectedTransaction(Util::TString requestId) {

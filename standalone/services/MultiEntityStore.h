@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MultiEntityHost/MultiEntityDBManager.h"
+#include "platform/Clock.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/RejectedRequestTable.h"
 #include "standalone/books/RelationTable.h"
@@ -11,8 +12,9 @@ namespace standalone {
 // rows of one transaction in the order of their lines. Failures of the questions without a status are thrown.
 class MultiEntityStore final : public MultiEntityDBManager {
  public:
-  MultiEntityStore(RelationTable& relations, IntercompanyTable& intercompany, RejectedRequestTable& rejected) noexcept
-      : relations_(relations), intercompany_(intercompany), rejected_(rejected) {}
+  MultiEntityStore(RelationTable& relations, IntercompanyTable& intercompany, RejectedRequestTable& rejected,
+                   platform::Clock& clock) noexcept
+      : relations_(relations), intercompany_(intercompany), rejected_(rejected), clock_(clock) {}
 
   Util::Status GetRelation(Util::TString realmId, DBMultiEntityRelation& row) override;
   Util::Status GetRelationById(long relationId, DBMultiEntityRelation& row) override;
@@ -41,9 +43,12 @@ class MultiEntityStore final : public MultiEntityDBManager {
   bool HasAnyMatchingRejectedTransaction(Util::TString requestId) override;
 
  private:
+  std::int64_t MillisecondsNow();
+
   RelationTable& relations_;
   IntercompanyTable& intercompany_;
   RejectedRequestTable& rejected_;
+  platform::Clock& clock_;
 };
 
 }  // namespace standalone

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <ctime>
 
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
@@ -41,20 +40,27 @@ DateType32 ParseDate(std::string_view what, std::string_view text) {
                      " is no day of the calendar from 1900 on; write it as YYYY-MM-DD, such as 2026-01-31.");
 }
 
+DayAndTime ParseDayAndTime(std::string_view what, std::string_view text) {
+  constexpr std::size_t kLength = 19;
+  const auto isNumber = [](std::string_view digits, int least, int most) {
+    const bool areDigits = std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '9'; });
+    return areDigits && Number(digits) >= least && Number(digits) <= most;
+  };
+  const bool hasShape = text.size() == kLength && text[kIsoLength] == 'T' && text[13] == ':' && text[16] == ':';
+  if (hasShape && isNumber(text.substr(11, 2), 0, 23) && isNumber(text.substr(14, 2), 0, 59) &&
+      isNumber(text.substr(17, 2), 0, 59)) {
+    const std::chrono::seconds time = std::chrono::hours(Number(text.substr(11, 2))) +
+                                      std::chrono::minutes(Number(text.substr(14, 2))) +
+                                      std::chrono::seconds(Number(text.substr(17, 2)));
+    return {ParseDate(what, text.substr(0, kIsoLength)), time};
+  }
+  throw InvalidInput(std::string(what) + " " + Quoted(text) +
+                     " is no time of a day; write the local time as YYYY-MM-DDTHH:MM:SS, such as 2026-01-31T09:30:00.");
+}
+
 std::string FormatIsoDate(DateType32 date) {
   if (date == NullDate()) return {};
   return Padded(date.GetYear(), 4) + "-" + Padded(date.GetMonth(), 2) + "-" + Padded(date.GetDay(), 2);
-}
-
-DateType32 Today() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local{};
-#if defined(_WIN32)
-  localtime_s(&local, &now);
-#else
-  localtime_r(&now, &local);
-#endif
-  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
 }
 
 }  // namespace standalone

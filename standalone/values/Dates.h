@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <string_view>
 
@@ -13,7 +14,13 @@ DateType32 ParseDate(std::string_view what, std::string_view text);
 // YYYY-MM-DD; empty for the null date.
 std::string FormatIsoDate(DateType32 date);
 
-// By the local clock.
-DateType32 Today();
+// A time of a day.
+struct DayAndTime {
+  DateType32 day;
+  std::chrono::seconds sinceMidnight{};
+};
+
+// Reads YYYY-MM-DDTHH:MM:SS; throws InvalidInput that calls the value `what`.
+DayAndTime ParseDayAndTime(std::string_view what, std::string_view text);
 
 }  // namespace standalone

@@ -28,7 +28,7 @@ class TimersByAClock : public CompanyFixture {
  protected:
   static HostOptions By(platform::LoopClock& clock) {
     HostOptions options;
-    options.clock = &clock;
+    options.loopClock = &clock;
     return options;
   }
 };

@@ -8,7 +8,6 @@
 #include "MultiEntity/Records.h"
 #include "standalone/company/LogReader.h"
 #include "standalone/company/Session.h"
-#include "standalone/values/Dates.h"
 #include "tests/company/CompanyFixture.h"
 #include "tests/company/LoopTimers.h"
 #include "tests/platform/ScriptedLoopClock.h"
@@ -35,7 +34,7 @@ class TheReminder : public CompanyFixture {
 
   void Open(platform::LoopClock& clock) {
     HostOptions options;
-    options.clock = &clock;
+    options.loopClock = &clock;
     options.answerer = [this](const Question& question) {
       shown_.push_back(question.text);
       host_->Loop().Quit();
@@ -112,7 +111,7 @@ TEST_F(TheReminder, OpensThePendingTransactionsWhenTheUserWantsTo) {
 
   EXPECT_THAT(shown_, ElementsAre(HasSubstr("Intercompany transactions are waiting for your answer.")));
   EXPECT_THAT(opened_, ElementsAre(PluginView::kPendingTransactions));
-  EXPECT_EQ(LaunchDate(), MESchedulerUtil::DateToString(DateAdd(Today(), 1)));
+  EXPECT_EQ(LaunchDate(), MESchedulerUtil::DateToString(DateAdd(platform::Today(platform::SystemClock()), 1)));
 }
 
 TEST_F(TheReminder, OpensNothingWhenTheUserDeclines) {

@@ -7,7 +7,6 @@
 #include "standalone/company/LogReader.h"
 #include "standalone/company/Session.h"
 #include "standalone/services/QueryEngineService.h"
-#include "standalone/values/Dates.h"
 #include "tests/company/CompanyFixture.h"
 #include "tests/support/MultiEntityPrivateAccess.h"
 
@@ -170,7 +169,7 @@ TEST_F(ASession, ConfirmsNoTransactionOfAnotherTypeThanItsRowSays) {
 TEST_F(ASession, FindsTransactionsByTypeAndPeriodWithBothDaysIncluded) {
   ASSERT_EQ(Relate(), MEStatusSuccess);
   ASSERT_EQ(Record("req-1"), MEStatusSuccess);
-  const DateType32 today = Today();
+  const DateType32 today = platform::Today(platform::SystemClock());
   const unsigned int journal = kTxnTypeJournalEntry;
   std::vector<unsigned long> ofType;
   std::vector<unsigned long> ofOtherType;

@@ -103,8 +103,19 @@ TEST(Date, IsRefusedWhenItIsNoDayOfTheCalendar) {
   EXPECT_THROW(ParseDate("The date", ""), InvalidInput);
 }
 
-TEST(Date, OfTodayIsValid) {
-  EXPECT_TRUE(Today().ValidDate());
+TEST(DayAndTime, IsRead) {
+  const DayAndTime read = ParseDayAndTime("The time", "2026-01-31T23:59:58");
+
+  EXPECT_EQ(read.day, DateType32(2026, 1, 31));
+  EXPECT_EQ(read.sinceMidnight, std::chrono::seconds(23 * 3600 + 59 * 60 + 58));
+}
+
+TEST(DayAndTime, IsRefusedWhenItIsNone) {
+  for (const char* const text :
+       {"", "2026-01-31", "2026-01-31 09:30:00", "2026-01-31T24:00:00", "2026-01-31T09:60:00", "2026-01-31T09:30:60",
+        "2026-01-31T09:30:5x", "2026-02-30T09:30:00", "2026-01-31T09:30:00Z", "2026-01-31T-9:30:00"}) {
+    EXPECT_THAT(MessageOf<InvalidInput>([&] { ParseDayAndTime("The time", text); }), HasSubstr("The time")) << text;
+  }
 }
 
 TEST(InputText, IsUtf8) {

@@ -1,7 +1,7 @@
 #include <fmt/format.h>
 
 #include <atomic>
-#include <charconv>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -53,11 +53,6 @@ const char* CauseText(TerminationCause cause) noexcept {
   return "end";
 }
 
-// What the operations log tells of the reminder's timer; its words are the same on every system.
-constexpr std::string_view kArming = "MULTIENTITY::StartScheduler: Starting Timer for ";
-constexpr std::string_view kArmed = "MULTIENTITY::StartScheduler: Exiting function";
-constexpr std::string_view kElapsed = "MULTIENTITY::OnTimerElapsed: Timer elapsed";
-
 // A company that stays open, like the window of a desktop application, until it is told to close.
 class OpenCompany {
  public:
@@ -73,6 +68,8 @@ class OpenCompany {
   void ListenToTheHost();
   void TellOpened();
   void OnLogLine(const Util::Ops::Line& line);
+  void OnArmed(std::chrono::milliseconds period);
+  void OnTimerDue();
   void OnDelivery(const AppMsg& message);
   void TellIfNotArmed();
   void OnFailure(std::string_view what);
@@ -84,7 +81,6 @@ class OpenCompany {
   TypedLines typed_;
   Company company_;
   Dialogue dialogue_;
-  std::uint32_t seconds_ = 0;
   bool armed_ = false;
   bool failed_ = false;
   std::atomic<TerminationCause> cause_ = TerminationCause::kEndOfInput;
@@ -105,6 +101,11 @@ OpenCompany::OpenCompany(Invocation& invocation, std::string file, std::optional
 void OpenCompany::ListenToTheHost() {
   standalone::StandaloneHost& host = company_.Host();
   host.Log().SetObserver([this](const Util::Ops::Line& line) { OnLogLine(line); });
+  host.SetTimerObserver({.onArmed = [this](std::chrono::milliseconds period) { OnArmed(period); },
+                         .onDue =
+                             [this] {
+                               OnTimerDue();
+                             }});
   host.App().SetMessageObserver([this](const AppMsg& message) { OnDelivery(message); });
   host.App().SetCommandRunner(
       [this](standalone::PluginView view, std::string_view url) { ShowPluginView(company_, screen_, view, url); });
@@ -141,17 +142,19 @@ void OpenCompany::TellOpened() {
 
 void OpenCompany::OnLogLine(const Util::Ops::Line& line) {
   if (invocation_.options.trace) PrintError(TraceText(TraceLineOf(line), invocation_.options.json));
-  if (line.message.starts_with(kArming)) {
-    const std::string_view number = line.message.substr(kArming.size());
-    std::from_chars(number.data(), number.data() + number.size(), seconds_);
-  } else if (line.message == kArmed) {
-    armed_ = true;
-    screen_.Tell({{"event", "timer-armed"}, {"seconds", seconds_}},
-                 fmt::format("The reminder comes in {}, at {}.\n", SecondsText(seconds_), LocalTimeAfter(seconds_)));
-  } else if (line.message == kElapsed) {
-    armed_ = false;
-    screen_.Tell({{"event", "timer-elapsed"}}, "The reminder's time has come.\n");
-  }
+}
+
+void OpenCompany::OnArmed(std::chrono::milliseconds period) {
+  armed_ = true;
+  const auto seconds = static_cast<std::uint32_t>(std::chrono::floor<std::chrono::seconds>(period).count());
+  screen_.Tell({{"event", "timer-armed"}, {"seconds", seconds}},
+               fmt::format("The reminder comes in {}, at {}.\n", SecondsText(seconds),
+                           LocalTimeAfter(company_.Host().Clock(), seconds)));
+}
+
+void OpenCompany::OnTimerDue() {
+  armed_ = false;
+  screen_.Tell({{"event", "timer-elapsed"}}, "The reminder's time has come.\n");
 }
 
 void OpenCompany::OnDelivery(const AppMsg& message) {

@@ -12,6 +12,7 @@
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Enumerations.h"
+#include "platform/Clock.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Times.h"
@@ -48,8 +49,7 @@ std::string WhyNotNeeded(Company& company) {
   return relations.empty() ? "there is no relation with a partner company" : "";
 }
 
-std::string WhyThen(DateType32 day, std::uint32_t launchDelay, std::uint32_t leastDelay) {
-  const DateType32 today = standalone::Today();
+std::string WhyThen(DateType32 today, DateType32 day, std::uint32_t launchDelay, std::uint32_t leastDelay) {
   const std::string launch = fmt::format("{:02}:00 {}", MESchedulerUtil::GetHoursToLaunchFromDCE(),
                                          day.Compare(today) > 0 ? "on " + standalone::FormatIsoDate(day) : "today");
   const std::string passed = day.Compare(today) < 0 ? ", as which a day in the past counts," : "";
@@ -61,14 +61,14 @@ std::string WhyThen(DateType32 day, std::uint32_t launchDelay, std::uint32_t lea
 }
 
 // The module raises an error when the day that the file remembers cannot be read as one; then no reminder comes.
-void FillTiming(Reminder& reminder) {
+void FillTiming(Company& company, Reminder& reminder) {
   try {
     reminder.day = MESchedulerUtil::GetNextSchedulerTimeFromPrefDb();
     if (!reminder.comes) return;
     const std::uint32_t launchDelay = MESchedulerUtil::GetSchedulerLaunchDelayInSeconds();
     const std::uint32_t leastDelay = MESchedulerUtil::GetDelayInSecondsFromDCE();
     reminder.delayInSeconds = std::max(launchDelay, leastDelay);
-    reminder.why = WhyThen(*reminder.day, launchDelay, leastDelay);
+    reminder.why = WhyThen(platform::Today(company.Host().Clock()), *reminder.day, launchDelay, leastDelay);
   } catch (const std::logic_error&) {
     if (!reminder.comes) return;
     reminder.comes = false;
@@ -82,7 +82,7 @@ Reminder Find(Company& company) {
   reminder.rememberedDay = company.Host().Preferences().Find(standalone::kLaunchDatePreference);
   reminder.why = WhyNotNeeded(company);
   reminder.comes = reminder.why.empty();
-  FillTiming(reminder);
+  FillTiming(company, reminder);
   return reminder;
 }
 
@@ -101,7 +101,7 @@ void ShowReminder(Invocation& invocation, const std::string& file) {
   std::string delay = "none";
   if (reminder.day) json["launchDate"] = standalone::FormatIsoDate(*reminder.day);
   if (reminder.delayInSeconds) {
-    const std::string due = LocalTimeAfter(*reminder.delayInSeconds);
+    const std::string due = LocalTimeAfter(company.Host().Clock(), *reminder.delayInSeconds);
     json["delaySeconds"] = *reminder.delayInSeconds;
     json["dueAt"] = due;
     delay = fmt::format("{}, until {}", SecondsText(*reminder.delayInSeconds), due);

@@ -1,0 +1,42 @@
+#include "platform/LoopPlatform.h"
+
+#include <ctime>
+#include <utility>
+
+#include "platform/NativePlatform.h"
+#include "platform/SystemTime.h"
+
+namespace platform {
+
+void LoopPlatform::GetLocalTime(_SYSTEMTIME& now) {
+  const Clock::TimePoint moment = clock_.Now();
+  const auto second = std::chrono::floor<std::chrono::seconds>(moment);
+  FillSystemTime(LocalTimeOf(moment), std::chrono::floor<std::chrono::milliseconds>(moment - second), now);
+}
+
+TimerId LoopPlatform::SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) {
+  const TimerId armed = events_.SetTimer(timer, milliseconds, procedure);
+  if (armed != 0 && onArmed_) onArmed_(std::chrono::milliseconds(milliseconds));
+  return armed;
+}
+
+LibraryHandle LoopPlatform::LoadLibraryA(const char* fileName) {
+  return NativePlatform().LoadLibraryA(fileName);
+}
+
+LibraryEntry LoopPlatform::GetProcAddress(LibraryHandle library, const char* entry) {
+  return NativePlatform().GetProcAddress(library, entry);
+}
+
+void LoopPlatform::FreeLibrary(LibraryHandle library) noexcept {
+  NativePlatform().FreeLibrary(library);
+}
+
+void* LoopPlatform::LocalAlloc(std::uint32_t /*flags*/, std::size_t bytes) {
+  auto block = std::make_unique<std::byte[]>(bytes);
+  void* const address = block.get();
+  blocks_.emplace(address, std::move(block));
+  return address;
+}
+
+}  // namespace platform

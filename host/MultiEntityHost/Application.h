@@ -102,11 +102,19 @@ class CCommandAndArgs {
   Util::TString url_;
 };
 
+// The command URLs with which the module has the host open its intercompany plug-in: the transactions that wait, the
+// relations after the company's realm has changed, and the set-up of a first relation.
+inline constexpr const char* kLaunchPluginForReminder = "krw:LaunchMEPlugin?context=ICT_SCHEDULER";
+inline constexpr const char* kLaunchPluginForRealmReset = "krw:LaunchMEPlugin?context=ICT_TXN_DUE_TO_REALM_RESET";
+inline constexpr const char* kLaunchPluginForNoRelations = "krw:LaunchMEPlugin?context=ICT_TXN_DUE_TO_NORELATIONS";
+
 // The host application: its state, its message queue, its close-system notification and its commands. A host implements
 // it; the module calls it on the user-interface thread.
 class Application {
  public:
+  // Whether the application runs without a user; no reminder comes then. `option` is false.
   virtual bool IsServerMode(bool option) = 0;
+  // Whether a company is open, and whether it is just being closed. The reminder does nothing but while one is open.
   virtual bool SystemIsOpen() = 0;
   virtual bool SystemIsClosing() = 0;
   // The manager of the open company file, the host's own; null while no file is open.
@@ -121,6 +129,8 @@ class Application {
   virtual void SubscribeCloseSystem(CNotifyCloseSystem& listener) noexcept = 0;
   virtual void UnsubscribeCloseSystem(CNotifyCloseSystem& listener) noexcept = 0;
 
+  // Runs one of the command URLs above and returns when the view is closed again. What it throws ends the operation or
+  // the message that asked for it, as each says.
   virtual void ExecuteCommand(const CCommandAndArgs& command) = 0;
 
  protected:

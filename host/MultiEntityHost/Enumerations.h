@@ -38,6 +38,9 @@ inline constexpr std::int16_t kTxnTypeCheck = 3;
 inline constexpr std::int16_t kTxnTypeJournalEntry = 8;
 inline constexpr std::int16_t kTxnTypeBill = 9;
 
+// In the place of the record number of an account or a name that is still to be created.
+inline constexpr std::int32_t kToBeCreated = -1;
+
 // A program feature that a user may have rights in.
 enum ProgramFeature : std::int32_t {
   kFeatureNone = 0,

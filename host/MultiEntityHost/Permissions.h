@@ -8,6 +8,7 @@
 // The rights of the signed-in user. A host implements it; the module calls it on the user-interface thread.
 class Permissions {
  public:
+  // Whether the user may do everything; relations are managed by administrators and accountants alone.
   virtual bool CurrentUserIsAdminUser() = 0;
   // Whether the user's roles grant `action` in `feature`; `option` is 0.
   virtual bool FeaturePermissionAvailable(ProgramFeature feature, UserAction action, unsigned char option) = 0;

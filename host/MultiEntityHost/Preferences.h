@@ -6,6 +6,11 @@
 #include "MultiEntityHost/Status.h"
 #include "MultiEntityHost/TString.h"
 
+// The keys that the module keeps there: the realm id that the company remembers, and the day of the next reminder as
+// YYYYMMDD.
+inline constexpr const char* kRealmIdPreference = "MERealmId";
+inline constexpr const char* kLaunchDatePreference = "MEPromptLaunchDate";
+
 // The preferences kept in the company database by key. A host implements it; the module calls it on the
 // user-interface thread.
 class DBPreferences {
@@ -31,14 +36,17 @@ class PrefsTag {
   // Whether the preferences of a company file are there to be asked; they are while one is open.
   virtual bool PrefGetPrefHandle() = 0;
 
+  // Whether the company file is a sample to try things with; no reminder comes for one.
   virtual bool GetCurrentFileIsSample() = 0;
   // 0 when the file is no accountant's copy.
   virtual std::int32_t GetIsAccntntCopy() = 0;
+  // Whether the company keeps several currencies; the home currency's code is asked for only then.
   virtual bool GetUseMultiCurrency() = 0;
   // Lets `currency` stand for the company's home currency.
   virtual void GetHomeCurrency(CCurrency& currency) = 0;
 
-  // What a CCurrency is made of: opened without a currency, asked, released once.
+  // What a CCurrency is made of: opened without a currency, asked, released once. One that stands for
+  // none is not valid, and its code is not asked for.
   virtual CurrencyHandle OpenCurrency(FeatureType feature) = 0;
   virtual bool IsValidCurrency(CurrencyHandle currency) = 0;
   virtual Util::TString GetCurrencyCode(CurrencyHandle currency) = 0;

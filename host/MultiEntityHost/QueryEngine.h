@@ -26,13 +26,18 @@ enum class QueryHandle : std::uint64_t {};
 // The numbers of selections and of date fields are the host's. Statements belong to their query.
 class QueryEngine {
  public:
+  // What a DQEWrapper is made of: opened, told what is sought, run, walked through, released once.
   virtual QueryHandle OpenQuery() = 0;
+  // Seeks the transactions of a selection. The answer is not looked at: a query that cannot be run says so in
+  // DoQuery().
   virtual Util::Status SetSelect(QueryHandle query, unsigned int selection) = 0;
   // Compares a date field with `date`; returns the statement's id.
   virtual long SetStatement(QueryHandle query, unsigned int field, DQE::SelectOp op, DateType32 date) = 0;
   // Joins two statements; returns the id of the statement that they make.
   virtual long SetStatement(QueryHandle query, long left, DQE::SelectOp op, long right) = 0;
+  // Runs the query; all of its statements hold for what it finds.
   virtual Util::Status DoQuery(QueryHandle query) = 0;
+  // Whether there is a result to walk through, which may be an empty one.
   virtual bool ResultExists(QueryHandle query) = 0;
   // The first and the following row; null after the last.
   virtual const DQE::IDBResultSetRow* First(QueryHandle query) = 0;

@@ -7,6 +7,7 @@ namespace Util {
 // Gives back memory that the host handed out.
 class MemoryManager {
  public:
+  // Called once for each block, never with null.
   virtual void Release(void* block) noexcept = 0;
 
  protected:
@@ -20,6 +21,7 @@ class Runtime {
   // text could not be made.
   virtual char* FormatStringV(const char* pattern, std::va_list arguments) = 0;
 
+  // Takes back the texts of FormatStringV(); the host's own, as long as the host is attached.
   virtual MemoryManager& GetMemoryManager() noexcept = 0;
 
   // Called when a text does not fit the field it is copied into; the field is left empty. A host that rather stops

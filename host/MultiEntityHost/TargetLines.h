@@ -23,16 +23,20 @@ inline constexpr TViewType kViewAny = 0;
 // The lines of the host's transactions. A host implements it; the module calls it on the user-interface thread.
 class TargetLines {
  public:
+  // Whether there is a line of that id that is seen under the view.
   virtual bool TargExists(std::int32_t targetId, TViewType view) = 0;
 
   // What a TargType is made of: opened on a line, asked, released once. A line that does not exist answers the null
   // date, 0, empty texts and a name that is not valid.
   virtual LineHandle OpenLine(std::int32_t targetId, FeatureType feature, ReadFailSafeType failSafe,
                               TViewType view) = 0;
+  // The day of the transaction.
   virtual DateType32 GetDate(LineHandle line) = 0;
+  // In minor units; a debit is positive.
   virtual BalType GetAmount(LineHandle line) = 0;
   // The full name of the line's account, NUL-terminated and valid until the line is released; both options are 0.
   virtual const char* GetAccountName(LineHandle line, std::int32_t option1, std::int32_t option2) = 0;
+  // The line's own memo.
   virtual Util::TString GetStrMemo(LineHandle line) = 0;
   // The name on the transaction.
   virtual CName GetTransactionName(LineHandle line) = 0;

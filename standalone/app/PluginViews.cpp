@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHost/Preferences.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Listings.h"
 #include "standalone/app/Statuses.h"
@@ -59,7 +60,7 @@ View PendingTransactions(Company& company) {
 }
 
 View RelationsAfterRealmReset(Company& company) {
-  const auto remembered = company.Host().Preferences().Find(standalone::kRealmIdPreference);
+  const auto remembered = company.Host().Preferences().Find(kRealmIdPreference);
   std::vector<RelationView> views;
   const MEStatusCode read = ReadRelations(company, views);
   const Listing relations = ListRelationViews(views);

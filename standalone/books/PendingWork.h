@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "MultiEntityHost/Bridge.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/RelationTable.h"
 
@@ -11,14 +12,6 @@ namespace standalone {
 // that is pending (1) or that came back to be changed (2). Established (3), rejected (4) and deactivated (5) ones are
 // settled; other numbers ask nothing of anybody.
 bool WaitsForAnswer(std::int16_t transactionState) noexcept;
-
-// What needs the user's attention, as the bridge library says it.
-enum SyncNeed : std::int32_t {
-  kNothingWaits = 0,
-  kTransactionsWait = 1,
-  kRelationsWait = 2,
-  kTransactionsAndRelationsWait = 3,
-};
 
 // What waits in the company file; each question is answered in the unit of work that is open, or in one of its own.
 class PendingWork {

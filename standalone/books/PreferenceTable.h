@@ -8,10 +8,6 @@
 
 namespace standalone {
 
-// The realm id that the company remembers, and the day of its next reminder (YYYYMMDD).
-inline constexpr const char* kRealmIdPreference = "MERealmId";
-inline constexpr const char* kLaunchDatePreference = "MEPromptLaunchDate";
-
 // What the company remembers by key. Every operation needs an open unit of work.
 class PreferenceTable {
  public:

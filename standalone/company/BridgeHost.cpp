@@ -2,14 +2,13 @@
 
 #include <exception>
 
+#include "MultiEntityHost/Bridge.h"
 #include "platform/NativePlatform.h"
 #include "standalone/company/StandaloneHost.h"
 
 namespace standalone {
 
 namespace {
-
-constexpr const char* kBridgeFile = "AddinBridge.DLL";
 
 std::uint8_t IsAccountant(void* host) {
   return static_cast<StandaloneHost*>(host)->CurrentUserIsAccountant() ? 1 : 0;
@@ -21,7 +20,7 @@ std::int32_t SyncNeedOf(void* host) {
 
 }  // namespace
 
-BridgeHost::BridgeHost(StandaloneHost& host) : library_(NativePlatform().LoadLibraryA(kBridgeFile)) {
+BridgeHost::BridgeHost(StandaloneHost& host) : library_(NativePlatform().LoadLibraryA(kBridgeLibrary)) {
   const BridgeAnswers answers{&host, &IsAccountant, &SyncNeedOf};
   HandOver(&answers);
 }

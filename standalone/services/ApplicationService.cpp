@@ -21,9 +21,9 @@ struct PluginCommand {
 };
 
 constexpr std::array kPluginCommands{
-    PluginCommand{"krw:LaunchMEPlugin?context=ICT_SCHEDULER", PluginView::kPendingTransactions},
-    PluginCommand{"krw:LaunchMEPlugin?context=ICT_TXN_DUE_TO_REALM_RESET", PluginView::kRelationsAfterRealmReset},
-    PluginCommand{"krw:LaunchMEPlugin?context=ICT_TXN_DUE_TO_NORELATIONS", PluginView::kRelationSetUp},
+    PluginCommand{kLaunchPluginForReminder, PluginView::kPendingTransactions},
+    PluginCommand{kLaunchPluginForRealmReset, PluginView::kRelationsAfterRealmReset},
+    PluginCommand{kLaunchPluginForNoRelations, PluginView::kRelationSetUp},
 };
 
 struct Operation {

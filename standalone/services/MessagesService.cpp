@@ -15,47 +15,34 @@ struct ListedText {
   std::string_view text;
 };
 
-constexpr std::int32_t kReminderList = 14715;
-constexpr std::int32_t kRelationsList = 14717;
-
 constexpr std::array kTexts{
-    ListedText{2003, 3023,
+    ListedText{kNoRealmStrings, kNoRealmText,
                "This company has no online company id yet. Connect the company file to its online company before you "
                "work with intercompany transactions."},
-    ListedText{kReminderList, 1, "Intercompany transactions"},
-    ListedText{kReminderList, 2,
+    ListedText{kReminderStrings, kReminderTitle, "Intercompany transactions"},
+    ListedText{kReminderStrings, kReminderOfBothText,
                "Intercompany transactions are waiting for your answer, and a relation with a partner company is not "
                "established yet. Do you want to look at them now?"},
-    ListedText{kReminderList, 3,
+    ListedText{kReminderStrings, kReminderOfTransactionsText,
                "Intercompany transactions are waiting for your answer. Do you want to look at them now?"},
-    ListedText{kReminderList, 4,
+    ListedText{kReminderStrings, kReminderOfRelationsText,
                "A relation with a partner company is still pending. It is established as soon as the partner company "
                "has agreed to it; until then nothing has to be done here."},
-    ListedText{kRelationsList, 1, "Intercompany relations"},
-    ListedText{kRelationsList, 2,
+    ListedText{kRelationsStrings, kRelationsTitle, "Intercompany relations"},
+    ListedText{kRelationsStrings, kRealmResetText,
                "This company file now belongs to another online company than the one under which its relations with "
                "partner companies were set up. Intercompany work is stopped until the relations are checked. Do you "
                "want to look at the relations now?"},
-    ListedText{kRelationsList, 3,
+    ListedText{kRelationsStrings, kNoRelationsText,
                "No relation with a partner company is established yet. Intercompany transactions need one. Do you "
                "want to set it up now?"},
-    ListedText{kRelationsList, 4, "Set up now"},
-    ListedText{kRelationsList, 5, "Not now"},
+    ListedText{kRelationsStrings, kSetUpNowButton, "Set up now"},
+    ListedText{kRelationsStrings, kNotNowButton, "Not now"},
 };
 
 constexpr ResourceInstance kResources{1};
 constexpr YNC_Tag kAnswerNo{2};
 constexpr const char* kOk = "OK";
-
-// The buttons of a message box: its own, which the arguments name, or OK alone.
-constexpr std::int32_t kOwnButtons = 0;
-constexpr std::int32_t kOkButton = 3;
-// Its icon.
-constexpr std::int32_t kNoticeIcon = 3;
-constexpr std::int32_t kQuestionIcon = 4;
-
-// In place of string indices: the title and the text themselves follow.
-constexpr std::int32_t kOwnTexts = -7;
 
 // The arguments of a message box, read one after the other.
 class ArgumentReader {
@@ -87,9 +74,10 @@ struct MessageBox {
   std::int32_t decliningButton = 0;
 };
 
-// A box with OK alone: kOwnTexts, title, text.
+// A box with OK alone: kMessageTextsFollow, title, text.
 MessageBox NoticeFor(ArgumentReader& arguments) {
-  if (arguments.Number() != kOwnTexts) throw std::invalid_argument("A message box with OK alone brings its own texts.");
+  if (arguments.Number() != kMessageTextsFollow)
+    throw std::invalid_argument("A message box with OK alone brings its own texts.");
   MessageBox box;
   box.question.kind = QuestionKind::kNotice;
   box.question.title = arguments.OwnText();
@@ -121,8 +109,8 @@ MessageBox QuestionFor(ArgumentReader& arguments) {
 }
 
 MessageBox BoxFor(std::int32_t icon, std::int32_t buttons, ArgumentReader arguments) {
-  if (icon == kNoticeIcon && buttons == kOkButton) return NoticeFor(arguments);
-  if (icon == kQuestionIcon && buttons == kOwnButtons) return QuestionFor(arguments);
+  if (icon == kMessageIconNotice && buttons == kMessageButtonsOk) return NoticeFor(arguments);
+  if (icon == kMessageIconQuestion && buttons == kMessageButtonsOwn) return QuestionFor(arguments);
   throw std::invalid_argument("There is no message box with icon " + std::to_string(icon) + " and buttons " +
                               std::to_string(buttons) + ".");
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "Frame/AttachedHost.h"
+#include "MultiEntityHost/Bridge.h"
 
 // The host's bridge library, loaded for as long as this object lives.
 class BridgeLibrary {
  public:
-  BridgeLibrary() : handle_(Host().platform->LoadLibraryA("AddinBridge.DLL")) {}
+  BridgeLibrary() : handle_(Host().platform->LoadLibraryA(kBridgeLibrary)) {}
   BridgeLibrary(const BridgeLibrary&) = delete;
   BridgeLibrary& operator=(const BridgeLibrary&) = delete;
   ~BridgeLibrary() {

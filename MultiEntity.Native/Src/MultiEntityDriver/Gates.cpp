@@ -17,7 +17,7 @@ bool IsAccountantUser() {
 
   const BridgeLibrary bridge;
   if (!bridge.IsLoaded()) return false;
-  const auto ask = bridge.Entry<IsSybaseAccountant>("IsSybaseAccountant");
+  const auto ask = bridge.Entry<IsSybaseAccountant>(kBridgeIsAccountant);
   return ask != nullptr && ask() != 0;
 }
 

@@ -4,9 +4,6 @@
 
 namespace {
 
-// The id of an account or a name that is still to be created.
-constexpr std::int32_t kToBeCreated = -1;
-
 bool journalEntryDeletionFlag = false;
 
 EdListStatus CreateExpenseAccount(MEAccountInfo& account) {

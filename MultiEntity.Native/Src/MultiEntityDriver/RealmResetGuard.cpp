@@ -8,41 +8,34 @@
 
 namespace {
 
-// The numbers of the host's string lists and message boxes, passed on as the host defines them.
 constexpr std::uintptr_t kNoWindow = 0;
-constexpr std::int32_t kEndOfArguments = -1;
 constexpr std::size_t kMessageTextSize = 1024;
 
-constexpr std::int32_t kNoRealmList = 2003;
-constexpr std::int32_t kNoRealmText = 3023;
-constexpr std::int32_t kNoRealmIcon = 3;
-constexpr std::int32_t kNoRealmButtons = 3;
-constexpr std::int32_t kTitleAndTextFollow = -7;
-
-constexpr std::int32_t kRelationsList = 14717;
-constexpr std::int32_t kRealmResetFirstText = 1;
-constexpr std::int32_t kRealmResetSecondText = 2;
-constexpr std::int32_t kNoRelationsIcon = 4;
-constexpr std::int32_t kNoRelationsButtons = 0;
-constexpr std::int32_t kNoRelationsAnswerToLaunch = 0;
+// The buttons of the question whether a relation is to be set up.
+constexpr std::int32_t kButtons = 2;
+constexpr std::int32_t kGoOn = 0;
+constexpr std::int32_t kDoNothing = 1;
 
 void ShowNoRealmMessage() {
   std::array<char, kMessageTextSize> text{};
-  Host().messages.GetIndStringC(text.data(), text.size(), Host().messages.GetKRWinInstance(), kNoRealmList,
+  Host().messages.GetIndStringC(text.data(), text.size(), Host().messages.GetKRWinInstance(), kNoRealmStrings,
                                 kNoRealmText);
-  const std::array<MessageArgument, 4> arguments{kTitleAndTextFollow, Util::TString("Intercompany transactions"),
-                                                 Util::TString(text.data()), kEndOfArguments};
-  Host().messages.KRMSG_MessageO(kNoWindow, kNoRealmIcon, kNoRealmButtons, kNoRealmList, arguments);
+  const std::array<MessageArgument, 4> arguments{kMessageTextsFollow, Util::TString("Intercompany transactions"),
+                                                 Util::TString(text.data()), kMessageEndOfArguments};
+  Host().messages.KRMSG_MessageO(kNoWindow, kMessageIconNotice, kMessageButtonsOk, kNoRealmStrings, arguments);
 }
 
 YNC_Tag AskAboutRealmReset(const OperationLog& log) {
   return Host().messages.YesNoInfoMsgO({operations::kDriverSource, log.Name()}, Host().messages.GetKRWinInstance(),
-                                       kRelationsList, kRealmResetFirstText, kRealmResetSecondText, true, true);
+                                       kRelationsStrings, kRelationsTitle, kRealmResetText, true, true);
 }
 
 std::int32_t ShowNoRelationsMessage() {
-  const std::array<MessageArgument, 8> arguments{1, 2, 0, 1, 4, 5, 3, kEndOfArguments};
-  return Host().messages.KRMSG_MessageO(kNoWindow, kNoRelationsIcon, kNoRelationsButtons, kRelationsList, arguments);
+  const std::array<MessageArgument, 8> arguments{
+      kRelationsTitle,       kButtons, kGoOn, kDoNothing, kSetUpNowButton, kNotNowButton, kNoRelationsText,
+      kMessageEndOfArguments};
+  return Host().messages.KRMSG_MessageO(kNoWindow, kMessageIconQuestion, kMessageButtonsOwn, kRelationsStrings,
+                                        arguments);
 }
 
 bool MayDoInAccountList(CAccnt& element, UserAction action) {
@@ -86,7 +79,7 @@ bool MultiEntityDriver::CheckForPluginNavigation() {
     if (std::ranges::any_of(relations, [](const auto& relation) { return relation.state == MEStateEstablished; })) {
       return true;
     }
-    if (ShowNoRelationsMessage() != kNoRelationsAnswerToLaunch) return true;
+    if (ShowNoRelationsMessage() != kGoOn) return true;
     LaunchPlugin(kLaunchPluginForNoRelations);
     return false;
   } catch (...) {

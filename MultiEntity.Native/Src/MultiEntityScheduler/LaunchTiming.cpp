@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr const char* kLaunchDateKey = "MEPromptLaunchDate";
 constexpr std::uint32_t kDefaultDelayInSeconds = 900;
 constexpr std::uint32_t kDefaultLaunchHour = 10;
 
@@ -85,7 +84,7 @@ DateType32 Today() {
 
 Util::TString RemoteValue(const char* key) {
   Util::TString value;
-  Host().remoteValues.GetValue2("MultiEntity", key, value);
+  Host().remoteValues.GetValue2(kRemoteValues, key, value);
   return value;
 }
 
@@ -109,7 +108,7 @@ std::uint32_t MESchedulerUtil::GetDelayInSecondsFromDCE() {
   const OperationLog log{operations::GetDelayInSecondsFromDCE};
   log.Notice("MULTIENTITY::GetDelayInSecondsFromDCE: Getting initial delay for timer from DCE");
   try {
-    const Util::TString value = RemoteValue("InitialDelayInSeconds");
+    const Util::TString value = RemoteValue(kInitialDelayInSeconds);
     log.Note("MULTIENTITY::GetDelayInSecondsFromDCE: Value of initial delay for timer fetched from DCE: %s",
              value.c_str());
     return value.empty() ? kDefaultDelayInSeconds : ToUnsignedLong(value.view());
@@ -123,7 +122,7 @@ std::uint32_t MESchedulerUtil::GetHoursToLaunchFromDCE() {
   const OperationLog log{operations::GetHoursToLaunchFromDCE};
   log.Notice("MULTIENTITY::GetHoursToLaunchFromDCE: Getting hours to launch for timer from DCE");
   try {
-    const Util::TString value = RemoteValue("HoursToLaunchDay");
+    const Util::TString value = RemoteValue(kHoursToLaunchDay);
     log.Note("MULTIENTITY::GetHoursToLaunchFromDCE: Value of hours to launch for timer fetched from DCE: %s",
              value.c_str());
     return value.empty() ? kDefaultLaunchHour : ToUnsignedLong(value.view());
@@ -138,7 +137,7 @@ DateType32 MESchedulerUtil::GetNextSchedulerTimeFromPrefDb() {
   log.Note("MULTIENTITY::GetNextSchedulerTimeFromPrefDb: Getting next launch date from pref db");
   if (MayUseDatabase()) {
     Util::TString text;
-    if (Host().databasePreferences.GetCompanyDBPreference(kLaunchDateKey, text).Succeeded()) {
+    if (Host().databasePreferences.GetCompanyDBPreference(kLaunchDatePreference, text).Succeeded()) {
       return StringToDate(std::string(text.view()));
     }
   }
@@ -154,7 +153,7 @@ void MESchedulerUtil::SetNextSchedulerTimeToPrefDb() {
     const DateType32 next = DateAdd(today, IsTimerLaunchDateToday() ? 0 : 1);
     if (!MayUseDatabase()) return;
     if (Host()
-            .databasePreferences.SetCompanyDBPreference(kLaunchDateKey, std::string_view(DateToString(next)))
+            .databasePreferences.SetCompanyDBPreference(kLaunchDatePreference, std::string_view(DateToString(next)))
             .Failed()) {
       log.Error("MULTIENTITY::SetNextSchedulerTimeToPrefDb: Unable to save next launch date to pref db");
     }

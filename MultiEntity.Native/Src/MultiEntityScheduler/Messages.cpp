@@ -12,27 +12,16 @@
 
 namespace {
 
-// What the bridge says needs the user's attention. Other answers: nothing.
-enum SyncNeed : std::int32_t {
-  kReminderFirstForm = 1,
-  kWarning = 2,
-  kReminderSecondForm = 3,
-  kNoSuchEntry = 4,
-};
+// In the place of an answer of the bridge; nothing is shown for it.
+constexpr SyncNeed kNoSuchEntry{4};
 
-// The host's string list of the reminder.
-constexpr std::int32_t kReminderList = 14715;
-constexpr std::int32_t kReminderTitle = 1;
-constexpr std::int32_t kReminderSecondText = 2;
-constexpr std::int32_t kReminderFirstText = 3;
-constexpr std::int32_t kWarningText = 4;
 constexpr std::size_t kWarningTextSize = 1024;
 
 constexpr Util::SourceContext kPromptSource{operations::kSchedulerSource, operations::ProcessUIPrompt.shortName};
 
 SyncNeed AskBridge(const BridgeLibrary& bridge) {
   using NeedDataSyncUp = std::int32_t (*)();
-  const auto ask = bridge.Entry<NeedDataSyncUp>("NeedDataSyncUp");
+  const auto ask = bridge.Entry<NeedDataSyncUp>(kBridgeNeedsSync);
   return ask == nullptr ? kNoSuchEntry : static_cast<SyncNeed>(ask());
 }
 
@@ -48,7 +37,7 @@ std::optional<SyncNeed> AskBridgeOnce(const OperationLog& log) {
 
 void Remind(std::int32_t textIndex) {
   Messages& messages = Host().messages;
-  const YNC_Tag answer = messages.YesNoInfoMsgO(kPromptSource, messages.GetKRWinInstance(), kReminderList,
+  const YNC_Tag answer = messages.YesNoInfoMsgO(kPromptSource, messages.GetKRWinInstance(), kReminderStrings,
                                                 kReminderTitle, textIndex, true, true);
   if (answer == kAnswerYes) LaunchPlugin(kLaunchPluginForReminder);
 }
@@ -57,8 +46,9 @@ void Warn() {
   Messages& messages = Host().messages;
   std::array<char, kWarningTextSize> title{};
   std::array<char, kWarningTextSize> text{};
-  messages.GetIndStringC(title.data(), title.size(), messages.GetKRWinInstance(), kReminderList, kReminderTitle);
-  messages.GetIndStringC(text.data(), text.size(), messages.GetKRWinInstance(), kReminderList, kWarningText);
+  messages.GetIndStringC(title.data(), title.size(), messages.GetKRWinInstance(), kReminderStrings, kReminderTitle);
+  messages.GetIndStringC(text.data(), text.size(), messages.GetKRWinInstance(), kReminderStrings,
+                         kReminderOfRelationsText);
   messages.KRWarnMsgWithTitle02(0, kPromptSource, title.data(), text.data(), true);
 }
 
@@ -115,13 +105,13 @@ void MESchedulerUIPrompt::ProcessMsg() {
   MESchedulerUtil::StartScheduler();
 
   switch (*need) {
-    case kReminderSecondForm:
-      Remind(kReminderSecondText);
+    case kTransactionsAndRelationsWait:
+      Remind(kReminderOfBothText);
       break;
-    case kReminderFirstForm:
-      Remind(kReminderFirstText);
+    case kTransactionsWait:
+      Remind(kReminderOfTransactionsText);
       break;
-    case kWarning:
+    case kRelationsWait:
       Warn();
       break;
     default:

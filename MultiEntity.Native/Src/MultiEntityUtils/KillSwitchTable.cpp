@@ -7,38 +7,15 @@
 
 namespace {
 
-constexpr const char* kFeatureSection = "MultiEntityFeature";
-constexpr const char* kAccountsSection = "MultiEntityAccounts";
-
 struct Switch {
   MEKillSwitchKey key;
   const char* flag;
 };
 
 constexpr std::array kSwitches{
-    Switch{MEKillSwitchGlobal, "ME_FOR_ALL"},
-    Switch{MEKillSwitchBills, "ME_FOR_BILLS"},
-    Switch{MEKillSwitchChecks, "ME_FOR_CHECKS"},
-};
-
-// Indexed by account type.
-constexpr std::array kAccountTypeFlags{
-    "Bank",
-    "Accounts_Receivable",
-    "Other_Current_Asset",
-    "Fixed_Asset",
-    "Other_Asset",
-    "Accounts_Payable",
-    "Credit_Card",
-    "Other_Current_Liability",
-    "Long_Term_Liability",
-    "Equity",
-    "Income",
-    "Cost_of_Goods_Sold",
-    "Expense",
-    "Other_Income",
-    "Other_Expense",
-    "Non_Posting",
+    Switch{MEKillSwitchGlobal, kSwitchForAll},
+    Switch{MEKillSwitchBills, kSwitchForBills},
+    Switch{MEKillSwitchChecks, kSwitchForChecks},
 };
 
 std::map<int, bool>& KillSwitchTable() {
@@ -52,7 +29,7 @@ bool MultiEntityUtils::InitializeMEKillSwitchLookUpTable() {
   const OperationLog log{operations::InitializeMEKillSwitchLookUpTable};
   try {
     for (const Switch& remote : kSwitches) {
-      KillSwitchTable()[remote.key] = Host().killSwitches.IsFeatureEnabled(kFeatureSection, remote.flag);
+      KillSwitchTable()[remote.key] = Host().killSwitches.IsFeatureEnabled(kFeatureSwitches, remote.flag);
     }
     return true;
   } catch (...) {
@@ -81,6 +58,6 @@ bool MultiEntityUtils::IsFeatureEnabled(MEKillSwitchKey key) {
 
 bool MultiEntityUtils::IsAccountTypeEnabled(KrEnumerations::AccntTypeType type) {
   const auto index = static_cast<std::size_t>(type);
-  if (index >= kAccountTypeFlags.size()) return false;
-  return Host().killSwitches.IsFeatureEnabled(kAccountsSection, kAccountTypeFlags[index]);
+  if (index >= kAccountTypeSwitches.size()) return false;
+  return Host().killSwitches.IsFeatureEnabled(kAccountSwitches, kAccountTypeSwitches[index]);
 }

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHost/Enumerations.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Statuses.h"
@@ -17,8 +18,6 @@
 namespace app {
 
 namespace {
-
-constexpr std::int32_t kToBeCreated = -1;
 
 struct RecordOptions {
   std::string file;

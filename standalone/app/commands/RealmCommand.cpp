@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHost/Preferences.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Dialogue.h"
 #include "standalone/app/Encounter.h"
@@ -28,7 +29,7 @@ struct RealmOptions {
 
 // Asked of the file itself, as the module's own question would have a file without a realm id remember one.
 std::optional<std::string> RememberedRealm(Company& company) {
-  return company.Host().Preferences().Find(standalone::kRealmIdPreference);
+  return company.Host().Preferences().Find(kRealmIdPreference);
 }
 
 Json RealmJson(const std::optional<std::string>& realm) {

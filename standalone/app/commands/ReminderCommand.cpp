@@ -12,6 +12,7 @@
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Enumerations.h"
+#include "MultiEntityHost/Preferences.h"
 #include "platform/Clock.h"
 #include "standalone/app/Company.h"
 #include "standalone/app/Invocation.h"
@@ -79,7 +80,7 @@ void FillTiming(Company& company, Reminder& reminder) {
 
 Reminder Find(Company& company) {
   Reminder reminder;
-  reminder.rememberedDay = company.Host().Preferences().Find(standalone::kLaunchDatePreference);
+  reminder.rememberedDay = company.Host().Preferences().Find(kLaunchDatePreference);
   reminder.why = WhyNotNeeded(company);
   reminder.comes = reminder.why.empty();
   FillTiming(company, reminder);

@@ -38,7 +38,7 @@ void UseTheLibraryOnce(ScriptedHost& host) {
   library.Detach();
 }
 
-TEST(Library, CallsNobodyWhileItIsLoadedAndUnloaded) {
+TEST(Library, IsThereAsLongAsItIsLoaded) {
   ASSERT_FALSE(LoadedLibrary::IsLoaded());
 
   auto library = std::make_unique<LoadedLibrary>();
@@ -46,6 +46,21 @@ TEST(Library, CallsNobodyWhileItIsLoadedAndUnloaded) {
   library.reset();
 
   EXPECT_FALSE(LoadedLibrary::IsLoaded());
+}
+
+// The host has not let go, as at the end of a process, so that a call would still reach it.
+TEST(Library, CallsNobodyWhileItIsUnloadedAndLoadedAgain) {
+  ScriptedHost host;
+  auto library = std::make_unique<LoadedLibrary>();
+  ASSERT_EQ(library->Attach(host), MEAttachDone);
+  library->StartScheduler();
+  host.Forget();
+
+  library.reset();
+  EXPECT_FALSE(LoadedLibrary::IsLoaded());
+  library = std::make_unique<LoadedLibrary>();
+
+  EXPECT_THAT(host.Events(), IsEmpty());
 }
 
 TEST(Library, IsGoneOnceItsHostHasLetGo) {
@@ -76,10 +91,10 @@ TEST(Library, IsUsedAnewEachTimeItIsLoaded) {
   EXPECT_THAT(third.CallsOf({"SetTimer", "KillTimer"}), testing::ElementsAre("SetTimer(0, 900000)", "KillTimer(1)"));
 }
 
-TEST(Library, CallsNoHostWhileItIsUnloaded) {
+TEST(Library, CallsNoHostThatHasLetGoWhileItIsUnloaded) {
   ScriptedHost host;
   auto library = std::make_unique<LoadedLibrary>();
-  library->Attach(host);
+  ASSERT_EQ(library->Attach(host), MEAttachDone);
   library->StartScheduler();
   library->Detach();
   host.Forget();

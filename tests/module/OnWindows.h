@@ -1,8 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
-#include <vector>
 
 #include "module/Arrangements.h"
 #include "platform/SystemTime.h"
@@ -27,12 +25,6 @@ class OnWindows : public testing::Test {
     services.platform = nullptr;
     attachment.emplace(services);
     host.Forget();
-  }
-
-  // What of the scripted platform was asked: nothing must be.
-  std::vector<std::string> ScriptedPlatformCalls() const {
-    return host.CallsOf({"GetLocalTime", "SetTimer", "KillTimer", "LoadLibraryA", "GetProcAddress", "FreeLibrary",
-                         "LocalAlloc", "LocalFree"});
   }
 
   ScriptedHost host;

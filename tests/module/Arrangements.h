@@ -29,6 +29,16 @@ inline Util::TString Characters(std::size_t count) {
   return std::string_view(std::string(count, '7'));
 }
 
+// Has the library read its switches, as it does once in a process, so that what follows happens while the feature is
+// off. The record starts empty again.
+inline void HaveTheFeatureOff(ScriptedHost& host) {
+  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  EXPECT_FALSE(MultiEntityDriver::IsFeatureEnabled(MESupportCheckMultiEntity, MEKillSwitchGlobal))
+      << "the switches were read before";
+  host.Forget();
+  host.ops.lines.clear();
+}
+
 // A company whose administrator is signed in, with two pairs of accounts that can serve in relations.
 class Company : public AttachedTest {
  protected:

@@ -138,13 +138,16 @@ TEST_F(RememberedRealmId, IsNotAnsweredWhenThereIsNoMemoryForIt) {
                                           "generic exception")));
 }
 
-TEST_F(RememberedRealmId, IsAskedAlsoWhileTheFeatureIsOff) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+TEST_F(RememberedRealmId, IsRememberedAnsweredAndReplacedByAnyoneAlsoWhileTheFeatureIsOff) {
+  HaveTheFeatureOff(host);
 
-  Get("9130");
-  Set("9131");
+  EXPECT_EQ(Get("9130"), nullptr);
+  EXPECT_STREQ(Get("9999"), "9130");
+  EXPECT_TRUE(Set("9131"));
 
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled", "CurrentUserIsAdminUser"}), IsEmpty());
+  EXPECT_THAT(host.databasePreferences.values, ElementsAre(Pair("MERealmId", "9131")));
+  EXPECT_THAT(host.CallsOf({"CurrentUserIsAdminUser", "FeaturePermissionAvailable"}), IsEmpty());
+  EXPECT_THAT(host.Lines(), IsEmpty());
 }
 
 class RememberedRealmIdStep : public RememberedRealmId, public testing::WithParamInterface<const char*> {};

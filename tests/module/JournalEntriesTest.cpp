@@ -77,11 +77,11 @@ TEST_F(JournalEntry, IsRecordedInThisOrderWithoutALineOfItsOwn) {
 }
 
 TEST_F(JournalEntry, IsRecordedAlsoWhileTheFeatureIsOff) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_EQ(Record({}), MEStatusSuccess);
 
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled"}), IsEmpty());
+  EXPECT_THAT(host.Lines(), OnlyTheRightAsked());
 }
 
 TEST_F(JournalEntry, IsRememberedInOneRowUnderTheRequestId) {

@@ -212,12 +212,16 @@ TEST_F(RealmGuard, DoesNotStopWhenThePluginCannotBeOpened) {
   EXPECT_THAT(host.Lines(), OnlyTheGuardsException());
 }
 
-TEST_F(RealmGuard, IsAskedAlsoWhileTheFeatureIsOff) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+TEST_F(RealmGuard, StopsAndLetsPassAlsoWhileTheFeatureIsOff) {
+  FileRemembers("111");
+  HaveTheFeatureOff(host);
 
   EXPECT_TRUE(Blocks(""));
+  EXPECT_TRUE(Blocks("222"));
+  EXPECT_FALSE(Blocks("111"));
 
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled"}), IsEmpty());
+  EXPECT_THAT(Shown(), SizeIs(2));
+  EXPECT_THAT(host.Lines(), IsEmpty());
 }
 
 class AnswerToTheReset : public RealmGuard, public testing::WithParamInterface<std::int32_t> {};

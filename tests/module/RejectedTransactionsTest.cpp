@@ -93,11 +93,12 @@ TEST_F(RejectedTransaction, IsNotRememberedWhenTheHostCannotTellTheRight) {
 }
 
 TEST_F(RejectedTransaction, IsRememberedAlsoWhileTheFeatureIsOff) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_EQ(Save({}), MEStatusSuccess);
 
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled"}), IsEmpty());
+  EXPECT_THAT(host.store.rejected, SizeIs(1));
+  EXPECT_THAT(host.Lines(), InOrder(RightAsked(), RightAnswered()));
 }
 
 TEST_F(RejectedTransaction, NeedsARelationWithThePartner) {
@@ -444,7 +445,7 @@ TEST_F(RejectedTransactions, ThatWereListedBeforeAnExceptionStay) {
 
 TEST_F(RejectedTransactions, AreDeletedByAnyoneAlsoWhileTheFeatureIsOff) {
   host.permissions.features.clear();
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_EQ(MultiEntityDriver::DeleteRejectedTransaction("bill-1"), MEStatusSuccess);
 

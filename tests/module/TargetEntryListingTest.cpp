@@ -160,12 +160,12 @@ TEST_F(TransactionEntries, WriteTheRightsLinesOnly) {
 }
 
 TEST_F(TransactionEntries, AreListedAlsoWhileTheFeatureIsOff) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_EQ(List(10), MEStatusSuccess);
 
-  EXPECT_THAT(list, SizeIs(1));
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled"}), IsEmpty());
+  EXPECT_THAT(list, ElementsAre(OfLine(101)));
+  EXPECT_THAT(host.Lines(), InOrder(RightAsked(), RightAnswered()));
 }
 
 TEST_F(TransactionEntries, AskForTheRightAnewForEveryRowInTheStoresOrder) {
@@ -436,11 +436,12 @@ TEST_F(PeriodEntries, AskForAmountAccountCurrencyAndNameInThisOrder) {
 }
 
 TEST_F(PeriodEntries, AreListedAlsoWhileTheFeatureIsOff) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_EQ(List(), MEStatusSuccess);
 
-  EXPECT_THAT(list, SizeIs(3));
+  EXPECT_THAT(list, ElementsAre(OfLine(101), OfLine(201), OfLine(301)));
+  EXPECT_THAT(host.Lines(), SizeIs(kRightsLines));
 }
 
 TEST_F(PeriodEntries, IncludeTheFirstAndTheLastDay) {

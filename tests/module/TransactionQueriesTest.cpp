@@ -91,11 +91,14 @@ TEST_F(TransactionQuery, RunsAlsoWhenTheSelectionIsRefused) {
 }
 
 TEST_F(TransactionQuery, IsNeitherGatedNorBoundToARight) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_TRUE(Ask());
+  EXPECT_TRUE(AskForPeriod(kFirstOfMarch, kLastOfMarch));
 
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled", "FeaturePermissionAvailable"}), IsEmpty());
+  EXPECT_THAT(txns, ElementsAre(73, 71, 71, 73, 71));
+  EXPECT_THAT(host.CallsOf({"CurrentUserIsAdminUser", "FeaturePermissionAvailable"}), IsEmpty());
+  EXPECT_THAT(host.Lines(), IsEmpty());
 }
 
 TEST_F(TransactionQuery, OfAPeriodJoinsBothBoundsOfTheDateField) {

@@ -299,11 +299,12 @@ TEST_F(StateByLine, BecomesEstablishedWithoutTheHostsTransactionBeingUpdated) {
 }
 
 TEST_F(StateByLine, IsChangedAlsoWhileTheFeatureIsOff) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_EQ(Update(MEStateEstablished), MEStatusSuccess);
 
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled"}), IsEmpty());
+  EXPECT_EQ(StoredState(), MEStateEstablished);
+  EXPECT_THAT(host.Lines(), InOrder(RightAsked(), RightAnswered()));
 }
 
 TEST_F(StateByLine, ChangesNothingElseInTheRow) {
@@ -555,11 +556,12 @@ TEST_F(RequestOfAPartner, IsNotKnownWhenTheRelationHasNoId) {
 }
 
 TEST_F(RequestOfAPartner, IsKnownAlsoWhileTheFeatureIsOffAndToAnyone) {
-  host.switches.TurnOff(kFeatureSection, "ME_FOR_ALL");
+  HaveTheFeatureOff(host);
 
   EXPECT_EQ(Ask("9130", "request-1"), MEStatusSuccess);
 
-  EXPECT_THAT(host.CallsOf({"IsFeatureEnabled", "FeaturePermissionAvailable"}), IsEmpty());
+  EXPECT_THAT(host.Calls(), InOrder("GetRelation(9130)", "HasAnyMatchingTransaction(request-1, 5)"));
+  EXPECT_THAT(host.Lines(), SizeIs(1));
 }
 
 class RequestOfAPartnerStep : public RequestOfAPartner, public testing::WithParamInterface<const char*> {};

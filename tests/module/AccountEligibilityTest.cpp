@@ -206,11 +206,13 @@ TEST_F(AccountsList, LosesNothingToARelationWithoutAccounts) {
 }
 
 TEST_F(AccountsList, NeverOffersPayables) {
-  host.chart.accounts[16] = {.name = "Payables", .type = KrEnumerations::kAccountsPayable};
+  host.chart.accounts = {{15, {.name = "Cards", .type = KrEnumerations::kCreditCard}},
+                         {16, {.name = "Payables", .type = KrEnumerations::kAccountsPayable}}};
 
-  List(0);
+  EXPECT_EQ(List(0), MEStatusSuccess);
 
-  EXPECT_FALSE(accounts.contains(16));
+  EXPECT_THAT(accounts, UnorderedElementsAre(Pair(15, Pair("Cards", "Credit Card"))));
+  EXPECT_THAT(host.CallsOf({"GetType"}), UnorderedElementsAre("GetType(15)", "GetType(16)"));
 }
 
 TEST_F(AccountsList, OffersNoBankAccountWhileBankAccountsAreSwitchedOff) {

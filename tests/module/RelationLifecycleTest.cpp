@@ -12,6 +12,7 @@ using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::ThrowsMessage;
 
 const std::string kCreate = "MultiEntityDriver::CreateRelation";
 const std::string kUpdate = "MultiEntityDriver::UpdateRelation";
@@ -511,11 +512,22 @@ TEST_F(RelationAccounts, BeforeTheFirstThatFailsStayInTheRowAndThoseAfterItAreNo
   EXPECT_THAT(host.CallsOf({"GetAccountForRecnum"}), InOrder("GetAccountForRecnum(11)", "GetAccountForRecnum(99)"));
 }
 
-TEST_F(RelationAccounts, LetTheHostsExceptionThrough) {
-  host.ThrowAt("EdListRefreshList", std::runtime_error("the list is locked"));
+// Every call that the operation makes, but the release of an account.
+class RelationAccountsStep : public RelationAccounts, public testing::WithParamInterface<const char*> {};
 
-  EXPECT_THROW(Populate({DueFrom(11)}), std::runtime_error);
+TEST_P(RelationAccountsStep, LetsTheHostsExceptionThroughAndLeavesTheRow) {
+  host.ThrowAt(GetParam(), std::runtime_error(GetParam()));
+
+  EXPECT_THAT([this] { Populate({DueFrom(11)}); }, ThrowsMessage<std::runtime_error>(GetParam()));
+
+  EXPECT_THAT(row, WithAccounts(1, 2));
+  EXPECT_EQ(host.chart.open.Count(), 0U);
 }
+
+INSTANTIATE_TEST_SUITE_P(Every, RelationAccountsStep,
+                         testing::Values("GetAccntListPtr", "EdListRefreshList", "OpenAccount", "GetAccountForRecnum",
+                                         "GetDeleted", "GetType", "GetIsSubAccnt", "IsSpecial", "IsFeatureEnabled"),
+                         [](const auto& tested) { return std::string(tested.param); });
 
 class RelationUpdate : public Relation {
  protected:

@@ -28,13 +28,18 @@ class RelationQuery : public AttachedTest {
     return host.CallsOf({"GetRelation", "GetRelationById", "GetAllRelations"});
   }
 
-  DBMultiEntityRelation row{};
-  std::vector<DBMultiEntityRelation> rows;
-  std::vector<std::string> realmIds;
+  // What the caller has before it asks.
+  DBMultiEntityRelation row = RelationRow({.relationId = 77});
+  std::vector<DBMultiEntityRelation> rows{RelationRow({.relationId = 77}), RelationRow({.relationId = 78})};
+  std::vector<std::string> realmIds{"9177"};
 };
 
 testing::Matcher<DBMultiEntityRelation> WithId(std::int32_t relationId) {
   return Field("relationId", &DBMultiEntityRelation::relationId, relationId);
+}
+
+testing::Matcher<std::vector<DBMultiEntityRelation>> TheCallersOwn() {
+  return ElementsAre(WithId(77), WithId(78));
 }
 
 TEST_F(RelationQuery, ByRealmIsRefusedWhileTheFeatureIsOff) {
@@ -43,6 +48,7 @@ TEST_F(RelationQuery, ByRealmIsRefusedWhileTheFeatureIsOff) {
   EXPECT_EQ(MultiEntityDriver::GetRelation("9131", row), MEStatusFeatureDisabled);
 
   EXPECT_THAT(host.Lines(), RefusedAsDisabled(kGet, "MULTIENTITY: GetRelation :Feature is disabled"));
+  EXPECT_THAT(row, WithId(77));
   EXPECT_THAT(StoreCalls(), IsEmpty());
 }
 
@@ -60,6 +66,7 @@ TEST_F(RelationQuery, ByRealmNeedsARealmId) {
 
   EXPECT_THAT(host.Lines(), InOrder(Entering(kGet), FeatureAsked(), RightAsked(), RightAnswered(),
                                     Error("MULTIENTITY_ERROR::GetRelation failed as Invalid data for realm []")));
+  EXPECT_THAT(row, WithId(77));
   EXPECT_THAT(StoreCalls(), IsEmpty());
 }
 
@@ -69,6 +76,7 @@ TEST_F(RelationQuery, ByRealmRefusesTwentyCharactersBeforeTheStoreIsAsked) {
   EXPECT_THAT(host.LinesOf(kGet),
               InOrder(Entering(kGet), Error("MULTIENTITY_ERROR::GetRelation failed as Invalid data for realm "
                                             "[77777777777777777777]")));
+  EXPECT_THAT(row, WithId(77));
   EXPECT_THAT(StoreCalls(), IsEmpty());
 }
 
@@ -101,6 +109,7 @@ TEST_F(RelationQuery, ByIdIsRefusedWhileTheFeatureIsOff) {
   EXPECT_EQ(MultiEntityDriver::GetRelationById(1, row), MEStatusFeatureDisabled);
 
   EXPECT_THAT(host.Lines(), RefusedAsDisabled(kGetById, "MULTIENTITY: GetRelationById :Feature is disabled"));
+  EXPECT_THAT(row, WithId(77));
   EXPECT_THAT(StoreCalls(), IsEmpty());
 }
 
@@ -137,10 +146,11 @@ TEST_F(RelationQuery, OfAllIsRefusedWhileTheFeatureIsOff) {
   EXPECT_EQ(MultiEntityDriver::GetRelationsList(rows), MEStatusFeatureDisabled);
 
   EXPECT_THAT(host.Lines(), RefusedAsDisabled(kGetList, "MULTIENTITY: GetAllRelations :Feature is disabled"));
+  EXPECT_THAT(rows, TheCallersOwn());
   EXPECT_THAT(StoreCalls(), IsEmpty());
 }
 
-TEST_F(RelationQuery, OfAllGivesEveryRowInTheStoresOrderWithoutAnExitLine) {
+TEST_F(RelationQuery, OfAllReplacesTheCallersRowsByTheStoresInItsOrderWithoutAnExitLine) {
   KeepThree();
 
   EXPECT_EQ(MultiEntityDriver::GetRelationsList(rows), MEStatusSuccess);
@@ -149,7 +159,7 @@ TEST_F(RelationQuery, OfAllGivesEveryRowInTheStoresOrderWithoutAnExitLine) {
   EXPECT_THAT(host.Lines(), InOrder(Entering(kGetList), FeatureAsked(), RightAsked(), RightAnswered()));
 }
 
-TEST_F(RelationQuery, OfAllGivesNothingFromAnEmptyTable) {
+TEST_F(RelationQuery, OfAllLeavesTheCallerNothingFromAnEmptyTable) {
   EXPECT_EQ(MultiEntityDriver::GetRelationsList(rows), MEStatusSuccess);
 
   EXPECT_THAT(rows, IsEmpty());
@@ -177,15 +187,16 @@ TEST_F(RelationQuery, OfRealmIdsIsRefusedWhileTheFeatureIsOff) {
   EXPECT_EQ(MultiEntityDriver::GetRelationRealmIdList(realmIds, false), MEStatusFeatureDisabled);
 
   EXPECT_THAT(host.Lines(), RefusedAsDisabled(kGetRealms, "MULTIENTITY: GetRelationRealmIdList :Feature is disabled"));
+  EXPECT_THAT(realmIds, InOrder("9177"));
   EXPECT_THAT(StoreCalls(), IsEmpty());
 }
 
-TEST_F(RelationQuery, OfRealmIdsGivesThoseOfAllRelationsInTableOrderWithoutAnExitLine) {
+TEST_F(RelationQuery, OfRealmIdsAppendsThoseOfAllRelationsInTableOrderWithoutAnExitLine) {
   KeepThree();
 
   EXPECT_EQ(MultiEntityDriver::GetRelationRealmIdList(realmIds, false), MEStatusSuccess);
 
-  EXPECT_THAT(realmIds, InOrder("9133", "9131", "9132"));
+  EXPECT_THAT(realmIds, InOrder("9177", "9133", "9131", "9132"));
   EXPECT_THAT(host.Lines(), InOrder(Entering(kGetRealms), FeatureAsked(), RightAsked(), RightAnswered()));
 }
 
@@ -194,16 +205,16 @@ TEST_F(RelationQuery, OfRealmIdsLeavesOutOnlyTheRelationsWithoutAccountsOnReques
 
   EXPECT_EQ(MultiEntityDriver::GetRelationRealmIdList(realmIds, true), MEStatusSuccess);
 
-  EXPECT_THAT(realmIds, InOrder("9133", "9132"));
+  EXPECT_THAT(realmIds, InOrder("9177", "9133", "9132"));
 }
 
-TEST_F(RelationQuery, OfRealmIdsAppendsToWhatTheCallerHas) {
+TEST_F(RelationQuery, OfRealmIdsAppendsAlsoThoseThatTheCallerHas) {
   KeepThree();
 
   MultiEntityDriver::GetRelationRealmIdList(realmIds, true);
   MultiEntityDriver::GetRelationRealmIdList(realmIds, true);
 
-  EXPECT_THAT(realmIds, InOrder("9133", "9132", "9133", "9132"));
+  EXPECT_THAT(realmIds, InOrder("9177", "9133", "9132", "9133", "9132"));
 }
 
 TEST_F(RelationQuery, OfRealmIdsTakesAnIdThatFillsItsField) {
@@ -211,32 +222,33 @@ TEST_F(RelationQuery, OfRealmIdsTakesAnIdThatFillsItsField) {
 
   MultiEntityDriver::GetRelationRealmIdList(realmIds, false);
 
-  EXPECT_THAT(realmIds, InOrder("7777777777777777777"));
+  EXPECT_THAT(realmIds, InOrder("9177", "7777777777777777777"));
 }
 
-TEST_F(RelationQuery, OfRealmIdsGivesNothingFromAnEmptyTable) {
+TEST_F(RelationQuery, OfRealmIdsAppendsNothingFromAnEmptyTable) {
   EXPECT_EQ(MultiEntityDriver::GetRelationRealmIdList(realmIds, false), MEStatusSuccess);
 
-  EXPECT_THAT(realmIds, IsEmpty());
+  EXPECT_THAT(realmIds, InOrder("9177"));
 }
 
 TEST_F(RelationQuery, OfRealmIdsLeavesTheCallersListWhenTheTableCannotBeRead) {
   host.FailAt("GetAllRelations");
-  realmIds = {"9130"};
 
   EXPECT_EQ(MultiEntityDriver::GetRelationRealmIdList(realmIds, false), MEStatusReadFailed);
 
-  EXPECT_THAT(realmIds, InOrder("9130"));
+  EXPECT_THAT(realmIds, InOrder("9177"));
   EXPECT_THAT(host.Lines(),
               InOrder(Entering(kGetRealms), FeatureAsked(), RightAsked(), RightAnswered(),
                       Error("MULTIENTITY_ERROR:: GetRelationRealmIdList :Not able to fetch data from relation "
                             "table")));
 }
 
-TEST_F(RelationQuery, OfRealmIdsLetsTheStoresExceptionThrough) {
+TEST_F(RelationQuery, OfRealmIdsLetsTheStoresExceptionThroughAndLeavesTheCallersList) {
   host.ThrowAt("GetAllRelations", std::runtime_error("the file is locked"));
 
   EXPECT_THROW(MultiEntityDriver::GetRelationRealmIdList(realmIds, false), std::runtime_error);
+
+  EXPECT_THAT(realmIds, InOrder("9177"));
 }
 
 }  // namespace

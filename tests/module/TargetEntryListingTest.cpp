@@ -594,11 +594,25 @@ TEST_F(PeriodEntries, EndAtTheFirstRowWhenTheRelationsCannotBeRead) {
                                         "relation table MultiEntityDriver::GetListOfTxnTargetEntries")));
 }
 
-TEST_F(PeriodEntries, AreNoneWhenNeitherRelationsNorRowsCanBeRead) {
+TEST_F(PeriodEntries, AreNoneFromAnEmptyTableAlsoWhenTheRelationsCannotBeRead) {
   host.FailAt("GetAllRelations");
   host.store.transactions.clear();
 
   EXPECT_EQ(List(), MEStatusSuccess);
+
+  EXPECT_THAT(list, IsEmpty());
+}
+
+TEST_F(PeriodEntries, AreNoneWhenNeitherRelationsNorRowsCanBeRead) {
+  host.FailAt("GetAllRelations");
+  host.FailAt("GetAllTransactionWithTargets");
+
+  EXPECT_EQ(List(), MEStatusSuccess);
+
+  EXPECT_THAT(list, IsEmpty());
+  EXPECT_THAT(host.CallsOf({"GetAllRelations", "GetAllTransactionWithTargets"}),
+              InOrder("GetAllRelations()", "GetAllTransactionWithTargets()"));
+  EXPECT_THAT(host.Lines(), SizeIs(kRightsLines));
 }
 
 TEST_F(PeriodEntries, TakeTheFirstOfTwoRelationsWithTheSameId) {

@@ -44,13 +44,18 @@ TEST(TheSystem, LoadsNoLibraryThatIsNotThere) {
   EXPECT_EQ(library.handle, nullptr);
 }
 
+// A block that was given back is handed out again, and has nothing left of what stood in it.
 TEST(TheSystem, HandsOutBlocksOfZeros) {
-  void* block = NativePlatform().LocalAlloc(kLocalAllocZeroInitialised, 4096);
-
+  constexpr int kRounds = 16;
   std::array<unsigned char, 4096> contents{};
-  std::memcpy(contents.data(), block, contents.size());
-  EXPECT_THAT(contents, Each(0));
-  NativePlatform().LocalFree(block);
+
+  for (int round = 0; round < kRounds; ++round) {
+    void* block = NativePlatform().LocalAlloc(kLocalAllocZeroInitialised, contents.size());
+    std::memcpy(contents.data(), block, contents.size());
+    std::memset(block, 'x', contents.size());
+    NativePlatform().LocalFree(block);
+    ASSERT_THAT(contents, Each(0));
+  }
 }
 
 }  // namespace

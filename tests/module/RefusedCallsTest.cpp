@@ -9,11 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include "Frame/NullHost.h"
 #include "MultiEntity/AttachHost.h"
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHostHelpers/AbsentServices.h"
+#include "support/AbsentPlatform.h"
 #include "support/MultiEntityPrivateAccess.h"
 
 // Everything that this program and the library allocate with new passes here.
@@ -42,7 +42,10 @@ constexpr std::int32_t kNoAccount = 9;
 
 // A host whose user may do everything, with every line of the log wanted. It has what its fields say, declines what is
 // to be created, changed or deleted, and allocates nothing but the rows that it hands out as a list.
-class DecliningHost final : public Absent::Host, public Absent::MultiEntityDBManager, private DBMgr::FileMgr {
+class DecliningHost final : public Absent::Host,
+                            public Absent::MultiEntityDBManager,
+                            private DBMgr::FileMgr,
+                            private AbsentPlatform {
  public:
   bool isFeatureOn = true;
   bool grantsRights = true;
@@ -56,8 +59,8 @@ class DecliningHost final : public Absent::Host, public Absent::MultiEntityDBMan
   EdListStatus entryCreated = kEdListFailure;
   EdListStatus entryDeleted = kEdListFailure;
 
-  // With a platform that has nothing to load, whose search for the bridge would allocate.
-  HostServices Services() noexcept { return Absent::Host::Services(*this, NullHostServices().platform); }
+  // With a platform that loads nothing: to search for the bridge would allocate.
+  HostServices Services() noexcept { return Absent::Host::Services(*this, this); }
 
   bool Wants(Level) const noexcept override { return true; }
   bool IsFeatureEnabled(const char*, const char*) override { return isFeatureOn; }

@@ -7,13 +7,14 @@
 #include <vector>
 
 #include "MultiEntityHostHelpers/AbsentServices.h"
+#include "support/AbsentPlatform.h"
 
 // A host that answers from a few fields at once and remembers nothing of the questions, for counting what an operation
 // itself costs. It allocates nothing but the texts and lists that it hands out.
 class MemoryHost final : public Absent::Host,
                          public Absent::MultiEntityDBManager,
                          public DBMgr::FileMgr,
-                         public Platform {
+                         public AbsentPlatform {
  public:
   bool wantsLog = false;
   bool isFeatureOn = true;
@@ -109,10 +110,6 @@ class MemoryHost final : public Absent::Host,
 
   void GetLocalTime(_SYSTEMTIME& now) override;
   TimerId SetTimer(TimerId, std::uint32_t, TimerProcedure) override { return 1; }
-  void KillTimer(TimerId) noexcept override {}
-  LibraryHandle LoadLibraryA(const char*) override { return nullptr; }
-  LibraryEntry GetProcAddress(LibraryHandle, const char*) override { return nullptr; }
-  void FreeLibrary(LibraryHandle) noexcept override {}
   void* LocalAlloc(std::uint32_t, std::size_t bytes) override { return std::calloc(1, bytes); }
   void LocalFree(void* block) noexcept override { std::free(block); }
 

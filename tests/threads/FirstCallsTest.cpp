@@ -8,11 +8,12 @@
 #include <cstdint>
 #include <thread>
 
-#include "Frame/NullHost.h"
 #include "MultiEntity/AttachHost.h"
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHostHelpers/AbsentServices.h"
 #include "platform/SystemTime.h"
+#include "support/AbsentPlatform.h"
 #include "support/MultiEntityPrivateAccess.h"
 
 namespace {
@@ -27,40 +28,27 @@ void Dawdle() {
   for (std::uint32_t i = 0; i < kSlowness; ++i) std::this_thread::yield();
 }
 
-class CountingSwitches final : public KillSwitchHelper {
+// A host that several threads may call at a time and that counts what they ask. It is half past eight; beyond that the
+// host answers like none at all.
+class CountingHost final : public Absent::Host, public Absent::MultiEntityDBManager, public AbsentPlatform {
  public:
+  HostServices Services() noexcept { return Absent::Host::Services(*this, this); }
+
+  bool Wants(Level) const noexcept override { return true; }
+
   bool IsFeatureEnabled(const char* /*section*/, const char* flag) override {
-    ++asked;
+    ++switchesAsked;
     Dawdle();
     return std::string_view(flag) != "ME_FOR_CHECKS";
   }
 
-  std::atomic<int> asked = 0;
-};
-
-class CountingValues final : public FileSystem::DCE {
- public:
   bool GetValue2(Util::TString /*section*/, Util::TString /*key*/, Util::TString& value) override {
-    ++asked;
+    ++valuesAsked;
     Dawdle();
     value = Util::TString("11");
     return true;
   }
 
-  std::atomic<int> asked = 0;
-};
-
-class CountingOps final : public Util::Ops {
- public:
-  bool Wants(Level /*level*/) const noexcept override { return true; }
-  void Write(const Line& /*line*/) noexcept override { ++lines; }
-
-  std::atomic<int> lines = 0;
-};
-
-// Half past eight; it has no timers and loads nothing.
-class MorningPlatform final : public Platform {
- public:
   void GetLocalTime(_SYSTEMTIME& now) override {
     now = {.wYear = 2024,
            .wMonth = 3,
@@ -71,21 +59,14 @@ class MorningPlatform final : public Platform {
            .wSecond = 0,
            .wMilliseconds = 0};
   }
-  TimerId SetTimer(TimerId /*timer*/, std::uint32_t /*milliseconds*/, TimerProcedure /*procedure*/) override {
-    return 0;
-  }
-  void KillTimer(TimerId /*timer*/) noexcept override {}
-  LibraryHandle LoadLibraryA(const char* /*fileName*/) override { return nullptr; }
-  LibraryEntry GetProcAddress(LibraryHandle /*library*/, const char* /*entry*/) override { return nullptr; }
-  void FreeLibrary(LibraryHandle /*library*/) noexcept override {}
-  void* LocalAlloc(std::uint32_t /*flags*/, std::size_t /*bytes*/) override { throw std::bad_alloc(); }
-  void LocalFree(void* /*block*/) noexcept override {}
+
+  std::atomic<int> switchesAsked = 0;
+  std::atomic<int> valuesAsked = 0;
 };
 
-// A host that several threads may call at a time, and that beyond the above answers like none at all.
 class FirstCalls : public testing::Test {
  protected:
-  FirstCalls() { EXPECT_EQ(AttachHost(services_), MEAttachDone); }
+  FirstCalls() { EXPECT_EQ(AttachHost(host.Services()), MEAttachDone); }
   ~FirstCalls() override { DetachHost(); }
 
   // Calls `operation` once from each of the threads, all at the same moment.
@@ -106,30 +87,7 @@ class FirstCalls : public testing::Test {
     return answers;
   }
 
-  CountingSwitches switches;
-  CountingValues values;
-  CountingOps ops;
-
- private:
-  MorningPlatform platform_;
-  const HostServices& none_ = NullHostServices();
-  HostServices services_{.ops = ops,
-                         .runtime = none_.runtime,
-                         .killSwitches = switches,
-                         .remoteValues = values,
-                         .databasePreferences = none_.databasePreferences,
-                         .preferences = none_.preferences,
-                         .multiEntity = none_.multiEntity,
-                         .permissions = none_.permissions,
-                         .accounts = none_.accounts,
-                         .names = none_.names,
-                         .journal = none_.journal,
-                         .lines = none_.lines,
-                         .queries = none_.queries,
-                         .money = none_.money,
-                         .application = none_.application,
-                         .messages = none_.messages,
-                         .platform = &platform_};
+  CountingHost host;
 };
 
 TEST_F(FirstCalls, ReadTheRemoteSwitchesOnceForAllThreads) {
@@ -137,7 +95,7 @@ TEST_F(FirstCalls, ReadTheRemoteSwitchesOnceForAllThreads) {
       FromAllThreads([] { return MultiEntityDriver::IsFeatureEnabled(MESupportCheckMultiEntity, MEKillSwitchChecks); });
 
   EXPECT_THAT(answers, Each(false));
-  EXPECT_EQ(switches.asked, 3);
+  EXPECT_EQ(host.switchesAsked, 3);
 }
 
 TEST_F(FirstCalls, FindTheFeatureSupportedFromEveryThread) {
@@ -151,14 +109,14 @@ TEST_F(FirstCalls, ReadTheLaunchHourOfTheDelayOnceForAllThreads) {
   const auto delays = FromAllThreads([] { return MESchedulerUtil::GetSchedulerLaunchDelayInSeconds(); });
 
   EXPECT_THAT(delays, Each(150U * 60U));
-  EXPECT_EQ(values.asked, 1);
+  EXPECT_EQ(host.valuesAsked, 1);
 }
 
 TEST_F(FirstCalls, ReadTheLaunchHourOfTodayOnceForAllThreads) {
   const auto answers = FromAllThreads([] { return MultiEntityPrivateAccess::IsTimerLaunchDateToday(); });
 
   EXPECT_THAT(answers, Each(true));
-  EXPECT_EQ(values.asked, 1);
+  EXPECT_EQ(host.valuesAsked, 1);
 }
 
 }  // namespace

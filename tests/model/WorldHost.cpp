@@ -36,26 +36,6 @@ WorldHost::~WorldHost() {
   bridgeWorld = nullptr;
 }
 
-HostServices WorldHost::Services() {
-  return {.ops = *this,
-          .runtime = *this,
-          .killSwitches = *this,
-          .remoteValues = *this,
-          .databasePreferences = *this,
-          .preferences = *this,
-          .multiEntity = *this,
-          .permissions = *this,
-          .accounts = *this,
-          .names = *this,
-          .journal = *this,
-          .lines = *this,
-          .queries = *this,
-          .money = *this,
-          .application = *this,
-          .messages = *this,
-          .platform = this};
-}
-
 std::string WorldHost::Complaints() const {
   std::string all = complaints_;
   const auto leftOpen = [&](std::size_t count, const char* kind) {

@@ -8,31 +8,16 @@
 #include <string>
 #include <vector>
 
-#include "MultiEntityHost/HostServices.h"
+#include "MultiEntityHostHelpers/AbsentServices.h"
 #include "model/World.h"
 
 namespace model {
 
 // A world as a host that the module can be attached to: one object stands behind every service, hands out what the
 // module opens, and reports what it uses wrongly or leaves open.
-class WorldHost final : public Util::Ops,
-                        public Util::Runtime,
-                        public Util::MemoryManager,
-                        public KillSwitchHelper,
-                        public FileSystem::DCE,
-                        public DBPreferences,
-                        public PrefsTag,
-                        public MultiEntityDBManager,
-                        public Permissions,
-                        public ChartOfAccounts,
-                        public NameList,
-                        public Journal,
-                        public TargetLines,
-                        public QueryEngine,
-                        public Money,
-                        public Application,
+class WorldHost final : public Absent::Host,
+                        public Absent::MultiEntityDBManager,
                         public DBMgr::FileMgr,
-                        public Messages,
                         public Platform {
  public:
   explicit WorldHost(World& world);
@@ -40,7 +25,7 @@ class WorldHost final : public Util::Ops,
   WorldHost& operator=(const WorldHost&) = delete;
   ~WorldHost();
 
-  HostServices Services();
+  HostServices Services() noexcept { return Absent::Host::Services(*this, this); }
 
   // Lets a blank account stand for a record.
   void Show(const CAccnt& account, long recnum) { accounts_.At(account.Handle()) = recnum; }
@@ -60,7 +45,6 @@ class WorldHost final : public Util::Ops,
 
   // Util::Runtime, Util::MemoryManager
   char* FormatStringV(const char* pattern, std::va_list arguments) override;
-  Util::MemoryManager& GetMemoryManager() noexcept override { return *this; }
   void InvalidParameter() override { world_.InvalidParameter(); }
   void Release(void* block) noexcept override;
 

@@ -11,7 +11,7 @@ install(TARGETS MultiEntityNative multientity_host multientity_host_helpers
 install(DIRECTORY MultiEntity.Native/include/MultiEntity DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY host/MultiEntityHost host_helpers/MultiEntityHostHelpers
   DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
-install(FILES LICENSE README.md THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES CHANGELOG.md LICENSE README.md THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY examples/embedding DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 

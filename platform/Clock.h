@@ -39,8 +39,11 @@ class ClockFrom final : public Clock {
 
 // A moment by the calendar and the clock of this place, to the second.
 std::tm LocalTimeOf(Clock::TimePoint moment);
-// The moment at which this place's clock shows midnight of a day and so many seconds more; nothing when there is none.
+// The moment at which this place's clock shows a time of a day, given in seconds since midnight; nothing when it never
+// does, as where summer time begins, and outside of the years from kFirstYear to kLastYear.
 std::optional<Clock::TimePoint> MomentOf(DateType32 day, std::chrono::seconds sinceMidnight);
+inline constexpr int kFirstYear = 1971;
+inline constexpr int kLastYear = 2199;
 
 // The day that it is at this place.
 DateType32 Today(Clock& clock);

@@ -35,7 +35,7 @@ class ThreadMessages final : public LoopEvents {
           ::TranslateMessage(&message);
           ::DispatchMessageW(&message);
         },
-        message.message == WM_TIMER ? Due::kTimer : Due::kOther);
+        message.message == WM_TIMER && message.hwnd == nullptr ? Due::kTimer : Due::kOther);
     return true;
   }
 

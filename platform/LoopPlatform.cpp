@@ -16,8 +16,16 @@ void LoopPlatform::GetLocalTime(_SYSTEMTIME& now) {
 
 TimerId LoopPlatform::SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) {
   const TimerId armed = events_.SetTimer(timer, milliseconds, procedure);
-  if (armed != 0 && onArmed_) onArmed_(std::chrono::milliseconds(milliseconds));
+  if (armed != 0) TellArmed(std::chrono::milliseconds(milliseconds));
   return armed;
+}
+
+// The timer is armed, whether or not it can be told.
+void LoopPlatform::TellArmed(std::chrono::milliseconds period) noexcept {
+  try {
+    if (onArmed_) onArmed_(period);
+  } catch (...) {
+  }
 }
 
 LibraryHandle LoopPlatform::LoadLibraryA(const char* fileName) {

@@ -21,7 +21,7 @@ class LoopPlatform final : public Platform {
   LoopPlatform& operator=(const LoopPlatform&) = delete;
   ~LoopPlatform() = default;
 
-  // Told of each timer that was armed.
+  // Told of each timer that was armed. What it throws is nobody's.
   using ArmingObserver = std::function<void(std::chrono::milliseconds period)>;
   void SetArmingObserver(ArmingObserver observer) { onArmed_ = std::move(observer); }
 
@@ -39,6 +39,8 @@ class LoopPlatform final : public Platform {
   void LocalFree(void* block) noexcept override { blocks_.erase(block); }
 
  private:
+  void TellArmed(std::chrono::milliseconds period) noexcept;
+
   LoopEvents& events_;
   Clock& clock_;
   ArmingObserver onArmed_;

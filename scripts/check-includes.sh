@@ -10,11 +10,14 @@ if [ "$#" -gt 0 ] && { [ "$#" -gt 1 ] || [ "$1" != --rooms ]; }; then
   exit 2
 fi
 
+sources() {
+  git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp' |
+    while read -r file; do if [ -e "$file" ]; then echo "$file"; fi; done
+}
+
 # Prints "include FILE INCLUDE" for each include, the include with its delimiters.
 includes() {
-  git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp' |
-    while read -r file; do if [ -e "$file" ]; then echo "$file"; fi; done |
-    xargs awk '/^[ \t]*#[ \t]*include/ {
+  sources | xargs awk '/^[ \t]*#[ \t]*include/ {
       include = $0
       sub(/^[ \t]*#[ \t]*include[ \t]*/, "", include)
       sub(/[ \t].*/, "", include)
@@ -22,7 +25,7 @@ includes() {
     }'
 }
 
-{ sed -nE 's/^([^#:]+):(.*)/room \1 \2/p' scripts/rooms.txt; includes; } | awk -v printed="${1:-}" '
+{ sources | sed 's/^/file /'; sed -nE 's/^([^#:]+):(.*)/room \1 \2/p' scripts/rooms.txt; includes; } | awk -v printed="${1:-}" '
   # The include paths that lead elsewhere than from the top.
   BEGIN {
     split("MultiEntityHost MultiEntityHostHelpers MultiEntity Frame MultiEntityDriver MultiEntityScheduler MultiEntityUtils",
@@ -52,21 +55,28 @@ includes() {
     if (first in place) return place[first] "/" include
     if (room_of(include) != "") return include
     # Beside the file, or from tests/.
-    if (file ~ /^tests\// && include ~ /\//) return "tests/" include
+    if (file ~ /^(tests|bench)\// && include ~ /\//) return "tests/" include
     folder = file
     sub(/\/[^\/]*$/, "", folder)
     return folder "/" include
   }
 
+  # The folders themselves are not on every path.
+  function is_own(include,    first) {
+    first = include
+    sub(/\/.*/, "", first)
+    return include ~ /\// && ((first in place) || room_of(include) != "")
+  }
   function is_standard(include) { return include ~ /^[a-z_]+$/ }
   function library_of(include) { sub(/\/.*/, "", include); return include }
 
+  $1 == "file" { is_file[$2] = 1; next }
   $1 == "room" {
     name[++rooms] = $2
     libraries = 0
     for (i = 3; i <= NF; i++) {
       if ($i == "|") libraries = 1
-      else if (libraries) library[$2, $i] = 1
+      else if (libraries) { library[$2, $i] = 1; known[$i] = 1 }
       else { allowed[$2, $i] = 1; arrows[$2] = arrows[$2] " " $i }
     }
     next
@@ -77,14 +87,20 @@ includes() {
     from = room_of($2)
     include = substr($3, 2, length($3) - 2)
     if (from == "") { complain($2 ": lies in no room of scripts/rooms.txt"); next }
+    if ($3 !~ /^(<[^<>]+>|"[^"]+")$/ || include ~ /\.\./) {
+      complain($2 ": has to name what it includes from the top, not as " $3)
+      next
+    }
     if ($3 ~ /^</) {
+      if (is_own(include)) { complain($2 ": has to include what is ours as \"" include "\""); next }
+      if (tolower(include) ~ /^(windows|winuser|winbase)\.h$/ && $2 !~ /(Win32(Test)?\.cpp|^platform\/SystemTime\.h)$/) {
+        complain($2 ": only the sources for Windows may include windows.h")
+        next
+      }
       if (is_standard(include) || (from, "*") in library) next
       kind = library_of(include)
       if ((from, kind) in library) { used[from, kind] = 1; next }
-      if (include ~ /\.h$/ && (from, "system") in library) {
-        if (include == "windows.h" && $2 !~ /(Win32\.cpp|^platform\/SystemTime\.h)$/) {
-          complain($2 ": only the sources for Windows may include windows.h")
-        }
+      if (include ~ /\.h$/ && !(kind in known) && (from, "system") in library) {
         used[from, "system"] = 1
         next
       }
@@ -92,6 +108,11 @@ includes() {
       next
     }
     path = path_of(include, $2)
+    if (include ~ /^(host|host_helpers|MultiEntity\.Native)\//) {
+      complain($2 ": has to include " $3 " as its users do")
+      next
+    }
+    if (!(path in is_file)) { complain($2 ": there is no " $3 " of ours"); next }
     to = room_of(path)
     if (to == "") { complain($2 ": " $3 " lies in no room"); next }
     if (to == from) next

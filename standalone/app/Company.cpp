@@ -68,8 +68,8 @@ std::unique_ptr<platform::Clock> GivenClock() {
   const standalone::DayAndTime given = standalone::ParseDayAndTime(kClockVariable, text);
   const std::optional<platform::Clock::TimePoint> moment = platform::MomentOf(given.day, given.sinceMidnight);
   if (!moment) {
-    throw standalone::InvalidInput(
-        fmt::format("{} {} is a time that this system cannot count; choose another one", kClockVariable, text));
+    throw standalone::InvalidInput(fmt::format("{} \"{}\" is no time of this place from {} to {}; choose another one",
+                                               kClockVariable, text, platform::kFirstYear, platform::kLastYear));
   }
   return std::make_unique<platform::ClockFrom>(*moment);
 }

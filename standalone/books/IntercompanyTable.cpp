@@ -95,8 +95,8 @@ void IntercompanyTable::RemoveAllOf(std::int32_t txnId) {
 }
 
 void IntercompanyTable::ListOf(std::int64_t txnId, std::vector<DBMultiEntityTransaction>& rows) {
-  rows.clear();
   Rows found = ofTransaction_.Query(txnId);
+  rows.clear();
   while (found.Step()) Read(found, rows.emplace_back());
 }
 
@@ -148,11 +148,12 @@ bool IntercompanyTable::HasJournalEntryOf(std::int64_t relationId, std::string_v
   return journalEntryOfRequest_.Query(relationId, requestId).Step();
 }
 
-std::vector<std::int16_t> IntercompanyTable::States() {
-  std::vector<std::int16_t> states;
+bool IntercompanyTable::HasAnyState(bool (*is)(std::int16_t state)) {
   Rows rows = states_.Query();
-  while (rows.Step()) states.push_back(rows.Int16(0));
-  return states;
+  while (rows.Step()) {
+    if (is(rows.Int16(0))) return true;
+  }
+  return false;
 }
 
 }  // namespace standalone

@@ -35,8 +35,8 @@ class IntercompanyTable {
   bool HasRequest(std::int64_t relationId, std::string_view requestId);
   // The same among the rows of journal entries.
   bool HasJournalEntryOf(std::int64_t relationId, std::string_view requestId);
-  // Each state that a row has, once.
-  std::vector<std::int16_t> States();
+  // Whether any row's state is one for which `is` answers true; each state is asked for once.
+  bool HasAnyState(bool (*is)(std::int16_t state));
 
  private:
   bool ReadForChange(Rows found, DBMultiEntityTransaction& row);

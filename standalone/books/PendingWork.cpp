@@ -1,7 +1,5 @@
 #include "standalone/books/PendingWork.h"
 
-#include <algorithm>
-
 namespace standalone {
 
 namespace {
@@ -18,7 +16,7 @@ bool WaitsForAnswer(std::int16_t transactionState) noexcept {
 
 SyncNeed PendingWork::Need() {
   return InReadingUnit(database_, [this] {
-    const bool transactionsWait = std::ranges::any_of(intercompany_.States(), WaitsForAnswer);
+    const bool transactionsWait = intercompany_.HasAnyState([](std::int16_t state) { return WaitsForAnswer(state); });
     const bool relationsWait = relations_.HasAnyInState(kPending);
     return static_cast<SyncNeed>((transactionsWait ? kTransactionsWait : kNothingWaits) +
                                  (relationsWait ? kRelationsWait : kNothingWaits));

@@ -21,8 +21,8 @@ void RejectedRequestTable::Add(const DBMultiEntityRejectedTxnReceiver& row) {
 }
 
 void RejectedRequestTable::List(std::vector<DBMultiEntityRejectedTxnReceiver>& rows) {
-  rows.clear();
   Rows found = all_.Query();
+  rows.clear();
   while (found.Step()) {
     DBMultiEntityRejectedTxnReceiver& row = rows.emplace_back();
     std::memset(&row, 0, sizeof row);

@@ -77,8 +77,8 @@ bool RelationTable::FindById(std::int64_t id, DBMultiEntityRelation& row) {
 }
 
 void RelationTable::List(std::vector<DBMultiEntityRelation>& rows) {
-  rows.clear();
   Rows found = all_.Query();
+  rows.clear();
   while (found.Step()) Read(found, rows.emplace_back());
 }
 

@@ -75,9 +75,18 @@ bool MessageLoop::DeliverMessage() {
 // A timer's procedure queues what it has to write, so that it never waits for another program.
 bool MessageLoop::FireTimers() {
   return events_.RunDue([this](const Task& procedure, platform::LoopEvents::Due due) {
-    if (due == platform::LoopEvents::Due::kTimer && onTimer_) onTimer_();
+    if (due == platform::LoopEvents::Due::kTimer) TellTimer();
     RunInUnit(Access::kRead, procedure);
   });
+}
+
+// The timer's procedure runs, whether or not it can be told.
+void MessageLoop::TellTimer() {
+  try {
+    if (onTimer_) onTimer_();
+  } catch (const std::exception& error) {
+    Report(error.what());
+  }
 }
 
 void MessageLoop::RunInUnit(Access access, const Task& work) {

@@ -43,6 +43,7 @@ class MessageLoop {
   bool RunTask();
   bool DeliverMessage();
   bool FireTimers();
+  void TellTimer();
   void RunInUnit(Access access, const Task& work);
   void Report(const char* what);
 

@@ -56,11 +56,11 @@ class StandaloneHost {
   const HostServices& Services() const noexcept;
 
   // Runs `operation` as one unit of work and returns what it returns. The unit is taken back when the operation throws
-  // or answers a status other than success, so that a refusal leaves nothing behind; otherwise it is committed.
-  // UnitOfWorkError when the unit cannot begin or be committed, or when the engine failed in one that is taken back.
-  // Units do not nest; questions and commands are put outside of the one that is open, after what was done so far has
-  // been committed.
-  // The log's lines are in its file by then, too, unless units follow each other in quick succession.
+  // or answers a status of the module other than success, so that a refusal leaves nothing behind; otherwise it is
+  // committed. UnitOfWorkError when the unit cannot begin or be committed, or when the engine failed in one that is
+  // taken back. Units do not nest; questions and commands are put outside of the one that is open, after what was done
+  // so far has been committed. The log's lines are in its file by then, too, unless units follow each other in quick
+  // succession.
   template <typename Operation>
   auto Request(Access access, Operation&& operation) {
     const LoggedUnit loggedUnit(*this);

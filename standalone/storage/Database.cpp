@@ -28,6 +28,7 @@ void Database::Begin(Access access) {
     Rollback();
     throw;
   }
+  readVersionAtBegin_ = readVersion_;
 }
 
 void Database::Commit() {
@@ -43,10 +44,15 @@ void Database::Commit() {
   hasNoticedOthers_ = false;
 }
 
+// A unit that has written nothing ends like any other, and what was read is kept.
 void Database::TakeBack() {
   NoticeLostUnit();
   if (inUnit_ && IsSpoiled()) ThrowSpoiled();
-  Rollback();
+  if (inUnit_ && readVersion_ == readVersionAtBegin_) {
+    Commit();
+  } else {
+    Rollback();
+  }
 }
 
 void Database::Rollback() noexcept {

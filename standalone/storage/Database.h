@@ -116,6 +116,7 @@ class Database {
   std::filesystem::path name_;
   std::vector<UnitBound*> unitBound_;
   std::uint64_t readVersion_ = 0;
+  std::uint64_t readVersionAtBegin_ = 0;  // of the unit, where it may write
   std::uint64_t listsVersion_ = 0;
   std::int64_t othersVersion_ = 0;
   bool hasNoticedOthers_ = false;  // in the open unit, which nothing has spoiled since

@@ -44,6 +44,16 @@ TEST_F(Books, ATimeThatIsNoneIsNamedAndNothingIsDone) {
   EXPECT_TRUE(Answer({"transactions", kFile}).at("transactions").empty());
 }
 
+TEST_F(Books, ATimeOfAnotherAgeIsNamed) {
+  setenv(kVariable, "2300-01-01T00:00:00", 1);
+
+  const Outcome outcome = Run({"reminder", "show", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err,
+              HasSubstr("MULTIENTITY_NOW \"2300-01-01T00:00:00\" is no time of this place from 1971 to 2199"));
+}
+
 TEST_F(Books, ATimeThatIsEmptyLeavesTheClockAsItIs) {
   RelateBirch();
   setenv(kVariable, "", 1);

@@ -3,6 +3,8 @@
 
 #include <chrono>
 #include <functional>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "tests/company/CompanyFixture.h"
@@ -58,6 +60,43 @@ TEST_F(LoopTimers, FireUntilTheyAreKilled) {
   host_.Loop().Run();
 
   EXPECT_THAT(fired, ElementsAre(timer, timer, timer, last));
+}
+
+TEST_F(LoopTimers, FireAlsoWhenNobodyCanBeToldOfThem) {
+  host_.SetTimerObserver({.onArmed = [](milliseconds) { throw std::runtime_error("the disk is full"); },
+                          .onDue =
+                              [] {
+                                throw std::runtime_error("the disk is full");
+                              }});
+  std::vector<std::string> failures;
+  host_.Loop().SetFailureHandler([&](std::string_view what) { failures.emplace_back(what); });
+  onFire = [&](TimerId) {
+    host_.Loop().Quit();
+  };
+
+  const TimerId timer = timers_.SetTimer(0, 10, &Record);
+  host_.Loop().Run();
+
+  EXPECT_THAT(fired, ElementsAre(timer));
+  EXPECT_THAT(failures, ElementsAre("the disk is full"));
+}
+
+TEST_F(LoopTimers, TellWhoObservesThem) {
+  std::vector<std::string> told;
+  host_.SetTimerObserver({.onArmed = [&](milliseconds period) { told.push_back(std::to_string(period.count())); },
+                          .onDue =
+                              [&] {
+                                told.emplace_back("due");
+                              }});
+  onFire = [&](TimerId) {
+    told.emplace_back("fired");
+    host_.Loop().Quit();
+  };
+
+  timers_.SetTimer(0, 10, &Record);
+  host_.Loop().Run();
+
+  EXPECT_THAT(told, ElementsAre("10", "due", "fired"));
 }
 
 TEST_F(LoopTimers, FireInAUnitOfWork) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
 #include <thread>
 
 #include "platform/Clock.h"
@@ -32,6 +34,24 @@ TEST(LocalTime, OfAMomentIsThatWhichNamesIt) {
   EXPECT_EQ(local.tm_min, 0);
   EXPECT_EQ(local.tm_sec, 58);
 }
+
+TEST(LocalTime, OfNoYearThatIsCountedHasNoMoment) {
+  EXPECT_FALSE(MomentOf(DateType32(1960, 1, 1), seconds(0)).has_value());
+  EXPECT_TRUE(MomentOf(DateType32(kFirstYear, 1, 1), seconds(0)).has_value());
+  EXPECT_TRUE(MomentOf(DateType32(kLastYear, 12, 31), hours(24) - seconds(1)).has_value());
+  EXPECT_FALSE(MomentOf(DateType32(2300, 1, 1), seconds(0)).has_value());
+}
+
+#ifndef _WIN32
+// As summer time begins.
+TEST(LocalTime, ThatIsNeverShownHasNoMoment) {
+  setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+  tzset();
+
+  EXPECT_FALSE(MomentOf(DateType32(2026, 3, 29), hours(2) + std::chrono::minutes(30)).has_value());
+  EXPECT_TRUE(MomentOf(DateType32(2026, 3, 29), hours(3) + std::chrono::minutes(30)).has_value());
+}
+#endif
 
 TEST(Today, IsTheDayOfThisPlaceFromItsFirstSecondToItsLast) {
   StoppedClock first(*MomentOf(DateType32(2026, 1, 31), seconds(0)));

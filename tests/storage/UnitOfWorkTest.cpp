@@ -98,6 +98,16 @@ TEST_F(AUnitOfWork, ThatIsTakenBackGivesItsNumbersToTheNext) {
   EXPECT_EQ(id, 1);
 }
 
+TEST_F(AUnitOfWork, ThatWritesWithoutSayingWhatIsRefusedEachTime) {
+  StandaloneHost host(path_);
+  host.Request(Access::kWrite, [&] {
+    Statement silent(host.Data(), "DELETE FROM account");
+
+    EXPECT_THROW(silent.Run(), std::logic_error);
+    EXPECT_THROW(silent.Run(), std::logic_error);
+  });
+}
+
 TEST_F(AUnitOfWork, IsUndoneWhenItsRequestThrows) {
   StandaloneHost host(path_);
 

@@ -69,8 +69,9 @@ same_listing() {
     <(printf '%s\n' "$listed") <(printf '%s\n' "$on_windows")
 }
 
-# The operations log, to which both wrote; no listing of it adds to it.
+# The operations log, to which both wrote; no listing of it adds to it, while nobody sets the clock.
 same_log() {
+  local -x MULTIENTITY_NOW=
   local last=(log "$kFile" --last 100000) natively on_windows
   natively=$("$native" "${last[@]}")
   on_windows=$("$windows" "${last[@]}")

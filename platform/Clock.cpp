@@ -1,12 +1,11 @@
 #include "platform/Clock.h"
 
 #include "platform/LocalTime.h"
+#include "platform/SystemTime.h"
 
 namespace platform {
 
 namespace {
-
-constexpr int kYearOfTm = 1900;
 
 class MachineClock final : public Clock {
  public:
@@ -36,6 +35,20 @@ std::optional<Clock::TimePoint> MomentOf(DateType32 day, std::chrono::seconds si
   const auto shownTime =
       std::chrono::hours(shown.tm_hour) + std::chrono::minutes(shown.tm_min) + std::chrono::seconds(shown.tm_sec);
   return DayOf(shown) == day && shownTime == sinceMidnight ? moment : std::nullopt;
+}
+
+void FillSystemTime(Clock::TimePoint moment, _SYSTEMTIME& filled) {
+  const auto second = std::chrono::floor<std::chrono::seconds>(moment);
+  const std::tm local = LocalTimeOf(moment);
+  filled.wYear = static_cast<std::uint16_t>(local.tm_year + kYearOfTm);
+  filled.wMonth = static_cast<std::uint16_t>(local.tm_mon + 1);
+  filled.wDayOfWeek = static_cast<std::uint16_t>(local.tm_wday);
+  filled.wDay = static_cast<std::uint16_t>(local.tm_mday);
+  filled.wHour = static_cast<std::uint16_t>(local.tm_hour);
+  filled.wMinute = static_cast<std::uint16_t>(local.tm_min);
+  filled.wSecond = static_cast<std::uint16_t>(local.tm_sec);
+  filled.wMilliseconds =
+      static_cast<std::uint16_t>(std::chrono::floor<std::chrono::milliseconds>(moment - second).count());
 }
 
 DateType32 Today(Clock& clock) {

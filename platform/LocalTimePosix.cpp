@@ -2,12 +2,6 @@
 
 namespace platform {
 
-namespace {
-
-constexpr int kYearOfTm = 1900;
-
-}  // namespace
-
 std::tm LocalTimeOf(Clock::TimePoint moment) {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(moment));
   std::tm local{};

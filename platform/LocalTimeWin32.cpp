@@ -8,8 +8,6 @@ namespace platform {
 
 namespace {
 
-constexpr int kYearOfTm = 1900;
-
 // File times count tenths of a microsecond from 1601 on.
 using FileTicks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
 constexpr std::chrono::seconds kFrom1601To1970{11'644'473'600};

@@ -1,17 +1,14 @@
 #include "platform/LoopPlatform.h"
 
-#include <ctime>
 #include <utility>
 
+#include "platform/LocalTime.h"
 #include "platform/NativePlatform.h"
-#include "platform/SystemTime.h"
 
 namespace platform {
 
 void LoopPlatform::GetLocalTime(_SYSTEMTIME& now) {
-  const Clock::TimePoint moment = clock_.Now();
-  const auto second = std::chrono::floor<std::chrono::seconds>(moment);
-  FillSystemTime(LocalTimeOf(moment), std::chrono::floor<std::chrono::milliseconds>(moment - second), now);
+  FillSystemTime(clock_.Now(), now);
 }
 
 TimerId LoopPlatform::SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) {

@@ -1,14 +1,12 @@
 #include <dlfcn.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <new>
 #include <system_error>
 
-#include "platform/Clock.h"
+#include "platform/LocalTime.h"
 #include "platform/NativePlatform.h"
-#include "platform/SystemTime.h"
 
 namespace {
 
@@ -20,12 +18,7 @@ std::filesystem::path BesideTheProgram(const char* fileName) {
 
 class PosixPlatform final : public Platform {
  public:
-  void GetLocalTime(_SYSTEMTIME& now) override {
-    const auto moment = std::chrono::system_clock::now();
-    const auto second = std::chrono::floor<std::chrono::seconds>(moment);
-    platform::FillSystemTime(platform::LocalTimeOf(moment),
-                             std::chrono::floor<std::chrono::milliseconds>(moment - second), now);
-  }
+  void GetLocalTime(_SYSTEMTIME& now) override { platform::FillSystemTime(platform::SystemClock().Now(), now); }
 
   // There is no message loop of the system's own here that could run a timer: a host whose loop has timers hands in a
   // platform with them.

@@ -16,7 +16,7 @@ bool WaitsForAnswer(std::int16_t transactionState) noexcept {
 
 SyncNeed PendingWork::Need() {
   return InReadingUnit(database_, [this] {
-    const bool transactionsWait = intercompany_.HasAnyState([](std::int16_t state) { return WaitsForAnswer(state); });
+    const bool transactionsWait = intercompany_.HasAnyState(&WaitsForAnswer);
     const bool relationsWait = relations_.HasAnyInState(kPending);
     return static_cast<SyncNeed>((transactionsWait ? kTransactionsWait : kNothingWaits) +
                                  (relationsWait ? kRelationsWait : kNothingWaits));

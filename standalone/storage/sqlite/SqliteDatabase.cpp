@@ -11,32 +11,6 @@ namespace standalone {
 
 namespace {
 
-// What went wrong with the file and what to do about it; `reason` is the engine's.
-std::string ComplaintOf(const std::filesystem::path& file, int code, const std::string& reason) {
-  const std::string name = "The company file " + PathText(file);
-  switch (code & 0xFF) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:
-      return name + " is in use by another program. Try again later.";
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-      return name + " is damaged (" + reason + "). Restore it from a backup.";
-    case SQLITE_READONLY:
-    case SQLITE_CANTOPEN:
-    case SQLITE_PERM:
-      return name + " cannot be worked on (" + reason +
-             "). Check that you may write it, the files beside it and its folder.";
-    case SQLITE_FULL:
-    case SQLITE_IOERR:
-      return name + " cannot be worked on (" + reason + "). Check that its disk is there and has room.";
-    case SQLITE_ERROR:
-      return name + " cannot be worked on (" + reason + "). Restore it from a backup if it is damaged.";
-    default:
-      return name + " cannot be worked on (" + reason + ").";
-  }
-}
-
 class SqliteStatement final : public PreparedStatement {
  public:
   explicit SqliteStatement(sqlite3_stmt* statement) noexcept : statement_(statement) {}
@@ -221,26 +195,34 @@ void SqliteDatabase::ThrowFailed(int code) {
 }
 
 Database::Failure SqliteDatabase::FailureOf(int code) const {
-  Failure failure;
+  using Kind = Failure::Kind;
+  const std::string reason = sqlite3_errmsg(handle_);
+  const auto failure = [&](Kind kind, const std::string& what) {
+    return Failure{kind, reason, "The company file " + PathText(Name()) + what};
+  };
+  const std::string notWorkedOn = " cannot be worked on (" + reason + ").";
   switch (code & 0xFF) {
-    case SQLITE_CONSTRAINT:
-      failure.kind = Failure::Kind::kConstraint;
-      break;
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
     case SQLITE_PROTOCOL:
-      failure.kind = Failure::Kind::kInUse;
-      break;
+      return failure(Kind::kInUse, " is in use by another program. Try again later.");
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
-      failure.kind = Failure::Kind::kDamaged;
-      break;
+      return failure(Kind::kDamaged, " is damaged (" + reason + "). Restore it from a backup.");
+    case SQLITE_READONLY:
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+      return failure(Kind::kOther, notWorkedOn + " Check that you may write it, the files beside it and its folder.");
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+      return failure(Kind::kOther, notWorkedOn + " Check that its disk is there and has room.");
+    case SQLITE_ERROR:
+      return failure(Kind::kOther, notWorkedOn + " Restore it from a backup if it is damaged.");
+    case SQLITE_CONSTRAINT:
+      return failure(Kind::kConstraint, notWorkedOn);
     default:
-      break;
+      return failure(Kind::kOther, notWorkedOn);
   }
-  failure.reason = sqlite3_errmsg(handle_);
-  failure.complaint = ComplaintOf(Name(), code, failure.reason);
-  return failure;
 }
 
 }  // namespace standalone

@@ -9,26 +9,15 @@
 
 #include "standalone/app/terminal/Screen.h"
 #include "standalone/app/terminal/Terminal.h"
+#include "standalone/desk/json/Json.h"
 #include "standalone/values/Text.h"
 
 namespace app {
 
 namespace {
 
-const char* KindText(standalone::QuestionKind kind) noexcept {
-  switch (kind) {
-    case standalone::QuestionKind::kYesNo:
-      return "question";
-    case standalone::QuestionKind::kNotice:
-      return "notice";
-    case standalone::QuestionKind::kWarning:
-      return "warning";
-  }
-  return "message";
-}
-
 // Either the word on a button, or yes or no, in any case and by its first letter.
-std::optional<bool> ReadAnswer(const standalone::Question& question, std::string_view line) {
+std::optional<bool> ReadAnswer(const desk::Question& question, std::string_view line) {
   const std::string_view typed = standalone::Trimmed(line);
   const auto isOneOf = [typed](const std::string& button, std::string_view word, std::string_view letter) {
     return standalone::EqualIgnoringCase(typed, button) || standalone::EqualIgnoringCase(typed, word) ||
@@ -56,11 +45,11 @@ void ShowPrompt(const std::string& prompt) {
 Dialogue::Dialogue(const Screen& screen, const char* shown, std::optional<bool> given, ReadLine person)
     : screen_(screen), shown_(shown), given_(given), person_(std::move(person)) {}
 
-bool Dialogue::Answer(const standalone::Question& question) const {
-  screen_.Tell(
-      {{"event", shown_}, {"kind", KindText(question.kind)}, {"title", question.title}, {"text", question.text}},
-      fmt::format("[{}] {}\n  {}\n", KindText(question.kind), question.title, question.text));
-  if (question.kind != standalone::QuestionKind::kYesNo) return true;
+bool Dialogue::Answer(const desk::Question& question) const {
+  Json event{{"event", shown_}};
+  event.update(desk::JsonOf(question));
+  screen_.Tell(event, fmt::format("[{}] {}\n  {}\n", desk::NameOf(question.kind), question.title, question.text));
+  if (question.kind != desk::Question::Kind::kYesNo) return true;
   if (given_) {
     TellAnswer(question, *given_, "option");
     return *given_;
@@ -70,7 +59,7 @@ bool Dialogue::Answer(const standalone::Question& question) const {
   return false;
 }
 
-bool Dialogue::AskThePerson(const standalone::Question& question) const {
+bool Dialogue::AskThePerson(const desk::Question& question) const {
   while (true) {
     const std::optional<std::string> line =
         person_(fmt::format("  {} or {}? [y/N] ", question.accept, question.decline));
@@ -81,7 +70,7 @@ bool Dialogue::AskThePerson(const standalone::Question& question) const {
   }
 }
 
-void Dialogue::TellAnswer(const standalone::Question& question, bool accepted, const char* by) const {
+void Dialogue::TellAnswer(const desk::Question& question, bool accepted, const char* by) const {
   screen_.Tell({{"event", "answered"}, {"answer", accepted ? "yes" : "no"}, {"by", by}},
                fmt::format("  Answered: {} ({})\n", accepted ? question.accept : question.decline, by));
 }

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "standalone/services/MessagesService.h"
+#include "standalone/desk/Person.h"
 
 namespace CLI {
 class App;
@@ -26,11 +26,11 @@ class Dialogue {
   // `shown` is the event that a box is for programs. Without `person` nobody is there. The screen outlives this.
   Dialogue(const Screen& screen, const char* shown, std::optional<bool> given, ReadLine person);
 
-  bool Answer(const standalone::Question& question) const;
+  bool Answer(const desk::Question& question) const;
 
  private:
-  bool AskThePerson(const standalone::Question& question) const;
-  void TellAnswer(const standalone::Question& question, bool accepted, const char* by) const;
+  bool AskThePerson(const desk::Question& question) const;
+  void TellAnswer(const desk::Question& question, bool accepted, const char* by) const;
 
   const Screen& screen_;
   const char* shown_;

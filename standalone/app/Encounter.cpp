@@ -1,23 +1,23 @@
 #include "standalone/app/Encounter.h"
 
-#include "standalone/app/Company.h"
-#include "standalone/app/PluginViews.h"
+#include <utility>
+
+#include "standalone/app/Invocation.h"
+#include "standalone/app/PluginScreens.h"
 
 namespace app {
 
-Encounter::Encounter(const Invocation& invocation, Company& company, std::optional<bool> answer)
-    : company_(company),
+Encounter::Encounter(const Invocation& invocation, std::string file, std::optional<bool> answer)
+    : file_(std::move(file)),
       screen_(invocation.options.json ? Screen([this](const Json& event) { events_.push_back(event); }) : Screen()),
-      dialogue_(screen_, "message-shown", answer, PersonAtTheTerminal(screen_)) {
-  company_.Host().MessageBoxes().SetAnswerer(
-      [this](const standalone::Question& question) { return dialogue_.Answer(question); });
-  company_.Host().App().SetCommandRunner(
-      [this](standalone::PluginView view, std::string_view url) { ShowPluginView(company_, screen_, view, url); });
-}
+      dialogue_(screen_, "message-shown", answer, PersonAtTheTerminal(screen_)) {}
 
-Encounter::~Encounter() {
-  company_.Host().MessageBoxes().SetAnswerer({});
-  company_.Host().App().SetCommandRunner({});
+desk::Person Encounter::Person() const {
+  return {.answer = [this](const desk::Question& question) { return dialogue_.Answer(question); },
+          .show =
+              [this](std::string_view url, const desk::PluginScreen& shown) {
+                ShowPluginScreen(screen_, file_, url, shown);
+              }};
 }
 
 }  // namespace app

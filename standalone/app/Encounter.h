@@ -1,31 +1,32 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "standalone/app/Dialogue.h"
 #include "standalone/app/terminal/Output.h"
 #include "standalone/app/terminal/Screen.h"
+#include "standalone/desk/Person.h"
 
 namespace app {
 
-class Company;
 class Invocation;
 
-// Lets the host of a command show message boxes and open views of the plug-in: at once for people, for programs as a
-// list of events. The company outlives this.
+// Whoever is asked and shown things while a command runs: at once for people, for programs as a list of events.
 class Encounter {
  public:
-  Encounter(const Invocation& invocation, Company& company, std::optional<bool> answer);
+  Encounter(const Invocation& invocation, std::string file, std::optional<bool> answer);
   Encounter(const Encounter&) = delete;
   Encounter& operator=(const Encounter&) = delete;
-  // Nobody is there any more.
-  ~Encounter();
+  ~Encounter() = default;
 
+  // This outlives it.
+  desk::Person Person() const;
   // In the order in which they happened; empty when they were printed.
   const Json& Events() const noexcept { return events_; }
 
  private:
-  Company& company_;
+  std::string file_;
   Json events_ = Json::array();
   Screen screen_;
   Dialogue dialogue_;

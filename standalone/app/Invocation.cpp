@@ -4,16 +4,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/company/OperationsLog.h"
+#include "standalone/values/Columns.h"
 
 namespace app {
 
-TraceLine TraceLineOf(const Util::Ops::Line& line) {
-  return {static_cast<std::int32_t>(line.level), static_cast<std::int32_t>(line.eventType), line.shortName,
-          std::string(line.message)};
-}
-
-std::string TraceText(const TraceLine& line, bool json) {
+std::string TraceText(const desk::NewLogLine& line, bool json) {
   if (!json) {
     return fmt::format("log level {} event {} {}: {}\n", line.level, line.eventType, line.shortName,
                        standalone::EscapeColumn(line.message));
@@ -33,17 +28,15 @@ void Invocation::Run() {
   action_(*this);
 }
 
-void Invocation::Accept(Request request, MEStatusCode answer) {
-  answer_ = answer;
-  RequireSuccess(request, answer);
-}
-
 void Invocation::Report(const Json& forPrograms, std::string_view forPeople) const {
-  if (options.json) {
-    Print(JsonText(forPrograms));
-  } else {
+  if (!options.json) {
     Print(forPeople);
+    return;
   }
+  Json json = Json::object();
+  if (answer_) json["status"] = *answer_;
+  json.update(forPrograms);
+  Print(JsonText(json));
 }
 
 }  // namespace app

@@ -7,10 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "MultiEntity/Records.h"
-#include "MultiEntityHost/Ops.h"
-#include "standalone/app/Statuses.h"
 #include "standalone/app/terminal/Output.h"
+#include "standalone/desk/Company.h"
 
 namespace CLI {
 class App;
@@ -25,17 +23,8 @@ struct GlobalOptions {
   bool trace = false;
 };
 
-// A line that the operations log gained.
-struct TraceLine {
-  std::int32_t level = 0;
-  std::int32_t eventType = 0;
-  std::string shortName;
-  std::string message;
-};
-
-TraceLine TraceLineOf(const Util::Ops::Line& line);
 // The line as standard error has it, an object on one line for programs.
-std::string TraceText(const TraceLine& line, bool json);
+std::string TraceText(const desk::NewLogLine& line, bool json);
 
 // One run of the program: the command that was chosen, and what it reports.
 class Invocation {
@@ -48,20 +37,19 @@ class Invocation {
   void When(CLI::App& command, Action action);
   void Run();
 
-  // Takes the module's answer; throws Declined unless it is 1.
-  void Accept(Request request, MEStatusCode answer);
   // What the module answered; nothing when it was not asked.
-  const std::optional<MEStatusCode>& Answer() const noexcept { return answer_; }
+  void TakeAnswer(std::int32_t status) noexcept { answer_ = status; }
+  const std::optional<std::int32_t>& Answer() const noexcept { return answer_; }
 
-  // Prints the outcome in the form that was asked for.
+  // Prints the outcome in the form that was asked for; programs are told what the module answered, too.
   void Report(const Json& forPrograms, std::string_view forPeople) const;
 
   // In the order in which they were written.
-  std::vector<TraceLine> trace;
+  std::vector<desk::NewLogLine> trace;
 
  private:
   Action action_;
-  std::optional<MEStatusCode> answer_;
+  std::optional<std::int32_t> answer_;
 };
 
 }  // namespace app

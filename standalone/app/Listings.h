@@ -1,33 +1,20 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "MultiEntity/Records.h"
 #include "standalone/app/terminal/Output.h"
+#include "standalone/desk/ListItem.h"
+#include "standalone/desk/Relations.h"
+#include "standalone/desk/Transactions.h"
 
 namespace app {
 
-class Company;
+Table LinesTable(const std::vector<desk::IntercompanyLine>& lines);
+Table RelationsTable(const std::vector<desk::Relation>& relations);
 
-// Rows for programs and for people.
-struct Listing {
-  Json json = Json::array();
-  Table table;
-};
-
-Listing ListEntries(const std::vector<METxnInfo>& entries);
-
-// A relation with the names of its accounts.
-struct RelationView {
-  DBMultiEntityRelation row{};
-  std::string dueFrom;
-  std::string dueTo;
-};
-
-// Looks the accounts up; within a unit of work.
-RelationView ViewOf(Company& company, const DBMultiEntityRelation& row);
-Json RelationJson(const RelationView& view);
-Listing ListRelationViews(const std::vector<RelationView>& views);
+// The name of an account; what to say of one that is not there any more; empty for none.
+std::string AccountText(const std::optional<desk::ListItem>& account);
 
 }  // namespace app

@@ -26,6 +26,9 @@ TransactionTable::TransactionTable(Database& database)
             "SELECT txn.type, date, name_id, account_id, amount, txn_line.memo "
             "FROM txn_line JOIN txn ON txn.id = txn_id "
             "WHERE txn_line.id = ?1 AND (?2 = 0 OR txn.type = ?2)"),
+      lineOf_(database,
+              "SELECT txn.type, date, name_id, account_id, amount FROM txn_line JOIN txn ON txn.id = txn_id "
+              "WHERE txn_line.id = ?1 AND txn_id = ?2"),
       memo_(database, "SELECT memo FROM txn_line WHERE id = ?1"),
       posted_(database, "SELECT id FROM txn WHERE posted = 1 AND date BETWEEN ?1 AND ?2 ORDER BY id"),
       postedOfType_(database,
@@ -71,6 +74,13 @@ LineView TransactionTable::FindLine(std::int32_t lineId, std::int32_t view) {
   ReadLine(rows, /*first=*/0, line);
   line.hasMemo = true;
   line.memo = rows.Text(5);
+  return line;
+}
+
+LineView TransactionTable::FindLineOf(std::int32_t txnId, std::int32_t lineId) {
+  LineView line;
+  Rows rows = lineOf_.Query(lineId, txnId);
+  if (rows.Step()) ReadLine(rows, /*first=*/0, line);
   return line;
 }
 

@@ -72,6 +72,8 @@ class TransactionTable {
   bool LineExists(std::int32_t lineId, std::int32_t view);
   // Blank when there is no such line.
   LineView FindLine(std::int32_t lineId, std::int32_t view);
+  // The line if it is one of that transaction; without its memo.
+  LineView FindLineOf(std::int32_t txnId, std::int32_t lineId);
   // Empty when there is no such line.
   Util::TString MemoOf(std::int32_t lineId);
 
@@ -94,6 +96,7 @@ class TransactionTable {
   Statement anyLine_;
   Statement lineType_;
   Statement line_;
+  Statement lineOf_;
   Statement memo_;
   Statement posted_;
   Statement postedOfType_;

@@ -1,7 +1,5 @@
 #include "standalone/books/UserTable.h"
 
-#include <array>
-#include <span>
 #include <utility>
 
 #include "standalone/values/Errors.h"
@@ -10,50 +8,6 @@
 namespace standalone {
 
 namespace {
-
-struct Word {
-  const char* text;
-  std::int32_t number;
-};
-
-constexpr std::array<Word, 3> kFeatures{
-    {{"checks", kFeatureChecks}, {"journal", kFeatureJournalEntries}, {"bills", kFeatureBills}}};
-constexpr std::array<Word, 4> kActions{
-    {{"create", kActionCreate}, {"view", kActionView}, {"delete", kActionDelete}, {"modify", kActionModify}}};
-constexpr std::array<Word, 1> kLists{{{"accounts", kListAccounts}}};
-
-std::string TextOf(std::span<const Word> words, std::int32_t number) {
-  for (const Word& word : words) {
-    if (word.number == number) return word.text;
-  }
-  return std::to_string(number);
-}
-
-std::optional<std::int32_t> NumberOf(std::span<const Word> words, std::string_view text) {
-  for (const Word& word : words) {
-    if (EqualIgnoringCase(word.text, text)) return word.number;
-  }
-  return std::nullopt;
-}
-
-std::string Joined(std::span<const Word> words) {
-  std::string joined;
-  for (const Word& word : words) joined.append(joined.empty() ? "" : ", ").append(word.text);
-  return joined;
-}
-
-// Reads "subject:action".
-std::pair<std::int32_t, std::int32_t> ParseRight(std::span<const Word> subjects, std::string_view text) {
-  const std::size_t colon = text.find(':');
-  if (colon != std::string_view::npos) {
-    const std::optional<std::int32_t> subject = NumberOf(subjects, text.substr(0, colon));
-    const std::optional<std::int32_t> action = NumberOf(kActions, text.substr(colon + 1));
-    if (subject && action) return {*subject, *action};
-  }
-  throw InvalidInput("The right " + Quoted(text) + " is not known; write it as " + subjects.front().text +
-                     ":view, where the first word is one of " + Joined(subjects) + " and the second one of " +
-                     Joined(kActions) + ".");
-}
 
 [[noreturn]] void ThrowNoUser(std::string_view name) {
   throw InvalidInput("There is no user " + Quoted(name) + "; 'users' lists them.");
@@ -69,24 +23,6 @@ User ReadUser(const Rows& rows) {
 }
 
 }  // namespace
-
-std::string FeatureRightText(FeatureRight right) {
-  return TextOf(kFeatures, right.feature) + ":" + TextOf(kActions, right.action);
-}
-
-std::string ListRightText(ListRight right) {
-  return TextOf(kLists, right.list) + ":" + TextOf(kActions, right.action);
-}
-
-FeatureRight ParseFeatureRight(std::string_view text) {
-  const auto [feature, action] = ParseRight(kFeatures, text);
-  return {static_cast<ProgramFeature>(feature), static_cast<UserAction>(action)};
-}
-
-ListRight ParseListRight(std::string_view text) {
-  const auto [list, action] = ParseRight(kLists, text);
-  return {static_cast<ListType>(list), static_cast<UserAction>(action)};
-}
 
 UserTable::UserTable(Database& database)
     : database_(database),

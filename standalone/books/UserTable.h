@@ -6,22 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "MultiEntityHost/Enumerations.h"
 #include "standalone/storage/Statement.h"
+#include "standalone/values/Rights.h"
 
 namespace standalone {
-
-struct FeatureRight {
-  ProgramFeature feature = kFeatureNone;
-  UserAction action = kActionView;
-  friend bool operator==(const FeatureRight&, const FeatureRight&) = default;
-};
-
-struct ListRight {
-  ListType list = kListAccounts;
-  UserAction action = kActionView;
-  friend bool operator==(const ListRight&, const ListRight&) = default;
-};
 
 struct User {
   std::int32_t id = 0;
@@ -33,13 +21,6 @@ struct User {
 };
 
 inline constexpr const char* kAdministratorName = "Admin";
-
-// Texts for people: features "checks", "journal", "bills"; actions "create", "view", "delete", "modify"; lists
-// "accounts". Rights are written "bills:create" and "accounts:view". The parsers throw InvalidInput.
-std::string FeatureRightText(FeatureRight right);
-std::string ListRightText(ListRight right);
-FeatureRight ParseFeatureRight(std::string_view text);
-ListRight ParseListRight(std::string_view text);
 
 // The users of the company and their rights. Names compare without regard to the case of ASCII letters. Every operation
 // needs an open unit of work.

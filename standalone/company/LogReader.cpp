@@ -8,7 +8,7 @@
 #include <iterator>
 #include <utility>
 
-#include "standalone/company/OperationsLog.h"
+#include "standalone/values/Columns.h"
 
 namespace standalone {
 

@@ -67,8 +67,4 @@ class OperationsLog final : public Util::Ops {
   std::string secondText_;
 };
 
-// Tab, line feed, carriage return and backslash as \t \n \r \\, other control characters as \xNN.
-std::string EscapeColumn(std::string_view text);
-std::string UnescapeColumn(std::string_view text);
-
 }  // namespace standalone

@@ -113,12 +113,6 @@ bool StandaloneHost::CurrentUserIsAccountant() {
   return InReadingUnit(Data(), [this] { return parts_->users.IsAccountant(parts_->user.id); });
 }
 
-void StandaloneHost::RequireAdministrator(std::string_view action) {
-  if (parts_->user.administrator) return;
-  throw InvalidInput("The user " + Quoted(parts_->user.name) + " is no administrator; " + std::string(action) +
-                     " may only be done by one.");
-}
-
 const std::filesystem::path& StandaloneHost::CompanyFilePath() const noexcept {
   return parts_->file.Path();
 }

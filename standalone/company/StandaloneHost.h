@@ -83,8 +83,6 @@ class StandaloneHost {
   const User& CurrentUser() const noexcept;
   // Whether that user is marked an accountant now.
   bool CurrentUserIsAccountant();
-  // Throws InvalidInput unless the current user is an administrator; `action` completes "... may only be done by".
-  void RequireAdministrator(std::string_view action);
 
   const std::filesystem::path& CompanyFilePath() const noexcept;
   Database& Data() noexcept;

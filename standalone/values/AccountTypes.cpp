@@ -68,4 +68,12 @@ std::int16_t ParseTransactionType(std::string_view text) {
   throw InvalidInput("The transaction type " + Quoted(text) + " is not known; the types are bill, check and journal.");
 }
 
+RejectableType ParseRejectableType(std::string_view text) {
+  for (const RejectableType type : {RejectableType::kBill, RejectableType::kCheck}) {
+    const auto number = static_cast<std::int16_t>(type);
+    if (text == TransactionTypeName(number) || text == std::to_string(number)) return type;
+  }
+  throw InvalidInput("type " + Quoted(text) + " is not acceptable; partners reject a bill or a check");
+}
+
 }  // namespace standalone

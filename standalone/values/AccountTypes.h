@@ -18,4 +18,9 @@ std::int16_t ParseAccountType(std::string_view text);
 std::string TransactionTypeName(std::int32_t type);
 std::int16_t ParseTransactionType(std::string_view text);
 
+// What a partner can reject.
+enum class RejectableType : std::int16_t { kCheck = kTxnTypeCheck, kBill = kTxnTypeBill };
+// "bill" or "check", or its number; throws InvalidInput.
+RejectableType ParseRejectableType(std::string_view text);
+
 }  // namespace standalone

@@ -63,4 +63,22 @@ std::string FormatIsoDate(DateType32 date) {
   return Padded(date.GetYear(), 4) + "-" + Padded(date.GetMonth(), 2) + "-" + Padded(date.GetDay(), 2);
 }
 
+std::string FormatDayAndTime(const DayAndTime& time, char between) {
+  const std::chrono::hh_mm_ss<std::chrono::seconds> clock(time.sinceMidnight);
+  const auto part = [](auto count) {
+    return Padded(static_cast<int>(count.count()), 2);
+  };
+  return FormatIsoDate(time.day) + between + part(clock.hours()) + ":" + part(clock.minutes()) + ":" +
+         part(clock.seconds());
+}
+
+std::string FormatUtc(std::chrono::sys_time<std::chrono::milliseconds> moment) {
+  const auto day = std::chrono::floor<std::chrono::days>(moment);
+  const std::chrono::year_month_day date(day);
+  const DayAndTime time{.day = {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
+                                static_cast<int>(static_cast<unsigned>(date.day()))},
+                        .sinceMidnight = std::chrono::floor<std::chrono::seconds>(moment - day)};
+  return FormatDayAndTime(time, 'T') + "Z";
+}
+
 }  // namespace standalone

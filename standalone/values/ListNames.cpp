@@ -33,4 +33,12 @@ std::string_view ParentPart(std::string_view fullName) noexcept {
   return colon == std::string_view::npos ? std::string_view() : fullName.substr(0, colon);
 }
 
+std::string_view RequireNewAccountName(std::string_view text) {
+  return RequireText("new expense account", text, 1, kListFullNameLength);
+}
+
+std::string_view RequireNewName(std::string_view text) {
+  return RequireText("new name", text, 1, kListFullNameLength);
+}
+
 }  // namespace standalone

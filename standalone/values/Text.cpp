@@ -98,6 +98,10 @@ std::string_view RequirePartnerName(std::string_view text) {
   return RequireText("The partner name", text, 1, kPartnerNameLength);
 }
 
+std::string_view RequirePartnerTxnId(std::string_view text) {
+  return RequireText("The partner's transaction id", text, 1, kPartnerTxnIdLength);
+}
+
 std::string_view Trimmed(std::string_view text) noexcept {
   constexpr std::string_view kBlanks = " \t";
   const std::size_t first = text.find_first_not_of(kBlanks);

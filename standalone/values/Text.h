@@ -34,6 +34,8 @@ std::string_view RequireRealmId(std::string_view text);
 std::string_view RequireRequestId(std::string_view text);
 // 1 to 59 bytes.
 std::string_view RequirePartnerName(std::string_view text);
+// The partner's own id of a transaction, 1 to 36 bytes.
+std::string_view RequirePartnerTxnId(std::string_view text);
 
 // Without blanks and tabs at both ends.
 std::string_view Trimmed(std::string_view text) noexcept;

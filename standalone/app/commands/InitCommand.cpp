@@ -8,8 +8,7 @@
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
-#include "standalone/books/UserTable.h"
-#include "standalone/company/CompanyFile.h"
+#include "standalone/desk/Company.h"
 
 namespace app {
 
@@ -17,14 +16,16 @@ namespace {
 
 struct InitOptions {
   std::string file;
-  standalone::NewCompany company;
+  desk::NewCompany company;
 };
 
 void Init(Invocation& invocation, const InitOptions& options) {
-  standalone::CompanyFile::Create(FilePath(options.file), options.company);
+  desk::NewCompany company = options.company;
+  company.file = FilePath(options.file);
+  desk::CreateCompany(company);
   invocation.Report({{"file", options.file}, {"company", options.company.name}},
                     fmt::format("Created the company file {} for {}, with the user {}.\n", options.file,
-                                options.company.name, standalone::kAdministratorName));
+                                options.company.name, desk::kFirstUser));
 }
 
 }  // namespace

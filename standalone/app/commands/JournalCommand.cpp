@@ -3,16 +3,15 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityHost/Enumerations.h"
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
-#include "standalone/app/Statuses.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Journal.h"
 #include "standalone/values/AccountTypes.h"
 
 namespace app {
@@ -37,58 +36,34 @@ struct RemoveOptions {
   std::string txn;
 };
 
-MEAccountInfo ExpenseAccount(Company& company, const RecordOptions& options) {
-  if (options.newExpense) {
-    return {.name = NewListName("new expense account", *options.newExpense),
-            .type = standalone::ParseAccountType(options.newExpenseType),
-            .accountId = kToBeCreated};
-  }
-  const standalone::Account account = company.Host().Accounts().Require(options.expense);
-  return {.name = std::string_view(account.fullName), .type = account.type, .accountId = account.id};
+std::variant<desk::Existing, desk::NewAccount> ExpenseOf(const RecordOptions& options) {
+  if (!options.newExpense) return desk::Existing{options.expense};
+  return desk::NewAccount{.name = standalone::NewAccountName(*options.newExpense),
+                          .type = standalone::ParseAccountType(options.newExpenseType)};
 }
 
-// The account that was given, or the relation's own. Without a relation it does not matter: the module refuses such a
-// booking before it looks at the account.
-std::int32_t DueToAccount(Company& company, const RecordOptions& options) {
-  if (options.dueTo) return company.Host().Accounts().Require(*options.dueTo).id;
-  DBMultiEntityRelation relation{};
-  if (company.Host().Services().multiEntity.GetRelation(Util::TString(options.realm), relation).Failed()) return 0;
-  if (relation.dueToAccountId == 0) {
-    throw standalone::InvalidInput(
-        fmt::format("the relation with realm {} has no due-to account; name one with --due-to", options.realm));
-  }
-  return relation.dueToAccountId;
-}
-
-MECNameInfo NameOf(Company& company, const RecordOptions& options) {
-  if (options.newName) return {.name = NewListName("new name", *options.newName), .nameId = kToBeCreated};
-  const standalone::Name name = company.Host().Names().Require(options.name);
-  return {.name = std::string_view(name.fullName), .nameId = name.id};
+std::variant<desk::Existing, desk::NewVendor> NameOf(const RecordOptions& options) {
+  if (!options.newName) return desk::Existing{options.name};
+  return desk::NewVendor{.name = standalone::NewListName(*options.newName)};
 }
 
 void Record(Invocation& invocation, const RecordOptions& options) {
-  const Util::TString realm = RealmId(options.realm);
-  const Util::TString amount = Amount(options.amount);
-  const Util::TString request = RequestId(options.request);
-  Company company(invocation, options.file);
-  std::uint32_t txnId = 0;
-  const MEStatusCode status = company.Write([&] {
-    const MEAccountInfo expense = ExpenseAccount(company, options);
-    const std::int32_t dueTo = DueToAccount(company, options);
-    const MECNameInfo name = NameOf(company, options);
-    return MultiEntityDriver::RecordGeneralJournalEntry(realm, expense, dueTo, amount, request, name, txnId);
-  });
-  invocation.Accept(Request::kRecordJournalEntry, status);
-  invocation.Report({{"status", status}, {"transaction", txnId}}, fmt::format("Booked journal entry {}.\n", txnId));
+  const desk::EntryToRecord entry{.realm = standalone::RealmId(options.realm),
+                                  .request = standalone::RequestId(options.request),
+                                  .amount = standalone::LineAmount(options.amount),
+                                  .expense = ExpenseOf(options),
+                                  .dueTo = options.dueTo,
+                                  .name = NameOf(options)};
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::uint32_t txnId = desk::RecordJournalEntry(company, entry);
+  invocation.Report({{"transaction", txnId}}, fmt::format("Booked journal entry {}.\n", txnId));
 }
 
 void Remove(Invocation& invocation, const RemoveOptions& options) {
-  const std::int32_t txnId = RecordId("transaction id", options.txn);
-  Company company(invocation, options.file);
-  const MEStatusCode status =
-      company.Write([&] { return MultiEntityDriver::RemoveGeneralJournalEntry(static_cast<std::uint32_t>(txnId)); });
-  invocation.Accept(Request::kRemoveJournalEntry, status);
-  invocation.Report({{"status", status}, {"transaction", txnId}}, fmt::format("Removed journal entry {}.\n", txnId));
+  const auto txnId = static_cast<std::uint32_t>(RecordId("transaction id", options.txn));
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::RemoveJournalEntry(company, txnId);
+  invocation.Report({{"transaction", txnId}}, fmt::format("Removed journal entry {}.\n", txnId));
 }
 
 void AddRecord(CLI::App& journal, Invocation& invocation) {

@@ -1,13 +1,16 @@
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
-#include "standalone/company/LogReader.h"
+#include "standalone/desk/Log.h"
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Columns.h"
 
 namespace app {
 
@@ -22,25 +25,16 @@ struct LogOptions {
 
 void ShowLog(Invocation& invocation, const LogOptions& options) {
   const std::int32_t count = WholeNumber("--last", options.last, 1, kMostLines);
-  const Company company(invocation, options.file);
-  const standalone::LogReader log(standalone::CompanyFile::LogPath(FilePath(options.file)));
-  Json list = Json::array();
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::vector<desk::LogLine> lines = desk::ListLogLines(company, static_cast<std::size_t>(count));
   Table table({{"Time"}, {"User"}, {"Level", Align::kRight}, {"Event", Align::kRight}, {"Operation"}, {"Message"}});
-  for (const standalone::LogLine& line : log.LastLines(static_cast<std::size_t>(count))) {
-    list.push_back({{"time", line.time},
-                    {"user", line.user},
-                    {"level", line.level},
-                    {"eventType", line.eventType},
-                    {"sourceFile", line.sourceFile},
-                    {"sourceLine", line.sourceLine},
-                    {"shortName", line.shortName},
-                    {"signature", line.signature},
-                    {"message", line.message}});
+  for (const desk::LogLine& line : lines) {
     table.Add({line.time, standalone::EscapeColumn(line.user), std::to_string(line.level),
                std::to_string(line.eventType), standalone::EscapeColumn(line.shortName),
                standalone::EscapeColumn(line.message)});
   }
-  invocation.Report({{"lines", list}}, table.Empty() ? "The operations log has no lines.\n" : table.Text());
+  invocation.Report({{"lines", desk::JsonOf(lines)}},
+                    table.Empty() ? "The operations log has no lines.\n" : table.Text());
 }
 
 }  // namespace

@@ -1,27 +1,26 @@
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Names.h"
+#include "standalone/desk/json/Json.h"
 
 namespace app {
 
 namespace {
 
 void Names(Invocation& invocation, const std::string& file) {
-  Company company(invocation, file);
-  const auto names = company.Read([&] { return company.Host().Names().List(); });
-  Json list = Json::array();
+  desk::Company company(FilePath(file), HowToOpen(invocation, file));
+  const std::vector<desk::Name> names = desk::ListNames(company);
   Table table({{"Id", Align::kRight}, {"Name"}, {"Kind"}});
-  for (const standalone::Name& name : names) {
-    const std::string kind = standalone::NameKindText(name.kind);
-    list.push_back({{"id", name.id}, {"name", name.fullName}, {"kind", kind}});
-    table.Add({std::to_string(name.id), name.fullName, kind});
-  }
-  invocation.Report({{"names", list}}, table.Empty() ? "No names.\n" : table.Text());
+  for (const desk::Name& name : names) table.Add({std::to_string(name.id), name.name, name.kind});
+  invocation.Report({{"names", desk::JsonOf(names)}}, table.Empty() ? "No names.\n" : table.Text());
 }
 
 }  // namespace

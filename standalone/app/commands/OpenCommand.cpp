@@ -11,18 +11,21 @@
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityScheduler.h"
-#include "standalone/app/Company.h"
 #include "standalone/app/Dialogue.h"
-#include "standalone/app/Failure.h"
+#include "standalone/app/ExitCode.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
-#include "standalone/app/PluginViews.h"
-#include "standalone/app/Times.h"
+#include "standalone/app/PluginScreens.h"
+#include "standalone/app/Seconds.h"
+#include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/app/terminal/Screen.h"
 #include "standalone/app/terminal/Terminal.h"
 #include "standalone/app/terminal/Termination.h"
 #include "standalone/app/terminal/TypedLines.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/KeptOpen.h"
+#include "standalone/values/Dates.h"
 
 namespace app {
 
@@ -53,7 +56,18 @@ const char* CauseText(TerminationCause cause) noexcept {
   return "end";
 }
 
-// A company that stays open, like the window of a desktop application, until it is told to close.
+// The trace comes as it happens.
+desk::CompanyOptions HowToStayOpen(Invocation& invocation, const std::string& file) {
+  desk::CompanyOptions options = HowToOpen(invocation, file);
+  if (invocation.options.trace) {
+    options.onLogLine = [json = invocation.options.json](const desk::NewLogLine& line) {
+      PrintError(TraceText(line, json));
+    };
+  }
+  return options;
+}
+
+// Tells at a terminal what happens while a company stays open, until it is told to close it.
 class OpenCompany {
  public:
   OpenCompany(Invocation& invocation, std::string file, std::optional<bool> answer);
@@ -65,13 +79,12 @@ class OpenCompany {
   void Run();
 
  private:
-  void ListenToTheHost();
+  desk::Person Person();
+  desk::DayEvents Events();
   void TellOpened();
-  void OnLogLine(const Util::Ops::Line& line);
-  void OnArmed(std::chrono::milliseconds period);
-  void OnTimerDue();
-  void OnDelivery(const AppMsg& message);
-  void TellIfNotArmed();
+  void OnArmed(std::chrono::seconds delay, const standalone::DayAndTime& due);
+  void OnDelivery(desk::Delivery delivery);
+  void OnNoReminder();
   void OnFailure(std::string_view what);
   void OnEnd(TerminationCause cause);
 
@@ -79,9 +92,9 @@ class OpenCompany {
   std::string file_;
   Screen screen_;
   TypedLines typed_;
-  Company company_;
+  desk::Company company_;
   Dialogue dialogue_;
-  bool armed_ = false;
+  desk::KeptOpen open_;
   bool failed_ = false;
   std::atomic<TerminationCause> cause_ = TerminationCause::kEndOfInput;
 };
@@ -90,27 +103,31 @@ OpenCompany::OpenCompany(Invocation& invocation, std::string file, std::optional
     : invocation_(invocation),
       file_(std::move(file)),
       screen_(ScreenFor(invocation)),
-      company_(invocation, file_),
+      company_(FilePath(file_), HowToStayOpen(invocation, file_)),
       dialogue_(screen_, "reminder-shown", answer,
                 screen_.IsForPeople() && InputComesFromATerminal()
                     ? [this](const std::string& prompt) { return typed_.AnswerTo([&] { ShowPrompt(prompt); }); }
-                    : ReadLine()) {
-  ListenToTheHost();
+                    : ReadLine()),
+      open_(company_, Person(), Events()) {}
+
+desk::Person OpenCompany::Person() {
+  return {.answer = [this](const desk::Question& question) { return dialogue_.Answer(question); },
+          .show =
+              [this](std::string_view url, const desk::PluginScreen& shown) {
+                ShowPluginScreen(screen_, file_, url, shown);
+              }};
 }
 
-void OpenCompany::ListenToTheHost() {
-  standalone::StandaloneHost& host = company_.Host();
-  host.Log().SetObserver([this](const Util::Ops::Line& line) { OnLogLine(line); });
-  host.SetTimerObserver({.onArmed = [this](std::chrono::milliseconds period) { OnArmed(period); },
-                         .onDue =
-                             [this] {
-                               OnTimerDue();
-                             }});
-  host.App().SetMessageObserver([this](const AppMsg& message) { OnDelivery(message); });
-  host.App().SetCommandRunner(
-      [this](standalone::PluginView view, std::string_view url) { ShowPluginView(company_, screen_, view, url); });
-  host.MessageBoxes().SetAnswerer([this](const standalone::Question& question) { return dialogue_.Answer(question); });
-  host.Loop().SetFailureHandler([this](std::string_view what) { OnFailure(what); });
+desk::DayEvents OpenCompany::Events() {
+  return {
+      .onDelivered = [this](desk::Delivery delivery) { OnDelivery(delivery); },
+      .onReminderArmed = [this](std::chrono::seconds delay, const standalone::DayAndTime& due) { OnArmed(delay, due); },
+      .onReminderDue = [this] { screen_.Tell({{"event", "timer-elapsed"}}, "The reminder's time has come.\n"); },
+      .onNoReminder = [this] { OnNoReminder(); },
+      .onFailure =
+          [this](std::string_view what) {
+            OnFailure(what);
+          }};
 }
 
 void OpenCompany::Run() {
@@ -123,50 +140,37 @@ void OpenCompany::Run() {
   };
   const Termination termination(std::move(handlers));
   TellOpened();
-  company_.Attached().QueueReminder();
-  company_.Host().Loop().Run();
+  open_.Run();
   const char* const cause = CauseText(cause_);
   screen_.Tell({{"event", "closing"}, {"cause", cause}}, fmt::format("Closing {}: {}.\n", file_, cause));
-  company_.Host().App().Close();
+  open_.Close();
   screen_.Tell({{"event", "closed"}, {"file", file_}}, fmt::format("Closed {}.\n", file_));
   if (failed_) throw std::runtime_error("not all went well while the company was open; see what was said meanwhile");
 }
 
 void OpenCompany::TellOpened() {
-  const std::string& user = company_.Host().CurrentUser().name;
-  const bool hasBridge = company_.Attached().HasBridge();
+  const std::string& user = company_.UserName();
+  const bool hasBridge = company_.HasBridge();
   screen_.Tell({{"event", "opened"}, {"file", file_}, {"user", user}, {"bridge", hasBridge}},
                fmt::format("Opened {} for {}; Ctrl-C or the end of input closes it.\n{}", file_, user,
                            hasBridge ? "" : "The bridge library is not beside the program, so no reminder comes.\n"));
 }
 
-void OpenCompany::OnLogLine(const Util::Ops::Line& line) {
-  if (invocation_.options.trace) PrintError(TraceText(TraceLineOf(line), invocation_.options.json));
+void OpenCompany::OnArmed(std::chrono::seconds delay, const standalone::DayAndTime& due) {
+  screen_.Tell(
+      {{"event", "timer-armed"}, {"seconds", delay.count()}},
+      fmt::format("The reminder comes in {}, at {}.\n", SecondsText(delay), standalone::FormatDayAndTime(due, ' ')));
 }
 
-void OpenCompany::OnArmed(std::chrono::milliseconds period) {
-  armed_ = true;
-  const auto seconds = static_cast<std::uint32_t>(std::chrono::floor<std::chrono::seconds>(period).count());
-  screen_.Tell({{"event", "timer-armed"}, {"seconds", seconds}},
-               fmt::format("The reminder comes in {}, at {}.\n", SecondsText(seconds),
-                           LocalTimeAfter(company_.Host().Clock(), seconds)));
-}
-
-void OpenCompany::OnTimerDue() {
-  armed_ = false;
-  screen_.Tell({{"event", "timer-elapsed"}}, "The reminder's time has come.\n");
-}
-
-void OpenCompany::OnDelivery(const AppMsg& message) {
-  const bool isFirst = dynamic_cast<const MultiEntityScheduler*>(&message) != nullptr;
+void OpenCompany::OnDelivery(desk::Delivery delivery) {
+  const bool isFirst = delivery == desk::Delivery::kScheduler;
   screen_.Tell({{"event", "message-delivered"}, {"message", isFirst ? "MultiEntityScheduler" : "MESchedulerUIPrompt"}},
                isFirst ? "The scheduler's message was delivered.\n" : "The reminder's message was delivered.\n");
-  if (isFirst) company_.Host().Loop().Post([this] { TellIfNotArmed(); });
 }
 
 // Programs see it from what is missing between the events.
-void OpenCompany::TellIfNotArmed() {
-  if (armed_ || !screen_.IsForPeople()) return;
+void OpenCompany::OnNoReminder() {
+  if (!screen_.IsForPeople()) return;
   Print(fmt::format("No reminder comes; multientity reminder show {} tells why.\n", file_));
   FinishPrinting();
 }
@@ -181,7 +185,7 @@ void OpenCompany::OnFailure(std::string_view what) {
 void OpenCompany::OnEnd(TerminationCause cause) {
   cause_ = cause;
   typed_.End();
-  company_.Host().Loop().Quit();
+  open_.Quit();
 }
 
 void Open(Invocation& invocation, const OpenOptions& options) {

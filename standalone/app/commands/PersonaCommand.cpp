@@ -3,15 +3,15 @@
 #include <limits>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Users.h"
+#include "standalone/desk/json/Json.h"
 
 namespace app {
 
@@ -22,30 +22,15 @@ struct PersonaOptions {
   std::string role;
 };
 
-std::string_view PersonaText(SybaseRelationsUserPersona persona) noexcept {
-  switch (persona) {
-    case SybaseRelationsPersonaNone:
-      return "none";
-    case SybaseRelationsPersonaViewer:
-      return "viewer";
-    case SybaseRelationsPersonaContributor:
-      return "contributor";
-    case SybaseRelationsPersonaManager:
-      return "manager";
-  }
-  return "unknown";
-}
-
 void Persona(Invocation& invocation, const PersonaOptions& options) {
   const std::int32_t role = WholeNumber("role", options.role, std::numeric_limits<std::int32_t>::min(),
                                         std::numeric_limits<std::int32_t>::max());
-  Company company(invocation, options.file);
-  const SybaseRelationsUserPersona persona =
-      company.Read([&] { return MultiEntityDriver::SybaseRelationsUserPersonaForRole(role); });
-  const std::string_view text = PersonaText(persona);
-  invocation.Report({{"role", role}, {"persona", persona}, {"personaText", text}},
-                    fmt::format("In role {} this user works with the relations as: {} (persona {}).\n", role, text,
-                                static_cast<int>(persona)));
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::Persona persona = desk::PersonaInRole(company, role);
+  Json json{{"role", role}};
+  json.update(desk::JsonOf(persona));
+  invocation.Report(json, fmt::format("In role {} this user works with the relations as: {} (persona {}).\n", role,
+                                      desk::NameOf(persona), static_cast<int>(persona)));
 }
 
 }  // namespace

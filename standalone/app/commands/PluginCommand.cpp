@@ -7,12 +7,13 @@
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/app/Company.h"
 #include "standalone/app/Dialogue.h"
 #include "standalone/app/Encounter.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Realm.h"
 
 namespace app {
 
@@ -25,9 +26,9 @@ struct PluginOptions {
 
 void CheckPlugin(Invocation& invocation, const PluginOptions& options) {
   const std::optional<bool> answer = GivenAnswer(options.answer);
-  Company company(invocation, options.file);
-  const Encounter encounter(invocation, company, answer);
-  const bool mayGoOn = company.Read([] { return MultiEntityDriver::CheckForPluginNavigation(); });
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const Encounter encounter(invocation, options.file, answer);
+  const bool mayGoOn = desk::CheckPlugin(company, encounter.Person());
   invocation.Report({{"mayGoOn", mayGoOn}, {"events", encounter.Events()}},
                     mayGoOn ? "Intercompany work may go on.\n" : "");
   if (!mayGoOn) throw std::runtime_error("no relation with a partner company is established; its set-up was opened");

@@ -7,14 +7,14 @@
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityHost/Preferences.h"
-#include "standalone/app/Company.h"
 #include "standalone/app/Dialogue.h"
 #include "standalone/app/Encounter.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Realm.h"
+#include "standalone/desk/json/Json.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -27,54 +27,29 @@ struct RealmOptions {
   std::optional<std::string> answer;
 };
 
-// Asked of the file itself, as the module's own question would have a file without a realm id remember one.
-std::optional<std::string> RememberedRealm(Company& company) {
-  return company.Host().Preferences().Find(kRealmIdPreference);
-}
-
-Json RealmJson(const std::optional<std::string>& realm) {
-  return realm ? Json(*realm) : Json();
-}
-
 void ShowRealm(Invocation& invocation, const RealmOptions& options) {
-  Company company(invocation, options.file);
-  const auto remembered = company.Read([&] { return RememberedRealm(company); });
-  invocation.Report({{"remembered", RealmJson(remembered)}},
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::optional<std::string> remembered = desk::RememberedRealm(company);
+  invocation.Report({{"remembered", desk::OrNull(remembered)}},
                     remembered ? fmt::format("The company file remembers the realm id {}.\n", *remembered)
                                : "The company file remembers no realm id yet.\n");
 }
 
 void SetRealm(Invocation& invocation, const RealmOptions& options) {
-  std::string realm(RealmId(options.realm).view());
-  Company company(invocation, options.file);
-  company.Host().RequireAdministrator("a change of the realm id");
-  if (!company.Write([&] { return MultiEntityDriver::SetMECacheRealmId(realm.data()); })) {
-    throw std::runtime_error(fmt::format("the realm id {} could not be stored in the company file", realm));
-  }
-  invocation.Report({{"remembered", realm}}, fmt::format("The company file now remembers the realm id {}.\n", realm));
+  const standalone::RealmId realm(options.realm);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::RememberRealm(company, realm);
+  invocation.Report({{"remembered", realm.Text()}},
+                    fmt::format("The company file now remembers the realm id {}.\n", realm.Text()));
 }
 
-struct RealmCheck {
-  bool blocked = false;
-  std::optional<std::string> before;
-  std::optional<std::string> after;
-};
-
-RealmCheck Check(Company& company, const Util::TString& realm) {
-  RealmCheck check;
-  check.before = RememberedRealm(company);
-  check.blocked = MultiEntityDriver::BlockUserIfRealmReset(realm);
-  check.after = RememberedRealm(company);
-  return check;
-}
-
-std::string WhyGoOn(const RealmCheck& check, const std::string& realm) {
+std::string WhyGoOn(const desk::RealmCheck& check, const std::string& realm) {
   if (check.after != realm) return "The check of the realm is switched off";
   if (!check.before) return fmt::format("The company file remembered no realm id; from now on it remembers {}", realm);
   return "The realm is unchanged";
 }
 
-std::string WhyBlocked(const RealmCheck& check, const std::string& realm) {
+std::string WhyBlocked(const desk::RealmCheck& check, const std::string& realm) {
   if (realm.empty()) return "the company has no realm id; intercompany work must not go on";
   return fmt::format(
       "the company reports the realm id {}, but the company file remembers {}; intercompany work must "
@@ -83,18 +58,18 @@ std::string WhyBlocked(const RealmCheck& check, const std::string& realm) {
 }
 
 void CheckRealm(Invocation& invocation, const RealmOptions& options) {
-  const Util::TString realm = options.realm.empty() ? Util::TString() : RealmId(options.realm);
+  std::optional<standalone::RealmId> realm;
+  if (!options.realm.empty()) realm.emplace(options.realm);
   const std::optional<bool> answer = GivenAnswer(options.answer);
-  Company company(invocation, options.file);
-  const Encounter encounter(invocation, company, answer);
-  const RealmCheck check = company.Write([&] { return Check(company, realm); });
-  invocation.Report(
-      {{"blocked", check.blocked},
-       {"realm", options.realm},
-       {"rememberedBefore", RealmJson(check.before)},
-       {"remembered", RealmJson(check.after)},
-       {"events", encounter.Events()}},
-      check.blocked ? std::string() : fmt::format("{}. Intercompany work may go on.\n", WhyGoOn(check, options.realm)));
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const Encounter encounter(invocation, options.file, answer);
+  const desk::RealmCheck check = desk::CheckRealm(company, realm, encounter.Person());
+  Json json{{"realm", options.realm}};
+  json.update(desk::JsonOf(check));
+  json["events"] = encounter.Events();
+  invocation.Report(json, check.blocked
+                              ? std::string()
+                              : fmt::format("{}. Intercompany work may go on.\n", WhyGoOn(check, options.realm)));
   if (check.blocked) throw std::runtime_error(WhyBlocked(check, options.realm));
 }
 

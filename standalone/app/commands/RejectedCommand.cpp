@@ -6,12 +6,12 @@
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
-#include "standalone/app/Statuses.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Rejections.h"
+#include "standalone/desk/json/Json.h"
 #include "standalone/values/AccountTypes.h"
 
 namespace app {
@@ -28,59 +28,37 @@ struct RejectedOptions {
 };
 
 void SaveRejected(Invocation& invocation, const RejectedOptions& options) {
-  const Util::TString realm = RealmId(options.realm);
-  const Util::TString request = RequestId(options.request);
-  const std::int16_t type = RejectedType(options.type);
-  const Util::TString amount = RejectedAmount(options.amount);
-  const Util::TString partnerTxn = PartnerTxnId(options.partnerTxn);
-  Company company(invocation, options.file);
-  const MEStatusCode status = company.Write(
-      [&] { return MultiEntityDriver::SaveRejectedTransaction(request, type, realm, amount, partnerTxn); });
-  invocation.Accept(Request::kSaveRejection, status);
-  invocation.Report({{"status", status}, {"realm", options.realm}, {"requestId", options.request}},
-                    fmt::format("Saved the rejected {} with request id {}.\n", standalone::TransactionTypeName(type),
-                                options.request));
-}
-
-Json RejectedJson(const MERejectedTxnInfo& rejected) {
-  return {{"type", standalone::TransactionTypeName(rejected.txnType)},
-          {"typeNumber", rejected.txnType},
-          {"state", rejected.state},
-          {"stateText", TransactionStateText(rejected.state)},
-          {"realm", rejected.realmId.view()},
-          {"partner", rejected.partnerName.view()},
-          {"requestId", rejected.requestId.view()},
-          {"amount", rejected.amount.view()},
-          {"currency", rejected.currencyCode.view()},
-          {"partnerTransaction", rejected.partnerTxnId.view()}};
+  const desk::RejectionToSave rejection{.realm = standalone::RealmId(options.realm),
+                                        .request = standalone::RequestId(options.request),
+                                        .type = standalone::ParseRejectableType(options.type),
+                                        .amount = standalone::RejectedAmount(options.amount),
+                                        .partnerTxnId = standalone::PartnerTxnId(options.partnerTxn)};
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::SaveRejection(company, rejection);
+  invocation.Report(
+      {{"realm", options.realm}, {"requestId", options.request}},
+      fmt::format("Saved the rejected {} with request id {}.\n",
+                  standalone::TransactionTypeName(static_cast<std::int16_t>(rejection.type)), options.request));
 }
 
 void ListRejected(Invocation& invocation, const RejectedOptions& options) {
-  Company company(invocation, options.file);
-  std::vector<MERejectedTxnInfo> rejections;
-  const MEStatusCode status = company.Read([&] { return MultiEntityDriver::GetAllRejectedTransaction(rejections); });
-  invocation.Accept(Request::kListRejections, status);
-  const auto text = [](const Util::TString& value) {
-    return std::string(value.view());
-  };
-  Json list = Json::array();
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::vector<desk::Rejection> rejections = desk::ListRejections(company);
   Table table({{"Type"}, {"Partner"}, {"Realm"}, {"Amount", Align::kRight}, {"Cur"}, {"Request"}, {"Partner's id"}});
-  for (const MERejectedTxnInfo& rejected : rejections) {
-    list.push_back(RejectedJson(rejected));
-    table.Add({standalone::TransactionTypeName(rejected.txnType), text(rejected.partnerName), text(rejected.realmId),
-               text(rejected.amount), text(rejected.currencyCode), text(rejected.requestId),
-               text(rejected.partnerTxnId)});
+  for (const desk::Rejection& rejection : rejections) {
+    table.Add({standalone::TransactionTypeName(rejection.type), rejection.partner, rejection.realm,
+               rejection.writtenAmount, rejection.amount ? rejection.amount->currency : "", rejection.requestId,
+               rejection.partnerTxnId});
   }
-  invocation.Report({{"status", status}, {"rejected", list}},
+  invocation.Report({{"rejected", desk::JsonOf(rejections)}},
                     table.Empty() ? "No rejected transactions.\n" : table.Text());
 }
 
 void DeleteRejected(Invocation& invocation, const RejectedOptions& options) {
-  const Util::TString request = RequestId(options.request);
-  Company company(invocation, options.file);
-  const MEStatusCode status = company.Write([&] { return MultiEntityDriver::DeleteRejectedTransaction(request); });
-  invocation.Accept(Request::kDeleteRejection, status);
-  invocation.Report({{"status", status}, {"requestId", options.request}},
+  const standalone::RequestId request(options.request);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::DeleteRejection(company, request);
+  invocation.Report({{"requestId", options.request}},
                     fmt::format("Deleted the rejected transaction with request id {}.\n", options.request));
 }
 

@@ -7,14 +7,14 @@
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Listings.h"
-#include "standalone/app/Statuses.h"
-#include "standalone/app/Times.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Relations.h"
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Dates.h"
 
 namespace app {
 
@@ -34,120 +34,79 @@ struct RelationOptions {
   bool withAccountsOnly = false;
 };
 
-std::vector<MEAccountInfo> AccountsFrom(Company& company, const RelationOptions& options) {
-  std::vector<MEAccountInfo> accounts;
-  const auto add = [&](const std::optional<std::string>& text, MEAccountRole role) {
-    if (!text) return;
-    const standalone::Account account = company.Host().Accounts().Require(*text);
-    accounts.push_back(
-        {.name = std::string_view(account.fullName), .type = account.type, .accountId = account.id, .role = role});
-  };
-  add(options.dueFrom, MEAccountRoleDueFrom);
-  add(options.dueTo, MEAccountRoleDueTo);
-  return accounts;
+desk::RelationAccounts AccountsFrom(const RelationOptions& options) {
+  return {.dueFrom = options.dueFrom, .dueTo = options.dueTo};
 }
 
 void CreateRelation(Invocation& invocation, const RelationOptions& options) {
-  const Util::TString realm = RealmId(options.realm);
-  const Util::TString partner = PartnerName(options.partner);
-  const MERelationType type = RelationType(options.type);
-  const MEState state = options.state ? RelationState(*options.state) : MEStateEstablished;
-  Company company(invocation, options.file);
-  const MEStatusCode status = company.Write(
-      [&] { return MultiEntityDriver::CreateRelation(realm, partner, type, state, AccountsFrom(company, options)); });
-  invocation.Accept(Request::kCreateRelation, status);
-  invocation.Report({{"status", status}, {"realm", options.realm}},
+  desk::NewRelation relation{.realm = standalone::RealmId(options.realm),
+                             .partner = standalone::PartnerName(options.partner),
+                             .type = RelationType(options.type),
+                             .accounts = AccountsFrom(options)};
+  if (options.state) relation.state = standalone::ParseRelationState(*options.state);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::CreateRelation(company, relation);
+  invocation.Report({{"realm", options.realm}},
                     fmt::format("Created the relation with {} (realm {}).\n", options.partner, options.realm));
 }
 
 void UpdateRelation(Invocation& invocation, const RelationOptions& options) {
-  MERelationInfo info;
-  info.realmId = RealmId(options.realm);
-  if (options.state) info.state = RelationState(*options.state);
-  Company company(invocation, options.file);
-  const MEStatusCode status = company.Write([&] {
-    info.accounts = AccountsFrom(company, options);
-    return MultiEntityDriver::UpdateRelation(info);
-  });
-  invocation.Accept(Request::kUpdateRelation, status);
-  invocation.Report({{"status", status}, {"realm", options.realm}},
-                    fmt::format("Updated the relation with realm {}.\n", options.realm));
+  desk::RelationChange change{
+      .realm = standalone::RealmId(options.realm), .state = {}, .accounts = AccountsFrom(options)};
+  if (options.state) change.state = standalone::ParseRelationState(*options.state);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::UpdateRelation(company, change);
+  invocation.Report({{"realm", options.realm}}, fmt::format("Updated the relation with realm {}.\n", options.realm));
 }
 
 void DeleteRelation(Invocation& invocation, const RelationOptions& options) {
-  const Util::TString realm = RealmId(options.realm);
-  Company company(invocation, options.file);
-  bool deactivated = false;
-  const MEStatusCode status = company.Write([&] {
-    const MEStatusCode answer = MultiEntityDriver::DeleteRelation(realm, options.force);
-    DBMultiEntityRelation left{};
-    deactivated =
-        answer == MEStatusSuccess && company.Host().Services().multiEntity.GetRelation(realm, left).Succeeded();
-    return answer;
-  });
-  invocation.Accept(Request::kDeleteRelation, status);
+  const standalone::RealmId realm(options.realm);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const bool isDeactivated = desk::DeleteRelation(company, realm, options.force) == desk::Deleted::kDeactivated;
   invocation.Report(
-      {{"status", status}, {"realm", options.realm}, {"deactivated", deactivated}},
-      deactivated
+      {{"realm", options.realm}, {"deactivated", isDeactivated}},
+      isDeactivated
           ? fmt::format("Deactivated the relation with realm {}: transactions still refer to it.\n", options.realm)
           : fmt::format("Deleted the relation with realm {}.\n", options.realm));
 }
 
-void ShowRelation(Invocation& invocation, const RelationOptions& options) {
-  std::optional<std::int32_t> id;
-  Util::TString realm;
-  if (options.id) {
-    id = RecordId("relation id", *options.id);
-  } else {
-    realm = RealmId(options.realm);
-  }
-  Company company(invocation, options.file);
-  RelationView view;
-  const MEStatusCode status = company.Read([&] {
-    DBMultiEntityRelation row{};
-    const MEStatusCode answer =
-        id ? MultiEntityDriver::GetRelationById(*id, row) : MultiEntityDriver::GetRelation(realm, row);
-    if (answer == MEStatusSuccess) view = ViewOf(company, row);
-    return answer;
-  });
-  invocation.Accept(Request::kReadRelations, status);
-  const DBMultiEntityRelation& row = view.row;
+void Show(const Invocation& invocation, const desk::Relation& relation) {
   invocation.Report(
-      {{"status", status}, {"relation", RelationJson(view)}},
+      {{"relation", desk::JsonOf(relation)}},
       fmt::format("Relation:   {}\nRealm:      {}\nPartner:    {}\nType:       {}\nState:      {}\n"
                   "Due from:   {}\nDue to:     {}\nRevision:   {}\nCreated at: {}\nChanged at: {}\n",
-                  row.relationId, row.realmId, row.partnerName, row.relationType, StateText(row.state), view.dueFrom,
-                  view.dueTo, row.revision, UtcText(row.createdAt), UtcText(row.changedAt)));
+                  relation.id, relation.realm, relation.partner, relation.type, standalone::StateName(relation.state),
+                  AccountText(relation.dueFrom), AccountText(relation.dueTo), relation.revision,
+                  standalone::FormatUtc(relation.createdAt), standalone::FormatUtc(relation.changedAt)));
 }
 
-void ListRealms(Invocation& invocation, Company& company, bool withAccountsOnly) {
-  std::vector<std::string> realms;
-  const MEStatusCode status =
-      company.Read([&] { return MultiEntityDriver::GetRelationRealmIdList(realms, withAccountsOnly); });
-  invocation.Accept(Request::kReadRelations, status);
-  invocation.Report({{"status", status}, {"realms", realms}},
+void ShowRelationById(Invocation& invocation, const RelationOptions& options) {
+  const std::int32_t id = RecordId("relation id", *options.id);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  Show(invocation, desk::ShowRelation(company, id));
+}
+
+void ShowRelationByRealm(Invocation& invocation, const RelationOptions& options) {
+  const standalone::RealmId realm(options.realm);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  Show(invocation, desk::ShowRelation(company, realm));
+}
+
+void ListRealms(const Invocation& invocation, desk::Company& company, bool withAccountsOnly) {
+  const std::vector<std::string> realms = desk::ListRealms(company, withAccountsOnly);
+  invocation.Report({{"realms", realms}},
                     realms.empty() ? "No relations.\n" : fmt::format("{}\n", fmt::join(realms, "\n")));
 }
 
 void ListRelations(Invocation& invocation, const RelationOptions& options) {
-  Company company(invocation, options.file);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   if (options.realmsOnly) {
     ListRealms(invocation, company, options.withAccountsOnly);
     return;
   }
-  std::vector<RelationView> views;
-  const MEStatusCode status = company.Read([&] {
-    std::vector<DBMultiEntityRelation> rows;
-    const MEStatusCode answer = MultiEntityDriver::GetRelationsList(rows);
-    if (answer == MEStatusSuccess) {
-      for (const DBMultiEntityRelation& row : rows) views.push_back(ViewOf(company, row));
-    }
-    return answer;
-  });
-  invocation.Accept(Request::kReadRelations, status);
-  const Listing listing = ListRelationViews(views);
-  invocation.Report({{"status", status}, {"relations", listing.json}},
-                    listing.table.Empty() ? "No relations.\n" : listing.table.Text());
+  const std::vector<desk::Relation> relations = desk::ListRelations(company);
+  invocation.Report({{"relations", desk::JsonOf(relations)}},
+                    relations.empty() ? "No relations.\n" : RelationsTable(relations).Text());
 }
 
 constexpr const char* kStateHelp = "pending, established, without-accounts, deactivated, or another number";
@@ -204,7 +163,13 @@ void AddShow(CLI::App& relation, Invocation& invocation) {
   which->add_option("--realm", options->realm, kRealmHelp);
   which->add_option("--id", options->id, "The relation's id");
   which->require_option(1);
-  invocation.When(command, [options](Invocation& run) { ShowRelation(run, *options); });
+  invocation.When(command, [options](Invocation& run) {
+    if (options->id) {
+      ShowRelationById(run, *options);
+    } else {
+      ShowRelationByRealm(run, *options);
+    }
+  });
 }
 
 void AddList(CLI::App& relation, Invocation& invocation) {

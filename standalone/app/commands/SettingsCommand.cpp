@@ -5,9 +5,12 @@
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Settings.h"
+#include "standalone/desk/json/Json.h"
 
 namespace app {
 
@@ -19,7 +22,7 @@ struct SettingsOptions {
   std::string value;
 };
 
-void Show(Invocation& invocation, const standalone::Settings& settings) {
+void Show(Invocation& invocation, const desk::Settings& settings) {
   const auto yesNo = [](bool set) {
     return std::string(set ? "yes" : "no");
   };
@@ -29,27 +32,17 @@ void Show(Invocation& invocation, const standalone::Settings& settings) {
   table.Add({"multi-currency", yesNo(settings.multiCurrency)});
   table.Add({"sample-file", yesNo(settings.sampleFile)});
   table.Add({"accountants-copy", yesNo(settings.accountantsCopy)});
-  invocation.Report({{"settings",
-                      {{"company-name", settings.companyName},
-                       {"home-currency", settings.homeCurrency},
-                       {"multi-currency", settings.multiCurrency},
-                       {"sample-file", settings.sampleFile},
-                       {"accountants-copy", settings.accountantsCopy}}}},
-                    table.Text());
+  invocation.Report({{"settings", desk::JsonOf(settings)}}, table.Text());
 }
 
 void ShowSettings(Invocation& invocation, const SettingsOptions& options) {
-  Company company(invocation, options.file);
-  Show(invocation, company.Read([&] { return company.Host().Settings().Get(); }));
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  Show(invocation, desk::ReadSettings(company));
 }
 
 void SetSetting(Invocation& invocation, const SettingsOptions& options) {
-  Company company(invocation, options.file);
-  company.Host().RequireAdministrator("a change of settings");
-  Show(invocation, company.Write([&] {
-    company.Host().Settings().Set(options.setting, options.value);
-    return company.Host().Settings().Get();
-  }));
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  Show(invocation, desk::ChangeSetting(company, options.setting, options.value));
 }
 
 }  // namespace

@@ -5,12 +5,13 @@
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
-#include "standalone/app/Statuses.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Transactions.h"
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Errors.h"
 
 namespace app {
 
@@ -31,47 +32,40 @@ struct ExistsOptions {
   std::string request;
 };
 
+std::string StateText(standalone::TransactionState state) {
+  return fmt::format("{} ({})", static_cast<int>(state), standalone::StateName(state));
+}
+
 void SetStateOfRequest(Invocation& invocation, const SetStateOptions& options) {
-  const Util::TString realm = RealmId(options.realm);
-  const Util::TString request = RequestId(options.request);
-  const MEState state = TransactionState(options.state);
-  Company company(invocation, options.file);
-  const MEStatusCode status =
-      company.Write([&] { return MultiEntityDriver::UpdateTransactionWithState(realm, request, state); });
-  invocation.Accept(Request::kSetTransactionState, status);
-  invocation.Report({{"status", status},
-                     {"realm", options.realm},
-                     {"requestId", options.request},
-                     {"state", state},
-                     {"stateText", TransactionStateText(state)}},
-                    fmt::format("The transaction with request id {} of realm {} is now in state {} ({}).\n",
-                                options.request, options.realm, static_cast<int>(state), TransactionStateText(state)));
+  const standalone::RealmId realm(options.realm);
+  const standalone::RequestId request(options.request);
+  const standalone::TransactionState state = standalone::ParseTransactionState(options.state);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::SetState(company, realm, request, state);
+  Json json{{"realm", options.realm}, {"requestId", options.request}};
+  json.update(desk::JsonOf(state));
+  invocation.Report(json, fmt::format("The transaction with request id {} of realm {} is now in state {}.\n",
+                                      options.request, options.realm, StateText(state)));
 }
 
 void SetStateOfLine(Invocation& invocation, const SetStateOptions& options) {
   const std::int32_t txnId = RecordId("transaction id", options.txn);
-  const std::int32_t targetId = RecordId("line id", options.target);
-  const MEState state = TransactionState(options.state);
-  Company company(invocation, options.file);
-  const MEStatusCode status =
-      company.Write([&] { return MultiEntityDriver::UpdateTransactionWithState(txnId, targetId, state); });
-  invocation.Accept(Request::kSetTransactionState, status);
-  invocation.Report({{"status", status},
-                     {"transaction", txnId},
-                     {"line", targetId},
-                     {"state", state},
-                     {"stateText", TransactionStateText(state)}},
-                    fmt::format("Line {} of transaction {} is now in state {} ({}).\n", targetId, txnId,
-                                static_cast<int>(state), TransactionStateText(state)));
+  const std::int32_t lineId = RecordId("line id", options.target);
+  const standalone::TransactionState state = standalone::ParseTransactionState(options.state);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::SetState(company, txnId, lineId, state);
+  Json json{{"transaction", txnId}, {"line", lineId}};
+  json.update(desk::JsonOf(state));
+  invocation.Report(json,
+                    fmt::format("Line {} of transaction {} is now in state {}.\n", lineId, txnId, StateText(state)));
 }
 
 void Exists(Invocation& invocation, const ExistsOptions& options) {
-  const Util::TString realm = RealmId(options.realm);
-  const Util::TString request = RequestId(options.request);
-  Company company(invocation, options.file);
-  const MEStatusCode status = company.Read([&] { return MultiEntityDriver::DoesTransactionExist(realm, request); });
-  invocation.Accept(Request::kFindRequest, status);
-  invocation.Report({{"status", status}, {"realm", options.realm}, {"requestId", options.request}},
+  const standalone::RealmId realm(options.realm);
+  const standalone::RequestId request(options.request);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::RequireKnownRequest(company, realm, request);
+  invocation.Report({{"realm", options.realm}, {"requestId", options.request}},
                     fmt::format("The request id {} is known for realm {}: it is booked or was rejected.\n",
                                 options.request, options.realm));
 }

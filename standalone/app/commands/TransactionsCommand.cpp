@@ -7,13 +7,13 @@
 
 #include <CLI/CLI.hpp>
 
-#include "MultiEntity/MultiEntityDriver.h"
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Listings.h"
-#include "standalone/app/Statuses.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Transactions.h"
+#include "standalone/desk/json/Json.h"
 
 namespace app {
 
@@ -26,25 +26,21 @@ struct TransactionsOptions {
   std::optional<std::string> to;
 };
 
-void Transactions(Invocation& invocation, const TransactionsOptions& options) {
-  std::optional<std::int32_t> txnId;
-  if (options.txn) txnId = RecordId("transaction id", *options.txn);
-  const DateType32 from = PeriodBound("--from", options.from);
-  const DateType32 to = PeriodBound("--to", options.to);
-  if (options.from && options.to && from.Compare(to) > 0) {
-    throw standalone::InvalidInput(
-        fmt::format("--from {} is after --to {}; give the earlier date first", *options.from, *options.to));
-  }
-  Company company(invocation, options.file);
-  std::vector<METxnInfo> entries;
-  const MEStatusCode status = company.Read([&] {
-    return txnId ? MultiEntityDriver::GetListOfTxnTargetEntries(entries, *txnId)
-                 : MultiEntityDriver::GetListOfTxnTargetEntries(entries, from, to);
-  });
-  invocation.Accept(Request::kListTransactions, status);
-  const Listing listing = ListEntries(entries);
-  invocation.Report({{"status", status}, {"transactions", listing.json}},
-                    listing.table.Empty() ? "No intercompany transactions.\n" : listing.table.Text());
+void Report(const Invocation& invocation, const std::vector<desk::IntercompanyLine>& lines) {
+  invocation.Report({{"transactions", desk::JsonOf(lines)}},
+                    lines.empty() ? "No intercompany transactions.\n" : LinesTable(lines).Text());
+}
+
+void ListTransaction(Invocation& invocation, const TransactionsOptions& options) {
+  const std::int32_t txnId = RecordId("transaction id", *options.txn);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  Report(invocation, desk::ListIntercompanyLines(company, txnId));
+}
+
+void ListPeriod(Invocation& invocation, const TransactionsOptions& options) {
+  const desk::Period period(PeriodBound("--from", options.from), PeriodBound("--to", options.to));
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  Report(invocation, desk::ListIntercompanyLines(company, period));
 }
 
 }  // namespace
@@ -57,7 +53,13 @@ void AddTransactions(CLI::App& program, Invocation& invocation) {
   CLI::Option* txn = command.add_option("--txn", options->txn, "The id of one bill, check or journal entry");
   command.add_option("--from", options->from, "First day of the period, YYYY-MM-DD; open when left out")->excludes(txn);
   command.add_option("--to", options->to, "Last day of the period, YYYY-MM-DD; open when left out")->excludes(txn);
-  invocation.When(command, [options](Invocation& run) { Transactions(run, *options); });
+  invocation.When(command, [options](Invocation& run) {
+    if (options->txn) {
+      ListTransaction(run, *options);
+    } else {
+      ListPeriod(run, *options);
+    }
+  });
 }
 
 }  // namespace app

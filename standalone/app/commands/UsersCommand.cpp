@@ -6,9 +6,12 @@
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/app/Company.h"
+#include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Users.h"
+#include "standalone/desk/json/Json.h"
 
 namespace app {
 
@@ -22,73 +25,47 @@ struct UserOptions {
   std::vector<std::string> rights;
 };
 
-std::vector<std::string> RightsOf(const standalone::User& user) {
-  std::vector<std::string> rights;
-  rights.reserve(user.featureRights.size() + user.listRights.size());
-  for (const auto& right : user.featureRights) rights.push_back(standalone::FeatureRightText(right));
-  for (const auto& right : user.listRights) rights.push_back(standalone::ListRightText(right));
-  return rights;
-}
-
-standalone::User UserFrom(const UserOptions& options) {
-  standalone::User user;
-  user.name = options.name;
-  user.administrator = options.administrator;
-  user.accountant = options.accountant;
-  for (const std::string& right : options.rights) {
-    if (right.starts_with("accounts:")) {
-      user.listRights.push_back(standalone::ParseListRight(right));
-    } else {
-      user.featureRights.push_back(standalone::ParseFeatureRight(right));
-    }
-  }
+desk::User UserFrom(const UserOptions& options) {
+  desk::User user{
+      .name = options.name, .administrator = options.administrator, .accountant = options.accountant, .rights = {}};
+  for (const std::string& right : options.rights) user.rights.emplace_back(right);
   return user;
 }
 
-Json UserJson(const standalone::User& user) {
-  return {{"name", user.name},
-          {"administrator", user.administrator},
-          {"accountant", user.accountant},
-          {"rights", RightsOf(user)}};
-}
-
-std::string RightsText(const standalone::User& user) {
+std::string RightsText(const desk::User& user) {
   if (user.administrator) return "all";
-  return fmt::format("{}", fmt::join(RightsOf(user), " "));
+  std::string text;
+  for (const standalone::Right& right : user.rights) text += (text.empty() ? "" : " ") + right.Text();
+  return text;
 }
 
 void ListUsers(Invocation& invocation, const UserOptions& options) {
-  Company company(invocation, options.file);
-  const auto users = company.Read([&] { return company.Host().Users().List(); });
-  Json list = Json::array();
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::vector<desk::User> users = desk::ListUsers(company);
   Table table({{"User"}, {"Administrator"}, {"Accountant"}, {"Rights"}});
-  for (const standalone::User& user : users) {
-    list.push_back(UserJson(user));
+  for (const desk::User& user : users) {
     table.Add({user.name, user.administrator ? "yes" : "no", user.accountant ? "yes" : "no", RightsText(user)});
   }
-  invocation.Report({{"users", list}}, table.Text());
+  invocation.Report({{"users", desk::JsonOf(users)}}, table.Text());
 }
 
 void AddUser(Invocation& invocation, const UserOptions& options) {
-  const standalone::User user = UserFrom(options);
-  Company company(invocation, options.file);
-  company.Host().RequireAdministrator("a change of users");
-  const standalone::User added = company.Write([&] { return company.Host().Users().Add(user); });
-  invocation.Report({{"user", UserJson(added)}}, fmt::format("Added the user {}.\n", added.name));
+  const desk::User user = UserFrom(options);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::User added = desk::AddUser(company, user);
+  invocation.Report({{"user", desk::JsonOf(added)}}, fmt::format("Added the user {}.\n", added.name));
 }
 
 void ChangeUser(Invocation& invocation, const UserOptions& options) {
-  const standalone::User user = UserFrom(options);
-  Company company(invocation, options.file);
-  company.Host().RequireAdministrator("a change of users");
-  company.Write([&] { company.Host().Users().Change(user); });
-  invocation.Report({{"user", UserJson(user)}}, fmt::format("Changed the user {}.\n", user.name));
+  const desk::User user = UserFrom(options);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::User changed = desk::ChangeUser(company, user);
+  invocation.Report({{"user", desk::JsonOf(changed)}}, fmt::format("Changed the user {}.\n", changed.name));
 }
 
 void RemoveUser(Invocation& invocation, const UserOptions& options) {
-  Company company(invocation, options.file);
-  company.Host().RequireAdministrator("a change of users");
-  company.Write([&] { company.Host().Users().Remove(options.name); });
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::RemoveUser(company, options.name);
   invocation.Report({{"user", {{"name", options.name}}}}, fmt::format("Removed the user {}.\n", options.name));
 }
 

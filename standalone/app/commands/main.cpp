@@ -9,25 +9,30 @@
 
 #include <CLI/CLI.hpp>
 
-#include "standalone/app/Failure.h"
+#include "standalone/app/ExitCode.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Remedies.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/app/terminal/Terminal.h"
-#include "standalone/books/UserTable.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/Refusal.h"
+#include "standalone/desk/json/Json.h"
 #include "standalone/values/Errors.h"
 
 namespace app {
 
 namespace {
 
+// What the module answers when it did what it was asked.
+constexpr std::int32_t kDone = 1;
+
 constexpr const char* kGlobalOptionsHelp = "--user NAME, --json and --trace may be added to every command.";
 
 // The lines that the log gained; an answer other than 1 is told as an error later.
 void PrintTrace(const Invocation& invocation) {
   const bool json = invocation.options.json;
-  for (const TraceLine& line : invocation.trace) PrintError(TraceText(line, json));
-  if (!invocation.options.trace || json || invocation.Answer() != MEStatusSuccess) return;
-  PrintError(fmt::format("status {}: {}\n", static_cast<int>(MEStatusSuccess), MeaningOf(MEStatusSuccess)));
+  for (const desk::NewLogLine& line : invocation.trace) PrintError(TraceText(line, json));
+  if (invocation.options.trace && !json && invocation.Answer() == kDone) PrintError("status 1: done\n");
 }
 
 ExitCode Fail(bool json, ExitCode code, std::string_view message) {
@@ -36,26 +41,28 @@ ExitCode Fail(bool json, ExitCode code, std::string_view message) {
   return code;
 }
 
-ExitCode FailDeclined(bool json, const Declined& declined) {
+// What the module refuses could have been done; what the desk refuses before it asks is not acceptable.
+ExitCode FailRefused(bool json, const desk::Refusal& refusal) {
+  const ExitCode code = refusal.status ? kExitNotDone : kExitBadInput;
+  const std::string message = refusal.status ? fmt::format("status {}: {}", *refusal.status, refusal.why) : refusal.why;
+  const std::string_view hint = HintFor(refusal.remedy);
   if (json) {
-    PrintError(JsonText({{"error",
-                          {{"exit", kExitNotDone},
-                           {"message", declined.what()},
-                           {"status", declined.status},
-                           {"meaning", declined.Meaning()},
-                           {"hint", declined.Hint()}}}}));
-    return kExitNotDone;
+    Json error{{"exit", code}, {"message", message}};
+    error.update(desk::JsonOf(refusal));
+    error["hint"] = hint;
+    PrintError(JsonText({{"error", error}}));
+    return code;
   }
-  PrintError(fmt::format("multientity: {}\n", declined.what()));
-  if (!declined.Hint().empty()) PrintError(fmt::format("  {}\n", declined.Hint()));
-  return kExitNotDone;
+  PrintError(fmt::format("multientity: {}\n", message));
+  if (!hint.empty()) PrintError(fmt::format("  {}\n", hint));
+  return code;
 }
 
 void AddCommands(CLI::App& program, Invocation& invocation) {
   program.name("multientity");
   program.set_version_flag("--version", "multientity " MULTIENTITY_VERSION);
   program.add_option("--user", invocation.options.user, "The user of the company file who does this")
-      ->default_str(standalone::kAdministratorName);
+      ->default_str(desk::kFirstUser);
   program.add_flag("--json", invocation.options.json, "Results and errors as JSON, for programs");
   program.add_flag("--trace", invocation.options.trace,
                    "Print the lines that the operations log gains to standard error");
@@ -121,8 +128,8 @@ ExitCode RunCommand(Invocation& invocation) {
   try {
     RunTraced(invocation);
     return kExitDone;
-  } catch (const Declined& declined) {
-    return FailDeclined(json, declined);
+  } catch (const desk::Refused& refused) {
+    return FailRefused(json, refused.Value());
   } catch (const standalone::InvalidInput& error) {
     return Fail(json, kExitBadInput, error.what());
   } catch (const standalone::CompanyFileError& error) {
@@ -136,7 +143,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
   // A command line that cannot be understood is complained about in the form that it asks for all the same.
   const bool json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
   Invocation invocation;
-  invocation.options.user = standalone::kAdministratorName;
+  invocation.options.user = desk::kFirstUser;
   CLI::App program("Intercompany accounting with partner companies, on company files of this machine");
   AddCommands(program, invocation);
   try {

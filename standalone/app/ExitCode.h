@@ -1,0 +1,13 @@
+#pragma once
+
+namespace app {
+
+// What the program ends with.
+enum ExitCode : int {
+  kExitDone = 0,
+  kExitNotDone = 1,      // the module answered something else than 1, or the work could not be finished
+  kExitBadInput = 2,     // usage, or a value that is not acceptable
+  kExitCompanyFile = 3,  // the company file cannot be opened or created
+};
+
+}  // namespace app

@@ -1,0 +1,65 @@
+#include "standalone/app/HowToOpen.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Text.h"
+
+namespace app {
+
+namespace {
+
+using standalone::PathText;
+
+std::string BroughtForwardText(const std::string& what, const desk::BroughtForward& done) {
+  std::string text = fmt::format("{} was brought from schema version {} to {}.", what, done.from, done.to);
+  if (!done.before.empty()) {
+    text += fmt::format(" As it was before it is kept in {}, which the older program opens.", PathText(done.before));
+  }
+  if (!done.left.empty()) {
+    text += fmt::format(" What others had added to it and does not fit any more was left out: {}.",
+                        fmt::join(done.left, ", "));
+  }
+  return text;
+}
+
+std::string OpeningText(const std::string& file, const desk::Opening& opening) {
+  if (!opening.readsACopy) return BroughtForwardText(file, *opening.broughtForward);
+  return fmt::format(
+             "{} lies on a read-only medium and is read from a copy in a temporary folder; nothing can be saved.",
+             file) +
+         (opening.broughtForward ? ' ' + BroughtForwardText("The copy", *opening.broughtForward) : "");
+}
+
+void Tell(bool json, const std::string& file, const desk::Opening& opening) {
+  if (!json) {
+    PrintError(fmt::format("note: {}\n", OpeningText(file, opening)));
+    return;
+  }
+  Json note{{"message", OpeningText(file, opening)}, {"file", file}};
+  note.update(desk::JsonOf(opening));
+  PrintError(JsonText({{"note", note}}));
+}
+
+}  // namespace
+
+desk::CompanyOptions HowToOpen(Invocation& invocation, const std::string& file) {
+  desk::CompanyOptions options;
+  options.user = invocation.options.user;
+  options.onOpened = [json = invocation.options.json, file](const desk::Opening& opening) {
+    Tell(json, file, opening);
+  };
+  options.onAnswer = [&invocation](std::int32_t status) {
+    invocation.TakeAnswer(status);
+  };
+  if (invocation.options.trace) {
+    options.onLogLine = [&trace = invocation.trace](const desk::NewLogLine& line) {
+      trace.push_back(line);
+    };
+  }
+  return options;
+}
+
+}  // namespace app

@@ -1,0 +1,58 @@
+#include "standalone/app/PluginScreens.h"
+
+#include <fmt/format.h>
+
+#include "standalone/app/Listings.h"
+#include "standalone/app/terminal/Screen.h"
+#include "standalone/desk/json/Json.h"
+
+namespace app {
+
+namespace {
+
+// A part of a screen; what could not be read is told instead of shown, as a screen has no caller to report to.
+std::string PartText(const std::optional<desk::Refusal>& refusal, const Table& table, std::string_view whenEmpty) {
+  if (refusal) return fmt::format("  status {}: {}\n", refusal->status.value_or(0), refusal->why);
+  return table.Empty() ? std::string(whenEmpty) : table.Text();
+}
+
+std::string RelationsText(const desk::Part<desk::Relation>& relations, std::string_view whenEmpty) {
+  return PartText(relations.refusal, RelationsTable(relations.items), whenEmpty);
+}
+
+struct ScreenText {
+  const std::string& file;
+
+  std::string operator()(const desk::PendingWork& pending) const {
+    return fmt::format(
+        "Intercompany transactions that wait for this company's answer:\n{}"
+        "Relations that wait for an answer:\n{}",
+        PartText(pending.lines.refusal, LinesTable(pending.lines.items), "  None that this user may see.\n"),
+        RelationsText(pending.relations, "  None.\n"));
+  }
+  std::string operator()(const desk::RelationsAfterRealmReset& after) const {
+    return fmt::format(
+        "The company file remembers the realm id {}. Is the other one right? Agree with each partner on\n"
+        "these relations, then have it remembered: multientity realm set {} --realm REALM\n{}",
+        after.rememberedRealm.value_or("none"), file, RelationsText(after.relations, "  No relations.\n"));
+  }
+  std::string operator()(const desk::RelationSetUp& setUp) const {
+    return fmt::format(
+        "No relation with a partner company is established:\n{}"
+        "To set one up, choose two accounts that are free: multientity accounts {} --free\n"
+        "and relate the companies: multientity relation create {} --realm REALM --partner NAME \\\n"
+        "    --due-from ACCOUNT --due-to ACCOUNT\n",
+        RelationsText(setUp.relations, "  No relations.\n"), file, file);
+  }
+};
+
+}  // namespace
+
+void ShowPluginScreen(const Screen& screen, const std::string& file, std::string_view url,
+                      const desk::PluginScreen& shown) {
+  Json event = {{"event", "command-run"}, {"url", url}};
+  event.update(desk::JsonOf(shown));
+  screen.Tell(event, fmt::format("Opened {}\n{}", url, std::visit(ScreenText{file}, shown)));
+}
+
+}  // namespace app

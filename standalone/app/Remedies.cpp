@@ -1,0 +1,64 @@
+#include "standalone/app/Remedies.h"
+
+namespace app {
+
+std::string_view HintFor(desk::Remedy remedy) noexcept {
+  using desk::Remedy;
+  switch (remedy) {
+    case Remedy::kNone:
+      break;
+    case Remedy::kAskAnAdministrator:
+      return "an administrator may do this, named with --user; see: multientity users list FILE";
+    case Remedy::kAskForTheRight:
+      return "an administrator may do this, or give the right with: multientity users change FILE NAME --right ...";
+    case Remedy::kAskWhoKeepsTheSwitches:
+      return "the remote switches beside the company file decide; ask who keeps them";
+    case Remedy::kReadTheLog:
+      return "the operations log says more: multientity log FILE";
+    case Remedy::kReadTheLogBooksUnchanged:
+      return "the books are as they were; the operations log says more: multientity log FILE";
+    case Remedy::kReadTheLogStateUnchanged:
+      return "the state is as it was; see the operations log: multientity log FILE";
+    case Remedy::kSeeRelations:
+      return "see the partners with: multientity relation list FILE";
+    case Remedy::kMakeARelation:
+      return "there is no relation with that partner; see: multientity relation list FILE";
+    case Remedy::kGiveBothAccounts:
+      return "give both --due-from and --due-to; an update needs a relation that exists (multientity relation "
+             "list FILE)";
+    case Remedy::kChooseFreePartnerOrAccounts:
+      return "see what is related already with: multientity relation list FILE, and which accounts are free with: "
+             "multientity accounts FILE --free";
+    case Remedy::kForceOrWait:
+      return "the partner has not answered yet; add --force to delete the relation all the same";
+    case Remedy::kChooseUsableAccounts:
+      return "see the accounts that can serve with: multientity accounts FILE --free --for REALM; sub-accounts, "
+             "receivables, payables and non-posting accounts cannot";
+    case Remedy::kNameTheDueToAccount:
+      return "name one with --due-to";
+    case Remedy::kCheckTheEntry:
+      return "check that the amount is within range, that both accounts take postings, and that no entry carries this "
+             "request id already";
+    case Remedy::kCheckTheAccounts:
+      return "check the expense account and the due-to account with: multientity accounts FILE";
+    case Remedy::kUseTheAccountOfThatName:
+      return "there is an account of that name; book to it with --expense";
+    case Remedy::kUseTheNameLikeThat:
+      return "there is a name like that; book under it with --name";
+    case Remedy::kMakeTheUpperNameFirst:
+      return "a name under another one needs that one first; see: multientity names FILE";
+    case Remedy::kSeeJournalEntries:
+      return "there is no journal entry with that id, or it may not be deleted; see: multientity transactions FILE";
+    case Remedy::kSeeRelationsAndRequests:
+      return "see the partners with: multientity relation list FILE, and the intercompany lines with their request ids "
+             "with: multientity transactions FILE";
+    case Remedy::kTransactionHasChanged:
+      return "the transaction is gone from the books, or is of another type than its intercompany line says; its state "
+             "is as it was";
+    case Remedy::kSeeRejections:
+      return "see what is kept with: multientity rejected list FILE";
+  }
+  return {};
+}
+
+}  // namespace app

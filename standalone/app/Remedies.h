@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+#include "standalone/desk/Refusal.h"
+
+namespace app {
+
+// What to type to put right what was refused; empty when there is nothing to say.
+std::string_view HintFor(desk::Remedy remedy) noexcept;
+
+}  // namespace app

@@ -1,0 +1,66 @@
+#include "standalone/desk/Company.h"
+
+#include <utility>
+
+#include "standalone/company/CompanyFile.h"
+#include "standalone/desk/work/OpenCompany.h"
+
+namespace desk {
+
+namespace {
+
+Opening OpeningOf(const standalone::Opening& done) {
+  Opening opening{.broughtForward = {}, .readsACopy = done.readsACopy};
+  if (done.migrated) {
+    opening.broughtForward = BroughtForward{.from = done.migrated->from,
+                                            .to = done.migrated->to,
+                                            .before = done.migrated->before,
+                                            .left = done.migrated->left};
+  }
+  return opening;
+}
+
+std::function<void(const standalone::Opening&)> TellingOf(const CompanyOptions& options) {
+  if (!options.onOpened) return {};
+  return [tell = options.onOpened](const standalone::Opening& done) {
+    tell(OpeningOf(done));
+  };
+}
+
+NewLogLine LogLineOf(const Util::Ops::Line& line) {
+  return {static_cast<std::int32_t>(line.level), static_cast<std::int32_t>(line.eventType), line.shortName,
+          std::string(line.message)};
+}
+
+}  // namespace
+
+void CreateCompany(const NewCompany& company) {
+  standalone::CompanyFile::Create(company.file, {.name = company.name,
+                                                 .homeCurrency = company.homeCurrency,
+                                                 .multiCurrency = company.multiCurrency,
+                                                 .sampleFile = company.sampleFile,
+                                                 .accountantsCopy = company.accountantsCopy});
+}
+
+Company::Company(const std::filesystem::path& file, CompanyOptions options)
+    : opened_(std::make_unique<OpenCompany>(file, options.user, TellingOf(options), std::move(options.onAnswer))) {
+  if (!options.onLogLine) return;
+  opened_->Host().Log().SetObserver(
+      [tell = std::move(options.onLogLine)](const Util::Ops::Line& line) { tell(LogLineOf(line)); });
+}
+
+Company::~Company() = default;
+
+const std::filesystem::path& Company::File() const noexcept {
+  return opened_->Host().CompanyFilePath();
+}
+
+const std::string& Company::UserName() const noexcept {
+  return opened_->Host().CurrentUser().name;
+}
+
+bool Company::HasBridge() const noexcept {
+  return opened_->Attached().HasBridge();
+}
+
+}  // namespace desk

@@ -1,0 +1,67 @@
+#include "standalone/desk/Journal.h"
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHost/Enumerations.h"
+#include "standalone/books/AccountTable.h"
+#include "standalone/books/NameTable.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/work/Work.h"
+#include "standalone/values/Amount.h"
+
+namespace desk {
+
+namespace {
+
+constexpr std::int32_t kNoAccount = 0;
+
+MEAccountInfo ExpenseOf(Work& work, const EntryToRecord& entry) {
+  if (const auto* made = std::get_if<NewAccount>(&entry.expense)) {
+    return {.name = std::string_view(made->name.Text()), .type = made->type, .accountId = kToBeCreated};
+  }
+  const standalone::Account account = work.Host().Accounts().Require(std::get<Existing>(entry.expense).text);
+  return {.name = std::string_view(account.fullName), .type = account.type, .accountId = account.id};
+}
+
+// Without a relation it does not matter: the module refuses such a booking before it looks at the account.
+std::int32_t DueToOf(Work& work, const EntryToRecord& entry) {
+  if (entry.dueTo) return work.Host().Accounts().Require(*entry.dueTo).id;
+  DBMultiEntityRelation relation{};
+  if (!work.Host().Relations().Find(entry.realm.Text(), relation)) return kNoAccount;
+  if (relation.dueToAccountId == kNoAccount) {
+    work.Refuse("the relation with realm " + entry.realm.Text() + " has no due-to account",
+                Remedy::kNameTheDueToAccount);
+  }
+  return relation.dueToAccountId;
+}
+
+MECNameInfo NameOf(Work& work, const EntryToRecord& entry) {
+  if (const auto* made = std::get_if<NewVendor>(&entry.name)) {
+    return {.name = std::string_view(made->name.Text()), .nameId = kToBeCreated};
+  }
+  const standalone::Name name = work.Host().Names().Require(std::get<Existing>(entry.name).text);
+  return {.name = std::string_view(name.fullName), .nameId = name.id};
+}
+
+}  // namespace
+
+std::uint32_t RecordJournalEntry(Company& company, const EntryToRecord& entry) {
+  Work work(company.Opened(), UseCase::kRecordJournalEntry);
+  const std::string amount = standalone::FormatAmount(entry.amount.MinorUnits());
+  std::uint32_t txnId = 0;
+  work.AskToWrite([&] {
+    const MEAccountInfo expense = ExpenseOf(work, entry);
+    const std::int32_t dueTo = DueToOf(work, entry);
+    const MECNameInfo name = NameOf(work, entry);
+    return MultiEntityDriver::RecordGeneralJournalEntry(std::string_view(entry.realm.Text()), expense, dueTo,
+                                                        std::string_view(amount),
+                                                        std::string_view(entry.request.Text()), name, txnId);
+  });
+  return txnId;
+}
+
+void RemoveJournalEntry(Company& company, std::uint32_t txnId) {
+  Work work(company.Opened(), UseCase::kRemoveJournalEntry);
+  work.AskToWrite([&] { return MultiEntityDriver::RemoveGeneralJournalEntry(txnId); });
+}
+
+}  // namespace desk

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "standalone/values/CheckedText.h"
+#include "standalone/values/ListNames.h"
+#include "standalone/values/Money.h"
+
+namespace desk {
+
+class Company;
+
+// A record as people give it: by record number or colon-separated name.
+struct Existing {
+  std::string text;
+};
+// Made with the entry, or not at all.
+struct NewAccount {
+  standalone::NewAccountName name;  // its parents are there
+  std::int16_t type = 0;
+};
+struct NewVendor {
+  standalone::NewListName name;
+};
+
+// A partner's bill or check, booked today: the expense is debited, the due-to account credited.
+struct EntryToRecord {
+  standalone::RealmId realm;
+  standalone::RequestId request;
+  standalone::LineAmount amount;
+  std::variant<Existing, NewAccount> expense;
+  std::optional<std::string> dueTo;  // an account as above; the relation's own when left out
+  std::variant<Existing, NewVendor> name;
+};
+
+// Returns the journal entry's transaction id. Needs the right journal:create.
+std::uint32_t RecordJournalEntry(Company& company, const EntryToRecord& entry);
+
+// With its intercompany rows.
+void RemoveJournalEntry(Company& company, std::uint32_t txnId);
+
+}  // namespace desk

@@ -1,0 +1,109 @@
+#include "standalone/desk/PersonAtWork.h"
+
+#include <utility>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHost/Preferences.h"
+#include "standalone/books/PendingWork.h"
+#include "standalone/desk/LineReader.h"
+#include "standalone/desk/RelationRows.h"
+
+namespace desk {
+
+namespace {
+
+std::optional<Refusal> RefusalOf(UseCase what, MEStatusCode answer) {
+  if (answer == MEStatusSuccess) return std::nullopt;
+  return RefusalFor(what, answer);
+}
+
+Part<Relation> RelationsFor(Work& work) {
+  Part<Relation> relations;
+  relations.refusal = RefusalOf(UseCase::kReadRelations, ReadRelations(work, relations.items));
+  return relations;
+}
+
+PendingWork PendingWorkFor(Work& work) {
+  std::vector<METxnInfo> listed;
+  const MEStatusCode answer = MultiEntityDriver::GetListOfTxnTargetEntries(listed, NullDate(), NullDate());
+  std::erase_if(listed, [](const METxnInfo& line) { return !standalone::WaitsForAnswer(line.state); });
+  PendingWork pending{
+      .lines = {.items = LineReader(work).Read(listed), .refusal = RefusalOf(UseCase::kListTransactions, answer)},
+      .relations = RelationsFor(work)};
+  std::erase_if(pending.relations.items,
+                [](const Relation& relation) { return relation.state != standalone::RelationState::kPending; });
+  return pending;
+}
+
+PluginScreen ScreenFor(Work& work, standalone::PluginView view) {
+  switch (view) {
+    case standalone::PluginView::kPendingTransactions:
+      return PendingWorkFor(work);
+    case standalone::PluginView::kRelationsAfterRealmReset:
+      return RelationsAfterRealmReset{.rememberedRealm = work.Host().Preferences().Find(kRealmIdPreference),
+                                      .relations = RelationsFor(work)};
+    case standalone::PluginView::kRelationSetUp:
+      break;
+  }
+  return RelationSetUp{.relations = RelationsFor(work)};
+}
+
+Question QuestionOf(const standalone::Question& asked) {
+  const auto kind = [&asked] {
+    switch (asked.kind) {
+      case standalone::QuestionKind::kNotice:
+        return Question::Kind::kNotice;
+      case standalone::QuestionKind::kWarning:
+        return Question::Kind::kWarning;
+      case standalone::QuestionKind::kYesNo:
+        break;
+    }
+    return Question::Kind::kYesNo;
+  };
+  return {.kind = kind(), .title = asked.title, .text = asked.text, .accept = asked.accept, .decline = asked.decline};
+}
+
+}  // namespace
+
+PersonAtWork::PersonAtWork(Work work, Person person) : work_(work), person_(std::move(person)) {
+  if (person_.answer) {
+    work_.Host().MessageBoxes().SetAnswerer(
+        [this](const standalone::Question& asked) { return person_.answer(QuestionOf(asked)); });
+  }
+  if (person_.show) {
+    work_.Host().App().SetCommandRunner([this](standalone::PluginView view, std::string_view url) {
+      person_.show(url, work_.Read([&] { return ScreenFor(work_, view); }));
+    });
+  }
+}
+
+PersonAtWork::~PersonAtWork() {
+  work_.Host().MessageBoxes().SetAnswerer({});
+  work_.Host().App().SetCommandRunner({});
+}
+
+Person Remembering(const Person& person, std::exception_ptr& failure) {
+  Person remembering;
+  if (person.answer) {
+    remembering.answer = [&person, &failure](const Question& question) {
+      try {
+        return person.answer(question);
+      } catch (...) {
+        failure = std::current_exception();
+        return false;
+      }
+    };
+  }
+  if (person.show) {
+    remembering.show = [&person, &failure](std::string_view url, const PluginScreen& screen) {
+      try {
+        person.show(url, screen);
+      } catch (...) {
+        failure = std::current_exception();
+      }
+    };
+  }
+  return remembering;
+}
+
+}  // namespace desk

@@ -1,0 +1,67 @@
+#include "standalone/desk/Realm.h"
+
+#include <exception>
+#include <stdexcept>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHost/Preferences.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/PersonAtWork.h"
+#include "standalone/desk/work/Work.h"
+
+namespace desk {
+
+namespace {
+
+// Asked of the file itself, as the module's own question would have a file without a realm id remember one.
+std::optional<std::string> Remembered(Work& work) {
+  return work.Host().Preferences().Find(kRealmIdPreference);
+}
+
+template <typename Operation>
+auto InFrontOf(const Person& person, Work& work, Operation&& operation) {
+  std::exception_ptr failure;
+  const PersonAtWork present(work, Remembering(person, failure));
+  auto result = operation();
+  if (failure) std::rethrow_exception(failure);
+  return result;
+}
+
+}  // namespace
+
+std::optional<std::string> RememberedRealm(Company& company) {
+  Work work(company.Opened(), UseCase::kReadRealm);
+  return work.Read([&] { return Remembered(work); });
+}
+
+void RememberRealm(Company& company, const standalone::RealmId& realm) {
+  Work work(company.Opened(), UseCase::kChangeRealm);
+  std::string text = realm.Text();
+  const bool isStored = work.WriteAsAdministrator("a change of the realm id",
+                                                  [&] { return MultiEntityDriver::SetMECacheRealmId(text.data()); });
+  if (!isStored) {
+    throw std::runtime_error("the realm id " + realm.Text() + " could not be stored in the company file");
+  }
+}
+
+RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>& realm, const Person& person) {
+  Work work(company.Opened(), UseCase::kCheckRealm);
+  const Util::TString reported = realm ? Util::TString(std::string_view(realm->Text())) : Util::TString();
+  return InFrontOf(person, work, [&] {
+    return work.Write([&] {
+      RealmCheck check;
+      check.before = Remembered(work);
+      check.blocked = MultiEntityDriver::BlockUserIfRealmReset(reported);
+      check.after = Remembered(work);
+      return check;
+    });
+  });
+}
+
+bool CheckPlugin(Company& company, const Person& person) {
+  Work work(company.Opened(), UseCase::kCheckPlugin);
+  return InFrontOf(person, work,
+                   [&] { return work.Read([] { return MultiEntityDriver::CheckForPluginNavigation(); }); });
+}
+
+}  // namespace desk

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "standalone/desk/Person.h"
+#include "standalone/values/CheckedText.h"
+
+namespace desk {
+
+class Company;
+
+// The realm id under which the company does intercompany work, as its file remembers it.
+std::optional<std::string> RememberedRealm(Company& company);
+
+// For administrators. std::runtime_error when it cannot be stored.
+void RememberRealm(Company& company, const standalone::RealmId& realm);
+
+struct RealmCheck {
+  bool blocked = false;  // intercompany work must not go on
+  std::optional<std::string> before;
+  std::optional<std::string> after;
+};
+
+// Checks the realm id that the company reports now, none when it reports none, against the remembered one; a company
+// that remembers none is given this one. May ask the person, and throws what the person's answer throws.
+RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>& realm, const Person& person);
+
+// Whether there is an established relation to work with; the set-up of relations is offered otherwise. Throws what the
+// person's answer throws.
+bool CheckPlugin(Company& company, const Person& person);
+
+}  // namespace desk

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "standalone/values/AccountTypes.h"
+#include "standalone/values/CheckedText.h"
+#include "standalone/values/Money.h"
+#include "standalone/values/States.h"
+
+namespace desk {
+
+class Company;
+
+// A bill or check of this company that a partner company rejected. Its amount is kept as the partner wrote it.
+struct RejectionToSave {
+  standalone::RealmId realm;
+  standalone::RequestId request;
+  standalone::RejectableType type{};
+  standalone::RejectedAmount amount;
+  standalone::PartnerTxnId partnerTxnId;
+};
+
+struct Rejection {
+  std::int16_t type = 0;
+  standalone::TransactionState state{};
+  std::string realm;  // the partner's
+  std::string partner;
+  std::string requestId;
+  std::string writtenAmount;                // as the partner wrote it
+  std::optional<standalone::Money> amount;  // unless what was written is none
+  std::string partnerTxnId;
+};
+
+void SaveRejection(Company& company, const RejectionToSave& rejection);
+// In the order in which they were saved, as far as the user may see them.
+std::vector<Rejection> ListRejections(Company& company);
+void DeleteRejection(Company& company, const standalone::RequestId& request);
+
+}  // namespace desk

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "standalone/desk/ListItem.h"
+#include "standalone/values/CheckedText.h"
+#include "standalone/values/States.h"
+
+namespace desk {
+
+class Company;
+
+// With a partner company.
+struct Relation {
+  using Moment = std::chrono::sys_time<std::chrono::milliseconds>;
+
+  std::int32_t id = 0;
+  std::string realm;  // the partner company's
+  std::string partner;
+  std::int16_t type = 0;  // kept as it was given
+  standalone::RelationState state{};
+  std::optional<ListItem> dueFrom;  // what the partner owes this company
+  std::optional<ListItem> dueTo;    // what this company owes the partner
+  std::int32_t revision = 0;        // 1 when it was made, one more at each change
+  Moment createdAt;                 // UTC
+  Moment changedAt;
+};
+
+// Accounts as people give them: by record number or colon-separated name. Both or none.
+struct RelationAccounts {
+  std::optional<std::string> dueFrom;
+  std::optional<std::string> dueTo;
+};
+
+struct NewRelation {
+  standalone::RealmId realm;
+  standalone::PartnerName partner;
+  std::int16_t type = 0;
+  standalone::RelationState state = standalone::RelationState::kEstablished;
+  RelationAccounts accounts;
+};
+
+struct RelationChange {
+  standalone::RealmId realm;
+  std::optional<standalone::RelationState> state;  // kept when left out
+  RelationAccounts accounts;                       // kept when left out
+};
+
+// Those that change relations are for administrators and accountants, as the module decides.
+
+// A relation that is pending or without accounts is taken up again.
+void CreateRelation(Company& company, const NewRelation& relation);
+void UpdateRelation(Company& company, const RelationChange& change);
+
+enum class Deleted { kRemoved, kDeactivated };  // the latter while transactions refer to the relation
+// A pending one only with `force`.
+Deleted DeleteRelation(Company& company, const standalone::RealmId& realm, bool force);
+
+Relation ShowRelation(Company& company, const standalone::RealmId& realm);
+Relation ShowRelation(Company& company, std::int32_t id);
+// In the order in which they were made.
+std::vector<Relation> ListRelations(Company& company);
+std::vector<std::string> ListRealms(Company& company, bool withAccountsOnly);
+
+}  // namespace desk

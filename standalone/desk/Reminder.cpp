@@ -1,0 +1,73 @@
+#include "standalone/desk/Reminder.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+#include "MultiEntity/MESchedulerUtil.h"
+#include "MultiEntity/MultiEntityDriver.h"
+#include "MultiEntityHost/Preferences.h"
+#include "standalone/books/SettingsTable.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/work/LocalTimes.h"
+#include "standalone/desk/work/Work.h"
+
+namespace desk {
+
+namespace {
+
+std::optional<NoReminder> ObstacleFor(Work& work) {
+  if (!MultiEntityDriver::IsFeatureEnabled(MESupportCheckMultiEntity, MEKillSwitchGlobal)) {
+    return NoReminder::kFeatureIsOff;
+  }
+  const standalone::Settings settings = work.Host().Settings().Get();
+  if (settings.sampleFile) return NoReminder::kSampleFile;
+  if (settings.accountantsCopy) return NoReminder::kAccountantsCopy;
+  if (settings.multiCurrency) return NoReminder::kSeveralCurrencies;
+  if (!MultiEntityDriver::HasMEPermission(MEPermissionReceiveReminder, kFeatureJournalEntries)) {
+    return NoReminder::kNoRight;
+  }
+  std::vector<DBMultiEntityRelation> relations;
+  if (MultiEntityDriver::GetRelationsList(relations) != MEStatusSuccess) return NoReminder::kRelationsNotRead;
+  if (relations.empty()) return NoReminder::kNoRelation;
+  return std::nullopt;
+}
+
+ReminderTiming TimingOf(Work& work, DateType32 launchDay) {
+  platform::Clock& clock = work.Host().Clock();
+  const int fromToday = launchDay.Compare(platform::Today(clock));
+  ReminderTiming timing;
+  timing.launchHour = MESchedulerUtil::GetHoursToLaunchFromDCE();
+  timing.isLaunchDayAhead = fromToday > 0;
+  timing.isLaunchDayPast = fromToday < 0;
+  timing.untilLaunch = std::chrono::seconds(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds());
+  timing.leastDelay = std::chrono::seconds(MESchedulerUtil::GetDelayInSecondsFromDCE());
+  timing.delay = std::max(timing.untilLaunch, timing.leastDelay);
+  timing.due = LocalTimeAfter(clock, timing.delay);
+  return timing;
+}
+
+// The module raises an error when the day that the file remembers cannot be read as one; then no reminder comes.
+void FillTiming(Work& work, Reminder& reminder) {
+  try {
+    reminder.launchDay = MESchedulerUtil::GetNextSchedulerTimeFromPrefDb();
+    if (!reminder.obstacle) reminder.timing = TimingOf(work, *reminder.launchDay);
+  } catch (const std::logic_error&) {
+    if (!reminder.obstacle) reminder.obstacle = NoReminder::kRememberedDayIsNone;
+  }
+}
+
+}  // namespace
+
+Reminder ShowReminder(Company& company) {
+  Work work(company.Opened(), UseCase::kShowReminder);
+  return work.Read([&] {
+    Reminder reminder;
+    reminder.rememberedDay = work.Host().Preferences().Find(kLaunchDatePreference);
+    reminder.obstacle = ObstacleFor(work);
+    FillTiming(work, reminder);
+    return reminder;
+  });
+}
+
+}  // namespace desk

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "MultiEntityHost/DateType32.h"
+#include "standalone/values/Dates.h"
+
+namespace desk {
+
+class Company;
+
+// The first that stands against the daily reminder, in the order in which the module asks.
+enum class NoReminder {
+  kFeatureIsOff,
+  kSampleFile,
+  kAccountantsCopy,
+  kSeveralCurrencies,
+  kNoRight,  // the user is no administrator and no accountant and may not create journal entries
+  kRelationsNotRead,
+  kNoRelation,
+  kRememberedDayIsNone,  // what the company remembers as the day of the next reminder is no day
+};
+
+struct ReminderTiming {
+  std::uint32_t launchHour = 0;        // of the day of the launch
+  bool isLaunchDayAhead = false;       // later than today
+  bool isLaunchDayPast = false;        // which then counts as today
+  std::chrono::seconds untilLaunch{};  // zero when it has passed
+  std::chrono::seconds leastDelay{};   // after the company was opened
+  std::chrono::seconds delay{};        // the longer one, until the reminder comes
+  standalone::DayAndTime due;          // local time
+};
+
+struct Reminder {
+  std::optional<NoReminder> obstacle;        // none when it comes while the company is open
+  std::optional<std::string> rememberedDay;  // as the company has it
+  std::optional<DateType32> launchDay;       // today when no day is remembered
+  std::optional<ReminderTiming> timing;      // if the company were opened now; when it comes
+};
+
+Reminder ShowReminder(Company& company);
+
+}  // namespace desk

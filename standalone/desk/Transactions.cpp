@@ -1,0 +1,69 @@
+#include "standalone/desk/Transactions.h"
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/LineReader.h"
+#include "standalone/desk/work/Work.h"
+#include "standalone/values/Dates.h"
+#include "standalone/values/Errors.h"
+
+namespace desk {
+
+namespace {
+
+template <typename Ask>
+std::vector<IntercompanyLine> List(Company& company, Ask&& ask) {
+  Work work(company.Opened(), UseCase::kListTransactions);
+  std::vector<IntercompanyLine> lines;
+  work.AskToRead([&] {
+    std::vector<METxnInfo> listed;
+    const MEStatusCode answer = ask(listed);
+    if (answer == MEStatusSuccess) lines = LineReader(work).Read(listed);
+    return answer;
+  });
+  return lines;
+}
+
+}  // namespace
+
+Period::Period(DateType32 from, DateType32 to) : from_(from), to_(to) {
+  if (from == NullDate() || to == NullDate() || from.Compare(to) <= 0) return;
+  throw standalone::InvalidInput("the period from " + standalone::FormatIsoDate(from) + " to " +
+                                 standalone::FormatIsoDate(to) + " ends before it begins; give the earlier date first");
+}
+
+std::vector<IntercompanyLine> ListIntercompanyLines(Company& company, std::int32_t txnId) {
+  return List(company, [txnId](std::vector<METxnInfo>& listed) {
+    return MultiEntityDriver::GetListOfTxnTargetEntries(listed, txnId);
+  });
+}
+
+std::vector<IntercompanyLine> ListIntercompanyLines(Company& company, const Period& period) {
+  return List(company, [&period](std::vector<METxnInfo>& listed) {
+    return MultiEntityDriver::GetListOfTxnTargetEntries(listed, period.From(), period.To());
+  });
+}
+
+void SetState(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request,
+              standalone::TransactionState state) {
+  Work work(company.Opened(), UseCase::kSetTransactionState);
+  work.AskToWrite([&] {
+    return MultiEntityDriver::UpdateTransactionWithState(std::string_view(realm.Text()),
+                                                         std::string_view(request.Text()), static_cast<MEState>(state));
+  });
+}
+
+void SetState(Company& company, std::int32_t txnId, std::int32_t lineId, standalone::TransactionState state) {
+  Work work(company.Opened(), UseCase::kSetTransactionState);
+  work.AskToWrite(
+      [&] { return MultiEntityDriver::UpdateTransactionWithState(txnId, lineId, static_cast<MEState>(state)); });
+}
+
+void RequireKnownRequest(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request) {
+  Work work(company.Opened(), UseCase::kFindRequest);
+  work.AskToRead([&] {
+    return MultiEntityDriver::DoesTransactionExist(std::string_view(realm.Text()), std::string_view(request.Text()));
+  });
+}
+
+}  // namespace desk

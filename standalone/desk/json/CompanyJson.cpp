@@ -1,0 +1,284 @@
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Dates.h"
+#include "standalone/values/Text.h"
+
+namespace desk {
+
+namespace {
+
+const char* NameOf(UseCase what) noexcept {
+  switch (what) {
+    case UseCase::kImport:
+      return "import";
+    case UseCase::kListAccounts:
+      return "list-accounts";
+    case UseCase::kListNames:
+      return "list-names";
+    case UseCase::kListUsers:
+      return "list-users";
+    case UseCase::kChangeUsers:
+      return "change-users";
+    case UseCase::kReadSettings:
+      return "read-settings";
+    case UseCase::kChangeSettings:
+      return "change-settings";
+    case UseCase::kCreateRelation:
+      return "create-relation";
+    case UseCase::kUpdateRelation:
+      return "update-relation";
+    case UseCase::kDeleteRelation:
+      return "delete-relation";
+    case UseCase::kReadRelations:
+      return "read-relations";
+    case UseCase::kRecordJournalEntry:
+      return "record-journal-entry";
+    case UseCase::kRemoveJournalEntry:
+      return "remove-journal-entry";
+    case UseCase::kListTransactions:
+      return "list-transactions";
+    case UseCase::kSetTransactionState:
+      return "set-transaction-state";
+    case UseCase::kFindRequest:
+      return "find-request";
+    case UseCase::kSaveRejection:
+      return "save-rejection";
+    case UseCase::kListRejections:
+      return "list-rejections";
+    case UseCase::kDeleteRejection:
+      return "delete-rejection";
+    case UseCase::kReadRealm:
+      return "read-realm";
+    case UseCase::kChangeRealm:
+      return "change-realm";
+    case UseCase::kCheckRealm:
+      return "check-realm";
+    case UseCase::kCheckPlugin:
+      return "check-plugin";
+    case UseCase::kShowReminder:
+      return "show-reminder";
+    case UseCase::kKeepOpen:
+      return "keep-open";
+  }
+  return "unknown";
+}
+
+const char* NameOf(Remedy remedy) noexcept {
+  switch (remedy) {
+    case Remedy::kNone:
+      break;
+    case Remedy::kAskAnAdministrator:
+      return "ask-an-administrator";
+    case Remedy::kAskForTheRight:
+      return "ask-for-the-right";
+    case Remedy::kAskWhoKeepsTheSwitches:
+      return "ask-who-keeps-the-switches";
+    case Remedy::kReadTheLog:
+    case Remedy::kReadTheLogBooksUnchanged:
+    case Remedy::kReadTheLogStateUnchanged:
+      return "read-the-log";
+    case Remedy::kSeeRelations:
+      return "see-relations";
+    case Remedy::kMakeARelation:
+      return "make-a-relation";
+    case Remedy::kGiveBothAccounts:
+      return "give-both-accounts";
+    case Remedy::kChooseFreePartnerOrAccounts:
+      return "choose-free-partner-or-accounts";
+    case Remedy::kForceOrWait:
+      return "force-or-wait";
+    case Remedy::kChooseUsableAccounts:
+      return "choose-usable-accounts";
+    case Remedy::kNameTheDueToAccount:
+      return "name-the-due-to-account";
+    case Remedy::kCheckTheEntry:
+      return "check-the-entry";
+    case Remedy::kCheckTheAccounts:
+      return "check-the-accounts";
+    case Remedy::kUseTheAccountOfThatName:
+      return "use-the-account-of-that-name";
+    case Remedy::kUseTheNameLikeThat:
+      return "use-the-name-like-that";
+    case Remedy::kMakeTheUpperNameFirst:
+      return "make-the-upper-name-first";
+    case Remedy::kSeeJournalEntries:
+      return "see-journal-entries";
+    case Remedy::kSeeRelationsAndRequests:
+      return "see-relations-and-requests";
+    case Remedy::kTransactionHasChanged:
+      return "transaction-has-changed";
+    case Remedy::kSeeRejections:
+      return "see-rejections";
+  }
+  return nullptr;
+}
+
+const char* NameOf(NoReminder obstacle) noexcept {
+  switch (obstacle) {
+    case NoReminder::kFeatureIsOff:
+      return "feature-is-off";
+    case NoReminder::kSampleFile:
+      return "sample-file";
+    case NoReminder::kAccountantsCopy:
+      return "accountants-copy";
+    case NoReminder::kSeveralCurrencies:
+      return "several-currencies";
+    case NoReminder::kNoRight:
+      return "no-right";
+    case NoReminder::kRelationsNotRead:
+      return "relations-not-read";
+    case NoReminder::kNoRelation:
+      return "no-relation";
+    case NoReminder::kRememberedDayIsNone:
+      return "remembered-day-is-none";
+  }
+  return "unknown";
+}
+
+template <typename Item>
+void AddPart(Json& json, const char* key, const Part<Item>& part) {
+  json[key] = JsonOf(part.items);
+  if (part.refusal) json["refusals"].push_back(JsonOf(*part.refusal));
+}
+
+struct ScreenJson {
+  Json operator()(const PendingWork& pending) const {
+    Json json{{"view", "pending-transactions"}, {"refusals", Json::array()}};
+    AddPart(json, "transactions", pending.lines);
+    AddPart(json, "relations", pending.relations);
+    return json;
+  }
+  Json operator()(const RelationsAfterRealmReset& after) const {
+    Json json{{"view", "relations-after-realm-reset"}, {"refusals", Json::array()}};
+    json["remembered"] = OrNull(after.rememberedRealm);
+    AddPart(json, "relations", after.relations);
+    return json;
+  }
+  Json operator()(const RelationSetUp& setUp) const {
+    Json json{{"view", "relation-set-up"}, {"refusals", Json::array()}};
+    AddPart(json, "relations", setUp.relations);
+    return json;
+  }
+};
+
+}  // namespace
+
+std::string_view NameOf(Persona persona) noexcept {
+  switch (persona) {
+    case Persona::kNone:
+      return "none";
+    case Persona::kViewer:
+      return "viewer";
+    case Persona::kContributor:
+      return "contributor";
+    case Persona::kManager:
+      return "manager";
+  }
+  return "unknown";
+}
+
+std::string_view NameOf(Question::Kind kind) noexcept {
+  switch (kind) {
+    case Question::Kind::kYesNo:
+      return "question";
+    case Question::Kind::kNotice:
+      return "notice";
+    case Question::Kind::kWarning:
+      return "warning";
+  }
+  return "message";
+}
+
+Json JsonOf(Persona persona) {
+  return {{"persona", NameOf(persona)}, {"personaNumber", static_cast<int>(persona)}};
+}
+
+Json JsonOf(const User& user) {
+  Json rights = Json::array();
+  for (const standalone::Right& right : user.rights) rights.push_back(right.Text());
+  return {
+      {"name", user.name}, {"administrator", user.administrator}, {"accountant", user.accountant}, {"rights", rights}};
+}
+
+Json JsonOf(const Settings& settings) {
+  return {{"company-name", settings.companyName},
+          {"home-currency", settings.homeCurrency},
+          {"multi-currency", settings.multiCurrency},
+          {"sample-file", settings.sampleFile},
+          {"accountants-copy", settings.accountantsCopy}};
+}
+
+Json JsonOf(const Imported& imported) {
+  return {{"rows", imported.rows},   {"accounts", imported.accounts},
+          {"names", imported.names}, {"transactions", imported.transactions},
+          {"lines", imported.lines}, {"intercompanyLines", imported.intercompanyLines}};
+}
+
+Json JsonOf(const LogLine& line) {
+  return {{"time", line.time},
+          {"user", line.user},
+          {"level", line.level},
+          {"eventType", line.eventType},
+          {"sourceFile", line.sourceFile},
+          {"sourceLine", line.sourceLine},
+          {"shortName", line.shortName},
+          {"signature", line.signature},
+          {"message", line.message}};
+}
+
+Json JsonOf(const RealmCheck& check) {
+  return {{"blocked", check.blocked}, {"rememberedBefore", OrNull(check.before)}, {"remembered", OrNull(check.after)}};
+}
+
+Json JsonOf(const Reminder& reminder) {
+  Json json{{"comes", !reminder.obstacle.has_value()},
+            {"obstacle", reminder.obstacle ? Json(NameOf(*reminder.obstacle)) : Json()},
+            {"launchDate", reminder.launchDay ? Json(standalone::FormatIsoDate(*reminder.launchDay)) : Json()},
+            {"remembered", reminder.rememberedDay.has_value()},
+            {"launchHour", nullptr},
+            {"secondsUntilLaunch", nullptr},
+            {"leastDelaySeconds", nullptr},
+            {"delaySeconds", nullptr},
+            {"dueAt", nullptr}};
+  if (!reminder.timing) return json;
+  json["launchHour"] = reminder.timing->launchHour;
+  json["secondsUntilLaunch"] = reminder.timing->untilLaunch.count();
+  json["leastDelaySeconds"] = reminder.timing->leastDelay.count();
+  json["delaySeconds"] = reminder.timing->delay.count();
+  json["dueAt"] = standalone::FormatDayAndTime(reminder.timing->due, 'T');
+  return json;
+}
+
+Json JsonOf(const BroughtForward& broughtForward) {
+  return {{"from", broughtForward.from},
+          {"to", broughtForward.to},
+          {"before", broughtForward.before.empty() ? Json() : Json(standalone::PathText(broughtForward.before))},
+          {"left", broughtForward.left}};
+}
+
+Json JsonOf(const Opening& opening) {
+  Json json{{"readsACopy", opening.readsACopy},
+            {"from", nullptr},
+            {"to", nullptr},
+            {"before", nullptr},
+            {"left", Json::array()}};
+  if (opening.broughtForward) json.update(JsonOf(*opening.broughtForward));
+  return json;
+}
+
+Json JsonOf(const Question& question) {
+  return {{"kind", NameOf(question.kind)}, {"title", question.title}, {"text", question.text}};
+}
+
+Json JsonOf(const PluginScreen& screen) {
+  return std::visit(ScreenJson(), screen);
+}
+
+Json JsonOf(const Refusal& refusal) {
+  const char* const remedy = NameOf(refusal.remedy);
+  return {{"status", OrNull(refusal.status)},
+          {"what", NameOf(refusal.what)},
+          {"meaning", refusal.why},
+          {"remedy", remedy == nullptr ? Json() : Json(remedy)}};
+}
+
+}  // namespace desk

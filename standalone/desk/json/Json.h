@@ -1,0 +1,69 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "standalone/desk/Accounts.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/Import.h"
+#include "standalone/desk/Log.h"
+#include "standalone/desk/Names.h"
+#include "standalone/desk/Person.h"
+#include "standalone/desk/Realm.h"
+#include "standalone/desk/Refusal.h"
+#include "standalone/desk/Rejections.h"
+#include "standalone/desk/Relations.h"
+#include "standalone/desk/Reminder.h"
+#include "standalone/desk/Settings.h"
+#include "standalone/desk/Transactions.h"
+#include "standalone/desk/Users.h"
+
+// The results of the desk for programs, the same from every front end. Dates are YYYY-MM-DD, amounts decimal texts
+// without separators, debits positive; what is not there is null. Keys stay in the order in which they were added.
+namespace desk {
+
+using Json = nlohmann::ordered_json;
+
+Json JsonOf(const Account& account);
+Json JsonOf(const Name& name);
+Json JsonOf(const User& user);
+Json JsonOf(const Settings& settings);
+Json JsonOf(const Imported& imported);
+Json JsonOf(const LogLine& line);
+Json JsonOf(const Relation& relation);
+Json JsonOf(const IntercompanyLine& line);
+Json JsonOf(const Rejection& rejection);
+Json JsonOf(const RealmCheck& check);
+Json JsonOf(const Reminder& reminder);
+Json JsonOf(const BroughtForward& broughtForward);
+Json JsonOf(const Opening& opening);
+Json JsonOf(const Question& question);
+Json JsonOf(const PluginScreen& screen);
+Json JsonOf(const Refusal& refusal);
+
+// The keys state and stateNumber.
+Json JsonOf(standalone::RelationState state);
+Json JsonOf(standalone::TransactionState state);
+// The keys persona and personaNumber.
+Json JsonOf(Persona persona);
+std::string_view NameOf(Persona persona) noexcept;
+// "question", "notice", "warning".
+std::string_view NameOf(Question::Kind kind) noexcept;
+
+template <typename Item>
+Json JsonOf(const std::vector<Item>& items) {
+  Json list = Json::array();
+  for (const Item& item : items) list.push_back(JsonOf(item));
+  return list;
+}
+
+// Null for what is not there.
+template <typename Value>
+Json OrNull(const std::optional<Value>& value) {
+  return value ? Json(*value) : Json();
+}
+
+}  // namespace desk

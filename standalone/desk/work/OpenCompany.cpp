@@ -1,0 +1,56 @@
+#include "standalone/desk/work/OpenCompany.h"
+
+#include <cstdlib>
+#include <optional>
+#include <utility>
+
+#include "standalone/values/Dates.h"
+#include "standalone/values/Errors.h"
+
+namespace desk {
+
+namespace {
+
+constexpr const char* kClockVariable = "MULTIENTITY_NOW";
+
+std::unique_ptr<platform::Clock> GivenClock() {
+  const char* const text = std::getenv(kClockVariable);
+  if (text == nullptr || *text == '\0') return nullptr;
+  const standalone::DayAndTime given = standalone::ParseDayAndTime(kClockVariable, text);
+  const std::optional<platform::Clock::TimePoint> moment = platform::MomentOf(given.day, given.sinceMidnight);
+  if (!moment) {
+    throw standalone::InvalidInput(std::string(kClockVariable) + " \"" + text + "\" is no time of this place from " +
+                                   std::to_string(platform::kFirstYear) + " to " + std::to_string(platform::kLastYear) +
+                                   "; choose another one");
+  }
+  return std::make_unique<platform::ClockFrom>(*moment);
+}
+
+void LogTheClock(standalone::OperationsLog& log) {
+  using Util::Ops;
+  Ops::MessageFunctor(log, Ops::Level::kTrace, Ops::EventType::kFlow, "multientity", __LINE__, "OpenCompany",
+                      "OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user)")(
+      "HOST:: the clock was set to %s by %s", std::getenv(kClockVariable), kClockVariable);
+}
+
+standalone::HostOptions HostOptionsOf(platform::Clock* clock,
+                                      std::function<void(const standalone::Opening& done)> onOpened) {
+  standalone::HostOptions options;
+  options.clock = clock;
+  options.file.tell = std::move(onOpened);
+  return options;
+}
+
+}  // namespace
+
+OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user,
+                         std::function<void(const standalone::Opening& done)> onOpened,
+                         std::function<void(std::int32_t status)> onAnswer)
+    : clock_(GivenClock()),
+      onAnswer_(std::move(onAnswer)),
+      host_(file, user, HostOptionsOf(clock_.get(), std::move(onOpened))),
+      session_(host_) {
+  if (clock_ != nullptr) LogTheClock(host_.Log());
+}
+
+}  // namespace desk

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Clock.h"
+#include "standalone/company/Session.h"
+#include "standalone/company/StandaloneHost.h"
+
+namespace desk {
+
+// What a company that is open consists of. Its clock is the machine's unless MULTIENTITY_NOW sets another one.
+class OpenCompany {
+ public:
+  OpenCompany(const std::filesystem::path& file, const std::string& user,
+              std::function<void(const standalone::Opening& done)> onOpened,
+              std::function<void(std::int32_t status)> onAnswer);
+
+  standalone::StandaloneHost& Host() noexcept { return host_; }
+  standalone::Session& Attached() noexcept { return session_; }
+  void TellAnswer(std::int32_t status) const {
+    if (onAnswer_) onAnswer_(status);
+  }
+
+ private:
+  std::unique_ptr<platform::Clock> clock_;  // null for the machine's
+  std::function<void(std::int32_t status)> onAnswer_;
+  standalone::StandaloneHost host_;
+  standalone::Session session_;
+};
+
+}  // namespace desk

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "MultiEntity/Records.h"
+#include "standalone/desk/Refusal.h"
+#include "standalone/desk/work/OpenCompany.h"
+
+namespace desk {
+
+// How a use case works on a company.
+class Work {
+ public:
+  Work(OpenCompany& company, UseCase what) noexcept : company_(company), what_(what) {}
+
+  standalone::StandaloneHost& Host() noexcept { return company_.Host(); }
+  standalone::Session& Attached() noexcept { return company_.Attached(); }
+
+  // One unit of work that only reads, or one that may write; returns what `operation` returns.
+  template <typename Operation>
+  auto Read(Operation&& operation) {
+    return Host().Request(standalone::Access::kRead, std::forward<Operation>(operation));
+  }
+  template <typename Operation>
+  auto Write(Operation&& operation) {
+    return Host().Request(standalone::Access::kWrite, std::forward<Operation>(operation));
+  }
+
+  // The same for what ends with an answer of the module; throws Refused, after the unit was taken back, unless the
+  // module did what it was asked.
+  template <typename Operation>
+  void AskToRead(Operation&& operation) {
+    static_assert(std::is_same_v<std::invoke_result_t<Operation>, MEStatusCode>);
+    Accept(Read(std::forward<Operation>(operation)));
+  }
+  template <typename Operation>
+  void AskToWrite(Operation&& operation) {
+    static_assert(std::is_same_v<std::invoke_result_t<Operation>, MEStatusCode>);
+    Accept(Write(std::forward<Operation>(operation)));
+  }
+
+  // Throws Refused unless the user is an administrator now; `action` completes "... may only be done by one".
+  void RequireAdministrator(std::string_view action);
+  // Asked before a unit is begun that would wait for others, and once more within it.
+  template <typename Operation>
+  auto WriteAsAdministrator(std::string_view action, Operation&& operation) {
+    RequireAdministrator(action);
+    return Write([&] {
+      RequireAdministrator(action);
+      return std::forward<Operation>(operation)();
+    });
+  }
+  [[noreturn]] void Refuse(std::string why, Remedy remedy) const;
+
+  void Accept(MEStatusCode answer);
+
+ private:
+  OpenCompany& company_;
+  UseCase what_;
+};
+
+}  // namespace desk

@@ -81,7 +81,7 @@ open_company birch.company birch "$kBirch" "$kAlder" "$kAlderRealm"
 
 step "On December 10 Alder paid half of an elevator inspection for Birch. Birch does not know the request yet, and books it."
 bill=$(line_of alder.company 2024-12-10 "$kVendor")
-contains "$bill" '"stateText":"pending"' "Alder's bill"
+contains "$bill" '"state":"pending"' "Alder's bill"
 request=$(json_value "$bill" requestId)
 run 0 transaction exists birch.company --realm "$kAlderRealm" --request "$request"
 log_gained
@@ -97,7 +97,7 @@ run 0 journal record birch.company --realm "$kAlderRealm" --amount 480.00 --requ
 step "Birch's answer reaches Alder: the bill is confirmed."
 run 1 transaction set-state alder.company --realm "$kBirchRealm" --request "$request" --state 3
 log_has "0 6 $kDriver::UpdateTransactionWithState: MULTIENTITY::Existing $kDriver::UpdateTransactionWithState"
-contains "$(line_of alder.company 2024-12-10 "$kVendor")" '"stateText":"established"' "Alder's bill"
+contains "$(line_of alder.company 2024-12-10 "$kVendor")" '"state":"established"' "Alder's bill"
 
 step "Robin may look at bills but not modify them: a change of another bill's state by Robin is refused."
 second=$(line_of alder.company 2024-12-12 "$kPower")
@@ -106,7 +106,7 @@ run - users add alder.company Robin --right bills:view
 run 3 transaction set-state alder.company --realm "$kBirchRealm" --request "$second_request" --state established \
   --user Robin
 log_has "0 6 $kDriver::UpdateTransactionWithState: MULTIENTITY_ERROR: No permission to update Bills"
-contains "$(line_of alder.company 2024-12-12 "$kPower")" '"stateText":"pending"' "the other bill"
+contains "$(line_of alder.company 2024-12-12 "$kPower")" '"state":"pending"' "the other bill"
 
 step "That other bill, half of a power bill, is rejected. Birch keeps the rejection, lists it and knows the request from now on."
 second_amount=$(json_value "$second" amount)
@@ -125,7 +125,7 @@ step "Alder marks its own bill as rejected."
 run 1 transaction set-state alder.company --txn "$(json_value "$second" transaction)" \
   --target "$(json_value "$second" line)" --state rejected
 log_gained "${granted[@]}"
-contains "$(line_of alder.company 2024-12-12 "$kPower")" '"stateText":"rejected"' "the other bill"
+contains "$(line_of alder.company 2024-12-12 "$kPower")" '"state":"rejected"' "the other bill"
 
 step "The realm is guarded. On first use the company file remembers it; unchanged, work goes on."
 look realm show alder.company

@@ -47,10 +47,10 @@ log_gained "${listed[@]}"
 ask transactions alder.company --from 2024-12-10 --to 2024-12-10 --json
 bill=$(grep "\"name\":\"$kVendor\"" <<<"$output" || true)
 contains "$bill" '"type":"bill"' "Alder's bill"
-contains "$bill" '"date":"12/10/2024"' "Alder's bill"
+contains "$bill" '"date":"2024-12-10"' "Alder's bill"
 contains "$bill" '"amount":"480.00"' "Alder's bill"
-contains "$bill" "\"billCheckAccount\":\"Due from $kBirch\"" "Alder's bill"
-contains "$bill" '"stateText":"pending"' "Alder's bill"
+contains "$bill" "\"name\":\"Due from $kBirch\"" "Alder's bill"
+contains "$bill" '"state":"pending"' "Alder's bill"
 request=$(json_value "$bill" requestId)
 ask accounts birch.company --json
 lacks "$output" "$kAccount" "Birch's accounts"
@@ -75,11 +75,11 @@ entry=$(grep "\"transaction\":$transaction," <<<"$output" || true)
 contains "$entry" '"type":"journal"' "Birch's entry"
 contains "$entry" "\"realm\":\"$kAlderRealm\"" "Birch's entry"
 contains "$entry" "\"name\":\"$kVendor\"" "Birch's entry"
-contains "$entry" "\"entryAccount\":\"$kAccount\"" "Birch's entry"
-contains "$entry" "\"liabilityAccount\":\"Due to $kAlder\"" "Birch's entry"
+contains "$entry" "\"name\":\"$kAccount\"" "Birch's entry"
+contains "$entry" "\"name\":\"Due to $kAlder\"" "Birch's entry"
 contains "$entry" '"amount":"480.00"' "Birch's entry"
 contains "$entry" '"currency":"USD"' "Birch's entry"
-contains "$entry" '"stateText":"established"' "Birch's entry"
+contains "$entry" '"state":"established"' "Birch's entry"
 contains "$entry" "\"requestId\":\"$request\"" "Birch's entry"
 entry_date=$(json_value "$entry" date)
 entry_day=${entry_date:6}-${entry_date:0:2}-${entry_date:3:2}

@@ -23,11 +23,11 @@ TEST_F(Books, ABookingDebitsTheExpenseAndCreditsTheRelationsDueToAccount) {
   const Json entry = Answer({"transactions", kFile}).at("transactions").at(0);
   EXPECT_EQ(entry.at("transaction"), answer.at("transaction"));
   EXPECT_EQ(entry.at("type"), "journal");
-  EXPECT_EQ(entry.at("entryAccount"), "Utilities:Power");
-  EXPECT_EQ(entry.at("liabilityAccount"), "Due to Birch");
-  EXPECT_EQ(entry.at("amount"), "1,234.50");
+  EXPECT_EQ(entry.at("account").at("name"), "Utilities:Power");
+  EXPECT_EQ(entry.at("otherAccount").at("name"), "Due to Birch");
+  EXPECT_EQ(entry.at("amount"), "1234.50");
   EXPECT_EQ(entry.at("requestId"), "request-1");
-  EXPECT_EQ(entry.at("state"), 3);
+  EXPECT_EQ(entry.at("state"), "established");
 }
 
 TEST_F(Books, ABookingMayCreditAnotherAccountThanTheRelations) {
@@ -36,7 +36,7 @@ TEST_F(Books, ABookingMayCreditAnotherAccountThanTheRelations) {
   Done(Booking(
       {"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker", "--due-to", "Due to Cedar"}));
 
-  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("liabilityAccount"), "Due to Cedar");
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("otherAccount").at("name"), "Due to Cedar");
 }
 
 TEST_F(Books, ABookingCreatesTheAccountAndTheNameThatAreNew) {
@@ -46,7 +46,7 @@ TEST_F(Books, ABookingCreatesTheAccountAndTheNameThatAreNew) {
 
   EXPECT_THAT(Run({"accounts", kFile, "--type", "Expense"}).out, HasSubstr("Insurance"));
   EXPECT_THAT(Run({"names", kFile}).out, HasSubstr("Stone Insurance"));
-  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("entryAccount"), "Insurance");
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("account").at("name"), "Insurance");
 }
 
 TEST_F(Books, ANewAccountMayHaveAnotherTypeThanExpense) {

@@ -6,20 +6,20 @@ TEST_F(Books, ARelationsManagersRoleNeedsNoRight) {
   Done({"users", "add", kFile, "Robin", "--right", "bills:view"});
 
   EXPECT_EQ(Answer({"persona", kFile, "--role", "15", "--user", "Robin"}),
-            Json::parse(R"({"role":15,"persona":3,"personaText":"manager"})"));
+            Json::parse(R"({"role":15,"persona":"manager","personaNumber":3})"));
 }
 
 TEST_F(Books, AContributorIsWhoMaySeeTheAccounts) {
   Done({"users", "add", kFile, "Robin", "--right", "accounts:view"});
 
-  EXPECT_EQ(Answer({"persona", kFile, "--role", "1", "--user", "Robin"}).at("personaText"), "contributor");
-  EXPECT_EQ(Answer({"persona", kFile, "--role", "2", "--user", "Robin"}).at("personaText"), "viewer");
+  EXPECT_EQ(Answer({"persona", kFile, "--role", "1", "--user", "Robin"}).at("persona"), "contributor");
+  EXPECT_EQ(Answer({"persona", kFile, "--role", "2", "--user", "Robin"}).at("persona"), "viewer");
 }
 
 TEST_F(Books, WhoMayDeleteAccountsManagesInTheFirstRole) {
   Done({"users", "add", kFile, "Robin", "--right", "accounts:delete"});
 
-  EXPECT_EQ(Answer({"persona", kFile, "--role", "1", "--user", "Robin"}).at("persona"), 3);
+  EXPECT_EQ(Answer({"persona", kFile, "--role", "1", "--user", "Robin"}).at("persona"), "manager");
 }
 
 TEST_F(Books, WithoutRightsForAccountsThereIsNoPersona) {

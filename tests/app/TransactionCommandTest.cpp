@@ -27,22 +27,22 @@ TEST_F(StatesOfMarch, ABillIsConfirmedByThePartnersRequest) {
   const Json answer = Answer(
       {"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "established"});
 
-  EXPECT_EQ(answer, Json::parse(R"({"status":1,"realm":"1001","requestId":"request-bill","state":3,
-                                    "stateText":"established"})"));
-  EXPECT_EQ(LineOf("1").at("stateText"), "established");
+  EXPECT_EQ(answer, Json::parse(R"({"status":1,"realm":"1001","requestId":"request-bill",
+                                    "state":"established","stateNumber":3})"));
+  EXPECT_EQ(LineOf("1").at("state"), "established");
 }
 
 TEST_F(StatesOfMarch, AStateMayBeGivenByItsNumber) {
   Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-check", "--state", "2"});
 
-  EXPECT_EQ(LineOf("2").at("state"), 2);
+  EXPECT_EQ(LineOf("2").at("stateNumber"), 2);
 }
 
 TEST_F(StatesOfMarch, ATransactionMayBeMarkedAsRejected) {
   Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "rejected"});
 
-  EXPECT_EQ(LineOf("1").at("state"), 4);
-  EXPECT_EQ(LineOf("1").at("stateText"), "rejected");
+  EXPECT_EQ(LineOf("1").at("state"), "rejected");
+  EXPECT_EQ(LineOf("1").at("stateNumber"), 4);
 }
 
 TEST_F(StatesOfMarch, ALineOfTheBooksIsMovedToAState) {
@@ -51,8 +51,8 @@ TEST_F(StatesOfMarch, ALineOfTheBooksIsMovedToAState) {
 
   EXPECT_EQ(answer.at("status"), 1);
   EXPECT_EQ(answer.at("transaction"), 3);
-  EXPECT_EQ(answer.at("stateText"), "pending");
-  EXPECT_EQ(LineOf("3").at("state"), 1);
+  EXPECT_EQ(answer.at("state"), "pending");
+  EXPECT_EQ(LineOf("3").at("stateNumber"), 1);
 }
 
 TEST_F(StatesOfMarch, PeopleAreToldWhichTransactionIsInWhichState) {
@@ -92,7 +92,7 @@ TEST_F(StatesOfMarch, AUserWithoutTheRightToModifyBillsChangesNoState) {
                               "--state", "3", "--user", "Robin"});
 
   EXPECT_EQ(error.at("status"), 3);
-  EXPECT_EQ(LineOf("1").at("stateText"), "pending");
+  EXPECT_EQ(LineOf("1").at("state"), "pending");
 }
 
 TEST_F(StatesOfMarch, WithTheFeatureSwitchedOffOnlyThePartnersRequestsAreRefused) {

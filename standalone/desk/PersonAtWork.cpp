@@ -94,15 +94,14 @@ Person Remembering(const Person& person, std::exception_ptr& failure) {
       }
     };
   }
-  if (person.show) {
-    remembering.show = [&person, &failure](std::string_view url, const PluginScreen& screen) {
-      try {
-        person.show(url, screen);
-      } catch (...) {
-        failure = std::current_exception();
-      }
-    };
-  }
+  remembering.show = [&person, &failure](std::string_view url, const PluginScreen& screen) {
+    if (!person.show) return;
+    try {
+      person.show(url, screen);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  };
   return remembering;
 }
 

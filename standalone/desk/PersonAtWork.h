@@ -21,8 +21,8 @@ class PersonAtWork {
   Person person_;
 };
 
-// The same person, of whom it is remembered when asking or showing fails, which then counts as no. The module takes a
-// question that fails for a reason to let work go on.
+// The same person, of whom it is remembered when asking or showing fails, which then counts as no, and to whom a screen
+// that cannot be shown is as good as shown. The module takes what fails for a reason to let work go on.
 Person Remembering(const Person& person, std::exception_ptr& failure);
 
 }  // namespace desk

@@ -54,7 +54,10 @@ std::vector<User> ListUsers(Company& company) {
 User AddUser(Company& company, const User& user) {
   const standalone::User record = RecordOf(user);
   Work work(company.Opened(), UseCase::kChangeUsers);
-  return work.WriteAsAdministrator(kChangeOfUsers, [&] { return UserOf(work.Host().Users().Add(record)); });
+  return work.WriteAsAdministrator(kChangeOfUsers, [&] {
+    const std::string name = work.Host().Users().Add(record).name;
+    return UserOf(work.Host().Users().Require(name));
+  });
 }
 
 User ChangeUser(Company& company, const User& user) {

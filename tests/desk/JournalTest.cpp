@@ -1,0 +1,244 @@
+#include "tests/desk/DeskFixture.h"
+
+namespace desk {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class TheJournal : public DeskFixture {
+ protected:
+  static EntryToRecord EntryWithNew(std::string_view account, std::int16_t type, std::string_view name) {
+    EntryToRecord entry = Entry("request-1");
+    entry.expense = NewAccount{.name = standalone::NewAccountName(account), .type = type};
+    entry.name = NewVendor{standalone::NewListName(name)};
+    return entry;
+  }
+
+  // The books are compared as they are before and after.
+  Refusal RefusalThatLeavesNothing(const EntryToRecord& entry) {
+    const std::string before = Everything();
+    Refusal refusal = RefusalOf([&] { RecordJournalEntry(*company_, entry); });
+    EXPECT_EQ(Everything(), before);
+    return refusal;
+  }
+
+  std::vector<IntercompanyLine> Lines(std::uint32_t txnId) {
+    return ListIntercompanyLines(*company_, static_cast<std::int32_t>(txnId));
+  }
+};
+
+TEST_F(TheJournal, BooksAPartnersBillToTheRelationsOwnDueToAccount) {
+  RelateBirch();
+
+  const std::uint32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+
+  const std::vector<IntercompanyLine> lines = Lines(txnId);
+  ASSERT_THAT(lines, SizeIs(1));
+  EXPECT_EQ(lines[0].account, (ListItem{AccountId("Utilities"), "Utilities"}));
+  EXPECT_EQ(lines[0].otherAccount, (ListItem{AccountId("Due to Birch"), "Due to Birch"}));
+  EXPECT_EQ(lines[0].amount, (standalone::Money{4000, "USD"}));
+  EXPECT_EQ(lines[0].requestId, "request-1");
+  EXPECT_EQ(lines[0].state, standalone::TransactionState::kEstablished);
+}
+
+TEST_F(TheJournal, BooksToAnotherDueToAccountThatIsNamed) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.dueTo = "Due to Cedar";
+
+  const std::uint32_t txnId = RecordJournalEntry(*company_, entry);
+
+  EXPECT_EQ(Lines(txnId).at(0).otherAccount, (ListItem{AccountId("Due to Cedar"), "Due to Cedar"}));
+}
+
+TEST_F(TheJournal, TakesAccountsAndNamesByRecordNumber) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.expense = Existing{std::to_string(AccountId("Utilities:Power"))};
+  entry.name = Existing{std::to_string(NameId("Walker:Depot"))};
+
+  const std::uint32_t txnId = RecordJournalEntry(*company_, entry);
+
+  EXPECT_EQ(Lines(txnId).at(0).account, (ListItem{AccountId("Utilities:Power"), "Utilities:Power"}));
+  EXPECT_EQ(Lines(txnId).at(0).nameId, NameId("Walker:Depot"));
+}
+
+TEST_F(TheJournal, MakesANewAccountAndANewVendorOnTheWay) {
+  RelateBirch();
+
+  const std::uint32_t txnId =
+      RecordJournalEntry(*company_, EntryWithNew("Utilities:Water", KrEnumerations::kExpense, "Well Works"));
+
+  EXPECT_EQ(Lines(txnId).at(0).account, (ListItem{AccountId("Utilities:Water"), "Utilities:Water"}));
+  EXPECT_EQ(Lines(txnId).at(0).nameId, NameId("Well Works"));
+  EXPECT_THAT(Names(), HasSubstr(R"("name": "Well Works",
+  "kind": "vendor")"));
+}
+
+TEST_F(TheJournal, BooksACreditOfAPartnerAsANegativeAmount) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.amount = standalone::LineAmount(-1250);
+
+  const std::uint32_t txnId = RecordJournalEntry(*company_, entry);
+
+  EXPECT_EQ(Lines(txnId).at(0).amount, (standalone::Money{-1250, "USD"}));
+}
+
+TEST_F(TheJournal, RefusesANewAccountWhoseNameIsTaken) {
+  RelateBirch();
+
+  const Refusal refusal =
+      RefusalThatLeavesNothing(EntryWithNew("utilities", KrEnumerations::kExpense, "Cold Spring Elevator"));
+
+  EXPECT_EQ(refusal.what, UseCase::kRecordJournalEntry);
+  EXPECT_EQ(refusal.status, 5);
+  EXPECT_EQ(refusal.remedy, Remedy::kUseTheAccountOfThatName);
+}
+
+TEST_F(TheJournal, RefusesANewAccountBelowOneThatIsNotThere) {
+  RelateBirch();
+
+  const Refusal refusal =
+      RefusalThatLeavesNothing(EntryWithNew("Nowhere:Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
+
+  EXPECT_EQ(refusal.status, 6);
+  EXPECT_EQ(refusal.remedy, Remedy::kCheckTheAccounts);
+}
+
+TEST_F(TheJournal, LeavesNoAccountOfABookingForAPartnerWithoutRelation) {
+  const Refusal refusal =
+      RefusalThatLeavesNothing(EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
+
+  EXPECT_EQ(refusal.status, 12);
+  EXPECT_EQ(refusal.remedy, Remedy::kMakeARelation);
+}
+
+TEST_F(TheJournal, LeavesNoAccountOfABookingWhoseNewNameIsTaken) {
+  RelateBirch();
+
+  const Refusal refusal = RefusalThatLeavesNothing(EntryWithNew("Lift", KrEnumerations::kExpense, "northern power"));
+
+  EXPECT_EQ(refusal.status, 16);
+  EXPECT_EQ(refusal.remedy, Remedy::kUseTheNameLikeThat);
+}
+
+TEST_F(TheJournal, LeavesNoAccountOfABookingWhoseNewNameHasNoUpperName) {
+  RelateBirch();
+
+  const Refusal refusal = RefusalThatLeavesNothing(EntryWithNew("Lift", KrEnumerations::kExpense, "Nobody:Depot"));
+
+  EXPECT_EQ(refusal.status, 17);
+  EXPECT_EQ(refusal.remedy, Remedy::kMakeTheUpperNameFirst);
+}
+
+TEST_F(TheJournal, LeavesNeitherAccountNorNameOfABookingToAnAccountThatTakesNone) {
+  RelateBirch();
+
+  const Refusal refusal =
+      RefusalThatLeavesNothing(EntryWithNew("Orders", KrEnumerations::kNonPosting, "Cold Spring Elevator"));
+
+  EXPECT_EQ(refusal.status, 0);
+  EXPECT_EQ(refusal.remedy, Remedy::kCheckTheEntry);
+}
+
+TEST_F(TheJournal, LeavesNeitherAccountNorNameOfARequestThatIsBookedAlready) {
+  RelateBirch();
+  RecordJournalEntry(*company_, Entry("request-1"));
+
+  const Refusal refusal =
+      RefusalThatLeavesNothing(EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
+
+  EXPECT_EQ(refusal.status, 0);
+}
+
+TEST_F(TheJournal, TellsTheModulesAnswerAlsoWhenItRefuses) {
+  RelateBirch();
+  RecordJournalEntry(*company_, Entry("request-1"));
+  answers_.clear();
+
+  RefusalOf([&] { RecordJournalEntry(*company_, Entry("request-1")); });
+  RecordJournalEntry(*company_, Entry("request-2"));
+
+  EXPECT_THAT(answers_, ElementsAre(0, 1));
+}
+
+TEST_F(TheJournal, NeedsTheRightToCreateEntries) {
+  RelateBirch();
+  OpenFor("Robin", {"journal:view", "journal:modify", "journal:delete", "bills:create", "checks:create"});
+
+  const Refusal refusal =
+      RefusalThatLeavesNothing(EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
+
+  EXPECT_EQ(refusal.status, 3);
+  EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
+}
+
+TEST_F(TheJournal, IsOpenToWhoeverMayCreateEntries) {
+  RelateBirch();
+  OpenFor("Robin", {"journal:create", "journal:view"});
+
+  const std::uint32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+
+  EXPECT_THAT(Lines(txnId), SizeIs(1));
+}
+
+TEST_F(TheJournal, AsksForTheDueToAccountThatARelationHasNot) {
+  CreateRelation(*company_, {.realm = standalone::RealmId("1001"),
+                             .partner = standalone::PartnerName("Birch Services Company"),
+                             .type = 0,
+                             .state = standalone::RelationState::kWithoutAccounts,
+                             .accounts = {}});
+
+  const Refusal refusal = RefusalThatLeavesNothing(Entry("request-1"));
+
+  EXPECT_EQ(refusal.status, std::nullopt);
+  EXPECT_EQ(refusal.remedy, Remedy::kNameTheDueToAccount);
+  EXPECT_THAT(refusal.why, HasSubstr("1001"));
+}
+
+TEST_F(TheJournal, NamesAnAccountThatIsNotThere) {
+  RelateBirch();
+  const std::string before = Everything();
+  EntryToRecord entry = Entry("request-1");
+  entry.expense = Existing{"Freight"};
+
+  EXPECT_THAT(MessageOf<standalone::InvalidInput>([&] { RecordJournalEntry(*company_, entry); }),
+              HasSubstr("\"Freight\""));
+
+  EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(TheJournal, ForgetsAnEntryThatIsRemovedWithItsIntercompanyRow) {
+  RelateBirch();
+  const std::string before = Everything();
+  const std::uint32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+
+  RemoveJournalEntry(*company_, txnId);
+
+  EXPECT_THAT(Lines(txnId), IsEmpty());
+  EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(TheJournal, RemovesNoBill) {
+  RelateBirch();
+  ImportMarch();
+  const std::string before = Everything();
+
+  const Refusal refusal = RefusalOf([&] { RemoveJournalEntry(*company_, 1); });
+
+  EXPECT_EQ(refusal.what, UseCase::kRemoveJournalEntry);
+  EXPECT_EQ(refusal.status, 18);
+  EXPECT_EQ(refusal.remedy, Remedy::kSeeJournalEntries);
+  EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(TheJournal, RemovesNoEntryBeyondTheNumbersOfAFile) {
+  EXPECT_EQ(RefusalOf([&] { RemoveJournalEntry(*company_, 4294967295); }).status, 18);
+}
+
+}  // namespace
+}  // namespace desk

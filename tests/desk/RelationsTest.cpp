@@ -1,0 +1,225 @@
+#include "tests/desk/DeskFixture.h"
+
+namespace desk {
+namespace {
+
+using standalone::RealmId;
+using standalone::RelationState;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class TheRelations : public DeskFixture {
+ protected:
+  static NewRelation Cedar() {
+    return {.realm = RealmId("2002"),
+            .partner = standalone::PartnerName("Cedar Haulage"),
+            .type = 7,
+            .state = RelationState::kPending,
+            .accounts = {.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"}};
+  }
+};
+
+TEST_F(TheRelations, AreShownWithTheirAccountsByIdAndName) {
+  const auto before = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  CreateRelation(*company_, Cedar());
+
+  const Relation relation = ShowRelation(*company_, RealmId("2002"));
+
+  EXPECT_EQ(relation.realm, "2002");
+  EXPECT_EQ(relation.partner, "Cedar Haulage");
+  EXPECT_EQ(relation.type, 7);
+  EXPECT_EQ(relation.state, RelationState::kPending);
+  EXPECT_EQ(relation.dueFrom, (ListItem{AccountId("Due from Cedar"), "Due from Cedar"}));
+  EXPECT_EQ(relation.dueTo, (ListItem{AccountId("Due to Cedar"), "Due to Cedar"}));
+  EXPECT_EQ(relation.revision, 1);
+  EXPECT_GE(relation.createdAt, before);
+  EXPECT_EQ(relation.changedAt, relation.createdAt);
+}
+
+TEST_F(TheRelations, AreShownByNumberToo) {
+  RelateBirch();
+  const std::int32_t id = ShowRelation(*company_, RealmId("1001")).id;
+
+  EXPECT_EQ(ShowRelation(*company_, id).partner, "Birch Services Company");
+}
+
+TEST_F(TheRelations, AreListedInTheOrderInWhichTheyWereMade) {
+  CreateRelation(*company_, Cedar());
+  RelateBirch();
+
+  const std::vector<Relation> relations = ListRelations(*company_);
+
+  ASSERT_THAT(relations, SizeIs(2));
+  EXPECT_EQ(relations[0].partner, "Cedar Haulage");
+  EXPECT_EQ(relations[1].partner, "Birch Services Company");
+}
+
+TEST_F(TheRelations, TellTheRealmsOfThosePartnersThatHaveAccounts) {
+  RelateBirch();
+  NewRelation cedar = Cedar();
+  cedar.state = RelationState::kWithoutAccounts;
+  cedar.accounts = {};
+  CreateRelation(*company_, cedar);
+
+  EXPECT_THAT(ListRealms(*company_, /*withAccountsOnly=*/false), testing::UnorderedElementsAre("1001", "2002"));
+  EXPECT_THAT(ListRealms(*company_, /*withAccountsOnly=*/true), ElementsAre("1001"));
+  EXPECT_EQ(ShowRelation(*company_, RealmId("2002")).dueFrom, std::nullopt);
+  EXPECT_EQ(ShowRelation(*company_, RealmId("2002")).dueTo, std::nullopt);
+}
+
+TEST_F(TheRelations, KeepWhatAChangeLeavesOutAndCountTheChange) {
+  CreateRelation(*company_, Cedar());
+
+  UpdateRelation(*company_, {.realm = RealmId("2002"), .state = RelationState::kEstablished, .accounts = {}});
+
+  const Relation relation = ShowRelation(*company_, RealmId("2002"));
+  EXPECT_EQ(relation.state, RelationState::kEstablished);
+  EXPECT_EQ(relation.dueFrom, (ListItem{AccountId("Due from Cedar"), "Due from Cedar"}));
+  EXPECT_EQ(relation.revision, 2);
+}
+
+TEST_F(TheRelations, KeepTheirStateWhenOnlyTheAccountsChange) {
+  CreateRelation(*company_, Cedar());
+
+  UpdateRelation(
+      *company_,
+      {.realm = RealmId("2002"), .state = {}, .accounts = {.dueFrom = "Due from Birch", .dueTo = "Due to Birch"}});
+
+  const Relation relation = ShowRelation(*company_, RealmId("2002"));
+  EXPECT_EQ(relation.state, RelationState::kPending);
+  EXPECT_EQ(relation.dueFrom, (ListItem{AccountId("Due from Birch"), "Due from Birch"}));
+  EXPECT_EQ(relation.dueTo, (ListItem{AccountId("Due to Birch"), "Due to Birch"}));
+}
+
+TEST_F(TheRelations, AreNeverInTheStateThatAsksToKeepTheState) {
+  RelateBirch();
+  NewRelation cedar = Cedar();
+  cedar.state = RelationState{6};
+  const std::string before = Everything();
+
+  EXPECT_THROW(CreateRelation(*company_, cedar), standalone::InvalidInput);
+  EXPECT_THROW(UpdateRelation(*company_, {.realm = RealmId("1001"), .state = RelationState{6}, .accounts = {}}),
+               standalone::InvalidInput);
+
+  EXPECT_EQ(Everything(), before);
+  EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).revision, 1);
+}
+
+TEST_F(TheRelations, AreTakenUpAgainWhileTheyArePending) {
+  CreateRelation(*company_, Cedar());
+  NewRelation again = Cedar();
+  again.state = RelationState::kEstablished;
+
+  CreateRelation(*company_, again);
+
+  EXPECT_EQ(ShowRelation(*company_, RealmId("2002")).state, RelationState::kEstablished);
+  EXPECT_THAT(ListRelations(*company_), SizeIs(1));
+}
+
+TEST_F(TheRelations, ShareNoAccounts) {
+  RelateBirch();
+  NewRelation cedar = Cedar();
+  cedar.accounts.dueTo = "Due to Birch";
+
+  const Refusal refusal = RefusalOf([&] { CreateRelation(*company_, cedar); });
+
+  EXPECT_EQ(refusal.what, UseCase::kCreateRelation);
+  EXPECT_EQ(refusal.status, 13);
+  EXPECT_EQ(refusal.remedy, Remedy::kChooseFreePartnerOrAccounts);
+  EXPECT_THAT(ListRelations(*company_), SizeIs(1));
+}
+
+TEST_F(TheRelations, NeedBothAccounts) {
+  NewRelation cedar = Cedar();
+  cedar.accounts.dueTo.reset();
+
+  const Refusal refusal = RefusalOf([&] { CreateRelation(*company_, cedar); });
+
+  EXPECT_EQ(refusal.status, 12);
+  EXPECT_EQ(refusal.remedy, Remedy::kGiveBothAccounts);
+  EXPECT_THAT(ListRelations(*company_), IsEmpty());
+}
+
+TEST_F(TheRelations, UseNoAccountThatIsMarkedDeletedOrOfAnotherKind) {
+  for (const char* const account : {"Old Rent", "Receivables", "Undeposited Funds"}) {
+    NewRelation cedar = Cedar();
+    cedar.accounts.dueFrom = std::to_string(AccountId(account));
+
+    const Refusal refusal = RefusalOf([&] { CreateRelation(*company_, cedar); });
+
+    EXPECT_EQ(refusal.status, 28) << account;
+    EXPECT_EQ(refusal.remedy, Remedy::kChooseUsableAccounts) << account;
+  }
+  EXPECT_THAT(ListRelations(*company_), IsEmpty());
+}
+
+TEST_F(TheRelations, AreMadeChangedAndDeletedByAdministratorsAndAccountants) {
+  RelateBirch();
+  OpenFor("Robin", {"journal:create", "bills:modify", "accounts:modify"});
+
+  const Refusal created = RefusalOf([&] { CreateRelation(*company_, Cedar()); });
+  const Refusal updated = RefusalOf(
+      [&] { UpdateRelation(*company_, {.realm = RealmId("1001"), .state = RelationState::kPending, .accounts = {}}); });
+  const Refusal deleted = RefusalOf([&] { DeleteRelation(*company_, RealmId("1001"), true); });
+
+  EXPECT_EQ(created.status, 3);
+  EXPECT_EQ(updated.status, 3);
+  EXPECT_EQ(deleted.status, 3);
+  EXPECT_EQ(updated.remedy, Remedy::kAskForTheRight);
+  EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).revision, 1);
+  EXPECT_THAT(ListRelations(*company_), SizeIs(1));
+}
+
+TEST_F(TheRelations, MayBeMadeByAnAccountant) {
+  AddUser(*company_, {.name = "Robin", .administrator = false, .accountant = true, .rights = {}});
+  Open("Robin");
+
+  RelateBirch();
+
+  EXPECT_THAT(ListRelations(*company_), SizeIs(1));
+}
+
+TEST_F(TheRelations, AreRemovedWhenNothingRefersToThem) {
+  RelateBirch();
+
+  EXPECT_EQ(DeleteRelation(*company_, RealmId("1001"), /*force=*/false), Deleted::kRemoved);
+
+  EXPECT_THAT(ListRelations(*company_), IsEmpty());
+}
+
+TEST_F(TheRelations, AreDeactivatedWhileTransactionsReferToThem) {
+  RelateBirch();
+  ImportMarch();
+
+  EXPECT_EQ(DeleteRelation(*company_, RealmId("1001"), /*force=*/false), Deleted::kDeactivated);
+
+  EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).state, RelationState::kDeactivated);
+}
+
+TEST_F(TheRelations, AreDeletedWhilePendingOnlyByForce) {
+  CreateRelation(*company_, Cedar());
+
+  const Refusal refusal = RefusalOf([&] { DeleteRelation(*company_, RealmId("2002"), /*force=*/false); });
+
+  EXPECT_EQ(refusal.what, UseCase::kDeleteRelation);
+  EXPECT_EQ(refusal.status, 9);
+  EXPECT_EQ(refusal.remedy, Remedy::kForceOrWait);
+  EXPECT_THAT(ListRelations(*company_), SizeIs(1));
+  EXPECT_EQ(DeleteRelation(*company_, RealmId("2002"), /*force=*/true), Deleted::kRemoved);
+}
+
+TEST_F(TheRelations, AreNotShownWhenThereIsNone) {
+  const Refusal byRealm = RefusalOf([&] { ShowRelation(*company_, RealmId("1001")); });
+  const Refusal byNumber = RefusalOf([&] { ShowRelation(*company_, 77); });
+  const Refusal deleted = RefusalOf([&] { DeleteRelation(*company_, RealmId("1001"), false); });
+
+  EXPECT_EQ(byRealm.what, UseCase::kReadRelations);
+  EXPECT_NE(byRealm.status, std::nullopt);
+  EXPECT_NE(byNumber.status, std::nullopt);
+  EXPECT_EQ(deleted.status, 12);
+  EXPECT_EQ(deleted.remedy, Remedy::kSeeRelations);
+}
+
+}  // namespace
+}  // namespace desk

@@ -1,0 +1,114 @@
+#include "tests/desk/DeskFixture.h"
+
+namespace desk {
+namespace {
+
+using standalone::RequestId;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class TheRejections : public DeskFixture {
+ protected:
+  static RejectionToSave Rejected(std::string_view request, std::string_view amount,
+                                  standalone::RejectableType type = standalone::RejectableType::kBill) {
+    return {.realm = standalone::RealmId("1001"),
+            .request = RequestId(request),
+            .type = type,
+            .amount = standalone::RejectedAmount(amount),
+            .partnerTxnId = standalone::PartnerTxnId("B-77")};
+  }
+};
+
+TEST_F(TheRejections, AreListedWithPartnerAmountAndCurrency) {
+  RelateBirch();
+  ChangeSetting(*company_, "home-currency", "CAD");
+  SaveRejection(*company_, Rejected("request-1", "1,234.50"));
+
+  const std::vector<Rejection> rejections = ListRejections(*company_);
+
+  ASSERT_THAT(rejections, SizeIs(1));
+  EXPECT_EQ(rejections[0].type, kTxnTypeBill);
+  EXPECT_EQ(rejections[0].state, standalone::TransactionState::kRejected);
+  EXPECT_EQ(rejections[0].realm, "1001");
+  EXPECT_EQ(rejections[0].partner, "Birch Services Company");
+  EXPECT_EQ(rejections[0].requestId, "request-1");
+  EXPECT_EQ(rejections[0].writtenAmount, "1,234.50");
+  EXPECT_EQ(rejections[0].amount, (standalone::Money{123450, "CAD"}));
+  EXPECT_EQ(rejections[0].partnerTxnId, "B-77");
+}
+
+TEST_F(TheRejections, AreKeptInTheOrderInWhichTheyWereSaved) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-2", "20.00"));
+  SaveRejection(*company_, Rejected("request-1", "-10.00", standalone::RejectableType::kCheck));
+
+  const std::vector<Rejection> rejections = ListRejections(*company_);
+
+  ASSERT_THAT(rejections, SizeIs(2));
+  EXPECT_EQ(rejections[0].requestId, "request-2");
+  EXPECT_EQ(rejections[1].requestId, "request-1");
+  EXPECT_EQ(rejections[1].type, kTxnTypeCheck);
+  EXPECT_EQ(rejections[1].amount, (standalone::Money{-1000, "USD"}));
+}
+
+TEST_F(TheRejections, KeepAnAmountThatFillsItsField) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-1", "0000000000000000012.50"));
+
+  EXPECT_EQ(ListRejections(*company_).at(0).amount, (standalone::Money{1250, "USD"}));
+  EXPECT_EQ(ListRejections(*company_).at(0).partnerTxnId, "B-77");
+}
+
+TEST_F(TheRejections, AreShownAsFarAsTheUserMaySeeThem) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-1", "20.00"));
+  SaveRejection(*company_, Rejected("request-2", "20.00", standalone::RejectableType::kCheck));
+  OpenFor("Robin", {"checks:view"});
+
+  const std::vector<Rejection> rejections = ListRejections(*company_);
+
+  ASSERT_THAT(rejections, SizeIs(1));
+  EXPECT_EQ(rejections[0].requestId, "request-2");
+}
+
+TEST_F(TheRejections, NeedARelationWithThePartner) {
+  const Refusal refusal = RefusalOf([&] { SaveRejection(*company_, Rejected("request-1", "20.00")); });
+
+  EXPECT_EQ(refusal.what, UseCase::kSaveRejection);
+  EXPECT_EQ(refusal.status, 12);
+  EXPECT_EQ(refusal.remedy, Remedy::kSeeRelations);
+  EXPECT_THAT(ListRejections(*company_), IsEmpty());
+}
+
+TEST_F(TheRejections, NeedTheRightToSeeWhatWasRejected) {
+  RelateBirch();
+  OpenFor("Robin", {"checks:view", "journal:view", "bills:create"});
+
+  const Refusal refusal = RefusalOf([&] { SaveRejection(*company_, Rejected("request-1", "20.00")); });
+
+  EXPECT_EQ(refusal.status, 3);
+  EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
+}
+
+TEST_F(TheRejections, MakeTheirRequestKnown) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-1", "20.00"));
+
+  EXPECT_NO_THROW(RequireKnownRequest(*company_, standalone::RealmId("1001"), RequestId("request-1")));
+}
+
+TEST_F(TheRejections, AreDeletedByRequest) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-1", "20.00"));
+
+  DeleteRejection(*company_, RequestId("request-1"));
+
+  EXPECT_THAT(ListRejections(*company_), IsEmpty());
+  const Refusal again = RefusalOf([&] { DeleteRejection(*company_, RequestId("request-1")); });
+  EXPECT_EQ(again.what, UseCase::kDeleteRejection);
+  EXPECT_EQ(again.status, 0);
+  EXPECT_EQ(again.remedy, Remedy::kSeeRejections);
+}
+
+}  // namespace
+}  // namespace desk

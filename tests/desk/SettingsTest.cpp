@@ -1,0 +1,85 @@
+#include "tests/desk/DeskFixture.h"
+
+namespace desk {
+namespace {
+
+using testing::HasSubstr;
+
+using TheSettings = DeskFixture;
+
+TEST_F(TheSettings, AreThoseOfTheNewCompany) {
+  const Settings settings = ReadSettings(*company_);
+
+  EXPECT_EQ(settings.companyName, "Alder Supply Company");
+  EXPECT_EQ(settings.homeCurrency, "USD");
+  EXPECT_FALSE(settings.multiCurrency);
+  EXPECT_FALSE(settings.sampleFile);
+  EXPECT_FALSE(settings.accountantsCopy);
+}
+
+TEST_F(TheSettings, AreChangedOneAtATimeAndAllAnswered) {
+  ChangeSetting(*company_, "company-name", "Alder & Sons");
+  ChangeSetting(*company_, "home-currency", "CAD");
+  ChangeSetting(*company_, "multi-currency", "yes");
+  ChangeSetting(*company_, "sample-file", "yes");
+  const Settings answered = ChangeSetting(*company_, "accountants-copy", "yes");
+
+  EXPECT_EQ(answered.companyName, "Alder & Sons");
+  EXPECT_EQ(answered.homeCurrency, "CAD");
+  EXPECT_TRUE(answered.multiCurrency);
+  EXPECT_TRUE(answered.sampleFile);
+  EXPECT_TRUE(answered.accountantsCopy);
+  EXPECT_EQ(JsonOf(ReadSettings(*company_)), JsonOf(answered));
+}
+
+TEST_F(TheSettings, AreSwitchedOffAgain) {
+  ChangeSetting(*company_, "multi-currency", "yes");
+
+  EXPECT_FALSE(ChangeSetting(*company_, "multi-currency", "no").multiCurrency);
+}
+
+TEST_F(TheSettings, StayAsTheyAreWhenTheNameOrTheValueIsNone) {
+  const std::string before = Everything();
+
+  EXPECT_THAT(MessageOf<standalone::InvalidInput>([&] { ChangeSetting(*company_, "colour", "red"); }),
+              HasSubstr("\"colour\""));
+  EXPECT_THROW(ChangeSetting(*company_, "company-name", ""), standalone::InvalidInput);
+  EXPECT_THROW(ChangeSetting(*company_, "company-name", std::string(60, 'n')), standalone::InvalidInput);
+  EXPECT_THROW(ChangeSetting(*company_, "home-currency", "cad"), standalone::InvalidInput);
+  EXPECT_THROW(ChangeSetting(*company_, "sample-file", "perhaps"), standalone::InvalidInput);
+
+  EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(TheSettings, AreReadByAnyoneAndChangedByAdministratorsOnly) {
+  OpenFor("Robin", {"journal:modify"});
+  const std::string before = Everything();
+
+  const Refusal refusal = RefusalOf([&] { ChangeSetting(*company_, "home-currency", "CAD"); });
+
+  EXPECT_THAT(refusal, IsForAdministrators());
+  EXPECT_EQ(refusal.what, UseCase::kChangeSettings);
+  EXPECT_EQ(ReadSettings(*company_).homeCurrency, "USD");
+  EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(TheSettings, AreNotChangedByWhoIsNoAdministratorAnyMore) {
+  LetAnotherProgramTakeTheAdministratorsMark();
+
+  EXPECT_THAT(RefusalOf([&] { ChangeSetting(*company_, "home-currency", "CAD"); }), IsForAdministrators());
+
+  EXPECT_EQ(ReadSettings(*company_).homeCurrency, "USD");
+}
+
+TEST_F(TheSettings, AreThoseThatAnotherProgramHasWritten) {
+  ReadSettings(*company_);
+  {
+    standalone::StandaloneHost other(path_);
+    other.Request(standalone::Access::kWrite, [&] { other.Settings().Set("home-currency", "EUR"); });
+  }
+
+  EXPECT_EQ(ReadSettings(*company_).homeCurrency, "EUR");
+}
+
+}  // namespace
+}  // namespace desk

@@ -1,0 +1,339 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "standalone/desk/json/Json.h"
+
+namespace desk {
+namespace {
+
+using standalone::Money;
+using standalone::RelationState;
+using standalone::TransactionState;
+using namespace std::chrono_literals;
+
+Relation ARelation() {
+  const Relation::Moment made{std::chrono::sys_days(std::chrono::year(2026) / 1 / 31) + 9h + 30min + 999ms};
+  return {.id = 4,
+          .realm = "1001",
+          .partner = "Birch \"Services\"",
+          .type = 7,
+          .state = RelationState::kEstablished,
+          .dueFrom = ListItem{.id = 11, .name = "Due from Birch"},
+          .dueTo = {},
+          .revision = 2,
+          .createdAt = made,
+          .changedAt = made + 1s};
+}
+
+constexpr const char* kARelation =
+    R"({"id":4,"realm":"1001","partner":"Birch \"Services\"","type":7,"state":"established","stateNumber":3,)"
+    R"("dueFrom":{"id":11,"name":"Due from Birch"},"dueTo":null,"revision":2,"createdAt":"2026-01-31T09:30:00Z",)"
+    R"("changedAt":"2026-01-31T09:30:01Z"})";
+
+IntercompanyLine ALine() {
+  return {.txnId = 601,
+          .lineId = 1631,
+          .type = kTxnTypeJournalEntry,
+          .state = TransactionState::kPending,
+          .date = DateType32(2026, 1, 31),
+          .realm = "1001",
+          .partner = "Birch",
+          .name = "Heating",
+          .nameId = 3,
+          .account = ListItem{.id = 9, .name = "Utilities:Power"},
+          .otherAccount = ListItem{.id = 7, .name = "Due to Birch"},
+          .amount = Money{.minorUnits = -123450, .currency = "CAD"},
+          .requestId = "request-1"};
+}
+
+constexpr const char* kALine =
+    R"({"transaction":601,"line":1631,"type":"journal","typeNumber":8,"date":"2026-01-31","realm":"1001",)"
+    R"("partner":"Birch","name":"Heating","nameId":3,"account":{"id":9,"name":"Utilities:Power"},)"
+    R"("otherAccount":{"id":7,"name":"Due to Birch"},"amount":"-1234.50","currency":"CAD","state":"pending",)"
+    R"("stateNumber":1,"requestId":"request-1"})";
+
+TEST(AsJson, AnAccountHasItsTypeByNameAndNumber) {
+  EXPECT_EQ(JsonOf(Account{.id = 9, .name = "Utilities:Power", .type = 12, .specialKind = 5, .deleted = true}).dump(),
+            R"({"id":9,"name":"Utilities:Power","type":"Expense","typeNumber":12,"special":5,"deleted":true})");
+}
+
+TEST(AsJson, ANameHasItsKind) {
+  EXPECT_EQ(JsonOf(Name{.id = 3, .name = "Walker:Depot", .kind = "customer"}).dump(),
+            R"({"id":3,"name":"Walker:Depot","kind":"customer"})");
+}
+
+TEST(AsJson, AUserHasTheRightsThatAreWrittenDown) {
+  EXPECT_EQ(JsonOf(User{.name = "Robin",
+                        .administrator = false,
+                        .accountant = true,
+                        .rights = {standalone::Right("bills:create"), standalone::Right("accounts:view")}})
+                .dump(),
+            R"({"name":"Robin","administrator":false,"accountant":true,"rights":["bills:create","accounts:view"]})");
+}
+
+TEST(AsJson, AnAdministratorHasAllRights) {
+  EXPECT_EQ(JsonOf(User{.name = "Admin", .administrator = true, .accountant = false, .rights = standalone::AllRights()})
+                .dump(),
+            R"({"name":"Admin","administrator":true,"accountant":false,"rights":["checks:create","checks:view",)"
+            R"("checks:delete","checks:modify","journal:create","journal:view","journal:delete","journal:modify",)"
+            R"("bills:create","bills:view","bills:delete","bills:modify","accounts:create","accounts:view",)"
+            R"("accounts:delete","accounts:modify"]})");
+}
+
+TEST(AsJson, AUserWithoutRightsHasAnEmptyList) {
+  EXPECT_EQ(JsonOf(User{.name = "Robin", .administrator = false, .accountant = false, .rights = {}}).dump(),
+            R"({"name":"Robin","administrator":false,"accountant":false,"rights":[]})");
+}
+
+TEST(AsJson, SettingsHaveTheNamesUnderWhichTheyAreChanged) {
+  EXPECT_EQ(JsonOf(Settings{.companyName = "Alder",
+                            .homeCurrency = "USD",
+                            .multiCurrency = true,
+                            .sampleFile = false,
+                            .accountantsCopy = true})
+                .dump(),
+            R"({"company-name":"Alder","home-currency":"USD","multi-currency":true,"sample-file":false,)"
+            R"("accountants-copy":true})");
+}
+
+TEST(AsJson, AnImportHasWhatWasAdded) {
+  EXPECT_EQ(
+      JsonOf(Imported{.rows = 1, .accounts = 2, .names = 3, .transactions = 4, .lines = 5, .intercompanyLines = 6})
+          .dump(),
+      R"({"rows":1,"accounts":2,"names":3,"transactions":4,"lines":5,"intercompanyLines":6})");
+}
+
+TEST(AsJson, ALineOfTheLogHasAllItsColumns) {
+  EXPECT_EQ(JsonOf(LogLine{.time = "2026-01-31T09:30:00.123Z",
+                           .user = "Admin",
+                           .level = 2,
+                           .eventType = 1,
+                           .sourceFile = "Driver.cpp",
+                           .sourceLine = 12,
+                           .shortName = "Driver::Do",
+                           .signature = "void Do()",
+                           .message = "done\tit"})
+                .dump(),
+            R"({"time":"2026-01-31T09:30:00.123Z","user":"Admin","level":2,"eventType":1,"sourceFile":"Driver.cpp",)"
+            R"json("sourceLine":12,"shortName":"Driver::Do","signature":"void Do()","message":"done\tit"})json");
+}
+
+TEST(AsJson, ARelationHasItsAccountsAndMoments) {
+  EXPECT_EQ(JsonOf(ARelation()).dump(), kARelation);
+}
+
+TEST(AsJson, AnIntercompanyLineHasItsAmountSignedAndWithoutSeparators) {
+  EXPECT_EQ(JsonOf(ALine()).dump(), kALine);
+}
+
+TEST(AsJson, AnIntercompanyLineThatTheBooksHaveNotIsNullWhereNothingIsThere) {
+  EXPECT_EQ(JsonOf(IntercompanyLine{.txnId = 1,
+                                    .lineId = 3,
+                                    .type = kTxnTypeBill,
+                                    .state = TransactionState{2},
+                                    .date = {},
+                                    .realm = "1001",
+                                    .partner = "Birch",
+                                    .name = "",
+                                    .nameId = {},
+                                    .account = {},
+                                    .otherAccount = {},
+                                    .amount = {},
+                                    .requestId = ""})
+                .dump(),
+            R"({"transaction":1,"line":3,"type":"bill","typeNumber":9,"date":null,"realm":"1001","partner":"Birch",)"
+            R"("name":"","nameId":null,"account":null,"otherAccount":null,"amount":null,"currency":null,)"
+            R"("state":"state 2","stateNumber":2,"requestId":""})");
+}
+
+TEST(AsJson, AnAmountOfACompanyWithoutCurrencyHasNone) {
+  IntercompanyLine line = ALine();
+  line.amount = Money{.minorUnits = INT64_MIN, .currency = ""};
+
+  EXPECT_EQ(JsonOf(line)["amount"], "-92233720368547758.08");
+  EXPECT_EQ(JsonOf(line)["currency"], nullptr);
+}
+
+TEST(AsJson, ARejectionHasItsAmountAsANumberAndAsItWasWritten) {
+  EXPECT_EQ(JsonOf(Rejection{.type = kTxnTypeCheck,
+                             .state = TransactionState::kRejected,
+                             .realm = "1001",
+                             .partner = "Birch",
+                             .requestId = "request-1",
+                             .writtenAmount = "1,234.5",
+                             .amount = Money{.minorUnits = 123450, .currency = "USD"},
+                             .partnerTxnId = "B-77"})
+                .dump(),
+            R"({"type":"check","typeNumber":3,"state":"rejected","stateNumber":4,"realm":"1001","partner":"Birch",)"
+            R"("requestId":"request-1","amount":"1234.50","currency":"USD","writtenAmount":"1,234.5",)"
+            R"("partnerTransaction":"B-77"})");
+}
+
+TEST(AsJson, ARejectionWhoseTextIsNoAmountHasNullForIt) {
+  const Json json = JsonOf(Rejection{.type = kTxnTypeBill,
+                                     .state = TransactionState::kRejected,
+                                     .realm = "1001",
+                                     .partner = "Birch",
+                                     .requestId = "request-1",
+                                     .writtenAmount = "much",
+                                     .amount = {},
+                                     .partnerTxnId = "B-77"});
+
+  EXPECT_EQ(json["amount"], nullptr);
+  EXPECT_EQ(json["currency"], nullptr);
+  EXPECT_EQ(json["writtenAmount"], "much");
+}
+
+TEST(AsJson, ACheckOfTheRealmHasWhatIsRememberedBeforeAndAfter) {
+  EXPECT_EQ(JsonOf(RealmCheck{.blocked = true, .before = {}, .after = "9130"}).dump(),
+            R"({"blocked":true,"rememberedBefore":null,"remembered":"9130"})");
+}
+
+TEST(AsJson, AReminderThatComesHasItsTimes) {
+  EXPECT_EQ(JsonOf(Reminder{.obstacle = {},
+                            .rememberedDay = "20260131",
+                            .launchDay = DateType32(2026, 1, 31),
+                            .timing = ReminderTiming{.launchHour = 10,
+                                                     .isLaunchDayAhead = true,
+                                                     .isLaunchDayPast = false,
+                                                     .untilLaunch = 3600s,
+                                                     .leastDelay = 900s,
+                                                     .delay = 3600s,
+                                                     .due = {.day = {2026, 1, 31}, .sinceMidnight = 10h + 5s}}})
+                .dump(),
+            R"({"comes":true,"obstacle":null,"launchDate":"2026-01-31","remembered":true,"launchHour":10,)"
+            R"("secondsUntilLaunch":3600,"leastDelaySeconds":900,"delaySeconds":3600,"dueAt":"2026-01-31T10:00:05"})");
+}
+
+TEST(AsJson, AReminderThatDoesNotComeHasTheObstacle) {
+  EXPECT_EQ(
+      JsonOf(Reminder{.obstacle = NoReminder::kRememberedDayIsNone, .rememberedDay = {}, .launchDay = {}, .timing = {}})
+          .dump(),
+      R"({"comes":false,"obstacle":"remembered-day-is-none","launchDate":null,"remembered":false,)"
+      R"("launchHour":null,"secondsUntilLaunch":null,"leastDelaySeconds":null,"delaySeconds":null,)"
+      R"("dueAt":null})");
+}
+
+TEST(AsJson, EachObstacleHasANameOfItsOwn) {
+  const auto obstacle = [](NoReminder what) {
+    return JsonOf(Reminder{.obstacle = what, .rememberedDay = {}, .launchDay = {}, .timing = {}})["obstacle"];
+  };
+
+  EXPECT_EQ(obstacle(NoReminder::kFeatureIsOff), "feature-is-off");
+  EXPECT_EQ(obstacle(NoReminder::kSampleFile), "sample-file");
+  EXPECT_EQ(obstacle(NoReminder::kAccountantsCopy), "accountants-copy");
+  EXPECT_EQ(obstacle(NoReminder::kSeveralCurrencies), "several-currencies");
+  EXPECT_EQ(obstacle(NoReminder::kNoRight), "no-right");
+  EXPECT_EQ(obstacle(NoReminder::kRelationsNotRead), "relations-not-read");
+  EXPECT_EQ(obstacle(NoReminder::kNoRelation), "no-relation");
+}
+
+TEST(AsJson, ACompanyThatWasBroughtForwardHasItsVersions) {
+  EXPECT_EQ(JsonOf(BroughtForward{.from = 1, .to = 2, .before = "alder.before", .left = {"a trigger"}}).dump(),
+            R"({"from":1,"to":2,"before":"alder.before","left":["a trigger"]})");
+  EXPECT_EQ(JsonOf(BroughtForward{.from = 1, .to = 2, .before = {}, .left = {}}).dump(),
+            R"({"from":1,"to":2,"before":null,"left":[]})");
+}
+
+TEST(AsJson, AnOpeningHasWhatItDidBesides) {
+  EXPECT_EQ(JsonOf(Opening{.broughtForward = {}, .readsACopy = true}).dump(),
+            R"({"readsACopy":true,"from":null,"to":null,"before":null,"left":[]})");
+  EXPECT_EQ(JsonOf(Opening{.broughtForward = BroughtForward{.from = 1, .to = 2, .before = "alder.before", .left = {}},
+                           .readsACopy = false})
+                .dump(),
+            R"({"readsACopy":false,"from":1,"to":2,"before":"alder.before","left":[]})");
+}
+
+TEST(AsJson, AQuestionHasItsKind) {
+  const Question question{.kind = Question::Kind::kWarning,
+                          .title = "Intercompany transactions",
+                          .text = "Still pending.",
+                          .accept = "OK",
+                          .decline = ""};
+
+  EXPECT_EQ(JsonOf(question).dump(),
+            R"({"kind":"warning","title":"Intercompany transactions","text":"Still pending."})");
+  EXPECT_EQ(NameOf(Question::Kind::kYesNo), "question");
+  EXPECT_EQ(NameOf(Question::Kind::kNotice), "notice");
+}
+
+TEST(AsJson, APersonaHasItsNameAndNumber) {
+  EXPECT_EQ(JsonOf(Persona::kNone).dump(), R"({"persona":"none","personaNumber":0})");
+  EXPECT_EQ(JsonOf(Persona::kViewer).dump(), R"({"persona":"viewer","personaNumber":1})");
+  EXPECT_EQ(JsonOf(Persona::kContributor).dump(), R"({"persona":"contributor","personaNumber":2})");
+  EXPECT_EQ(JsonOf(Persona::kManager).dump(), R"({"persona":"manager","personaNumber":3})");
+}
+
+TEST(AsJson, ARefusalHasItsStatusAndItsRemedy) {
+  EXPECT_EQ(JsonOf(Refusal{.what = UseCase::kRecordJournalEntry,
+                           .status = 12,
+                           .why = "no such row",
+                           .remedy = Remedy::kMakeARelation})
+                .dump(),
+            R"({"status":12,"what":"record-journal-entry","meaning":"no such row","remedy":"make-a-relation"})");
+}
+
+TEST(AsJson, ARefusalWithoutStatusAndRemedyHasNullForThem) {
+  EXPECT_EQ(JsonOf(Refusal{.what = UseCase::kChangeUsers, .status = {}, .why = "no", .remedy = Remedy::kNone}).dump(),
+            R"({"status":null,"what":"change-users","meaning":"no","remedy":null})");
+}
+
+TEST(AsJson, EachRemedyButNoneHasAName) {
+  for (int number = 1; number <= static_cast<int>(Remedy::kSeeRejections); ++number) {
+    const Json json =
+        JsonOf(Refusal{.what = UseCase::kImport, .status = {}, .why = "no", .remedy = static_cast<Remedy>(number)});
+    EXPECT_TRUE(json["remedy"].is_string()) << number;
+  }
+}
+
+TEST(AsJson, EachUseCaseHasANameOfItsOwn) {
+  std::vector<std::string> names;
+  for (int number = 0; number <= static_cast<int>(UseCase::kKeepOpen); ++number) {
+    names.push_back(JsonOf(
+        Refusal{.what = static_cast<UseCase>(number), .status = {}, .why = "no", .remedy = Remedy::kNone})["what"]);
+  }
+
+  std::ranges::sort(names);
+  EXPECT_TRUE(std::ranges::adjacent_find(names) == names.end());
+  EXPECT_THAT(names, testing::Not(testing::Contains("unknown")));
+}
+
+TEST(AsJson, TheScreenOfWhatWaitsHasLinesAndRelations) {
+  const PendingWork pending{.lines = {.items = {ALine()}, .refusal = {}},
+                            .relations = {.items = {ARelation()}, .refusal = {}}};
+
+  EXPECT_EQ(JsonOf(PluginScreen(pending)).dump(),
+            std::string(R"({"view":"pending-transactions","refusals":[],"transactions":[)") + kALine +
+                R"(],"relations":[)" + kARelation + "]}");
+}
+
+TEST(AsJson, AScreenThatCouldNotBeReadWholeSaysWhy) {
+  const Refusal refusal{.what = UseCase::kListTransactions, .status = 8, .why = "not read", .remedy = Remedy::kNone};
+  const PendingWork pending{.lines = {.items = {}, .refusal = refusal}, .relations = {.items = {}, .refusal = {}}};
+
+  EXPECT_EQ(JsonOf(PluginScreen(pending)).dump(),
+            R"({"view":"pending-transactions","refusals":[{"status":8,"what":"list-transactions",)"
+            R"("meaning":"not read","remedy":null}],"transactions":[],"relations":[]})");
+}
+
+TEST(AsJson, TheScreenAfterARealmResetHasTheRememberedRealm) {
+  EXPECT_EQ(JsonOf(PluginScreen(
+                       RelationsAfterRealmReset{.rememberedRealm = "9130", .relations = {.items = {}, .refusal = {}}}))
+                .dump(),
+            R"({"view":"relations-after-realm-reset","refusals":[],"remembered":"9130","relations":[]})");
+}
+
+TEST(AsJson, TheScreenToSetUpARelationHasTheRelations) {
+  EXPECT_EQ(JsonOf(PluginScreen(RelationSetUp{.relations = {.items = {ARelation()}, .refusal = {}}})).dump(),
+            std::string(R"({"view":"relation-set-up","refusals":[],"relations":[)") + kARelation + "]}");
+}
+
+TEST(AsJson, AListKeepsItsOrder) {
+  EXPECT_EQ(JsonOf(std::vector<Name>{{.id = 2, .name = "B", .kind = "other"}, {.id = 1, .name = "A", .kind = "other"}})
+                .dump(),
+            R"([{"id":2,"name":"B","kind":"other"},{"id":1,"name":"A","kind":"other"}])");
+  EXPECT_EQ(JsonOf(std::vector<Name>{}).dump(), "[]");
+}
+
+}  // namespace
+}  // namespace desk

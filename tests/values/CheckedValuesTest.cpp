@@ -250,6 +250,7 @@ TEST(AColumn, ThatWasCutOffIsReadAsFarAsItGoes) {
   EXPECT_EQ(UnescapeColumn("a\\"), "a\\");
   EXPECT_EQ(UnescapeColumn("a\\x"), "ax");
   EXPECT_EQ(UnescapeColumn("a\\x4"), "ax4");
+  EXPECT_EQ(UnescapeColumn(std::string_view("a\\x41").substr(0, 4)), "ax4");
   EXPECT_EQ(UnescapeColumn("a\\x41"), "aA");
   EXPECT_EQ(UnescapeColumn("a\\xG1"), "axG1");
   EXPECT_EQ(UnescapeColumn("a\\q"), "aq");

@@ -149,6 +149,10 @@ IntercompanyTable& StandaloneHost::Intercompany() noexcept {
   return parts_->intercompany;
 }
 
+RejectedRequestTable& StandaloneHost::Rejected() noexcept {
+  return parts_->rejected;
+}
+
 ApplicationService& StandaloneHost::App() noexcept {
   return parts_->application;
 }

@@ -17,6 +17,7 @@
 #include "standalone/books/NameTable.h"
 #include "standalone/books/PendingWork.h"
 #include "standalone/books/PreferenceTable.h"
+#include "standalone/books/RejectedRequestTable.h"
 #include "standalone/books/RelationTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/books/TransactionTable.h"
@@ -93,6 +94,7 @@ class StandaloneHost {
   TransactionTable& Transactions() noexcept;
   RelationTable& Relations() noexcept;
   IntercompanyTable& Intercompany() noexcept;
+  RejectedRequestTable& Rejected() noexcept;
   ApplicationService& App() noexcept;
   // The loop of a host that stays open. Nobody has to run it.
   MessageLoop& Loop() noexcept;

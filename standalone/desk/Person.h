@@ -48,7 +48,7 @@ struct RelationSetUp {
 using PluginScreen = std::variant<PendingWork, RelationsAfterRealmReset, RelationSetUp>;
 
 // Whoever is asked and shown things while a use case runs, on its thread and outside of its units of work. Nobody:
-// every question is answered by no, which does nothing further, and no screen can be shown.
+// every question is answered by no, which does nothing further, and no screen is shown.
 struct Person {
   // Of notices and warnings the answer is not looked at.
   std::function<bool(const Question& question)> answer;

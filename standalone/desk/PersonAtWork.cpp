@@ -65,16 +65,10 @@ Question QuestionOf(const standalone::Question& asked) {
 
 }  // namespace
 
-PersonAtWork::PersonAtWork(Work work, Person person) : work_(work), person_(std::move(person)) {
-  if (person_.answer) {
-    work_.Host().MessageBoxes().SetAnswerer(
-        [this](const standalone::Question& asked) { return person_.answer(QuestionOf(asked)); });
-  }
-  if (person_.show) {
-    work_.Host().App().SetCommandRunner([this](standalone::PluginView view, std::string_view url) {
-      person_.show(url, work_.Read([&] { return ScreenFor(work_, view); }));
-    });
-  }
+PersonAtWork::PersonAtWork(Work work, Person person, FailureHandler onFailure)
+    : work_(work), person_(std::move(person)), onFailure_(std::move(onFailure)) {
+  work_.Host().MessageBoxes().SetAnswerer([this](const standalone::Question& asked) { return Ask(asked); });
+  work_.Host().App().SetCommandRunner([this](standalone::PluginView view, std::string_view url) { Show(view, url); });
 }
 
 PersonAtWork::~PersonAtWork() {
@@ -82,27 +76,27 @@ PersonAtWork::~PersonAtWork() {
   work_.Host().App().SetCommandRunner({});
 }
 
-Person Remembering(const Person& person, std::exception_ptr& failure) {
-  Person remembering;
-  if (person.answer) {
-    remembering.answer = [&person, &failure](const Question& question) {
-      try {
-        return person.answer(question);
-      } catch (...) {
-        failure = std::current_exception();
-        return false;
-      }
-    };
+bool PersonAtWork::Ask(const standalone::Question& asked) {
+  bool accepted = false;
+  Guard([&] {
+    if (person_.answer) accepted = person_.answer(QuestionOf(asked));
+  });
+  return accepted;
+}
+
+void PersonAtWork::Show(standalone::PluginView view, std::string_view url) {
+  Guard([&] {
+    if (person_.show) person_.show(url, work_.Read([&] { return ScreenFor(work_, view); }));
+  });
+}
+
+void PersonAtWork::Guard(const std::function<void()>& whatMayFail) const {
+  try {
+    whatMayFail();
+  } catch (...) {
+    if (!onFailure_) throw;
+    onFailure_(std::current_exception());
   }
-  remembering.show = [&person, &failure](std::string_view url, const PluginScreen& screen) {
-    if (!person.show) return;
-    try {
-      person.show(url, screen);
-    } catch (...) {
-      failure = std::current_exception();
-    }
-  };
-  return remembering;
 }
 
 }  // namespace desk

@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <stdexcept>
+#include <utility>
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Preferences.h"
@@ -21,7 +22,7 @@ std::optional<std::string> Remembered(Work& work) {
 template <typename Operation>
 auto InFrontOf(const Person& person, Work& work, Operation&& operation) {
   std::exception_ptr failure;
-  const PersonAtWork present(work, Remembering(person, failure));
+  const PersonAtWork present(work, person, [&failure](std::exception_ptr thrown) { failure = std::move(thrown); });
   auto result = operation();
   if (failure) std::rethrow_exception(failure);
   return result;

@@ -26,8 +26,8 @@ struct RealmCheck {
 // that remembers none is given this one. May ask the person, and throws what the person's answer throws.
 RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>& realm, const Person& person);
 
-// Whether there is an established relation to work with; the set-up of relations is offered otherwise. Throws what the
-// person's answer throws.
+// Whether the plug-in may be opened as it was asked for. False when no relation is established and the person took the
+// offer to set one up; true after a no, and when it cannot be told. Throws what the person's answer throws.
 bool CheckPlugin(Company& company, const Person& person);
 
 }  // namespace desk

@@ -122,21 +122,14 @@ Reason ReasonOfState(std::int32_t status) noexcept {
   }
 }
 
-Reason ReasonOfRejection(UseCase what, std::int32_t status) noexcept {
+Reason ReasonOfSaving(std::int32_t status) noexcept {
   switch (status) {
     case MEStatusDeclined:
-      if (what == UseCase::kSaveRejection) return {.why = "the rejected transaction could not be saved"};
-      return {.why = "there is no rejected transaction with that request id", .remedy = Remedy::kSeeRejections};
+      return {.why = "the rejected transaction could not be saved"};
     case MEStatusInvalidData:
-      return {.why = what == UseCase::kSaveRejection ? "there is no relation with the partner" : std::string_view(),
-              .remedy = Remedy::kSeeRelations};
-    case MEStatusReadFailed:
-      return {.why = "the rejected transactions could not be read, or one of them has no relation any more",
-              .remedy = Remedy::kReadTheLog};
+      return {.why = "there is no relation with the partner", .remedy = Remedy::kSeeRelations};
     case MEStatusException:
-      return {.why = what == UseCase::kSaveRejection ? "the rejected transaction could not be saved because of an error"
-                                                     : std::string_view(),
-              .remedy = Remedy::kReadTheLog};
+      return {.why = "the rejected transaction could not be saved because of an error", .remedy = Remedy::kReadTheLog};
     default:
       return {};
   }
@@ -156,9 +149,14 @@ Reason OwnReasonOf(UseCase what, std::int32_t status) noexcept {
     case UseCase::kSetTransactionState:
       return ReasonOfState(status);
     case UseCase::kSaveRejection:
+      return ReasonOfSaving(status);
     case UseCase::kListRejections:
+      if (status != MEStatusReadFailed) return {};
+      return {.why = "the rejected transactions could not be read, or one of them has no relation any more",
+              .remedy = Remedy::kReadTheLog};
     case UseCase::kDeleteRejection:
-      return ReasonOfRejection(what, status);
+      if (status != MEStatusDeclined) return {};
+      return {.why = "there is no rejected transaction with that request id", .remedy = Remedy::kSeeRejections};
     case UseCase::kFindRequest:
       if (status == MEStatusDeclined)
         return {.why = "the request is not known, or there is no relation with the partner"};

@@ -1,6 +1,12 @@
 #include "standalone/desk/Rejections.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/books/RejectedRequestTable.h"
+#include "standalone/books/RowFields.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/work/Work.h"
@@ -10,18 +16,41 @@ namespace desk {
 
 namespace {
 
-Rejection RejectionOf(const MERejectedTxnInfo& listed, const std::string& currency) {
-  const auto text = [](const Util::TString& value) {
-    return std::string(value.view());
-  };
+std::string TextOf(const Util::TString& value) {
+  return std::string(value.view());
+}
+
+// The amounts as they are kept. The module lists the rows in their order, but those that the user may not see, and
+// writes an amount anew.
+class WrittenAmounts {
+ public:
+  explicit WrittenAmounts(std::vector<DBMultiEntityRejectedTxnReceiver> rows) : rows_(std::move(rows)) {}
+
+  // For one entry after the other.
+  std::string Of(const MERejectedTxnInfo& listed) {
+    const auto found = std::find_if(next_, rows_.cend(), [&listed](const DBMultiEntityRejectedTxnReceiver& row) {
+      return standalone::Field(row.requestId) == listed.requestId.view() && row.txnType == listed.txnType &&
+             standalone::Field(row.partnerTxnId) == listed.partnerTxnId.view();
+    });
+    if (found == rows_.cend()) return {};
+    next_ = std::next(found);
+    return std::string(standalone::Field(found->amount));
+  }
+
+ private:
+  std::vector<DBMultiEntityRejectedTxnReceiver> rows_;
+  std::vector<DBMultiEntityRejectedTxnReceiver>::const_iterator next_ = rows_.cbegin();
+};
+
+Rejection RejectionOf(const MERejectedTxnInfo& listed, std::string writtenAmount, const std::string& currency) {
   Rejection rejection{.type = listed.txnType,
                       .state = standalone::TransactionState{listed.state},
-                      .realm = text(listed.realmId),
-                      .partner = text(listed.partnerName),
-                      .requestId = text(listed.requestId),
-                      .writtenAmount = text(listed.amount),
+                      .realm = TextOf(listed.realmId),
+                      .partner = TextOf(listed.partnerName),
+                      .requestId = TextOf(listed.requestId),
+                      .writtenAmount = std::move(writtenAmount),
                       .amount = {},
-                      .partnerTxnId = text(listed.partnerTxnId)};
+                      .partnerTxnId = TextOf(listed.partnerTxnId)};
   if (const std::optional<std::int64_t> amount = standalone::ParseAmount(rejection.writtenAmount)) {
     rejection.amount = standalone::Money{.minorUnits = *amount, .currency = currency};
   }
@@ -47,8 +76,13 @@ std::vector<Rejection> ListRejections(Company& company) {
     std::vector<MERejectedTxnInfo> listed;
     const MEStatusCode answer = MultiEntityDriver::GetAllRejectedTransaction(listed);
     if (answer != MEStatusSuccess) return answer;
+    std::vector<DBMultiEntityRejectedTxnReceiver> rows;
+    work.Host().Rejected().List(rows);
+    WrittenAmounts written(std::move(rows));
     const std::string currency = work.Host().Settings().Get().homeCurrency;
-    for (const MERejectedTxnInfo& entry : listed) rejections.push_back(RejectionOf(entry, currency));
+    for (const MERejectedTxnInfo& entry : listed) {
+      rejections.push_back(RejectionOf(entry, written.Of(entry), currency));
+    }
     return answer;
   });
   return rejections;

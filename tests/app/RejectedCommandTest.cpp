@@ -28,7 +28,7 @@ TEST_F(Books, ARejectedBillIsKeptAndListed) {
   EXPECT_EQ(Answer({"rejected", "list", kFile}), Json::parse(R"({"status":1,"rejected":[
       {"type":"bill","typeNumber":9,"state":"rejected","stateNumber":4,"realm":"1001",
        "partner":"Birch Services Company","requestId":"request-1","amount":"1234.50","currency":"USD",
-       "writtenAmount":"1,234.50","partnerTransaction":"B-4711"}]})"));
+       "writtenAmount":"1234.5","partnerTransaction":"B-4711"}]})"));
 }
 
 TEST_F(Books, RejectedTransactionsAreListedForPeople) {

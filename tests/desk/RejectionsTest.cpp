@@ -51,6 +51,22 @@ TEST_F(TheRejections, AreKeptInTheOrderInWhichTheyWereSaved) {
   EXPECT_EQ(rejections[1].amount, (standalone::Money{-1000, "USD"}));
 }
 
+TEST_F(TheRejections, KeepAnAmountAsThePartnerWroteIt) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-1", "20.00", standalone::RejectableType::kCheck));
+  SaveRejection(*company_, Rejected("request-2", "1234.5"));
+  SaveRejection(*company_, Rejected("request-2", "-7"));
+  OpenFor("Robin", {"bills:view"});
+
+  const std::vector<Rejection> rejections = ListRejections(*company_);
+
+  ASSERT_THAT(rejections, SizeIs(2));
+  EXPECT_EQ(rejections[0].writtenAmount, "1234.5");
+  EXPECT_EQ(rejections[0].amount, (standalone::Money{123450, "USD"}));
+  EXPECT_EQ(rejections[1].writtenAmount, "-7");
+  EXPECT_EQ(rejections[1].amount, (standalone::Money{-700, "USD"}));
+}
+
 TEST_F(TheRejections, KeepAnAmountThatFillsItsField) {
   RelateBirch();
   SaveRejection(*company_, Rejected("request-1", "0000000000000000012.50"));

@@ -13,6 +13,7 @@
 #include "standalone/desk/Rejections.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/AccountTypes.h"
+#include "standalone/values/Amount.h"
 
 namespace app {
 
@@ -47,8 +48,8 @@ void ListRejected(Invocation& invocation, const RejectedOptions& options) {
   Table table({{"Type"}, {"Partner"}, {"Realm"}, {"Amount", Align::kRight}, {"Cur"}, {"Request"}, {"Partner's id"}});
   for (const desk::Rejection& rejection : rejections) {
     table.Add({standalone::TransactionTypeName(rejection.type), rejection.partner, rejection.realm,
-               rejection.writtenAmount, rejection.amount ? rejection.amount->currency : "", rejection.requestId,
-               rejection.partnerTxnId});
+               rejection.amount ? standalone::FormatAmount(rejection.amount->minorUnits) : rejection.writtenAmount,
+               rejection.amount ? rejection.amount->currency : "", rejection.requestId, rejection.partnerTxnId});
   }
   invocation.Report({{"rejected", desk::JsonOf(rejections)}},
                     table.Empty() ? "No rejected transactions.\n" : table.Text());

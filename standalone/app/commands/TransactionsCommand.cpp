@@ -38,7 +38,9 @@ void ListTransaction(Invocation& invocation, const TransactionsOptions& options)
 }
 
 void ListPeriod(Invocation& invocation, const TransactionsOptions& options) {
-  const desk::Period period(PeriodBound("--from", options.from), PeriodBound("--to", options.to));
+  const DateType32 from = PeriodBound("--from", options.from);
+  const DateType32 to = PeriodBound("--to", options.to);
+  const desk::Period period(from, to);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   Report(invocation, desk::ListIntercompanyLines(company, period));
 }

@@ -20,8 +20,11 @@ void Read(const Rows& rows, DBMultiEntityTransaction& row) {
   row.state = rows.Int16(5);
 }
 
-// Where a row's number stands behind its own columns.
-constexpr int kRowNumber = 6;
+bool ReadOne(Rows found, DBMultiEntityTransaction& row) {
+  if (!found.Step()) return false;
+  Read(found, row);
+  return true;
+}
 
 // Where a row's target and its line stand among the columns of both.
 enum LineColumn : int { kTarget = 2, kLine = 6, kFirstOfLine = 7, kMemo = 12 };
@@ -34,17 +37,17 @@ IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
               "INSERT INTO me_transaction (txn_id, relation_id, target_id, request_id, txn_type, state) "
               "VALUES (?1, ?2, ?3, ?4, ?5, ?6)"),
       byTarget_(database,
-                "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id FROM me_transaction "
+                "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                 "WHERE txn_id = ?1 AND target_id = ?2"),
       byRequest_(database,
-                 "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id "
+                 "SELECT txn_id, relation_id, target_id, request_id, txn_type, state "
                  "FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
       updateState_(database, Writes::kBookings,
-                   "UPDATE me_transaction SET state = ?6 WHERE id = ?7 AND txn_id = ?1 AND target_id = ?2 "
-                   "AND relation_id = ?3 AND request_id = ?4 AND txn_type = ?5"),
+                   "UPDATE me_transaction SET state = ?6 WHERE txn_id = ?1 AND relation_id = ?2 AND target_id = ?3 "
+                   "AND request_id = ?4 AND txn_type = ?5"),
       update_(database, Writes::kBookings,
-              "UPDATE me_transaction SET relation_id = ?3, request_id = ?4, txn_type = ?5, state = ?6 "
-              "WHERE txn_id = ?1 AND target_id = ?2"),
+              "UPDATE me_transaction SET relation_id = ?2, request_id = ?4, txn_type = ?5, state = ?6 "
+              "WHERE txn_id = ?1 AND target_id = ?3"),
       delete_(database, Writes::kBookings, "DELETE FROM me_transaction WHERE txn_id = ?1"),
       ofTransaction_(database,
                      "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
@@ -67,27 +70,19 @@ void IntercompanyTable::Add(const DBMultiEntityTransaction& row) {
 }
 
 bool IntercompanyTable::Find(std::int32_t txnId, std::int32_t targetId, DBMultiEntityTransaction& row) {
-  return ReadForChange(byTarget_.Query(txnId, targetId), row);
+  return ReadOne(byTarget_.Query(txnId, targetId), row);
 }
 
 bool IntercompanyTable::FindRequest(std::int64_t relationId, std::string_view requestId,
                                     DBMultiEntityTransaction& row) {
-  return ReadForChange(byRequest_.Query(relationId, requestId), row);
+  return ReadOne(byRequest_.Query(relationId, requestId), row);
 }
 
-bool IntercompanyTable::ReadForChange(Rows found, DBMultiEntityTransaction& row) {
-  if (!found.Step()) return false;
-  Read(found, row);
-  lastReadRow_ = found.Int64(kRowNumber);
-  return true;
-}
-
-// Mostly it is the row that was read last, and the state alone has changed, which no index holds.
+// Mostly the state alone has changed, which no index holds.
 bool IntercompanyTable::Change(const DBMultiEntityTransaction& row) {
   const std::string_view requestId = Field(row.requestId);
-  return updateState_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state, lastReadRow_) !=
-             0 ||
-         update_.Run(row.txnId, row.targetId, row.relationId, requestId, row.txnType, row.state) != 0;
+  return updateState_.Run(row.txnId, row.relationId, row.targetId, requestId, row.txnType, row.state) != 0 ||
+         update_.Run(row.txnId, row.relationId, row.targetId, requestId, row.txnType, row.state) != 0;
 }
 
 void IntercompanyTable::RemoveAllOf(std::int32_t txnId) {

@@ -39,7 +39,6 @@ class IntercompanyTable {
   bool HasAnyState(bool (*is)(std::int16_t state));
 
  private:
-  bool ReadForChange(Rows found, DBMultiEntityTransaction& row);
   void ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows);
 
   LinesAhead& lines_;
@@ -57,7 +56,6 @@ class IntercompanyTable {
   Statement journalEntryOfRequest_;
   Statement anyOfTransaction_;
   Statement states_;
-  std::int64_t lastReadRow_ = 0;  // where to look first when a row is changed
 };
 
 }  // namespace standalone

@@ -1,9 +1,7 @@
 #include "standalone/books/IntercompanyTable.h"
 
 #include <cstring>
-#include <utility>
 
-#include "MultiEntityHost/Enumerations.h"
 #include "standalone/books/RowFields.h"
 
 namespace standalone {
@@ -25,9 +23,6 @@ bool ReadOne(Rows found, DBMultiEntityTransaction& row) {
   Read(found, row);
   return true;
 }
-
-// Where a row's target and its line stand among the columns of both.
-enum LineColumn : int { kTarget = 2, kLine = 6, kFirstOfLine = 7, kMemo = 12 };
 
 }  // namespace
 
@@ -53,11 +48,8 @@ IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
                      "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                      "WHERE txn_id = ?1 ORDER BY target_id"),
       count_(database, "SELECT count(*) FROM me_transaction"),
-      allWithLines_(database,
-                    "SELECT m.txn_id, m.relation_id, m.target_id, m.request_id, m.txn_type, m.state, l.id, t.type, "
-                    "t.date, t.name_id, l.account_id, l.amount, l.memo FROM me_transaction m "
-                    "LEFT JOIN txn_line l ON l.id BETWEEN m.target_id AND m.target_id + (m.txn_type = 8) "
-                    "LEFT JOIN txn t ON t.id = l.txn_id ORDER BY m.id, l.id"),
+      all_(database,
+           "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction ORDER BY id"),
       withRelation_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 LIMIT 1"),
       withRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
       journalEntryOfRequest_(
@@ -101,30 +93,9 @@ void IntercompanyTable::List(std::vector<DBMultiEntityTransaction>& rows) {
     Rows count = count_.Query();
     if (count.Step()) rows.reserve(static_cast<std::size_t>(count.Int64(0)));
   }
-  ReadWithLines(allWithLines_.Query(), rows);
-}
-
-// A row comes once for each of its lines that is there, its target line first, and once without any.
-void IntercompanyTable::ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows) {
-  lines_.Drop();
-  LinesAhead::Lines lines;
-  while (found.Step()) {
-    const std::int32_t targetId = found.Int32(kTarget);
-    const std::int32_t lineId = found.Int32(kLine);
-    const bool isTarget = lineId == targetId;
-    if (isTarget || lineId == 0 || rows.empty() || rows.back().targetId != targetId) {
-      Read(found, rows.emplace_back());
-      if (!isTarget) lines.Add().id = targetId;
-    }
-    if (lineId == 0) continue;
-    LinesAhead::Line& line = lines.Add();
-    line.id = lineId;
-    ReadLine(found, kFirstOfLine, line.view);
-    // Journal entries alone are called by the memo, that of their target line.
-    line.view.hasMemo = isTarget && line.view.txnType == kTxnTypeJournalEntry;
-    if (line.view.hasMemo) line.view.memo = found.Text(kMemo);
-  }
-  lines_.Hold(std::move(lines));
+  Rows found = all_.Query();
+  while (found.Step()) Read(found, rows.emplace_back());
+  lines_.Expect();
 }
 
 bool IntercompanyTable::HasAnyOf(std::int32_t txnId) {

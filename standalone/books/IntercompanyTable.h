@@ -16,7 +16,7 @@ namespace standalone {
 // ConstraintViolation.
 class IntercompanyTable {
  public:
-  // Whenever all rows are listed, the lines behind them are read, too, and put into `lines`.
+  // Whenever all rows are listed, `lines` is told to expect questions for the lines behind them.
   IntercompanyTable(Database& database, LinesAhead& lines);
 
   void Add(const DBMultiEntityTransaction& row);
@@ -39,8 +39,6 @@ class IntercompanyTable {
   bool HasAnyState(bool (*is)(std::int16_t state));
 
  private:
-  void ReadWithLines(Rows found, std::vector<DBMultiEntityTransaction>& rows);
-
   LinesAhead& lines_;
   Statement insert_;
   Statement byTarget_;
@@ -50,7 +48,7 @@ class IntercompanyTable {
   Statement delete_;
   Statement ofTransaction_;
   Statement count_;
-  Statement allWithLines_;
+  Statement all_;
   Statement withRelation_;
   Statement withRequest_;
   Statement journalEntryOfRequest_;

@@ -2,52 +2,55 @@
 
 #include <utility>
 
+#include "MultiEntityHost/Enumerations.h"
+
 namespace standalone {
 
-LinesAhead::Line& LinesAhead::Lines::Add() {
-  if (pieces_.empty() || pieces_.back().size() == kPieceLines) pieces_.emplace_back().reserve(kPieceLines);
-  return pieces_.back().emplace_back();
-}
+namespace {
 
-const LinesAhead::Line* LinesAhead::Lines::Second() const noexcept {
-  const std::vector<Line>& piece = pieces_.front();
-  if (first_ + 1 < piece.size()) return &piece[first_ + 1];
-  return pieces_.size() > 1 ? &pieces_[1].front() : nullptr;
-}
+constexpr std::size_t kPageLines = 512;
 
-void LinesAhead::Lines::RemoveFirst() noexcept {
-  if (++first_ < pieces_.front().size()) return;
-  pieces_.pop_front();
-  first_ = 0;
-}
+}  // namespace
 
-void LinesAhead::Hold(Lines lines) {
-  version_ = Data().ReadVersion();
-  lines_ = std::move(lines);
-}
+LinesAhead::LinesAhead(Database& database)
+    : UnitBound(database),
+      fromTarget_(database,
+                  "SELECT l.id, t.type, t.date, t.name_id, l.account_id, l.amount, l.memo FROM me_transaction m "
+                  "CROSS JOIN txn_line l ON l.id BETWEEN m.target_id AND m.target_id + (m.txn_type = 8) "
+                  "CROSS JOIN txn t ON t.id = l.txn_id "
+                  "WHERE m.id >= (SELECT id FROM me_transaction WHERE target_id = ?1) ORDER BY m.id, l.id LIMIT ?2"),
+      page_(database, Writes::kBookings) {}
 
-bool LinesAhead::GoTo(std::int32_t lineId) {
-  if (lineId < 1 || !AreHeld()) return false;
-  if (!IsAtLine(lineId) && IsAtLine(lineId - 1)) {
-    // A liability line that is gone is no reason to go past the rows that follow.
-    const Line* const next = lines_->Second();
-    if (next == nullptr || next->id != lineId) return false;
+const LineView* LinesAhead::Find(std::int32_t lineId) {
+  Page* page = page_.Held();
+  if (page == nullptr) return nullptr;
+  for (std::size_t at = page->at; at < page->lines.size(); ++at) {
+    if (page->lines[at].id != lineId) continue;
+    page->at = at;
+    return &page->lines[at].view;
   }
-  while (!lines_->IsEmpty() && lines_->First().id != lineId) lines_->RemoveFirst();
-  return !lines_->IsEmpty() && lines_->First().view.txnType != 0;
+  // A line that is no row's, such as a liability line that is gone, is no reason to leave the page.
+  std::vector<Line> lines = ReadFrom(lineId);
+  if (lines.empty()) return nullptr;
+  page = &page_.Hold({std::move(lines)});
+  return page->lines.front().id == lineId ? &page->lines.front().view : nullptr;
 }
 
-LineView LinesAhead::Take() {
-  LineView& line = lines_->First().view;
-  const bool hasMemo = std::exchange(line.hasMemo, false);
-  LineView taken = std::move(line);
-  taken.hasMemo = hasMemo;
-  return taken;
-}
-
-bool LinesAhead::AreHeld() {
-  if (lines_ && version_ != Data().ReadVersion()) lines_.reset();
-  return lines_.has_value();
+// None when that is no row's target line. A liability line comes without its memo, which nobody asks for.
+std::vector<LinesAhead::Line> LinesAhead::ReadFrom(std::int32_t targetId) {
+  std::vector<Line> lines;
+  lines.reserve(kPageLines);
+  Rows rows = fromTarget_.Query(targetId, std::int64_t{kPageLines});
+  while (rows.Step()) {
+    const std::int32_t id = rows.Int32(0);
+    const bool followsTarget = !lines.empty() && lines.back().id + 1 == id;
+    Line& line = lines.emplace_back();
+    line.id = id;
+    ReadLine(rows, /*first=*/1, line.view);
+    // Journal entries alone are called by the memo, that of their target line.
+    if (line.view.txnType == kTxnTypeJournalEntry && !followsTarget) line.view.memo = rows.Text(6);
+  }
+  return lines;
 }
 
 }  // namespace standalone

@@ -2,69 +2,46 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
-#include <optional>
 #include <vector>
 
 #include "standalone/books/TransactionTable.h"
 #include "standalone/storage/Database.h"
+#include "standalone/storage/ReadOnce.h"
+#include "standalone/storage/Statement.h"
 
 namespace standalone {
 
-// The lines behind the intercompany rows, read in one walk over the file together with the rows. Whoever has read all
-// rows puts their lines here; those that are then asked for one by one, in the order of the rows, need no other look at
-// the file. A long listing gives up its lines as it grows: a line is held until another one is asked for, and none
-// beyond the unit of work. Once the unit has written, the file is asked again.
+// The lines behind the intercompany rows, read a page at a time in the order of the rows. Whoever has listed all rows
+// asks for their lines one by one; from then on each line is read with those that follow it, until the unit of work
+// writes or ends.
 class LinesAhead final : private UnitBound {
  public:
-  // The target line of a row or, for a journal entry, the liability line after it. Blank when there is no such line.
+  explicit LinesAhead(Database& database);
+
+  // To be called when all rows were listed.
+  void Expect() { page_.Hold({}); }
+
+  // Null when the line is none of those that are expected, which does not say that it is not there. Valid until the
+  // next question.
+  const LineView* Find(std::int32_t lineId);
+
+ private:
+  // The target line of a row or, for a journal entry, the liability line after it.
   struct Line {
     std::int32_t id = 0;
     LineView view;
   };
 
-  // In the order in which the rows were saved. Room is taken and given up for many lines at a time, which leaves the
-  // texts of a growing list to be placed one after the other.
-  class Lines {
-   public:
-    // A blank line behind all others, to be filled.
-    Line& Add();
-    bool IsEmpty() const noexcept { return pieces_.empty(); }
-    Line& First() noexcept { return pieces_.front()[first_]; }
-    const Line& First() const noexcept { return pieces_.front()[first_]; }
-    // Null when there is none behind the first one.
-    const Line* Second() const noexcept;
-    void RemoveFirst() noexcept;
-
-   private:
-    static constexpr std::size_t kPieceLines = 2048;
-
-    // None of them is empty.
-    std::deque<std::vector<Line>> pieces_;
-    std::size_t first_ = 0;  // in the first piece
+  struct Page {
+    std::vector<Line> lines;
+    std::size_t at = 0;  // the line that was found last
   };
 
-  explicit LinesAhead(Database& database) : UnitBound(database) {}
+  std::vector<Line> ReadFrom(std::int32_t targetId);
+  void Drop() noexcept override { page_.Forget(); }
 
-  // To be called while nothing has been written since the lines were read.
-  void Hold(Lines lines);
-  void Drop() noexcept override { lines_.reset(); }
-
-  // Goes to a line. False when it is not among those that are ahead; the file is then asked, which may have it all the
-  // same. A question for any other line than those gives all of them up.
-  bool GoTo(std::int32_t lineId);
-
-  // Of the line that GoTo() went to, until the next GoTo().
-  std::int16_t TypeOfTransaction() const noexcept { return lines_->First().view.txnType; }
-  // Its memo is given away once.
-  LineView Take();
-
- private:
-  bool AreHeld();
-  bool IsAtLine(std::int32_t lineId) const { return !lines_->IsEmpty() && lines_->First().id == lineId; }
-
-  std::optional<Lines> lines_;
-  std::uint64_t version_ = 0;
+  Statement fromTarget_;
+  ReadOnce<Page> page_;
 };
 
 }  // namespace standalone

@@ -72,7 +72,6 @@ LineView TransactionTable::FindLine(std::int32_t lineId, std::int32_t view) {
   Rows rows = line_.Query(lineId, view);
   if (!rows.Step()) return line;
   ReadLine(rows, /*first=*/0, line);
-  line.hasMemo = true;
   line.memo = rows.Text(5);
   return line;
 }

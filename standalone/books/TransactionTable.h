@@ -34,12 +34,11 @@ constexpr DateType32 DateOf(std::int64_t stored) noexcept {
 // What a line and its transaction show.
 struct LineView {
   std::int16_t txnType = 0;  // 0 when there is no such line
-  bool hasMemo = false;      // whether the memo was read
   DateType32 date;
   std::int32_t nameId = 0;
   std::int32_t accountId = 0;
   std::int64_t amount = 0;
-  Util::TString memo;  // the line's own
+  std::optional<Util::TString> memo;  // the line's own; none when it was not read
 };
 
 // Fills in all but the memo from a statement's columns, from `first` on: type, date, name_id, account_id and amount.

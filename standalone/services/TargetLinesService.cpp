@@ -4,29 +4,33 @@
 
 namespace standalone {
 
+namespace {
+
+bool IsSeenUnder(const LineView& line, TViewType view) {
+  return view == kViewAny || line.txnType == view;
+}
+
+}  // namespace
+
 bool TargetLinesService::TargExists(std::int32_t targetId, TViewType view) {
-  if (ahead_.GoTo(targetId)) return IsAheadSeenUnder(view);
-  return transactions_.LineExists(targetId, view);
+  const LineView* const ahead = ahead_.Find(targetId);
+  return ahead != nullptr ? IsSeenUnder(*ahead, view) : transactions_.LineExists(targetId, view);
 }
 
 LineHandle TargetLinesService::OpenLine(std::int32_t targetId, FeatureType /*feature*/, ReadFailSafeType /*failSafe*/,
                                         TViewType view) {
-  LineView found;
-  if (!ahead_.GoTo(targetId)) {
-    found = transactions_.FindLine(targetId, view);
-  } else if (IsAheadSeenUnder(view)) {
-    found = ahead_.Take();
+  LineView line;
+  if (const LineView* const ahead = ahead_.Find(targetId); ahead == nullptr) {
+    line = transactions_.FindLine(targetId, view);
+  } else if (IsSeenUnder(*ahead, view)) {
+    line = *ahead;
   }
   const std::uint64_t handle = open_.Open();
   OpenLineRecord& record = open_.At(handle);
   record.id = targetId;
   record.accountName = {};
-  record.line = std::move(found);
+  record.line = std::move(line);
   return LineHandle{handle};
-}
-
-bool TargetLinesService::IsAheadSeenUnder(TViewType view) const {
-  return view == kViewAny || ahead_.TypeOfTransaction() == view;
 }
 
 DateType32 TargetLinesService::GetDate(LineHandle line) {
@@ -45,7 +49,7 @@ const char* TargetLinesService::GetAccountName(LineHandle line, std::int32_t /*o
 
 Util::TString TargetLinesService::GetStrMemo(LineHandle line) {
   const OpenLineRecord& record = RecordOf(line);
-  if (record.line.hasMemo) return record.line.memo;
+  if (record.line.memo) return *record.line.memo;
   return record.line.txnType != 0 ? transactions_.MemoOf(record.id) : Util::TString();
 }
 

@@ -31,7 +31,6 @@ class TargetLinesService final : public TargetLines {
     Util::TString accountName;
   };
 
-  bool IsAheadSeenUnder(TViewType view) const;
   OpenLineRecord& RecordOf(LineHandle line) { return open_.At(static_cast<std::uint64_t>(line)); }
 
   TransactionTable& transactions_;

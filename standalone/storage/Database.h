@@ -48,17 +48,12 @@ class Database {
   Access UnitAccess() const noexcept { return access_; }
 
   // A number that stands as long as what was read holds, over the ends of units too: it changes when this connection
-  // may have written, when something was undone, when something failed and when another connection has written. Within
-  // a unit of work only; throws as a statement does.
-  std::uint64_t ReadVersion() {
+  // may have written, when something was undone, when something failed and when another connection has written. That of
+  // the lists stands while this connection books: only its statements that write a list change it. Within a unit of
+  // work only; throws as a statement does.
+  std::uint64_t ReadVersion(Writes of) {
     if (!hasNoticedOthers_) NoticeOtherWriters();
-    return readVersion_;
-  }
-  // The same for what is listed, which holds while this connection books: only its statements that write a list change
-  // it.
-  std::uint64_t ListsVersion() {
-    if (!hasNoticedOthers_) NoticeOtherWriters();
-    return listsVersion_;
+    return of == Writes::kLists ? listsVersion_ : readVersion_;
   }
 
   virtual std::int64_t LastInsertedId() const noexcept = 0;

@@ -2,7 +2,7 @@
 
 #include <cstring>
 #include <optional>
-#include <string_view>
+#include <string>
 
 #include "standalone/values/Amount.h"
 
@@ -14,8 +14,7 @@ void MoneyService::String2Dollar(BalType& amount, const char* text) {
 
 void MoneyService::Money2Str_s(char* buffer, std::size_t size, BalType amount, MoneyFormat /*format*/) {
   if (size == 0) return;
-  const AmountText amountText(amount.minorUnits);
-  const std::string_view text = amountText.View();
+  const std::string text = FormatAmount(amount.minorUnits);
   const std::size_t length = text.size() < size ? text.size() : 0;
   std::memcpy(buffer, text.data(), length);
   buffer[length] = '\0';

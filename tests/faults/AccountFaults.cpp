@@ -4,10 +4,8 @@ namespace faults {
 
 namespace {
 
-void Nothing(Company& /*company*/) {}
-
 // The listing tells apart what goes out of range.
-Handling Caught(Thrown thrown) {
+Handling CaughtWhileListing(Thrown thrown) {
   if (thrown != Thrown::kOutOfRange) {
     return Ends("14", {Error("MULTIENTITY_ERROR:: GetAllUnusedAccounts: Unknown Exception ")});
   }
@@ -23,7 +21,7 @@ std::function<std::string(Company&)> List(MEAccountFilter filter) {
 }
 
 Row TypeSwitch(const std::string& flag, const std::string& dropped) {
-  return {"IsFeatureEnabled(MultiEntityAccounts, " + flag + ")", GoesOn().Without(dropped), Caught};
+  return {"IsFeatureEnabled(MultiEntityAccounts, " + flag + ")", GoesOn().Without(dropped), CaughtWhileListing};
 }
 
 }  // namespace
@@ -32,15 +30,15 @@ Row TypeSwitch(const std::string& flag, const std::string& dropped) {
 std::vector<Scenario> AccountScenarios() {
   const Table list =
       FeatureGate("2", "MULTIENTITY: GetAllUnusedAccounts :Feature is disabled") +
-      Table{{"GetAllAccounts", NoSuchFailure(), Caught},
+      Table{{"GetAllAccounts", NoSuchFailure(), CaughtWhileListing},
             {"GetAllRelations",
              Ends("8", {Error("MULTIENTITY_ERROR:: GetAllRelations :Not able to fetch data from relation "
                               "table")}),
-             Caught},
-            {"OpenAccount", NoSuchFailure(), Caught},
-            {"GetType", NoSuchFailure(), Caught},
-            {"GetIsSubAccnt", GoesOn(), Caught},
-            {"IsSpecial", GoesOn(), Caught},
+             CaughtWhileListing},
+            {"OpenAccount", NoSuchFailure(), CaughtWhileListing},
+            {"GetType", NoSuchFailure(), CaughtWhileListing},
+            {"GetIsSubAccnt", GoesOn(), CaughtWhileListing},
+            {"IsSpecial", GoesOn(), CaughtWhileListing},
             TypeSwitch("Expense", "15 ")};
   return {
       {"ListingTheUnusedAccounts", "MultiEntityDriver::GetAccountsList",

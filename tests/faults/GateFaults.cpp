@@ -6,15 +6,11 @@ namespace faults {
 
 namespace {
 
-const std::string kRightAnswered = Notice("MULTIENTITY::Exiting MultiEntityDriver::HasMEPermission");
-
 std::function<std::string(Company&)> Ask(MEPermissionType permission, ProgramFeature feature) {
   return [=](Company& /*company*/) {
     return Text(MultiEntityDriver::HasMEPermission(permission, feature));
   };
 }
-
-void Nothing(Company& /*company*/) {}
 
 void AsAccountant(Company& company) {
   company.accountant = 1;

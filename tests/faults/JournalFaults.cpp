@@ -7,7 +7,7 @@ namespace {
 const std::string kRecord = "MultiEntityDriver::RecordGeneralJournalEntry";
 const std::string kRemove = "MultiEntityDriver::RemoveGeneralJournalEntry";
 
-std::function<std::string(Company&)> Record(std::int32_t accountId, std::int32_t nameId, const char* requestId) {
+std::function<std::string(Company&)> Booking(std::int32_t accountId, std::int32_t nameId, const char* requestId) {
   return [=](Company& company) {
     return Text(MultiEntityDriver::RecordGeneralJournalEntry(
         "9130",
@@ -15,8 +15,6 @@ std::function<std::string(Company&)> Record(std::int32_t accountId, std::int32_t
         "99.50", requestId, {.name = "Airline", .nameId = nameId}, company.results.txnId));
   };
 }
-
-void Nothing(Company& /*company*/) {}
 
 // The store declines a second row for a line, which is when the booking is undone.
 void TakeTheNextLine(Company& company) {
@@ -72,13 +70,13 @@ std::vector<Scenario> JournalScenarios() {
 
   return {
       {"RecordingAnEntryOnAnAccountAndANameThatExist", "MultiEntityDriver::RecordGeneralJournalEntry", Nothing,
-       Record(15, 33, "new-request"), record},
+       Booking(15, 33, "new-request"), record},
       {"RecordingAnEntryOnANewAccountAndANewName", "MultiEntityDriver::RecordGeneralJournalEntry", Nothing,
-       Record(-1, -1, "new-request"), record},
+       Booking(-1, -1, "new-request"), record},
       {"RecordingAnEntryUnderARequestIdThatDoesNotFit", "MultiEntityDriver::RecordGeneralJournalEntry", Nothing,
-       Record(15, 33, "7777777777777777777777777777777777777"), record},
+       Booking(15, 33, "7777777777777777777777777777777777777"), record},
       {"RecordingAnEntryWhoseRowIsDeclined", "MultiEntityDriver::RecordGeneralJournalEntry", TakeTheNextLine,
-       Record(15, 33, "new-request"), undo},
+       Booking(15, 33, "new-request"), undo},
       {"RemovingAnEntry",
        "MultiEntityDriver::RemoveGeneralJournalEntry",
        Nothing,

@@ -5,9 +5,6 @@ namespace faults {
 namespace {
 
 const std::string kList = "MultiEntityDriver::GetListOfTxnTargetEntries";
-const std::string kRightAnswered = Notice("MULTIENTITY::Exiting MultiEntityDriver::HasMEPermission");
-
-void Nothing(Company& /*company*/) {}
 
 void WithManyCurrencies(Company& company) {
   company.host.preferences.multiCurrency = true;

@@ -5,8 +5,6 @@ namespace faults {
 
 namespace {
 
-void Nothing(Company& /*company*/) {}
-
 std::string GenericException(const std::string& operation) {
   return Error("MULTIENTITY_ERROR::Exiting MultiEntityDriver::" + operation + ", due to generic exception");
 }

@@ -8,8 +8,6 @@ Table Gate(const std::string& nameInTheNote) {
   return FeatureGate("2", "MULTIENTITY: " + nameInTheNote + " :Feature is disabled");
 }
 
-void Nothing(Company& /*company*/) {}
-
 MEAccountInfo InRole(std::int32_t accountId, MEAccountRole role) {
   return {.name = {}, .type = 0, .accountId = accountId, .role = role};
 }

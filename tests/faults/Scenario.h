@@ -56,8 +56,14 @@ struct Scenario {
   Table table;
 };
 
+// For an operation that needs no more than the company.
+inline void Nothing(Company& /*company*/) {}
+
 // A check with an intercompany row, and a line for what it pays.
 void AddACheck(Company& company);
+
+// What the log says once the question for the right has been answered.
+inline const std::string kRightAnswered = Notice("MULTIENTITY::Exiting MultiEntityDriver::HasMEPermission");
 
 std::string Text(bool answer);
 std::string Text(MEStatusCode status);

@@ -13,8 +13,6 @@ const std::string kDateNotFetched =
     Trace("MULTIENTITY::GetNextSchedulerTimeFromPrefDb: Unable to fetch next launch date from pref db");
 const std::string kStarting = Notice("MULTIENTITY::StartTimer: Entering function");
 
-void Nothing(Company& /*company*/) {}
-
 void RememberToday(Company& company) {
   company.host.databasePreferences.values["MEPromptLaunchDate"] = "20240303";
 }

@@ -5,8 +5,6 @@ namespace faults {
 
 namespace {
 
-void Nothing(Company& /*company*/) {}
-
 std::function<std::string(Company&)> UpdateByRequest(const char* requestId, MEState state) {
   return [=](Company& /*company*/) {
     return Text(MultiEntityDriver::UpdateTransactionWithState("9130", requestId, state));

@@ -18,6 +18,7 @@ CONFIGURATION = (
     "-DCMAKE_CXX_FLAGS_DEBUG=",
     "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
     "-DMULTIENTITY_BUILD_STANDALONE=OFF",
+    "-DMULTIENTITY_UNITE_TESTS=ON",
 )
 # A case takes milliseconds; one that takes this long has lost its way.
 SECONDS_PER_CASE = 20

@@ -8,10 +8,6 @@
 
 namespace {
 
-EdListStatus Failed(const ScriptedFailure& failure) {
-  return static_cast<EdListStatus>(failure.code.value_or(kEdListFailure));
-}
-
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }

@@ -10,10 +10,6 @@ namespace {
 
 constexpr AccountListHandle kAccountList{77};
 
-EdListStatus Failed(const ScriptedFailure& failure) {
-  return static_cast<EdListStatus>(failure.code.value_or(kEdListFailure));
-}
-
 std::string Folded(std::string_view text) {
   std::string folded(text);
   std::ranges::transform(folded, folded.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

@@ -12,6 +12,10 @@
 #include "support/CallScript.h"
 #include "support/OpenObjects.h"
 
+inline EdListStatus Failed(const ScriptedFailure& failure) {
+  return static_cast<EdListStatus>(failure.code.value_or(kEdListFailure));
+}
+
 // A full name such as " Travel : Flights" as it is stored, Travel:Flights. Nothing for a text that is no name: a part
 // of it is empty or holds a control character.
 std::optional<std::string> StoredFullName(std::string_view text);

@@ -49,15 +49,19 @@ install_missing() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+configure() {
+  cmake --preset "$1" >"build/$1.configure.log" 2>&1 || {
+    cat "build/$1.configure.log" >&2
+    printf 'The %s build could not be configured.\n' "$1" >&2
+    return 1
+  }
+}
+
 # Configures and builds one preset; $2 and the rest name targets.
 build() {
   local preset=$1
   shift
-  cmake --preset "$preset" >"build/$preset.configure.log" 2>&1 || {
-    cat "build/$preset.configure.log" >&2
-    printf 'The %s build could not be configured.\n' "$preset" >&2
-    return 1
-  }
+  configure "$preset" || return
   cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"}
 }
 

@@ -2,16 +2,9 @@
 
 #include "standalone/books/AccountTable.h"
 #include "standalone/books/SettingsTable.h"
+#include "standalone/desk/work/Texts.h"
 
 namespace desk {
-
-namespace {
-
-std::string TextOf(const Util::TString& text) {
-  return std::string(text.view());
-}
-
-}  // namespace
 
 LineReader::LineReader(Work& work) : work_(work), currency_(work.Host().Settings().Get().homeCurrency) {}
 

@@ -9,16 +9,13 @@
 #include "standalone/books/RowFields.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/work/Texts.h"
 #include "standalone/desk/work/Work.h"
 #include "standalone/values/Amount.h"
 
 namespace desk {
 
 namespace {
-
-std::string TextOf(const Util::TString& value) {
-  return std::string(value.view());
-}
 
 // The amounts as they are kept. The module lists the rows in their order, but those that the user may not see, and
 // writes an amount anew.

@@ -5,6 +5,7 @@
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/AccountTable.h"
+#include "standalone/desk/work/Texts.h"
 
 namespace desk {
 
@@ -12,7 +13,7 @@ namespace {
 
 std::optional<ListItem> AccountOf(Work& work, std::int32_t id) {
   if (id == 0) return std::nullopt;
-  return ListItem{.id = id, .name = std::string(work.Host().Accounts().FullNameOf(id).view())};
+  return ListItem{.id = id, .name = TextOf(work.Host().Accounts().FullNameOf(id))};
 }
 
 }  // namespace

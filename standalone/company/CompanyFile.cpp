@@ -75,6 +75,14 @@ void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
   database.Execute("PRAGMA journal_mode = WAL");
 }
 
+// What lies beside a company lies beside its file: the engine's log, the operations log, the remote switches.
+std::filesystem::path BehindItsLinks(const std::filesystem::path& path) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, error))) return path;
+  std::filesystem::path file = std::filesystem::canonical(path, error);
+  return error ? path : file;
+}
+
 }  // namespace
 
 void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& company) {
@@ -94,12 +102,12 @@ void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& co
   if (!isPublished) ThrowThere(path);
 }
 
-CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& options) : path_(path) {
+CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& options) : path_(BehindItsLinks(path)) {
   const std::size_t newest = options.schema.size();
-  const bool isOlder = RequireCompanyFileHeader(path, newest) < newest;
-  const std::filesystem::path file = isOlder ? FileToOpen(options) : path;
+  const bool isOlder = RequireCompanyFileHeader(path_, newest) < newest;
+  const std::filesystem::path file = isOlder ? FileToOpen(options) : path_;
   database_ = std::make_unique<SqliteDatabase>(file, options.busyTimeout);
-  database_->SetName(path);
+  database_->SetName(path_);
   database_->AllowCheckpointOnClose(false);
   Configure(*database_);
   RequireKnownVersion(*database_, newest);
@@ -107,7 +115,7 @@ CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& o
   database_->HoldToVersion(newest);
   database_->AllowCheckpointOnClose(true);
   if (copy_) {
-    database_->RefuseWriting("Nothing was saved. The company file " + PathText(path) +
+    database_->RefuseWriting("Nothing was saved. The company file " + PathText(path_) +
                              " is on a read-only medium. Copy it to a disk to work on it.");
   }
 }

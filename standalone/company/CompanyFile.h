@@ -49,6 +49,7 @@ class CompanyFile {
   // and units of work only read the copy. Throws CompanyFileError.
   explicit CompanyFile(const std::filesystem::path& path, const OpenOptions& options = {});
 
+  // Of the file itself, where a link led to it.
   const std::filesystem::path& Path() const noexcept { return path_; }
   SqliteDatabase& Data() noexcept { return *database_; }
 

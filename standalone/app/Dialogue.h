@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "standalone/desk/Person.h"
+#include "standalone/desk/results/Person.h"
 
 namespace CLI {
 class App;

@@ -6,7 +6,7 @@
 #include "standalone/app/Dialogue.h"
 #include "standalone/app/terminal/Output.h"
 #include "standalone/app/terminal/Screen.h"
-#include "standalone/desk/Person.h"
+#include "standalone/desk/results/Person.h"
 
 namespace app {
 

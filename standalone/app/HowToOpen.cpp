@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <utility>
-
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Text.h"
 

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "standalone/desk/json/Json.h"
 #include "standalone/values/Columns.h"
 
 namespace app {
@@ -13,11 +14,7 @@ std::string TraceText(const desk::NewLogLine& line, bool json) {
     return fmt::format("log level {} event {} {}: {}\n", line.level, line.eventType, line.shortName,
                        standalone::EscapeColumn(line.message));
   }
-  return JsonText({{"log",
-                    {{"level", line.level},
-                     {"eventType", line.eventType},
-                     {"shortName", line.shortName},
-                     {"message", line.message}}}});
+  return JsonText({{"log", desk::JsonOf(line)}});
 }
 
 void Invocation::When(CLI::App& command, Action action) {

@@ -10,13 +10,19 @@ namespace app {
 
 namespace {
 
+// A journal entry of a partner's request is called by its line's memo.
+std::string NameText(const desk::IntercompanyLine& line) {
+  if (line.type == kTxnTypeJournalEntry) return line.memo;
+  return line.name ? line.name->name : "";
+}
+
 std::vector<std::string> CellsOf(const desk::IntercompanyLine& line) {
   return {line.date ? standalone::FormatIsoDate(*line.date) : "",
           standalone::TransactionTypeName(line.type),
           std::to_string(line.txnId),
           std::to_string(line.lineId),
           line.partner,
-          line.name,
+          NameText(line),
           AccountText(line.account),
           AccountText(line.otherAccount),
           line.amount ? standalone::FormatAmount(line.amount->minorUnits) : "",

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "standalone/app/terminal/Output.h"
-#include "standalone/desk/ListItem.h"
 #include "standalone/desk/Relations.h"
 #include "standalone/desk/Transactions.h"
+#include "standalone/desk/results/ListItem.h"
 
 namespace app {
 

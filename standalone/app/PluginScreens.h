@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "standalone/desk/Person.h"
+#include "standalone/desk/results/Person.h"
 
 namespace app {
 

@@ -8,7 +8,7 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
     case Remedy::kNone:
       break;
     case Remedy::kAskAnAdministrator:
-      return "an administrator may do this, named with --user; see: multientity users list FILE";
+      return "an administrator may do this; name one with --user";
     case Remedy::kAskForTheRight:
       return "an administrator may do this, or give the right with: multientity users change FILE NAME --right ...";
     case Remedy::kAskWhoKeepsTheSwitches:

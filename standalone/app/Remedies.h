@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "standalone/desk/Refusal.h"
+#include "standalone/desk/results/Refusal.h"
 
 namespace app {
 

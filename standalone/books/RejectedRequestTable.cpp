@@ -1,10 +1,22 @@
 #include "standalone/books/RejectedRequestTable.h"
 
-#include <cstring>
-
 #include "standalone/books/RowFields.h"
 
 namespace standalone {
+
+namespace {
+
+DBMultiEntityRejectedTxnReceiver RowOf(const Rows& found) {
+  DBMultiEntityRejectedTxnReceiver row{};
+  Fill(row.requestId, found.Text(0));
+  row.txnType = found.Int32(1);
+  row.relationId = found.Int32(2);
+  Fill(row.amount, found.Text(3));
+  Fill(row.partnerTxnId, found.Text(4));
+  return row;
+}
+
+}  // namespace
 
 RejectedRequestTable::RejectedRequestTable(Database& database)
     : insert_(database, Writes::kBookings,
@@ -14,7 +26,12 @@ RejectedRequestTable::RejectedRequestTable(Database& database)
            "SELECT request_id, txn_type, relation_id, amount, partner_txn_id FROM me_rejected_transaction "
            "ORDER BY id"),
       byRequest_(database, "SELECT 1 FROM me_rejected_transaction WHERE request_id = ?1 LIMIT 1"),
-      delete_(database, Writes::kBookings, "DELETE FROM me_rejected_transaction WHERE request_id = ?1") {}
+      ofRelation_(database,
+                  "SELECT request_id, txn_type, relation_id, amount, partner_txn_id FROM me_rejected_transaction "
+                  "WHERE request_id = ?1 AND relation_id = ?2 ORDER BY id LIMIT 1"),
+      delete_(database, Writes::kBookings, "DELETE FROM me_rejected_transaction WHERE request_id = ?1"),
+      deleteOfRelation_(database, Writes::kBookings,
+                        "DELETE FROM me_rejected_transaction WHERE request_id = ?1 AND relation_id = ?2") {}
 
 void RejectedRequestTable::Add(const DBMultiEntityRejectedTxnReceiver& row) {
   insert_.Run(Field(row.requestId), row.txnType, row.relationId, Field(row.amount), Field(row.partnerTxnId));
@@ -23,15 +40,12 @@ void RejectedRequestTable::Add(const DBMultiEntityRejectedTxnReceiver& row) {
 void RejectedRequestTable::List(std::vector<DBMultiEntityRejectedTxnReceiver>& rows) {
   Rows found = all_.Query();
   rows.clear();
-  while (found.Step()) {
-    DBMultiEntityRejectedTxnReceiver& row = rows.emplace_back();
-    std::memset(&row, 0, sizeof row);
-    Fill(row.requestId, found.Text(0));
-    row.txnType = found.Int32(1);
-    row.relationId = found.Int32(2);
-    Fill(row.amount, found.Text(3));
-    Fill(row.partnerTxnId, found.Text(4));
-  }
+  while (found.Step()) rows.push_back(RowOf(found));
+}
+
+DBMultiEntityRejectedTxnReceiver RejectedRequestTable::Find(std::int32_t relationId, std::string_view requestId) {
+  Rows found = ofRelation_.Query(requestId, relationId);
+  return found.Step() ? RowOf(found) : DBMultiEntityRejectedTxnReceiver{};
 }
 
 bool RejectedRequestTable::Has(std::string_view requestId) {
@@ -40,6 +54,10 @@ bool RejectedRequestTable::Has(std::string_view requestId) {
 
 bool RejectedRequestTable::Remove(std::string_view requestId) {
   return delete_.Run(requestId) != 0;
+}
+
+bool RejectedRequestTable::Remove(std::int32_t relationId, std::string_view requestId) {
+  return deleteOfRelation_.Run(requestId, relationId) != 0;
 }
 
 }  // namespace standalone

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -8,8 +9,8 @@
 
 namespace standalone {
 
-// The partners' requests that this company has rejected, in the order in which it did. Every operation needs an open
-// unit of work; a row that the company refuses throws ConstraintViolation.
+// The bills and checks that partners have rejected, in the order in which they were saved. Every operation needs an
+// open unit of work; a row that the company refuses throws ConstraintViolation.
 class RejectedRequestTable {
  public:
   explicit RejectedRequestTable(Database& database);
@@ -17,14 +18,20 @@ class RejectedRequestTable {
   void Add(const DBMultiEntityRejectedTxnReceiver& row);
   void List(std::vector<DBMultiEntityRejectedTxnReceiver>& rows);
   bool Has(std::string_view requestId);
+  // The first row of that partner's request; blank, with the relation 0, when there is none.
+  DBMultiEntityRejectedTxnReceiver Find(std::int32_t relationId, std::string_view requestId);
   // False when there is none.
   bool Remove(std::string_view requestId);
+  // Those of one partner only.
+  bool Remove(std::int32_t relationId, std::string_view requestId);
 
  private:
   Statement insert_;
   Statement all_;
   Statement byRequest_;
+  Statement ofRelation_;
   Statement delete_;
+  Statement deleteOfRelation_;
 };
 
 }  // namespace standalone

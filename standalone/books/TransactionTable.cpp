@@ -10,6 +10,19 @@ void ReadLine(const Rows& rows, int first, LineView& line) {
   line.amount = rows.Int64(first + 4);
 }
 
+namespace {
+
+// Blank without a row.
+LineView ReadWithMemo(Rows rows) {
+  LineView line;
+  if (!rows.Step()) return line;
+  ReadLine(rows, /*first=*/0, line);
+  line.memo = rows.Text(5);
+  return line;
+}
+
+}  // namespace
+
 TransactionTable::TransactionTable(Database& database)
     : database_(database),
       insertHeader_(database, Writes::kBookings,
@@ -27,8 +40,8 @@ TransactionTable::TransactionTable(Database& database)
             "FROM txn_line JOIN txn ON txn.id = txn_id "
             "WHERE txn_line.id = ?1 AND (?2 = 0 OR txn.type = ?2)"),
       lineOf_(database,
-              "SELECT txn.type, date, name_id, account_id, amount FROM txn_line JOIN txn ON txn.id = txn_id "
-              "WHERE txn_line.id = ?1 AND txn_id = ?2"),
+              "SELECT txn.type, date, name_id, account_id, amount, txn_line.memo FROM txn_line "
+              "JOIN txn ON txn.id = txn_id WHERE txn_line.id = ?1 AND txn_id = ?2"),
       memo_(database, "SELECT memo FROM txn_line WHERE id = ?1"),
       posted_(database, "SELECT id FROM txn WHERE posted = 1 AND date BETWEEN ?1 AND ?2 ORDER BY id"),
       postedOfType_(database,
@@ -68,19 +81,11 @@ bool TransactionTable::LineExists(std::int32_t lineId, std::int32_t view) {
 }
 
 LineView TransactionTable::FindLine(std::int32_t lineId, std::int32_t view) {
-  LineView line;
-  Rows rows = line_.Query(lineId, view);
-  if (!rows.Step()) return line;
-  ReadLine(rows, /*first=*/0, line);
-  line.memo = rows.Text(5);
-  return line;
+  return ReadWithMemo(line_.Query(lineId, view));
 }
 
 LineView TransactionTable::FindLineOf(std::int32_t txnId, std::int32_t lineId) {
-  LineView line;
-  Rows rows = lineOf_.Query(lineId, txnId);
-  if (rows.Step()) ReadLine(rows, /*first=*/0, line);
-  return line;
+  return ReadWithMemo(lineOf_.Query(lineId, txnId));
 }
 
 Util::TString TransactionTable::MemoOf(std::int32_t lineId) {

@@ -71,7 +71,7 @@ class TransactionTable {
   bool LineExists(std::int32_t lineId, std::int32_t view);
   // Blank when there is no such line.
   LineView FindLine(std::int32_t lineId, std::int32_t view);
-  // The line if it is one of that transaction; without its memo.
+  // The same if it is a line of that transaction.
   LineView FindLineOf(std::int32_t txnId, std::int32_t lineId);
   // Empty when there is no such line.
   Util::TString MemoOf(std::int32_t lineId);

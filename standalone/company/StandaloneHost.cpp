@@ -36,8 +36,8 @@ struct StandaloneHost::Parts {
         file(companyFile, options.file),
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),
-        log(CompanyFile::LogPath(companyFile), user.name, options.log, clock),
-        remote(CompanyFile::RemotePath(companyFile), file.Data()),
+        log(CompanyFile::LogPath(file.Path()), user.name, options.log, clock),
+        remote(CompanyFile::RemotePath(file.Path()), file.Data()),
         messages(file.Data(), std::move(options.answerer)),
         application(file.Data(), log, std::move(options.commandRunner)),
         events(
@@ -188,6 +188,10 @@ OperationsLog& StandaloneHost::Log() noexcept {
 
 void StandaloneHost::SetRemovalUnderWay(std::function<bool()> predicate) {
   parts_->journal.SetRemovalUnderWay(std::move(predicate));
+}
+
+void StandaloneHost::DeleteRejectedOf(std::optional<std::int32_t> relationId) noexcept {
+  parts_->multiEntity.DeleteRejectedOf(relationId);
 }
 
 StandaloneHost::LoggedUnit::~LoggedUnit() {

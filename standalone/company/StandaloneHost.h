@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -57,11 +58,11 @@ class StandaloneHost {
   const HostServices& Services() const noexcept;
 
   // Runs `operation` as one unit of work and returns what it returns. The unit is taken back when the operation throws
-  // or answers a status of the module other than success, so that a refusal leaves nothing behind; otherwise it is
-  // committed. UnitOfWorkError when the unit cannot begin or be committed, or when the engine failed in one that is
-  // taken back. Units do not nest; questions and commands are put outside of the one that is open, after what was done
-  // so far has been committed. The log's lines are in its file by then, too, unless units follow each other in quick
-  // succession.
+  // and, if it might have written, when it answers a status of the module other than success, so that a refusal leaves
+  // nothing behind; otherwise it is committed. UnitOfWorkError when the unit cannot begin or be committed, or when the
+  // engine failed in one that is taken back. Units do not nest; questions and commands are put outside of the one that
+  // is open, after what was done so far has been committed. The log's lines are in its file by then, too, unless units
+  // follow each other in quick succession.
   template <typename Operation>
   auto Request(Access access, Operation&& operation) {
     const LoggedUnit loggedUnit(*this);
@@ -111,6 +112,9 @@ class StandaloneHost {
     std::function<void()> onDue;
   };
   void SetTimerObserver(TimerObserver observer);
+
+  // Whose rejected transactions the module deletes, by the relation with the partner; everybody's without one.
+  void DeleteRejectedOf(std::optional<std::int32_t> relationId) noexcept;
 
   // Answers whether the module is just removing a journal entry, which alone may delete one that carries an
   // intercompany row. Without a predicate nobody may.

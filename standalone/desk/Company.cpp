@@ -1,13 +1,17 @@
 #include "standalone/desk/Company.h"
 
+#include <string_view>
 #include <utility>
 
+#include "standalone/books/UserTable.h"
 #include "standalone/company/CompanyFile.h"
 #include "standalone/desk/work/OpenCompany.h"
 
 namespace desk {
 
 namespace {
+
+static_assert(std::string_view(kFirstUser) == standalone::kAdministratorName);
 
 Opening OpeningOf(const standalone::Opening& done) {
   Opening opening{.broughtForward = {}, .readsACopy = done.readsACopy};

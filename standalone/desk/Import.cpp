@@ -24,8 +24,8 @@ auto ImportOf(Importable what) noexcept {
 
 Imported Import(Company& company, Importable what, const std::filesystem::path& csv, const Progress& progress) {
   Work work(company.Opened(), UseCase::kImport);
-  work.RequireAdministrator("an import");
-  const standalone::ImportResult result = ImportOf(what)(work.Host(), csv, progress);
+  const standalone::ImportResult result =
+      work.WriteAsAdministrator("an import", [&] { return ImportOf(what)(work.Host(), csv, progress); });
   return {.rows = result.rows,
           .accounts = result.accounts,
           .names = result.names,

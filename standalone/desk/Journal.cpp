@@ -3,8 +3,11 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Enumerations.h"
 #include "standalone/books/AccountTable.h"
+#include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/NameTable.h"
+#include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/work/LineReader.h"
 #include "standalone/desk/work/Work.h"
 #include "standalone/values/Amount.h"
 
@@ -42,9 +45,17 @@ MECNameInfo NameOf(Work& work, const EntryToRecord& entry) {
   return {.name = std::string_view(name.fullName), .nameId = name.id};
 }
 
+// The module tells of one that does not exist.
+void RequireIntercompanyEntry(Work& work, std::int32_t txnId) {
+  const std::optional<standalone::TransactionHeader> header = work.Host().Transactions().FindHeader(txnId);
+  if (!header || (header->type == kTxnTypeJournalEntry && work.Host().Intercompany().HasAnyOf(txnId))) return;
+  work.Refuse("transaction " + std::to_string(txnId) + " is no journal entry of a partner's request",
+              Remedy::kSeeJournalEntries);
+}
+
 }  // namespace
 
-std::uint32_t RecordJournalEntry(Company& company, const EntryToRecord& entry) {
+std::int32_t RecordJournalEntry(Company& company, const EntryToRecord& entry) {
   Work work(company.Opened(), UseCase::kRecordJournalEntry);
   const std::string amount = standalone::FormatAmount(entry.amount.MinorUnits());
   std::uint32_t txnId = 0;
@@ -56,12 +67,19 @@ std::uint32_t RecordJournalEntry(Company& company, const EntryToRecord& entry) {
                                                         std::string_view(amount),
                                                         std::string_view(entry.request.Text()), name, txnId);
   });
-  return txnId;
+  return static_cast<std::int32_t>(txnId);
 }
 
-void RemoveJournalEntry(Company& company, std::uint32_t txnId) {
+std::vector<IntercompanyLine> RemoveJournalEntry(Company& company, std::int32_t txnId) {
   Work work(company.Opened(), UseCase::kRemoveJournalEntry);
-  work.AskToWrite([&] { return MultiEntityDriver::RemoveGeneralJournalEntry(txnId); });
+  std::vector<IntercompanyLine> removed;
+  work.AskToWrite([&] {
+    work.RequireRight({kFeatureJournalEntries, kActionDelete});
+    RequireIntercompanyEntry(work, txnId);
+    removed = LineReader(work).LinesOfEntry(txnId);
+    return MultiEntityDriver::RemoveGeneralJournalEntry(static_cast<std::uint32_t>(txnId));
+  });
+  return removed;
 }
 
 }  // namespace desk

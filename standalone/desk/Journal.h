@@ -4,7 +4,9 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
+#include "standalone/desk/Transactions.h"
 #include "standalone/values/CheckedText.h"
 #include "standalone/values/ListNames.h"
 #include "standalone/values/Money.h"
@@ -37,9 +39,10 @@ struct EntryToRecord {
 };
 
 // Returns the journal entry's transaction id. Needs the right journal:create.
-std::uint32_t RecordJournalEntry(Company& company, const EntryToRecord& entry);
+std::int32_t RecordJournalEntry(Company& company, const EntryToRecord& entry);
 
-// With its intercompany rows.
-void RemoveJournalEntry(Company& company, std::uint32_t txnId);
+// Removes a journal entry that belongs to a partner's request, and returns what was removed. Needs the right
+// journal:delete.
+std::vector<IntercompanyLine> RemoveJournalEntry(Company& company, std::int32_t txnId);
 
 }  // namespace desk

@@ -4,8 +4,8 @@
 
 #include "MultiEntity/MultiEntityScheduler.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/PersonAtWork.h"
 #include "standalone/desk/work/LocalTimes.h"
+#include "standalone/desk/work/PersonAtWork.h"
 #include "standalone/desk/work/Work.h"
 
 namespace desk {

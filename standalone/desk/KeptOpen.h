@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-#include "standalone/desk/Person.h"
+#include "standalone/desk/results/Person.h"
 #include "standalone/values/Dates.h"
 
 namespace desk {

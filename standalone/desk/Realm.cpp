@@ -7,16 +7,25 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Preferences.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/PersonAtWork.h"
+#include "standalone/desk/work/PersonAtWork.h"
 #include "standalone/desk/work/Work.h"
 
 namespace desk {
 
 namespace {
 
+constexpr const char* kChangeOfRealm = "a change of the realm id";
+
 // Asked of the file itself, as the module's own question would have a file without a realm id remember one.
 std::optional<std::string> Remembered(Work& work) {
   return work.Host().Preferences().Find(kRealmIdPreference);
+}
+
+RealmOutcome OutcomeOf(const RealmCheck& check, const std::optional<standalone::RealmId>& realm) {
+  if (!realm) return RealmOutcome::kNoRealm;
+  if (check.blocked) return RealmOutcome::kReset;
+  if (check.after != realm->Text()) return RealmOutcome::kNotChecked;
+  return check.before ? RealmOutcome::kUnchanged : RealmOutcome::kRememberedNow;
 }
 
 template <typename Operation>
@@ -38,11 +47,10 @@ std::optional<std::string> RememberedRealm(Company& company) {
 void RememberRealm(Company& company, const standalone::RealmId& realm) {
   Work work(company.Opened(), UseCase::kChangeRealm);
   std::string text = realm.Text();
-  const bool isStored = work.WriteAsAdministrator("a change of the realm id",
-                                                  [&] { return MultiEntityDriver::SetMECacheRealmId(text.data()); });
-  if (!isStored) {
+  work.WriteAsAdministrator(kChangeOfRealm, [&] {
+    if (MultiEntityDriver::SetMECacheRealmId(text.data())) return;
     throw std::runtime_error("the realm id " + realm.Text() + " could not be stored in the company file");
-  }
+  });
 }
 
 RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>& realm, const Person& person) {
@@ -54,6 +62,8 @@ RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>
       check.before = Remembered(work);
       check.blocked = MultiEntityDriver::BlockUserIfRealmReset(reported);
       check.after = Remembered(work);
+      if (check.after != check.before) work.RequireAdministrator(kChangeOfRealm);
+      check.outcome = OutcomeOf(check, realm);
       return check;
     });
   });

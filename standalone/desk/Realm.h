@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "standalone/desk/Person.h"
+#include "standalone/desk/results/Person.h"
 #include "standalone/values/CheckedText.h"
 
 namespace desk {
@@ -16,14 +16,24 @@ std::optional<std::string> RememberedRealm(Company& company);
 // For administrators. std::runtime_error when it cannot be stored.
 void RememberRealm(Company& company, const standalone::RealmId& realm);
 
+enum class RealmOutcome {
+  kNoRealm,  // the company reports none; blocked
+  kReset,    // another one than is remembered; blocked
+  kUnchanged,
+  kRememberedNow,  // none was
+  kNotChecked,     // the check is switched off, or what is remembered could be neither read nor given
+};
+
 struct RealmCheck {
   bool blocked = false;  // intercompany work must not go on
+  RealmOutcome outcome = RealmOutcome::kNotChecked;
   std::optional<std::string> before;
   std::optional<std::string> after;
 };
 
 // Checks the realm id that the company reports now, none when it reports none, against the remembered one; a company
-// that remembers none is given this one. May ask the person, and throws what the person's answer throws.
+// that remembers none is given this one, which is for administrators. May ask the person, and throws what the person's
+// answer throws.
 RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>& realm, const Person& person);
 
 // Whether the plug-in may be opened as it was asked for. False when no relation is established and the person took the

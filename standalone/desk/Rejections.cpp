@@ -12,6 +12,7 @@
 #include "standalone/desk/work/Texts.h"
 #include "standalone/desk/work/Work.h"
 #include "standalone/values/Amount.h"
+#include "standalone/values/Text.h"
 
 namespace desk {
 
@@ -54,6 +55,32 @@ Rejection RejectionOf(const MERejectedTxnInfo& listed, std::string writtenAmount
   return rejection;
 }
 
+std::int32_t RequireRelation(Work& work, const standalone::RealmId& realm) {
+  DBMultiEntityRelation relation{};
+  if (work.Host().Relations().Find(realm.Text(), relation)) return relation.relationId;
+  work.Refuse("there is no relation with the partner " + standalone::Quoted(realm.Text()), Remedy::kSeeRelations);
+}
+
+// The module tells of one that does not exist.
+void RequireRightFor(Work& work, const DBMultiEntityRejectedTxnReceiver& row) {
+  if (row.relationId == 0) return;
+  work.RequireRight({row.txnType == kTxnTypeBill ? kFeatureBills : kFeatureChecks, kActionView});
+}
+
+// Names the partner to the store as long as it lives.
+class OnlyOf {
+ public:
+  OnlyOf(standalone::StandaloneHost& host, std::int32_t relationId) noexcept : host_(host) {
+    host_.DeleteRejectedOf(relationId);
+  }
+  OnlyOf(const OnlyOf&) = delete;
+  OnlyOf& operator=(const OnlyOf&) = delete;
+  ~OnlyOf() { host_.DeleteRejectedOf(std::nullopt); }
+
+ private:
+  standalone::StandaloneHost& host_;
+};
+
 }  // namespace
 
 void SaveRejection(Company& company, const RejectionToSave& rejection) {
@@ -85,9 +112,14 @@ std::vector<Rejection> ListRejections(Company& company) {
   return rejections;
 }
 
-void DeleteRejection(Company& company, const standalone::RequestId& request) {
+void DeleteRejection(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request) {
   Work work(company.Opened(), UseCase::kDeleteRejection);
-  work.AskToWrite([&] { return MultiEntityDriver::DeleteRejectedTransaction(std::string_view(request.Text())); });
+  work.AskToWrite([&] {
+    const std::int32_t relationId = RequireRelation(work, realm);
+    RequireRightFor(work, work.Host().Rejected().Find(relationId, request.Text()));
+    const OnlyOf only(work.Host(), relationId);
+    return MultiEntityDriver::DeleteRejectedTransaction(std::string_view(request.Text()));
+  });
 }
 
 }  // namespace desk

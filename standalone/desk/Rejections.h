@@ -34,9 +34,11 @@ struct Rejection {
   std::string partnerTxnId;
 };
 
+// Needs the right to view transactions of that type, as the module asks for it.
 void SaveRejection(Company& company, const RejectionToSave& rejection);
 // In the order in which they were saved, as far as the user may see them.
 std::vector<Rejection> ListRejections(Company& company);
-void DeleteRejection(Company& company, const standalone::RequestId& request);
+// Of that partner only, whatever others call by the same request id. Needs the right to view transactions of its type.
+void DeleteRejection(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request);
 
 }  // namespace desk

@@ -3,7 +3,7 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/AccountTable.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/RelationRows.h"
+#include "standalone/desk/work/RelationRows.h"
 #include "standalone/desk/work/Work.h"
 
 namespace desk {

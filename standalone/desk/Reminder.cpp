@@ -16,6 +16,8 @@ namespace desk {
 
 namespace {
 
+// The module answers only by arming a timer or not; this explains it. A test holds both against each other, for all of
+// what counts.
 std::optional<NoReminder> ObstacleFor(Work& work) {
   if (!MultiEntityDriver::IsFeatureEnabled(MESupportCheckMultiEntity, MEKillSwitchGlobal)) {
     return NoReminder::kFeatureIsOff;
@@ -47,13 +49,12 @@ ReminderTiming TimingOf(Work& work, DateType32 launchDay) {
   return timing;
 }
 
-// The module raises an error when the day that the file remembers cannot be read as one; then no reminder comes.
-void FillTiming(Work& work, Reminder& reminder) {
+// None when what the file remembers cannot be read as a day; the module raises an error then and arms no timer.
+std::optional<DateType32> LaunchDay() {
   try {
-    reminder.launchDay = MESchedulerUtil::GetNextSchedulerTimeFromPrefDb();
-    if (!reminder.obstacle) reminder.timing = TimingOf(work, *reminder.launchDay);
+    return MESchedulerUtil::GetNextSchedulerTimeFromPrefDb();
   } catch (const std::logic_error&) {
-    if (!reminder.obstacle) reminder.obstacle = NoReminder::kRememberedDayIsNone;
+    return std::nullopt;
   }
 }
 
@@ -65,7 +66,13 @@ Reminder ShowReminder(Company& company) {
     Reminder reminder;
     reminder.rememberedDay = work.Host().Preferences().Find(kLaunchDatePreference);
     reminder.obstacle = ObstacleFor(work);
-    FillTiming(work, reminder);
+    reminder.launchDay = LaunchDay();
+    if (reminder.obstacle) return reminder;
+    if (reminder.launchDay) {
+      reminder.timing = TimingOf(work, *reminder.launchDay);
+    } else {
+      reminder.obstacle = NoReminder::kRememberedDayIsNone;
+    }
     return reminder;
   });
 }

@@ -20,7 +20,10 @@ Settings SettingsOf(const standalone::Settings& settings) {
 
 Settings ReadSettings(Company& company) {
   Work work(company.Opened(), UseCase::kReadSettings);
-  return work.Read([&] { return SettingsOf(work.Host().Settings().Get()); });
+  return work.Read([&] {
+    work.RequireAdministratorOrAccountant("the settings");
+    return SettingsOf(work.Host().Settings().Get());
+  });
 }
 
 Settings ChangeSetting(Company& company, std::string_view setting, std::string_view value) {

@@ -15,6 +15,7 @@ struct Settings {
   bool accountantsCopy = false;
 };
 
+// For administrators and accountants.
 Settings ReadSettings(Company& company);
 
 // For administrators. `setting` is "company-name", "home-currency", "multi-currency", "sample-file" or

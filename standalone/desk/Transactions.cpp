@@ -2,7 +2,7 @@
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/LineReader.h"
+#include "standalone/desk/work/LineReader.h"
 #include "standalone/desk/work/Work.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Errors.h"
@@ -42,6 +42,17 @@ std::vector<IntercompanyLine> ListIntercompanyLines(Company& company, const Peri
   return List(company, [&period](std::vector<METxnInfo>& listed) {
     return MultiEntityDriver::GetListOfTxnTargetEntries(listed, period.From(), period.To());
   });
+}
+
+std::vector<std::int16_t> TypesNotShown(Company& company) {
+  Work work(company.Opened(), UseCase::kListTransactions);
+  std::vector<std::int16_t> types;
+  work.Read([&] {
+    if (!work.HasRight({kFeatureBills, kActionView})) types.push_back(kTxnTypeBill);
+    if (!work.HasRight({kFeatureChecks, kActionView})) types.push_back(kTxnTypeCheck);
+    if (!work.HasRight({kFeatureJournalEntries, kActionView})) types.push_back(kTxnTypeJournalEntry);
+  });
+  return types;
 }
 
 void SetState(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request,

@@ -46,6 +46,7 @@ std::vector<User> ListUsers(Company& company) {
   Work work(company.Opened(), UseCase::kListUsers);
   std::vector<User> users;
   work.Read([&] {
+    work.RequireAdministratorOrAccountant("the users");
     for (const standalone::User& user : work.Host().Users().List()) users.push_back(UserOf(user));
   });
   return users;

@@ -20,6 +20,7 @@ struct User {
   std::vector<standalone::Right> rights;
 };
 
+// For administrators and accountants.
 std::vector<User> ListUsers(Company& company);
 
 // For administrators. standalone::InvalidInput for a name that is taken, not known or no name, and for a change that

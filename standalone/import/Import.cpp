@@ -48,6 +48,15 @@ void At(const CsvReader& rows, std::uint64_t line, Work&& work) {
   }
 }
 
+template <typename Work>
+void InWritingUnit(StandaloneHost& host, Work&& work) {
+  if (host.Data().InUnit()) {
+    std::forward<Work>(work)();
+  } else {
+    host.Request(Access::kWrite, std::forward<Work>(work));
+  }
+}
+
 // Hands each row to `take` and calls `finish` after the last one, all in one unit of work.
 template <typename Take, typename Finish>
 void ImportRows(StandaloneHost& host, CsvReader& rows, ImportResult& result, const ImportProgress& progress,
@@ -55,7 +64,7 @@ void ImportRows(StandaloneHost& host, CsvReader& rows, ImportResult& result, con
   const auto report = [&] {
     if (progress) progress(rows.BytesRead(), rows.BytesTotal());
   };
-  host.Request(Access::kWrite, [&] {
+  InWritingUnit(host, [&] {
     while (rows.NextRow()) {
       At(rows, rows.Line(), take);
       ++result.rows;

@@ -21,9 +21,9 @@ struct ImportResult {
 };
 
 // Imports from CSV: UTF-8 with or without a byte order mark, a header row with the columns below in any order, fields
-// in double quotes where they hold commas, quotes (doubled) or line breaks. Each import is one unit of work of its own:
-// a bad row, named with file, line and reason by InvalidInput, leaves the company file as it was. A file that cannot be
-// read is InvalidInput too.
+// in double quotes where they hold commas, quotes (doubled) or line breaks. Each import is one unit of work, that which
+// is open or one of its own: a bad row, named with file, line and reason by InvalidInput, leaves the company file as it
+// was. A file that cannot be read is InvalidInput too.
 //
 // Accounts: name (colon-separated; parents come before their sub-accounts), type (a name such as "Bank", or a number),
 // and optionally special (a number) and deleted (yes or no).

@@ -117,7 +117,9 @@ Util::Status MultiEntityStore::GetAllRejectedTransaction(std::vector<DBMultiEnti
 }
 
 Util::Status MultiEntityStore::DeleteRejectedTransaction(Util::TString requestId) {
-  return AsStatus([&] { return Found(rejected_.Remove(requestId.view())); });
+  return AsStatus([&] {
+    return Found(rejectedOf_ ? rejected_.Remove(*rejectedOf_, requestId.view()) : rejected_.Remove(requestId.view()));
+  });
 }
 
 std::int64_t MultiEntityStore::MillisecondsNow() {

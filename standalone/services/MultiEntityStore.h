@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "MultiEntityHost/MultiEntityDBManager.h"
 #include "platform/Clock.h"
 #include "standalone/books/IntercompanyTable.h"
@@ -42,6 +45,10 @@ class MultiEntityStore final : public MultiEntityDBManager {
   Util::Status DeleteRejectedTransaction(Util::TString requestId) override;
   bool HasAnyMatchingRejectedTransaction(Util::TString requestId) override;
 
+  // The operation that deletes a rejected transaction takes its request id and no partner. While one is named here it
+  // deletes that partner's only.
+  void DeleteRejectedOf(std::optional<std::int32_t> relationId) noexcept { rejectedOf_ = relationId; }
+
  private:
   std::int64_t MillisecondsNow();
 
@@ -49,6 +56,7 @@ class MultiEntityStore final : public MultiEntityDBManager {
   IntercompanyTable& intercompany_;
   RejectedRequestTable& rejected_;
   platform::Clock& clock_;
+  std::optional<std::int32_t> rejectedOf_;
 };
 
 }  // namespace standalone

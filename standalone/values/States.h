@@ -8,7 +8,7 @@ namespace standalone {
 
 // The states that have names; a company keeps every other number of 16 bits as it is, too.
 enum class RelationState : std::int16_t { kPending = 1, kEstablished = 3, kWithoutAccounts = 4, kDeactivated = 5 };
-// Of an intercompany transaction. Rejected is what a partner's request is that this company has rejected.
+// Of an intercompany transaction. Rejected transactions are those that a partner has rejected.
 enum class TransactionState : std::int16_t { kPending = 1, kEstablished = 3, kRejected = 4, kDeactivated = 5 };
 
 // "pending", "established", "without-accounts", "rejected", "deactivated"; "state 2" for a number without a name.

@@ -36,8 +36,8 @@ TEST_F(Books, ARealmOfTwentyCharactersIsNotRemembered) {
 TEST_F(Books, TheFirstCheckHasTheFileRememberTheRealm) {
   const Json answer = Answer({"realm", "check", kFile, "--realm", "9130"});
 
-  EXPECT_EQ(answer, Json::parse(R"({"blocked":false,"realm":"9130","rememberedBefore":null,"remembered":"9130",
-                                    "events":[]})"));
+  EXPECT_EQ(answer, Json::parse(R"({"blocked":false,"outcome":"remembered-now","realm":"9130",
+                                    "rememberedBefore":null,"remembered":"9130","events":[]})"));
   EXPECT_EQ(Answer({"realm", "show", kFile}).at("remembered"), "9130");
 }
 

@@ -50,13 +50,15 @@ TEST_F(Books, ADeletedRejectionIsGone) {
   RelateBirch();
   Done(kSave);
 
-  Done({"rejected", "delete", kFile, "--request", "request-1"});
+  Done({"rejected", "delete", kFile, "--realm", "1001", "--request", "request-1"});
 
   EXPECT_EQ(Answer({"rejected", "list", kFile}).at("rejected"), Json::array());
 }
 
 TEST_F(Books, ARejectionThatIsNotThereIsNotDeleted) {
-  const Json error = ErrorOf({"rejected", "delete", kFile, "--request", "request-1"});
+  RelateBirch();
+
+  const Json error = ErrorOf({"rejected", "delete", kFile, "--realm", "1001", "--request", "request-1"});
 
   EXPECT_EQ(error.at("exit"), 1);
   EXPECT_EQ(error.at("status"), 0);

@@ -47,7 +47,7 @@ TEST_F(March, ABillIsListedWithItsAccountNameAmountAndDate) {
   EXPECT_EQ(bill.at("type"), "bill");
   EXPECT_EQ(bill.at("typeNumber"), 9);
   EXPECT_EQ(bill.at("date"), "2024-03-01");
-  EXPECT_EQ(bill.at("name"), "Northern Power");
+  EXPECT_EQ(bill.at("name").at("name"), "Northern Power");
   EXPECT_EQ(bill.at("account"),
             Json::parse(R"({"id":)" + std::to_string(AccountId("Due from Birch")) + R"(,"name":"Due from Birch"})"));
   EXPECT_EQ(bill.at("otherAccount"), nullptr);

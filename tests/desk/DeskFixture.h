@@ -16,13 +16,13 @@
 #include "standalone/desk/Journal.h"
 #include "standalone/desk/Names.h"
 #include "standalone/desk/Realm.h"
-#include "standalone/desk/Refusal.h"
 #include "standalone/desk/Rejections.h"
 #include "standalone/desk/Relations.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Transactions.h"
 #include "standalone/desk/Users.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/desk/results/Refusal.h"
 #include "tests/company/CompanyFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -118,14 +118,28 @@ class DeskFixture : public testing::Test {
   // All that the company keeps, as another program reads it.
   std::string Everything() {
     standalone::StandaloneHost other(path_);
-    std::string text = Accounts() + Names() + JsonOf(ListUsers(*company_)).dump(1) +
-                       JsonOf(ReadSettings(*company_)).dump(1) + RememberedRealm(*company_).value_or("no realm");
+    std::string text =
+        Accounts() + Names() + UsersAndSettingsOf(other) + RememberedRealm(*company_).value_or("no realm");
     for (const char* const count :
          {"SELECT count(*) FROM txn", "SELECT count(*) FROM txn_line", "SELECT count(*) FROM me_transaction",
           "SELECT count(*) FROM me_relation", "SELECT count(*) FROM me_rejected_transaction"}) {
       text += std::string("\n") + count + ": " + std::to_string(standalone::Count(other, count));
     }
     return text;
+  }
+
+  // Who may read them and who may not.
+  static std::string UsersAndSettingsOf(standalone::StandaloneHost& other) {
+    return other.Request(standalone::Access::kRead, [&] {
+      std::string text = other.Settings().Get().companyName + '\n' + other.Settings().Get().homeCurrency;
+      for (const standalone::User& user : other.Users().List()) {
+        text +=
+            '\n' + user.name + (user.administrator ? " administrator" : "") + (user.accountant ? " accountant" : "");
+        for (const auto& right : user.featureRights) text += ' ' + standalone::FeatureRightText(right);
+        for (const auto& right : user.listRights) text += ' ' + standalone::ListRightText(right);
+      }
+      return text;
+    });
   }
 
   // Another program makes somebody else the administrator in the place of the one who works here.

@@ -25,7 +25,7 @@ class TheJournal : public DeskFixture {
     return refusal;
   }
 
-  std::vector<IntercompanyLine> Lines(std::uint32_t txnId) {
+  std::vector<IntercompanyLine> Lines(std::int32_t txnId) {
     return ListIntercompanyLines(*company_, static_cast<std::int32_t>(txnId));
   }
 };
@@ -33,7 +33,7 @@ class TheJournal : public DeskFixture {
 TEST_F(TheJournal, BooksAPartnersBillToTheRelationsOwnDueToAccount) {
   RelateBirch();
 
-  const std::uint32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
 
   const std::vector<IntercompanyLine> lines = Lines(txnId);
   ASSERT_THAT(lines, SizeIs(1));
@@ -49,7 +49,7 @@ TEST_F(TheJournal, BooksToAnotherDueToAccountThatIsNamed) {
   EntryToRecord entry = Entry("request-1");
   entry.dueTo = "Due to Cedar";
 
-  const std::uint32_t txnId = RecordJournalEntry(*company_, entry);
+  const std::int32_t txnId = RecordJournalEntry(*company_, entry);
 
   EXPECT_EQ(Lines(txnId).at(0).otherAccount, (ListItem{AccountId("Due to Cedar"), "Due to Cedar"}));
 }
@@ -60,20 +60,20 @@ TEST_F(TheJournal, TakesAccountsAndNamesByRecordNumber) {
   entry.expense = Existing{std::to_string(AccountId("Utilities:Power"))};
   entry.name = Existing{std::to_string(NameId("Walker:Depot"))};
 
-  const std::uint32_t txnId = RecordJournalEntry(*company_, entry);
+  const std::int32_t txnId = RecordJournalEntry(*company_, entry);
 
   EXPECT_EQ(Lines(txnId).at(0).account, (ListItem{AccountId("Utilities:Power"), "Utilities:Power"}));
-  EXPECT_EQ(Lines(txnId).at(0).nameId, NameId("Walker:Depot"));
+  EXPECT_EQ(Lines(txnId).at(0).name->id, NameId("Walker:Depot"));
 }
 
 TEST_F(TheJournal, MakesANewAccountAndANewVendorOnTheWay) {
   RelateBirch();
 
-  const std::uint32_t txnId =
+  const std::int32_t txnId =
       RecordJournalEntry(*company_, EntryWithNew("Utilities:Water", KrEnumerations::kExpense, "Well Works"));
 
   EXPECT_EQ(Lines(txnId).at(0).account, (ListItem{AccountId("Utilities:Water"), "Utilities:Water"}));
-  EXPECT_EQ(Lines(txnId).at(0).nameId, NameId("Well Works"));
+  EXPECT_EQ(Lines(txnId).at(0).name->id, NameId("Well Works"));
   EXPECT_THAT(Names(), HasSubstr(R"("name": "Well Works",
   "kind": "vendor")"));
 }
@@ -83,7 +83,7 @@ TEST_F(TheJournal, BooksACreditOfAPartnerAsANegativeAmount) {
   EntryToRecord entry = Entry("request-1");
   entry.amount = standalone::LineAmount(-1250);
 
-  const std::uint32_t txnId = RecordJournalEntry(*company_, entry);
+  const std::int32_t txnId = RecordJournalEntry(*company_, entry);
 
   EXPECT_EQ(Lines(txnId).at(0).amount, (standalone::Money{-1250, "USD"}));
 }
@@ -181,7 +181,7 @@ TEST_F(TheJournal, IsOpenToWhoeverMayCreateEntries) {
   RelateBirch();
   OpenFor("Robin", {"journal:create", "journal:view"});
 
-  const std::uint32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
 
   EXPECT_THAT(Lines(txnId), SizeIs(1));
 }
@@ -215,7 +215,7 @@ TEST_F(TheJournal, NamesAnAccountThatIsNotThere) {
 TEST_F(TheJournal, ForgetsAnEntryThatIsRemovedWithItsIntercompanyRow) {
   RelateBirch();
   const std::string before = Everything();
-  const std::uint32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
 
   RemoveJournalEntry(*company_, txnId);
 
@@ -223,21 +223,56 @@ TEST_F(TheJournal, ForgetsAnEntryThatIsRemovedWithItsIntercompanyRow) {
   EXPECT_EQ(Everything(), before);
 }
 
-TEST_F(TheJournal, RemovesNoBill) {
+TEST_F(TheJournal, SaysWhatItRemoved) {
+  RelateBirch();
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+  const std::vector<IntercompanyLine> listed = ListIntercompanyLines(*company_, txnId);
+
+  const std::vector<IntercompanyLine> removed = RemoveJournalEntry(*company_, txnId);
+
+  EXPECT_EQ(JsonOf(removed), JsonOf(listed));
+}
+
+TEST_F(TheJournal, RemovesNothingButEntriesOfAPartnersRequest) {
   RelateBirch();
   ImportMarch();
+  Import(*company_, Importable::kTransactions,
+         Csv("transaction,type,date,name,memo,account,amount\n"
+             "O1,journal,2024-01-01,,Opening balances,Checking,900.00\n"
+             "O1,journal,,,,Payables,-900.00\n"));
   const std::string before = Everything();
 
-  const Refusal refusal = RefusalOf([&] { RemoveJournalEntry(*company_, 1); });
+  constexpr std::int32_t kBillOfMarch = 1;
+  constexpr std::int32_t kOpeningBalances = 4;
+  for (const std::int32_t txnId : {kBillOfMarch, kOpeningBalances}) {
+    const Refusal refusal = RefusalOf([&] { RemoveJournalEntry(*company_, txnId); });
 
-  EXPECT_EQ(refusal.what, UseCase::kRemoveJournalEntry);
-  EXPECT_EQ(refusal.status, 18);
-  EXPECT_EQ(refusal.remedy, Remedy::kSeeJournalEntries);
+    EXPECT_EQ(refusal.what, UseCase::kRemoveJournalEntry);
+    EXPECT_EQ(refusal.remedy, Remedy::kSeeJournalEntries);
+    EXPECT_THAT(refusal.why, HasSubstr("transaction " + std::to_string(txnId)));
+  }
   EXPECT_EQ(Everything(), before);
 }
 
-TEST_F(TheJournal, RemovesNoEntryBeyondTheNumbersOfAFile) {
-  EXPECT_EQ(RefusalOf([&] { RemoveJournalEntry(*company_, 4294967295); }).status, 18);
+TEST_F(TheJournal, RemovesEntriesForWhoMayDeleteThem) {
+  RelateBirch();
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+  OpenFor("Robin", {"journal:create", "journal:view", "journal:modify", "bills:delete"});
+  const std::string before = Everything();
+
+  const Refusal refusal = RefusalOf([&] { RemoveJournalEntry(*company_, txnId); });
+
+  EXPECT_EQ(refusal.what, UseCase::kRemoveJournalEntry);
+  EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
+  EXPECT_THAT(refusal.why, HasSubstr("journal:delete"));
+  EXPECT_EQ(Everything(), before);
+  Open();
+  OpenFor("Kim", {"journal:delete"});
+  EXPECT_THAT(RemoveJournalEntry(*company_, txnId), SizeIs(1));
+}
+
+TEST_F(TheJournal, TellsOfAnEntryThatIsNotThere) {
+  EXPECT_EQ(RefusalOf([&] { RemoveJournalEntry(*company_, 4711); }).status, 18);
 }
 
 }  // namespace

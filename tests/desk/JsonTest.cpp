@@ -38,8 +38,8 @@ IntercompanyLine ALine() {
           .date = DateType32(2026, 1, 31),
           .realm = "1001",
           .partner = "Birch",
-          .name = "Heating",
-          .nameId = 3,
+          .name = ListItem{.id = 3, .name = "Northern Power"},
+          .memo = "Heating",
           .account = ListItem{.id = 9, .name = "Utilities:Power"},
           .otherAccount = ListItem{.id = 7, .name = "Due to Birch"},
           .amount = Money{.minorUnits = -123450, .currency = "CAD"},
@@ -48,7 +48,7 @@ IntercompanyLine ALine() {
 
 constexpr const char* kALine =
     R"({"transaction":601,"line":1631,"type":"journal","typeNumber":8,"date":"2026-01-31","realm":"1001",)"
-    R"("partner":"Birch","name":"Heating","nameId":3,"account":{"id":9,"name":"Utilities:Power"},)"
+    R"("partner":"Birch","name":{"id":3,"name":"Northern Power"},"memo":"Heating","account":{"id":9,"name":"Utilities:Power"},)"
     R"("otherAccount":{"id":7,"name":"Due to Birch"},"amount":"-1234.50","currency":"CAD","state":"pending",)"
     R"("stateNumber":1,"requestId":"request-1"})";
 
@@ -134,15 +134,15 @@ TEST(AsJson, AnIntercompanyLineThatTheBooksHaveNotIsNullWhereNothingIsThere) {
                                     .date = {},
                                     .realm = "1001",
                                     .partner = "Birch",
-                                    .name = "",
-                                    .nameId = {},
+                                    .name = {},
+                                    .memo = {},
                                     .account = {},
                                     .otherAccount = {},
                                     .amount = {},
                                     .requestId = ""})
                 .dump(),
             R"({"transaction":1,"line":3,"type":"bill","typeNumber":9,"date":null,"realm":"1001","partner":"Birch",)"
-            R"("name":"","nameId":null,"account":null,"otherAccount":null,"amount":null,"currency":null,)"
+            R"("name":null,"memo":"","account":null,"otherAccount":null,"amount":null,"currency":null,)"
             R"("state":"state 2","stateNumber":2,"requestId":""})");
 }
 
@@ -185,31 +185,32 @@ TEST(AsJson, ARejectionWhoseTextIsNoAmountHasNullForIt) {
 }
 
 TEST(AsJson, ACheckOfTheRealmHasWhatIsRememberedBeforeAndAfter) {
-  EXPECT_EQ(JsonOf(RealmCheck{.blocked = true, .before = {}, .after = "9130"}).dump(),
-            R"({"blocked":true,"rememberedBefore":null,"remembered":"9130"})");
+  EXPECT_EQ(JsonOf(RealmCheck{.blocked = true, .outcome = RealmOutcome::kReset, .before = {}, .after = "9130"}).dump(),
+            R"({"blocked":true,"outcome":"reset","rememberedBefore":null,"remembered":"9130"})");
 }
 
 TEST(AsJson, AReminderThatComesHasItsTimes) {
-  EXPECT_EQ(JsonOf(Reminder{.obstacle = {},
-                            .rememberedDay = "20260131",
-                            .launchDay = DateType32(2026, 1, 31),
-                            .timing = ReminderTiming{.launchHour = 10,
-                                                     .isLaunchDayAhead = true,
-                                                     .isLaunchDayPast = false,
-                                                     .untilLaunch = 3600s,
-                                                     .leastDelay = 900s,
-                                                     .delay = 3600s,
-                                                     .due = {.day = {2026, 1, 31}, .sinceMidnight = 10h + 5s}}})
-                .dump(),
-            R"({"comes":true,"obstacle":null,"launchDate":"2026-01-31","remembered":true,"launchHour":10,)"
-            R"("secondsUntilLaunch":3600,"leastDelaySeconds":900,"delaySeconds":3600,"dueAt":"2026-01-31T10:00:05"})");
+  EXPECT_EQ(
+      JsonOf(Reminder{.obstacle = {},
+                      .rememberedDay = "20260131",
+                      .launchDay = DateType32(2026, 1, 31),
+                      .timing = ReminderTiming{.launchHour = 10,
+                                               .isLaunchDayAhead = true,
+                                               .isLaunchDayPast = false,
+                                               .untilLaunch = 3600s,
+                                               .leastDelay = 900s,
+                                               .delay = 3600s,
+                                               .due = {.day = {2026, 1, 31}, .sinceMidnight = 10h + 5s}}})
+          .dump(),
+      R"({"comes":true,"obstacle":null,"launchDate":"2026-01-31","remembered":true,"rememberedDay":"20260131",)"
+      R"("launchHour":10,"secondsUntilLaunch":3600,"leastDelaySeconds":900,"delaySeconds":3600,"dueAt":"2026-01-31T10:00:05"})");
 }
 
 TEST(AsJson, AReminderThatDoesNotComeHasTheObstacle) {
   EXPECT_EQ(
       JsonOf(Reminder{.obstacle = NoReminder::kRememberedDayIsNone, .rememberedDay = {}, .launchDay = {}, .timing = {}})
           .dump(),
-      R"({"comes":false,"obstacle":"remembered-day-is-none","launchDate":null,"remembered":false,)"
+      R"({"comes":false,"obstacle":"remembered-day-is-none","launchDate":null,"remembered":false,"rememberedDay":null,)"
       R"("launchHour":null,"secondsUntilLaunch":null,"leastDelaySeconds":null,"delaySeconds":null,)"
       R"("dueAt":null})");
 }
@@ -251,8 +252,9 @@ TEST(AsJson, AQuestionHasItsKind) {
                           .accept = "OK",
                           .decline = ""};
 
-  EXPECT_EQ(JsonOf(question).dump(),
-            R"({"kind":"warning","title":"Intercompany transactions","text":"Still pending."})");
+  EXPECT_EQ(
+      JsonOf(question).dump(),
+      R"({"kind":"warning","title":"Intercompany transactions","text":"Still pending.","accept":"OK","decline":""})");
   EXPECT_EQ(NameOf(Question::Kind::kYesNo), "question");
   EXPECT_EQ(NameOf(Question::Kind::kNotice), "notice");
 }

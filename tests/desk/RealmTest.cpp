@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "standalone/desk/Person.h"
+#include "standalone/desk/results/Person.h"
 #include "tests/desk/DeskFixture.h"
 
 namespace desk {
@@ -95,6 +95,24 @@ TEST_F(TheRealm, IsGivenToACompanyThatRemembersNone) {
   EXPECT_EQ(check.after, "9130");
   EXPECT_EQ(RememberedRealm(*company_), "9130");
   EXPECT_THAT(asked_, IsEmpty());
+}
+
+TEST_F(TheRealm, IsFirstRememberedForAnAdministratorOnly) {
+  OpenFor("Robin", {"accounts:modify"});
+
+  const Refusal refusal = RefusalOf([&] { CheckRealm(*company_, RealmId("9130"), Answering(true)); });
+
+  EXPECT_THAT(refusal, IsForAdministrators());
+  EXPECT_EQ(refusal.what, UseCase::kCheckRealm);
+  EXPECT_EQ(RememberedRealm(*company_), std::nullopt);
+}
+
+TEST_F(TheRealm, IsCheckedForAnyoneOnceItIsRemembered) {
+  RememberRealm(*company_, RealmId("9130"));
+  OpenFor("Robin", {});
+
+  EXPECT_FALSE(CheckRealm(*company_, RealmId("9130"), Answering(true)).blocked);
+  EXPECT_TRUE(CheckRealm(*company_, RealmId("9131"), Answering(false)).blocked);
 }
 
 TEST_F(TheRealm, ThatIsUnchangedLetsWorkGoOn) {

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "MultiEntity/Records.h"
-#include "standalone/desk/Refusal.h"
+#include "standalone/desk/results/Refusal.h"
 
 namespace desk {
 namespace {
@@ -49,11 +49,17 @@ TEST(ARefusal, SaysSoWhenTheAnswerHasNoMeaning) {
 }
 
 TEST(ARefusal, HasTheRemedyOfItsStatusInEveryUseCase) {
-  for (const UseCase what : {UseCase::kListTransactions, UseCase::kCreateRelation, UseCase::kRecordJournalEntry,
+  for (const UseCase what : {UseCase::kListTransactions, UseCase::kListAccounts, UseCase::kRecordJournalEntry,
                              UseCase::kSetTransactionState, UseCase::kListRejections, UseCase::kFindRequest}) {
     EXPECT_EQ(RefusalFor(what, MEStatusFeatureDisabled).remedy, Remedy::kAskWhoKeepsTheSwitches);
     EXPECT_EQ(RefusalFor(what, MEStatusPermissionDenied).remedy, Remedy::kAskForTheRight);
     EXPECT_EQ(RefusalFor(what, MEStatusException).remedy, Remedy::kReadTheLog);
+  }
+}
+
+TEST(ARefusal, OfAChangeOfRelationsAsksForAnAdministratorAsNoRightAllowsIt) {
+  for (const UseCase what : {UseCase::kCreateRelation, UseCase::kUpdateRelation, UseCase::kDeleteRelation}) {
+    EXPECT_EQ(RefusalFor(what, MEStatusPermissionDenied).remedy, Remedy::kAskAnAdministrator);
   }
 }
 

@@ -3,6 +3,7 @@
 namespace desk {
 namespace {
 
+using standalone::RealmId;
 using standalone::RequestId;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -11,7 +12,7 @@ class TheRejections : public DeskFixture {
  protected:
   static RejectionToSave Rejected(std::string_view request, std::string_view amount,
                                   standalone::RejectableType type = standalone::RejectableType::kBill) {
-    return {.realm = standalone::RealmId("1001"),
+    return {.realm = RealmId("1001"),
             .request = RequestId(request),
             .type = type,
             .amount = standalone::RejectedAmount(amount),
@@ -110,20 +111,62 @@ TEST_F(TheRejections, MakeTheirRequestKnown) {
   RelateBirch();
   SaveRejection(*company_, Rejected("request-1", "20.00"));
 
-  EXPECT_NO_THROW(RequireKnownRequest(*company_, standalone::RealmId("1001"), RequestId("request-1")));
+  EXPECT_NO_THROW(RequireKnownRequest(*company_, RealmId("1001"), RequestId("request-1")));
 }
 
-TEST_F(TheRejections, AreDeletedByRequest) {
+TEST_F(TheRejections, AreDeletedByPartnerAndRequest) {
   RelateBirch();
   SaveRejection(*company_, Rejected("request-1", "20.00"));
 
-  DeleteRejection(*company_, RequestId("request-1"));
+  DeleteRejection(*company_, RealmId("1001"), RequestId("request-1"));
 
   EXPECT_THAT(ListRejections(*company_), IsEmpty());
-  const Refusal again = RefusalOf([&] { DeleteRejection(*company_, RequestId("request-1")); });
+  const Refusal again = RefusalOf([&] { DeleteRejection(*company_, RealmId("1001"), RequestId("request-1")); });
   EXPECT_EQ(again.what, UseCase::kDeleteRejection);
   EXPECT_EQ(again.status, 0);
   EXPECT_EQ(again.remedy, Remedy::kSeeRejections);
+}
+
+TEST_F(TheRejections, OfAnotherPartnersRequestOfTheSameIdStay) {
+  RelateBirch();
+  CreateRelation(*company_, {.realm = RealmId("1002"),
+                             .partner = standalone::PartnerName("Cedar Leasing"),
+                             .type = 0,
+                             .state = standalone::RelationState::kEstablished,
+                             .accounts = {.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"}});
+  SaveRejection(*company_, Rejected("request-1", "20.00"));
+  RejectionToSave cedars = Rejected("request-1", "30.00");
+  cedars.realm = RealmId("1002");
+  SaveRejection(*company_, cedars);
+
+  DeleteRejection(*company_, RealmId("1001"), RequestId("request-1"));
+
+  const std::vector<Rejection> left = ListRejections(*company_);
+  ASSERT_THAT(left, SizeIs(1));
+  EXPECT_EQ(left[0].realm, "1002");
+  EXPECT_EQ(RefusalOf([&] { DeleteRejection(*company_, RealmId("1001"), RequestId("request-1")); }).status, 0);
+  EXPECT_THAT(ListRejections(*company_), SizeIs(1));
+}
+
+TEST_F(TheRejections, AreNotDeletedOfACompanyThatIsNoPartner) {
+  const Refusal refusal = RefusalOf([&] { DeleteRejection(*company_, RealmId("1009"), RequestId("request-1")); });
+
+  EXPECT_EQ(refusal.status, std::nullopt);
+  EXPECT_EQ(refusal.remedy, Remedy::kSeeRelations);
+  EXPECT_THAT(refusal.why, testing::HasSubstr("1009"));
+}
+
+TEST_F(TheRejections, AreDeletedByWhoMaySeeThem) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-1", "20.00"));
+  OpenFor("Robin", {"checks:view", "bills:delete"});
+
+  const Refusal refusal = RefusalOf([&] { DeleteRejection(*company_, RealmId("1001"), RequestId("request-1")); });
+
+  EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
+  EXPECT_THAT(refusal.why, testing::HasSubstr("bills:view"));
+  Open();
+  EXPECT_THAT(ListRejections(*company_), SizeIs(1));
 }
 
 }  // namespace

@@ -166,7 +166,7 @@ TEST_F(TheRelations, AreMadeChangedAndDeletedByAdministratorsAndAccountants) {
   EXPECT_EQ(created.status, 3);
   EXPECT_EQ(updated.status, 3);
   EXPECT_EQ(deleted.status, 3);
-  EXPECT_EQ(updated.remedy, Remedy::kAskForTheRight);
+  EXPECT_EQ(updated.remedy, Remedy::kAskAnAdministrator);
   EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).revision, 1);
   EXPECT_THAT(ListRelations(*company_), SizeIs(1));
 }

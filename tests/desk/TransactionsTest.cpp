@@ -50,8 +50,8 @@ TEST_F(TheTransactions, ShowABillWithDateAmountAccountAndName) {
   EXPECT_EQ(line.amount, (Money{4000, "CAD"}));
   EXPECT_EQ(line.account, (ListItem{AccountId("Due from Birch"), "Due from Birch"}));
   EXPECT_EQ(line.otherAccount, std::nullopt);
-  EXPECT_EQ(line.nameId, NameId("Northern Power"));
-  EXPECT_EQ(line.name, "Northern Power");
+  EXPECT_EQ(line.name->id, NameId("Northern Power"));
+  EXPECT_EQ(line.name->name, "Northern Power");
   EXPECT_EQ(line.state, TransactionState::kPending);
   EXPECT_EQ(line.requestId, "request-bill");
 }
@@ -64,7 +64,7 @@ TEST_F(TheTransactions, ShowACheckWhoseLineIsACreditWithANegativeAmount) {
   EXPECT_EQ(line.amount, (Money{-125000, "CAD"}));
   EXPECT_EQ(line.account, (ListItem{AccountId("Due from Birch"), "Due from Birch"}));
   EXPECT_EQ(line.otherAccount, std::nullopt);
-  EXPECT_EQ(line.nameId, NameId("Walker:Depot"));
+  EXPECT_EQ(line.name->id, NameId("Walker:Depot"));
   EXPECT_EQ(line.state, TransactionState::kEstablished);
   EXPECT_EQ(line.requestId, "request-check");
 }
@@ -77,8 +77,8 @@ TEST_F(TheTransactions, ShowAJournalEntryWithTheAccountThatCarriesWhatIsDue) {
   EXPECT_EQ(line.amount, (Money{7550, "CAD"}));
   EXPECT_EQ(line.account, (ListItem{AccountId("Utilities"), "Utilities"}));
   EXPECT_EQ(line.otherAccount, (ListItem{AccountId("Due to Birch"), "Due to Birch"}));
-  EXPECT_EQ(line.nameId, std::nullopt);
-  EXPECT_EQ(line.name, "Heating");
+  EXPECT_EQ(line.name, std::nullopt);
+  EXPECT_EQ(line.memo, "Heating");
   EXPECT_EQ(line.requestId, "request-journal");
 }
 
@@ -118,7 +118,7 @@ TEST_F(TheTransactions, LeaveOutWhatTheBooksDoNotHaveAnyMore) {
   const IntercompanyLine line = LineOf(kBill);
 
   EXPECT_EQ(line.date, std::nullopt);
-  EXPECT_EQ(line.nameId, std::nullopt);
+  EXPECT_EQ(line.name, std::nullopt);
   EXPECT_EQ(line.account, std::nullopt);
   EXPECT_EQ(line.otherAccount, std::nullopt);
   EXPECT_EQ(line.amount, std::nullopt);
@@ -197,6 +197,13 @@ TEST_F(TheTransactions, AreKnownByThePartnersRequest) {
   EXPECT_EQ(unknown.what, UseCase::kFindRequest);
   EXPECT_EQ(unknown.status, 0);
   EXPECT_EQ(ofAnother.status, 0);
+}
+
+TEST_F(TheTransactions, ThatAUserMayNotSeeAreNamed) {
+  EXPECT_THAT(TypesNotShown(*company_), testing::IsEmpty());
+  OpenFor("Robin", {"checks:view", "bills:create"});
+
+  EXPECT_THAT(TypesNotShown(*company_), testing::ElementsAre(kTxnTypeBill, kTxnTypeJournalEntry));
 }
 
 }  // namespace

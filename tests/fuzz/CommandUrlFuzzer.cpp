@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "fuzz/BooksFuzzing.h"
+#include "standalone/values/Columns.h"
 
 // The command URLs that the stand-alone host is asked to run: three open a screen, every other is refused by name.
 

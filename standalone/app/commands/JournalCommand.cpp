@@ -4,14 +4,17 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Listings.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/desk/Journal.h"
+#include "standalone/desk/json/Json.h"
 #include "standalone/values/AccountTypes.h"
 
 namespace app {
@@ -55,15 +58,16 @@ void Record(Invocation& invocation, const RecordOptions& options) {
                                   .dueTo = options.dueTo,
                                   .name = NameOf(options)};
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const std::uint32_t txnId = desk::RecordJournalEntry(company, entry);
+  const std::int32_t txnId = desk::RecordJournalEntry(company, entry);
   invocation.Report({{"transaction", txnId}}, fmt::format("Booked journal entry {}.\n", txnId));
 }
 
 void Remove(Invocation& invocation, const RemoveOptions& options) {
-  const auto txnId = static_cast<std::uint32_t>(RecordId("transaction id", options.txn));
+  const std::int32_t txnId = RecordId("transaction id", options.txn);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  desk::RemoveJournalEntry(company, txnId);
-  invocation.Report({{"transaction", txnId}}, fmt::format("Removed journal entry {}.\n", txnId));
+  const std::vector<desk::IntercompanyLine> removed = desk::RemoveJournalEntry(company, txnId);
+  invocation.Report({{"transaction", txnId}, {"removed", desk::JsonOf(removed)}},
+                    fmt::format("Removed journal entry {}:\n{}", txnId, LinesTable(removed).Text()));
 }
 
 void AddRecord(CLI::App& journal, Invocation& invocation) {
@@ -73,10 +77,9 @@ void AddRecord(CLI::App& journal, Invocation& invocation) {
       "journal record birch.company --realm 5120774003618 --amount 480.00 --request R-1017 \\\n"
       "    --new-expense \"Elevator Maintenance\" --new-name \"Cold Spring Elevator Company\"",
       options->file);
-  command.add_option("--realm", options->realm, "The partner company's realm id, 1 to 19 characters")->required();
+  command.add_option("--realm", options->realm, kRealmHelp)->required();
   command.add_option("--amount", options->amount, "The amount, such as 1234.50 or 1,234.50")->required();
-  command.add_option("--request", options->request, "The request id that both companies know, 1 to 36 characters")
-      ->required();
+  command.add_option("--request", options->request, kRequestHelp)->required();
   CLI::Option_group* expense = command.add_option_group("Expense", "The account that is debited");
   expense->add_option("--expense", options->expense, "An account, by id or by colon-separated name");
   expense->add_option("--new-expense", options->newExpense, "The name of an account that is to be created");

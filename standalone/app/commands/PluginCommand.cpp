@@ -1,5 +1,3 @@
-#include <fmt/format.h>
-
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -27,7 +25,7 @@ struct PluginOptions {
 void CheckPlugin(Invocation& invocation, const PluginOptions& options) {
   const std::optional<bool> answer = GivenAnswer(options.answer);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const Encounter encounter(invocation, options.file, answer);
+  Encounter encounter(invocation, options.file, answer);
   const bool mayGoOn = desk::CheckPlugin(company, encounter.Person());
   invocation.Report({{"mayGoOn", mayGoOn}, {"events", encounter.Events()}},
                     mayGoOn ? "Intercompany work may go on.\n" : "");

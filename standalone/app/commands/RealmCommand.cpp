@@ -44,13 +44,20 @@ void SetRealm(Invocation& invocation, const RealmOptions& options) {
 }
 
 std::string WhyGoOn(const desk::RealmCheck& check, const std::string& realm) {
-  if (check.after != realm) return "The check of the realm is switched off";
-  if (!check.before) return fmt::format("The company file remembered no realm id; from now on it remembers {}", realm);
-  return "The realm is unchanged";
+  switch (check.outcome) {
+    case desk::RealmOutcome::kRememberedNow:
+      return fmt::format("The company file remembered no realm id; from now on it remembers {}", realm);
+    case desk::RealmOutcome::kUnchanged:
+      return "The realm is unchanged";
+    default:
+      return "The check of the realm is switched off";
+  }
 }
 
 std::string WhyBlocked(const desk::RealmCheck& check, const std::string& realm) {
-  if (realm.empty()) return "the company has no realm id; intercompany work must not go on";
+  if (check.outcome == desk::RealmOutcome::kNoRealm) {
+    return "the company has no realm id; intercompany work must not go on";
+  }
   return fmt::format(
       "the company reports the realm id {}, but the company file remembers {}; intercompany work must "
       "not go on",
@@ -62,7 +69,7 @@ void CheckRealm(Invocation& invocation, const RealmOptions& options) {
   if (!options.realm.empty()) realm.emplace(options.realm);
   const std::optional<bool> answer = GivenAnswer(options.answer);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const Encounter encounter(invocation, options.file, answer);
+  Encounter encounter(invocation, options.file, answer);
   const desk::RealmCheck check = desk::CheckRealm(company, realm, encounter.Person());
   Json json{{"realm", options.realm}};
   json.update(desk::JsonOf(check));

@@ -56,11 +56,13 @@ void ListRejected(Invocation& invocation, const RejectedOptions& options) {
 }
 
 void DeleteRejected(Invocation& invocation, const RejectedOptions& options) {
+  const standalone::RealmId realm(options.realm);
   const standalone::RequestId request(options.request);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  desk::DeleteRejection(company, request);
-  invocation.Report({{"requestId", options.request}},
-                    fmt::format("Deleted the rejected transaction with request id {}.\n", options.request));
+  desk::DeleteRejection(company, realm, request);
+  invocation.Report({{"realm", options.realm}, {"requestId", options.request}},
+                    fmt::format("Deleted the rejected transaction with request id {} of realm {}.\n", options.request,
+                                options.realm));
 }
 
 void AddSave(CLI::App& rejected, Invocation& invocation) {
@@ -70,7 +72,7 @@ void AddSave(CLI::App& rejected, Invocation& invocation) {
                      "rejected save alder.company --realm 5120918846275 --request R-1018 --type bill \\\n"
                      "    --amount 125.00 --partner-txn 4711",
                      options->file);
-  command.add_option("--realm", options->realm, "The partner company's realm id, 1 to 19 characters")->required();
+  command.add_option("--realm", options->realm, kRealmHelp)->required();
   command.add_option("--request", options->request, kRequestHelp)->required();
   command.add_option("--type", options->type, "bill or check")->required();
   command.add_option("--amount", options->amount, "The amount, such as 1234.50 or 1,234.50, up to 22 characters")
@@ -93,8 +95,10 @@ void AddRejected(CLI::App& program, Invocation& invocation) {
       AddFileCommand(rejected, "list", "List the rejected transactions", "rejected list alder.company", options->file);
   invocation.When(list, [options](Invocation& run) { ListRejected(run, *options); });
 
-  CLI::App& remove = AddFileCommand(rejected, "delete", "Forget a rejected transaction",
-                                    "rejected delete alder.company --request R-1018", options->file);
+  CLI::App& remove =
+      AddFileCommand(rejected, "delete", "Forget a rejected transaction",
+                     "rejected delete alder.company --realm 5120918846275 --request R-1018", options->file);
+  remove.add_option("--realm", options->realm, kRealmHelp)->required();
   remove.add_option("--request", options->request, kRequestHelp)->required();
   invocation.When(remove, [options](Invocation& run) { DeleteRejected(run, *options); });
 }

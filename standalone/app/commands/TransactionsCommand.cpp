@@ -14,6 +14,7 @@
 #include "standalone/app/commands/Commands.h"
 #include "standalone/desk/Transactions.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/AccountTypes.h"
 
 namespace app {
 
@@ -26,15 +27,37 @@ struct TransactionsOptions {
   std::optional<std::string> to;
 };
 
-void Report(const Invocation& invocation, const std::vector<desk::IntercompanyLine>& lines) {
-  invocation.Report({{"transactions", desk::JsonOf(lines)}},
-                    lines.empty() ? "No intercompany transactions.\n" : LinesTable(lines).Text());
+std::string PluralOf(std::int16_t type) {
+  const std::string name = standalone::TransactionTypeName(type);
+  return name == "journal" ? "journal entries" : name + "s";
+}
+
+// "You may not see bills and checks.", or nothing.
+std::string NotShownText(const std::vector<std::int16_t>& types) {
+  std::string text;
+  for (std::size_t index = 0; index < types.size(); ++index) {
+    if (index != 0) text += index + 1 == types.size() ? " and " : ", ";
+    text += PluralOf(types[index]);
+  }
+  return text.empty() ? text : fmt::format("You may not see {}.\n", text);
+}
+
+Json NamesOf(const std::vector<std::int16_t>& types) {
+  Json names = Json::array();
+  for (const std::int16_t type : types) names.push_back(standalone::TransactionTypeName(type));
+  return names;
+}
+
+std::string ListText(const std::vector<desk::IntercompanyLine>& lines, const std::vector<std::int16_t>& notShown) {
+  if (!lines.empty()) return LinesTable(lines).Text();
+  return notShown.empty() ? "No intercompany transactions.\n" : "No intercompany transactions that you may see.\n";
 }
 
 void ListTransaction(Invocation& invocation, const TransactionsOptions& options) {
   const std::int32_t txnId = RecordId("transaction id", *options.txn);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  Report(invocation, desk::ListIntercompanyLines(company, txnId));
+  const std::vector<desk::IntercompanyLine> lines = desk::ListIntercompanyLines(company, txnId);
+  invocation.Report({{"transactions", desk::JsonOf(lines)}}, ListText(lines, {}));
 }
 
 void ListPeriod(Invocation& invocation, const TransactionsOptions& options) {
@@ -42,7 +65,10 @@ void ListPeriod(Invocation& invocation, const TransactionsOptions& options) {
   const DateType32 to = PeriodBound("--to", options.to);
   const desk::Period period(from, to);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  Report(invocation, desk::ListIntercompanyLines(company, period));
+  const std::vector<desk::IntercompanyLine> lines = desk::ListIntercompanyLines(company, period);
+  const std::vector<std::int16_t> notShown = desk::TypesNotShown(company);
+  invocation.Report({{"transactions", desk::JsonOf(lines)}, {"notShown", NamesOf(notShown)}},
+                    ListText(lines, notShown) + NotShownText(notShown));
 }
 
 }  // namespace

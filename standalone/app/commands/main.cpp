@@ -15,8 +15,8 @@
 #include "standalone/app/commands/Commands.h"
 #include "standalone/app/terminal/Terminal.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/Refusal.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/desk/results/Refusal.h"
 #include "standalone/values/Errors.h"
 
 namespace app {
@@ -72,8 +72,9 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   program.allow_windows_style_options(false);
   program.footer(
       "Example:\n  multientity accounts alder.company --free --json\n\n"
-      "multientity COMMAND --help explains a command. Exit codes: 0 done; 1 refused or not finished; 2 wrong\n"
-      "usage or a value that is not acceptable; 3 the company file cannot be opened or created.");
+      "multientity COMMAND --help explains a command. Exit codes: 0 done; 1 refused by the module or not\n"
+      "finished; 2 wrong usage, a value that is not acceptable, or no right; 3 the company file cannot be opened or\n"
+      "created.");
   AddInit(program, invocation);
   AddImport(program, invocation);
   AddAccounts(program, invocation);

@@ -73,9 +73,11 @@ const char* NameOf(Remedy remedy) noexcept {
     case Remedy::kAskWhoKeepsTheSwitches:
       return "ask-who-keeps-the-switches";
     case Remedy::kReadTheLog:
-    case Remedy::kReadTheLogBooksUnchanged:
-    case Remedy::kReadTheLogStateUnchanged:
       return "read-the-log";
+    case Remedy::kReadTheLogBooksUnchanged:
+      return "read-the-log-books-unchanged";
+    case Remedy::kReadTheLogStateUnchanged:
+      return "read-the-log-state-unchanged";
     case Remedy::kSeeRelations:
       return "see-relations";
     case Remedy::kMakeARelation:
@@ -110,6 +112,22 @@ const char* NameOf(Remedy remedy) noexcept {
       return "see-rejections";
   }
   return nullptr;
+}
+
+const char* NameOf(RealmOutcome outcome) noexcept {
+  switch (outcome) {
+    case RealmOutcome::kNoRealm:
+      return "no-realm";
+    case RealmOutcome::kReset:
+      return "reset";
+    case RealmOutcome::kUnchanged:
+      return "unchanged";
+    case RealmOutcome::kRememberedNow:
+      return "remembered-now";
+    case RealmOutcome::kNotChecked:
+      return "not-checked";
+  }
+  return "unknown";
 }
 
 const char* NameOf(NoReminder obstacle) noexcept {
@@ -213,6 +231,11 @@ Json JsonOf(const Imported& imported) {
           {"lines", imported.lines}, {"intercompanyLines", imported.intercompanyLines}};
 }
 
+Json JsonOf(const NewLogLine& line) {
+  return {
+      {"level", line.level}, {"eventType", line.eventType}, {"shortName", line.shortName}, {"message", line.message}};
+}
+
 Json JsonOf(const LogLine& line) {
   return {{"time", line.time},
           {"user", line.user},
@@ -226,7 +249,10 @@ Json JsonOf(const LogLine& line) {
 }
 
 Json JsonOf(const RealmCheck& check) {
-  return {{"blocked", check.blocked}, {"rememberedBefore", OrNull(check.before)}, {"remembered", OrNull(check.after)}};
+  return {{"blocked", check.blocked},
+          {"outcome", NameOf(check.outcome)},
+          {"rememberedBefore", OrNull(check.before)},
+          {"remembered", OrNull(check.after)}};
 }
 
 Json JsonOf(const Reminder& reminder) {
@@ -234,6 +260,7 @@ Json JsonOf(const Reminder& reminder) {
             {"obstacle", reminder.obstacle ? Json(NameOf(*reminder.obstacle)) : Json()},
             {"launchDate", reminder.launchDay ? Json(standalone::FormatIsoDate(*reminder.launchDay)) : Json()},
             {"remembered", reminder.rememberedDay.has_value()},
+            {"rememberedDay", OrNull(reminder.rememberedDay)},
             {"launchHour", nullptr},
             {"secondsUntilLaunch", nullptr},
             {"leastDelaySeconds", nullptr},
@@ -266,7 +293,11 @@ Json JsonOf(const Opening& opening) {
 }
 
 Json JsonOf(const Question& question) {
-  return {{"kind", NameOf(question.kind)}, {"title", question.title}, {"text", question.text}};
+  return {{"kind", NameOf(question.kind)},
+          {"title", question.title},
+          {"text", question.text},
+          {"accept", question.accept},
+          {"decline", question.decline}};
 }
 
 Json JsonOf(const PluginScreen& screen) {

@@ -11,15 +11,15 @@
 #include "standalone/desk/Import.h"
 #include "standalone/desk/Log.h"
 #include "standalone/desk/Names.h"
-#include "standalone/desk/Person.h"
 #include "standalone/desk/Realm.h"
-#include "standalone/desk/Refusal.h"
 #include "standalone/desk/Rejections.h"
 #include "standalone/desk/Relations.h"
 #include "standalone/desk/Reminder.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Transactions.h"
 #include "standalone/desk/Users.h"
+#include "standalone/desk/results/Person.h"
+#include "standalone/desk/results/Refusal.h"
 
 // The results of the desk for programs, the same from every front end. Dates are YYYY-MM-DD, amounts decimal texts
 // without separators, debits positive; what is not there is null. Keys stay in the order in which they were added.
@@ -33,6 +33,7 @@ Json JsonOf(const User& user);
 Json JsonOf(const Settings& settings);
 Json JsonOf(const Imported& imported);
 Json JsonOf(const LogLine& line);
+Json JsonOf(const NewLogLine& line);
 Json JsonOf(const Relation& relation);
 Json JsonOf(const IntercompanyLine& line);
 Json JsonOf(const Rejection& rejection);

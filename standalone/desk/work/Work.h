@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "MultiEntity/Records.h"
-#include "standalone/desk/Refusal.h"
+#include "standalone/desk/results/Refusal.h"
 #include "standalone/desk/work/OpenCompany.h"
 
 namespace desk {
@@ -29,8 +29,8 @@ class Work {
     return Host().Request(standalone::Access::kWrite, std::forward<Operation>(operation));
   }
 
-  // The same for what ends with an answer of the module; throws Refused, after the unit was taken back, unless the
-  // module did what it was asked.
+  // The same for what ends with an answer of the module; throws Refused, after the unit has ended, which is taken back
+  // if it might have written, unless the module did what it was asked.
   template <typename Operation>
   void AskToRead(Operation&& operation) {
     static_assert(std::is_same_v<std::invoke_result_t<Operation>, MEStatusCode>);
@@ -53,11 +53,19 @@ class Work {
       return std::forward<Operation>(operation)();
     });
   }
+  // The same for accountants, too.
+  void RequireAdministratorOrAccountant(std::string_view what);
+  // Within a unit of work: whether the user is an administrator or has the right now.
+  bool HasRight(standalone::FeatureRight right);
+  // Throws Refused unless it is so.
+  void RequireRight(standalone::FeatureRight right);
   [[noreturn]] void Refuse(std::string why, Remedy remedy) const;
 
   void Accept(MEStatusCode answer);
 
  private:
+  bool IsAdministrator();
+
   OpenCompany& company_;
   UseCase what_;
 };

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "MultiEntity/Records.h"
-#include "standalone/desk/Relations.h"
+#include "standalone/desk/results/Relation.h"
 #include "standalone/desk/work/Work.h"
 
 namespace desk {

@@ -1,4 +1,4 @@
-#include "standalone/desk/Refusal.h"
+#include "standalone/desk/results/Refusal.h"
 
 #include <string_view>
 
@@ -58,6 +58,8 @@ std::string_view GeneralMeaningOf(std::int32_t status) noexcept {
 Reason ReasonOfRelation(UseCase what, std::int32_t status) noexcept {
   const bool isAboutOne = what == UseCase::kReadRelations || what == UseCase::kDeleteRelation;
   switch (status) {
+    case MEStatusPermissionDenied:
+      return {.why = {}, .remedy = Remedy::kAskAnAdministrator};
     case MEStatusInvalidData:
       return {.why = {}, .remedy = isAboutOne ? Remedy::kSeeRelations : Remedy::kGiveBothAccounts};
     case MEStatusConflict:

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string_view>
 
-#include "standalone/desk/Person.h"
+#include "standalone/desk/results/Person.h"
 #include "standalone/desk/work/Work.h"
 
 namespace desk {

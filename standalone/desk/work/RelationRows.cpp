@@ -1,4 +1,4 @@
-#include "standalone/desk/RelationRows.h"
+#include "standalone/desk/work/RelationRows.h"
 
 #include <chrono>
 #include <optional>

@@ -7,9 +7,9 @@
 #include <variant>
 #include <vector>
 
-#include "standalone/desk/Refusal.h"
-#include "standalone/desk/Relations.h"
-#include "standalone/desk/Transactions.h"
+#include "standalone/desk/results/IntercompanyLine.h"
+#include "standalone/desk/results/Refusal.h"
+#include "standalone/desk/results/Relation.h"
 
 namespace desk {
 

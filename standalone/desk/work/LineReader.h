@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "MultiEntity/Records.h"
+#include "standalone/books/TransactionTable.h"
+#include "standalone/desk/results/IntercompanyLine.h"
+#include "standalone/desk/work/Work.h"
+
+namespace desk {
+
+// What the books have of intercompany lines; within one unit of work.
+class LineReader {
+ public:
+  explicit LineReader(Work& work);
+
+  // Those that the module has listed.
+  IntercompanyLine Read(const METxnInfo& listed);
+  std::vector<IntercompanyLine> Read(const std::vector<METxnInfo>& listed);
+  // Those of a journal entry, whoever may see them.
+  std::vector<IntercompanyLine> LinesOfEntry(std::int32_t txnId);
+
+ private:
+  IntercompanyLine Read(const DBMultiEntityTransaction& row);
+  void FillFromTheBooks(IntercompanyLine& read);
+  std::optional<ListItem> NameOf(const standalone::LineView& line);
+  std::optional<ListItem> AccountOf(const standalone::LineView& line);
+
+  Work& work_;
+  std::string currency_;
+  std::unordered_map<std::int32_t, std::string> names_;  // of those that were met
+};
+
+}  // namespace desk

@@ -82,8 +82,7 @@ contains "$entry" '"currency":"USD"' "Birch's entry"
 contains "$entry" '"state":"established"' "Birch's entry"
 contains "$entry" "\"requestId\":\"$request\"" "Birch's entry"
 entry_date=$(json_value "$entry" date)
-entry_day=${entry_date:6}-${entry_date:0:2}-${entry_date:3:2}
-[[ "$entry_day" == "$kToday" ]] ||
+[[ "$entry_date" == "$kToday" ]] ||
   unexpected_here "the entry is dated $entry_date instead of today"
 
 step "A bill of a company that Birch is not related to is refused."

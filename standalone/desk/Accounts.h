@@ -23,8 +23,8 @@ struct Account {
 std::vector<Account> ListAccounts(Company& company);
 // Those of one type that are not marked deleted, by name.
 std::vector<Account> ListAccountsOfType(Company& company, std::int16_t type);
-// Those that no relation uses and whose kind suits one, by name, those marked deleted included; on request also those of
-// the relation with `realm`.
+// Those that no relation uses and whose kind suits one, by name, those marked deleted included; on request also those
+// of the relation with `realm`.
 std::vector<Account> ListFreeAccounts(Company& company, const std::optional<standalone::RealmId>& realm);
 
 }  // namespace desk

@@ -12,10 +12,10 @@ namespace desk {
 class Company;
 
 struct Account {
-  std::int32_t id = 0;  // record number
-  std::string name;     // colon-separated, from the top
-  std::int16_t type = 0;
-  std::int32_t specialKind = 0;  // 0 for an ordinary account
+  std::int32_t id = 0;           // record number
+  std::string name;              // colon-separated, from the top
+  std::int16_t type = 0;         // KrEnumerations::AccntTypeType; see standalone::AccountTypeName()
+  std::int32_t specialKind = 0;  // 0 for an ordinary account; the host's number of another kind
   bool deleted = false;          // kept for the postings that it has
 };
 

@@ -59,8 +59,10 @@ struct CompanyOptions {
 };
 
 // A company that is open for one user, on the thread that opened it; one at a time in a process, as the module has one
-// host. Everything that a person can ask for is a function that takes it. They throw what the headers of the values and
-// of the refusals say; a unit of work that throws leaves nothing behind.
+// host. Everything that a person can ask for is a function that takes it. Besides what they say, they throw Refused,
+// standalone::InvalidInput for a value or record that is none, standalone::ConstraintViolation for a change that the
+// company's own rules refuse, and standalone::UnitOfWorkError when another program holds the company too long or the
+// disk fails; a unit of work that throws leaves nothing behind.
 //
 // The environment variable MULTIENTITY_NOW, a local time such as 2026-01-31T09:30:00, sets the clock for tests and
 // scripts; it goes on from there, and the operations log says so.

@@ -28,7 +28,8 @@ struct NewVendor {
   standalone::NewListName name;
 };
 
-// A partner's bill or check, booked today: the expense is debited, the due-to account credited.
+// A partner's bill or check, booked today: the expense is debited, the due-to account credited; by a negative amount, a
+// credit of the partner's, the other way round.
 struct EntryToRecord {
   standalone::RealmId realm;
   standalone::RequestId request;

@@ -18,6 +18,7 @@ enum class Delivery { kScheduler, kReminder };
 // Told on the thread of the loop; empty ones are not.
 struct DayEvents {
   std::function<void(Delivery delivery)> onDelivered;  // right before the message is processed
+  // What it throws is lost; the timer is armed all the same.
   std::function<void(std::chrono::seconds delay, const standalone::DayAndTime& due)> onReminderArmed;
   std::function<void()> onReminderDue;
   std::function<void()> onNoReminder;                    // the scheduler's message has armed none

@@ -13,8 +13,8 @@ class Company;
 struct LogLine {
   std::string time;  // UTC: 2026-01-31T09:30:00.123Z
   std::string user;
-  std::int32_t level = 0;
-  std::int32_t eventType = 0;
+  std::int32_t level = 0;      // Util::Ops::Level
+  std::int32_t eventType = 0;  // Util::Ops::EventType
   std::string sourceFile;
   std::int32_t sourceLine = 0;
   std::string shortName;

@@ -33,7 +33,8 @@ struct RelationChange {
   RelationAccounts accounts;                       // kept when left out
 };
 
-// Those that change relations are for administrators and accountants, as the module decides.
+// Those that change relations are for administrators and accountants, as the module decides. standalone::InvalidInput
+// for an account that is none, and for the state 6, which is never stored.
 
 // A relation that is pending or without accounts is taken up again.
 void CreateRelation(Company& company, const NewRelation& relation);

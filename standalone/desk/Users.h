@@ -11,7 +11,7 @@ namespace desk {
 class Company;
 
 struct User {
-  std::string name;
+  std::string name;  // 1 to 60 bytes; as it was written when the user was added
   bool administrator = false;
   bool accountant = false;
   // Such as "bills:create" and "accounts:view". Of a user who is listed: what that user may do, which for an
@@ -30,7 +30,8 @@ User AddUser(Company& company, const User& user);
 User ChangeUser(Company& company, const User& user);
 void RemoveUser(Company& company, const std::string& name);
 
-// As what a user works with the relations in a role of the host.
+// As what a user works with the relations in a role: 0 and 15 manage them, in 1 and others the rights for accounts
+// decide.
 enum class Persona { kNone = 0, kViewer = 1, kContributor = 2, kManager = 3 };
 Persona PersonaInRole(Company& company, std::int32_t role);
 

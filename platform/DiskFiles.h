@@ -7,10 +7,9 @@ namespace platform {
 // What the operating system knows of files and the standard library does not tell. All throw std::system_error unless
 // they say otherwise.
 
-enum class MayRead { kAsUsual, kOwnerOnly };
-
-// Makes an empty file; never over one that is there.
-void MakeFile(const std::filesystem::path& file, MayRead mayRead);
+// Makes an empty file that only its owner may read and write, whatever the user's other files are made with; never over
+// one that is there. On Windows the rights of its folder hold.
+void MakeFile(const std::filesystem::path& file);
 
 // A new folder for temporary files, which only its owner may enter.
 std::filesystem::path MakeTemporaryFolder();

@@ -50,10 +50,12 @@ void BringToDisk(const std::filesystem::path& folder) {
 
 }  // namespace
 
-void MakeFile(const std::filesystem::path& file, MayRead mayRead) {
-  const mode_t mode = mayRead == MayRead::kOwnerOnly ? S_IRUSR | S_IWUSR : 0666;
-  const Descriptor made(file, O_WRONLY | O_CREAT | O_EXCL, mode);
+void MakeFile(const std::filesystem::path& file) {
+  constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+  const Descriptor made(file, O_WRONLY | O_CREAT | O_EXCL, kOwnerOnly);
   if (!made.IsOpen()) ThrowSystemError(file);
+  // The user's mask may have taken rights of the owner's. Some disks give all files the same rights.
+  static_cast<void>(fchmod(made.Number(), kOwnerOnly));
 }
 
 std::filesystem::path MakeTemporaryFolder() {

@@ -35,8 +35,7 @@ class OpenFile {
 
 }  // namespace
 
-// Who may read a file is said by its folder here.
-void MakeFile(const std::filesystem::path& file, MayRead /*mayRead*/) {
+void MakeFile(const std::filesystem::path& file) {
   const HANDLE made = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (made == INVALID_HANDLE_VALUE) ThrowSystemError(file);
   CloseHandle(made);

@@ -44,7 +44,7 @@ void Configure(SqliteDatabase& database) {
 
 DraftFile MakeDraft(const std::filesystem::path& path) {
   try {
-    return {path, platform::MayRead::kAsUsual};
+    return DraftFile(path);
   } catch (const std::system_error&) {
     ThrowNotMade(path, "Check that its folder exists and that you may write there.");
   }

@@ -12,8 +12,10 @@
 #include <cstdio>
 #include <ctime>
 #include <iterator>
+#include <system_error>
 #include <vector>
 
+#include "platform/DiskFiles.h"
 #include "standalone/values/Columns.h"
 
 namespace standalone {
@@ -32,7 +34,7 @@ constexpr std::size_t kRoomForNumbers = 64;
 class OperationsLog::File {
  public:
   File(const std::filesystem::path& path, LogLimits limits)
-      : sink_(path.native(), limits.fileBytes, limits.olderFiles, /*rotate_on_open=*/false, WithRoomForAPiece()) {
+      : sink_(path.native(), limits.fileBytes, limits.olderFiles, /*rotate_on_open=*/false, OfItsOwner()) {
     sink_.set_formatter(
         std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::utc, /*eol=*/"\n"));
   }
@@ -44,8 +46,21 @@ class OperationsLog::File {
   }
 
  private:
-  spdlog::file_event_handlers WithRoomForAPiece() {
+  // What is there, or is made by another program meanwhile, is written to as it is; what cannot be made the sink tells
+  // of.
+  static void MakeItsOwners(const std::filesystem::path& file) {
+    try {
+      if (!std::filesystem::exists(file)) platform::MakeFile(file);
+    } catch (const std::system_error&) {
+    }
+  }
+
+  // Its file is its owner's from the beginning, and has room for a piece.
+  spdlog::file_event_handlers OfItsOwner() {
     spdlog::file_event_handlers handlers;
+    handlers.before_open = [](const spdlog::filename_t& file) {
+      MakeItsOwners(file);
+    };
     handlers.after_open = [this](const spdlog::filename_t&, std::FILE* file) {
       std::setvbuf(file, room_.data(), _IOFBF, room_.size());
     };

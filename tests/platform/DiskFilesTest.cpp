@@ -38,15 +38,15 @@ class DiskFiles : public testing::Test {
 TEST_F(DiskFiles, AreNotMadeOverOthers) {
   WriteFile(file_, "precious");
 
-  EXPECT_THROW(MakeFile(file_, MayRead::kAsUsual), std::system_error);
+  EXPECT_THROW(MakeFile(file_), std::system_error);
 
   EXPECT_EQ(ReadFile(file_), "precious");
 }
 
-TEST_F(DiskFiles, OfTheirOwnerAreReadByNobodyElse) {
+TEST_F(DiskFiles, AreMadeForTheirOwnerAndNobodyElse) {
   if (!KnowsRights()) GTEST_SKIP() << "who may read a file is said by its folder";
 
-  MakeFile(file_, MayRead::kOwnerOnly);
+  MakeFile(file_);
 
   EXPECT_EQ(RightsOf(file_), kOwner);
 }
@@ -55,7 +55,7 @@ TEST_F(DiskFiles, TakeTheRightsOfAnother) {
   if (!KnowsRights()) GTEST_SKIP() << "who may read a file is said by its folder";
   WriteFile(other_, "");
   std::filesystem::permissions(other_, kOwner | perms::group_read);
-  MakeFile(file_, MayRead::kOwnerOnly);
+  MakeFile(file_);
 
   TakeRightsOf(other_, file_);
 

@@ -8,9 +8,9 @@
 
 namespace standalone {
 
-DraftFile::DraftFile(const std::filesystem::path& finalName, platform::MayRead mayRead)
+DraftFile::DraftFile(const std::filesystem::path& finalName)
     : path_(WithSuffix(finalName, "." + std::to_string(std::random_device{}()) + ".new")) {
-  platform::MakeFile(path_, mayRead);
+  platform::MakeFile(path_);
 }
 
 DraftFile::~DraftFile() {

@@ -6,12 +6,12 @@
 
 namespace standalone {
 
-// A file that is being made, under a name of its own beside its final one until it is complete; removed, with what a
-// database puts beside it, when it does not get there.
+// A file of its owner's that is being made, under a name of its own beside its final one until it is complete; removed,
+// with what a database puts beside it, when it does not get there.
 class DraftFile {
  public:
   // Throws std::system_error when it cannot be made.
-  DraftFile(const std::filesystem::path& finalName, platform::MayRead mayRead);
+  explicit DraftFile(const std::filesystem::path& finalName);
   DraftFile(const DraftFile&) = delete;
   DraftFile& operator=(const DraftFile&) = delete;
   ~DraftFile();

@@ -97,7 +97,7 @@ class CopyOfBefore {
   CopyOfBefore(SqliteDatabase& database, const std::filesystem::path& file, const MigrationOptions& options) {
     const std::filesystem::path name = WithSuffix(file, ".before-" + std::to_string(options.steps.size()));
     try {
-      DraftFile draft(name, platform::MayRead::kOwnerOnly);
+      DraftFile draft(name);
       platform::TakeRightsOf(file, draft.Path());
       database.CopyInto(draft.Path());
       Publish(draft, name);

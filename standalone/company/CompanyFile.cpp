@@ -42,6 +42,17 @@ void Configure(SqliteDatabase& database) {
                          ". Choose another name, or move the file away first.");
 }
 
+// What an engine has left beside a company that is gone it would take for the new one's.
+void RequireNothingLeft(const std::filesystem::path& path) {
+  for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
+    const std::filesystem::path left = WithSuffix(path, suffix);
+    std::error_code ignored;
+    if (!std::filesystem::exists(std::filesystem::symlink_status(left, ignored))) continue;
+    throw CompanyFileError("The company file " + PathText(path) + " cannot be made: " + PathText(left) +
+                           " is left of another company of that name. Choose another name, or move that file away.");
+  }
+}
+
 DraftFile MakeDraft(const std::filesystem::path& path) {
   try {
     return DraftFile(path);
@@ -90,6 +101,7 @@ void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& co
   RequireCurrencyCode(company.homeCurrency);
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) ThrowThere(path);
+  RequireNothingLeft(path);
 
   DraftFile draft = MakeDraft(path);
   bool isPublished = false;

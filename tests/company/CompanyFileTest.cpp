@@ -57,6 +57,21 @@ TEST_F(TheCompanyFile, BringsWhatIsCommittedToTheDisk) {
   EXPECT_EQ(file.Data().QueryNumber("PRAGMA synchronous"), kFull);
 }
 
+TEST_F(TheCompanyFile, IsNotMadeBesideWhatIsLeftOfAnotherOne) {
+  for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
+    const std::filesystem::path company = folder_ / (std::string("cedar") + suffix + ".company");
+    const std::filesystem::path left = WithSuffix(company, suffix);
+    WriteFile(left, "left");
+    NewCompany cedar;
+    cedar.name = "Cedar Leasing";
+
+    EXPECT_THAT(MessageOf<CompanyFileError>([&] { CompanyFile::Create(company, cedar); }), HasSubstr(PathText(left)));
+
+    EXPECT_FALSE(std::filesystem::exists(company));
+    EXPECT_EQ(ReadFile(left), "left");
+  }
+}
+
 TEST_F(TheCompanyFile, ThatAnotherProgramLocksAgainstReadersIsInUse) {
   SqliteDatabase other(path_, kBusyTimeout);
   other.Execute("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");

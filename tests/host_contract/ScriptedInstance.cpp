@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "MultiEntityHostHelpers/ForwardingServices.h"
 #include "support/ScriptedHost.h"
 #include "tests/host_contract/HostUnderTest.h"
 
@@ -10,7 +11,7 @@ namespace host_contract {
 
 namespace {
 
-class ScriptedUnderTest final : public HostUnderTest {
+class ScriptedUnderTest : public HostUnderTest {
  public:
   ScriptedUnderTest() { host_.permissions.administrator = true; }
 
@@ -47,20 +48,37 @@ class ScriptedUnderTest final : public HostUnderTest {
   ScriptedHost host_;
 };
 
+// A host in front of the scripted one, whose promises have to reach through it.
+class ForwardedUnderTest final : public ScriptedUnderTest {
+ public:
+  const HostServices& Services() override { return services_; }
+
+ private:
+  struct Front final : Forwarding::Host {
+    using Host::Host;
+  };
+
+  Front front_{ScriptedUnderTest::Services()};
+  HostServices services_ = front_.Services();
+};
+
 constexpr HostMaker kScripted{"Scripted", []() -> std::unique_ptr<HostUnderTest> {
                                 return std::make_unique<ScriptedUnderTest>();
                               }};
+constexpr HostMaker kForwarded{"Forwarded", []() -> std::unique_ptr<HostUnderTest> {
+                                 return std::make_unique<ForwardedUnderTest>();
+                               }};
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, RelationStore, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, TransactionRowStore, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, RejectedTransactionStore, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, AccountList, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, NameListing, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, GeneralJournal, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, TransactionLine, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, MoneyText, testing::Values(kScripted), NameOfHost);
-INSTANTIATE_TEST_SUITE_P(ScriptedHost, Preference, testing::Values(kScripted), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, RelationStore, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, TransactionRowStore, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, RejectedTransactionStore, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, AccountList, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, NameListing, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, GeneralJournal, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, TransactionLine, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, MoneyText, testing::Values(kScripted, kForwarded), NameOfHost);
+INSTANTIATE_TEST_SUITE_P(ScriptedHost, Preference, testing::Values(kScripted, kForwarded), NameOfHost);
 
 }  // namespace host_contract

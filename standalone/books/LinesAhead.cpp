@@ -48,7 +48,8 @@ std::vector<LinesAhead::Line> LinesAhead::ReadFrom(std::int32_t targetId) {
     line.id = id;
     ReadLine(rows, /*first=*/1, line.view);
     // Journal entries alone are called by the memo, that of their target line.
-    if (line.view.txnType == kTxnTypeJournalEntry && !followsTarget) line.view.memo = rows.Text(6);
+    line.view.hasMemo = line.view.txnType == kTxnTypeJournalEntry && !followsTarget;
+    if (line.view.hasMemo) line.view.memo = rows.Text(6);
   }
   return lines;
 }

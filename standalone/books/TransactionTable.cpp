@@ -17,6 +17,7 @@ LineView ReadWithMemo(Rows rows) {
   LineView line;
   if (!rows.Step()) return line;
   ReadLine(rows, /*first=*/0, line);
+  line.hasMemo = true;
   line.memo = rows.Text(5);
   return line;
 }

@@ -38,7 +38,8 @@ struct LineView {
   std::int32_t nameId = 0;
   std::int32_t accountId = 0;
   std::int64_t amount = 0;
-  std::optional<Util::TString> memo;  // the line's own; none when it was not read
+  bool hasMemo = false;  // whether it was read
+  Util::TString memo;    // the line's own
 };
 
 // Fills in all but the memo from a statement's columns, from `first` on: type, date, name_id, account_id and amount.

@@ -49,7 +49,7 @@ const char* TargetLinesService::GetAccountName(LineHandle line, std::int32_t /*o
 
 Util::TString TargetLinesService::GetStrMemo(LineHandle line) {
   const OpenLineRecord& record = RecordOf(line);
-  if (record.line.memo) return *record.line.memo;
+  if (record.line.hasMemo) return record.line.memo;
   return record.line.txnType != 0 ? transactions_.MemoOf(record.id) : Util::TString();
 }
 

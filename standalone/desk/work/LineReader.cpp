@@ -82,7 +82,7 @@ void LineReader::FillFromTheBooks(IntercompanyLine& read) {
   if (line.txnType == 0) return;
   read.date = line.date;
   read.name = NameOf(line);
-  if (line.memo) read.memo = TextOf(*line.memo);
+  read.memo = TextOf(line.memo);
   read.account = AccountOf(line);
   read.amount = standalone::Money{.minorUnits = line.amount, .currency = currency_};
   if (line.txnType != kTxnTypeJournalEntry) return;

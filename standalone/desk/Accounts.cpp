@@ -7,7 +7,7 @@
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

@@ -5,7 +5,7 @@
 
 #include "standalone/books/UserTable.h"
 #include "standalone/company/CompanyFile.h"
-#include "standalone/desk/work/OpenCompany.h"
+#include "standalone/desk/inside/OpenCompany.h"
 
 namespace desk {
 

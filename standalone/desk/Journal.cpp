@@ -7,8 +7,8 @@
 #include "standalone/books/NameTable.h"
 #include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/LineReader.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/Work.h"
 #include "standalone/values/Amount.h"
 
 namespace desk {

@@ -4,9 +4,9 @@
 
 #include "MultiEntity/MultiEntityScheduler.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/LocalTimes.h"
-#include "standalone/desk/work/PersonAtWork.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/LocalTimes.h"
+#include "standalone/desk/inside/PersonAtWork.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

@@ -1,7 +1,7 @@
 #include "standalone/desk/Names.h"
 
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

@@ -7,8 +7,8 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Preferences.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/PersonAtWork.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/PersonAtWork.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

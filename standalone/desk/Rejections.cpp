@@ -9,8 +9,8 @@
 #include "standalone/books/RowFields.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/Texts.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/Texts.h"
+#include "standalone/desk/inside/Work.h"
 #include "standalone/values/Amount.h"
 #include "standalone/values/Text.h"
 

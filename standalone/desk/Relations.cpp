@@ -3,8 +3,8 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/AccountTable.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/RelationRows.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/RelationRows.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

@@ -9,8 +9,8 @@
 #include "MultiEntityHost/Preferences.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/LocalTimes.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/LocalTimes.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

@@ -2,7 +2,7 @@
 
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

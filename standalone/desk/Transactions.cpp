@@ -2,8 +2,8 @@
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/LineReader.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/Work.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Errors.h"
 

@@ -3,7 +3,7 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/UserTable.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace desk {
 

@@ -1,4 +1,4 @@
-#include "standalone/desk/work/Work.h"
+#include "standalone/desk/inside/Work.h"
 
 #include "standalone/values/Text.h"
 

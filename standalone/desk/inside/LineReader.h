@@ -7,8 +7,8 @@
 
 #include "MultiEntity/Records.h"
 #include "standalone/books/TransactionTable.h"
+#include "standalone/desk/inside/Work.h"
 #include "standalone/desk/results/IntercompanyLine.h"
-#include "standalone/desk/work/Work.h"
 
 namespace desk {
 

@@ -1,4 +1,4 @@
-#include "standalone/desk/work/OpenCompany.h"
+#include "standalone/desk/inside/OpenCompany.h"
 
 #include <cstdlib>
 #include <optional>

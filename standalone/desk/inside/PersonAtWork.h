@@ -4,8 +4,8 @@
 #include <functional>
 #include <string_view>
 
+#include "standalone/desk/inside/Work.h"
 #include "standalone/desk/results/Person.h"
-#include "standalone/desk/work/Work.h"
 
 namespace desk {
 

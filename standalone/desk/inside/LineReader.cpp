@@ -1,4 +1,4 @@
-#include "standalone/desk/work/LineReader.h"
+#include "standalone/desk/inside/LineReader.h"
 
 #include "standalone/books/AccountTable.h"
 #include "standalone/books/IntercompanyTable.h"
@@ -6,7 +6,7 @@
 #include "standalone/books/RelationTable.h"
 #include "standalone/books/RowFields.h"
 #include "standalone/books/SettingsTable.h"
-#include "standalone/desk/work/Texts.h"
+#include "standalone/desk/inside/Texts.h"
 
 namespace desk {
 

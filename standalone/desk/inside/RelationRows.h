@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "MultiEntity/Records.h"
+#include "standalone/desk/inside/Work.h"
 #include "standalone/desk/results/Relation.h"
-#include "standalone/desk/work/Work.h"
 
 namespace desk {
 

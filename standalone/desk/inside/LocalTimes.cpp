@@ -1,4 +1,4 @@
-#include "standalone/desk/work/LocalTimes.h"
+#include "standalone/desk/inside/LocalTimes.h"
 
 #include <ctime>
 

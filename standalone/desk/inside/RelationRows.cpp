@@ -1,11 +1,11 @@
-#include "standalone/desk/work/RelationRows.h"
+#include "standalone/desk/inside/RelationRows.h"
 
 #include <chrono>
 #include <optional>
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/AccountTable.h"
-#include "standalone/desk/work/Texts.h"
+#include "standalone/desk/inside/Texts.h"
 
 namespace desk {
 

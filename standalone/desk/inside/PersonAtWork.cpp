@@ -1,12 +1,12 @@
-#include "standalone/desk/work/PersonAtWork.h"
+#include "standalone/desk/inside/PersonAtWork.h"
 
 #include <utility>
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Preferences.h"
 #include "standalone/books/PendingWork.h"
-#include "standalone/desk/work/LineReader.h"
-#include "standalone/desk/work/RelationRows.h"
+#include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/RelationRows.h"
 
 namespace desk {
 

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "MultiEntity/Records.h"
+#include "standalone/desk/inside/OpenCompany.h"
 #include "standalone/desk/results/Refusal.h"
-#include "standalone/desk/work/OpenCompany.h"
 
 namespace desk {
 

@@ -2,12 +2,13 @@
 
 #include <ctime>
 
+#include "platform/LocalTime.h"
+
 namespace desk {
 
 standalone::DayAndTime LocalTimeAfter(platform::Clock& clock, std::chrono::seconds delay) {
-  constexpr int kYearOfTm = 1900;
   const std::tm shown = platform::LocalTimeOf(clock.Now() + delay);
-  return {.day = {shown.tm_year + kYearOfTm, shown.tm_mon + 1, shown.tm_mday},
+  return {.day = {shown.tm_year + platform::kYearOfTm, shown.tm_mon + 1, shown.tm_mday},
           .sinceMidnight = std::chrono::hours(shown.tm_hour) + std::chrono::minutes(shown.tm_min) +
                            std::chrono::seconds(shown.tm_sec)};
 }

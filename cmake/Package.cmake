@@ -24,15 +24,18 @@ bundle_licence(nlohmann-json nlohmann-json3-dev)
 bundle_licence(spdlog libspdlog-dev)
 bundle_licence(tomlplusplus libtomlplusplus-dev)
 bundle_licence(sqlite libsqlite3-dev)
+bundle_licence(libsodium libsodium-dev)
 
 if(MINGW)
   bundle_licence(gcc-runtime gcc-mingw-w64-base)
   bundle_licence(winpthreads mingw-w64-x86-64-dev)
   bundle(/usr/share/common-licenses/GPL-3 DESTINATION ${CMAKE_INSTALL_DOCDIR}/third-party RENAME GPL-3.txt)
 elseif(UNIX)
+  # Under the names by which programs ask for them.
   file(REAL_PATH ${SQLite3_LIBRARY} sqlite)
-  # Under the name by which programs ask for it.
   bundle(${sqlite} DESTINATION ${CMAKE_INSTALL_LIBDIR} RENAME libsqlite3.so.0)
+  file(REAL_PATH ${sodium_LIBRARY} sodium)
+  bundle(${sodium} DESTINATION ${CMAKE_INSTALL_LIBDIR} RENAME libsodium.so.23)
 endif()
 
 include(CPack)

@@ -35,7 +35,9 @@ void Change(Settings& settings, std::string_view name, std::string_view value) {
 
 SettingsTable::SettingsTable(Database& database)
     : get_(database, "SELECT name, home_currency, multi_currency, sample_file, accountants_copy FROM company"),
-      insert_(database, Writes::kLists, "INSERT INTO company VALUES (1, ?1, ?2, ?3, ?4, ?5)"),
+      insert_(database, Writes::kLists,
+              "INSERT INTO company (id, name, home_currency, multi_currency, sample_file, accountants_copy) "
+              "VALUES (1, ?1, ?2, ?3, ?4, ?5)"),
       set_(database, Writes::kLists,
            "UPDATE company SET name = ?1, home_currency = ?2, multi_currency = ?3, sample_file = ?4, "
            "accountants_copy = ?5"),

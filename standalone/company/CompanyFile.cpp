@@ -3,6 +3,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "standalone/books/AuditTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/books/UserTable.h"
 #include "standalone/storage/sqlite/CompanyFileHeader.h"
@@ -13,6 +14,42 @@
 namespace standalone {
 
 namespace {
+
+constexpr const char* YesOrNo(bool value) {
+  return value ? "yes" : "no";
+}
+
+constexpr const char* kMakeCompany = "company.make";
+constexpr const char* kMigrateCompany = "company.migrate";
+
+AuditDeed DeedOf(const NewCompany& company) {
+  return {.action = kMakeCompany,
+          .subject = "the company",
+          .transactions = {},
+          .changes = {{.field = "company-name", .before = {}, .after = company.name},
+                      {.field = "home-currency", .before = {}, .after = company.homeCurrency},
+                      {.field = "multi-currency", .before = {}, .after = YesOrNo(company.multiCurrency)},
+                      {.field = "sample-file", .before = {}, .after = YesOrNo(company.sampleFile)},
+                      {.field = "accountants-copy", .before = {}, .after = YesOrNo(company.accountantsCopy)},
+                      {.field = "user", .before = {}, .after = kAdministratorName}}};
+}
+
+AuditDeed DeedOf(const Migrated& done) {
+  const auto count = [](const char* what, std::int64_t number) {
+    return AuditChange{.field = what, .before = std::to_string(number), .after = {}};
+  };
+  return {
+      .action = kMigrateCompany,
+      .subject = "the company",
+      .transactions = {},
+      .changes = {{.field = "schema version", .before = std::to_string(done.from), .after = std::to_string(done.to)},
+                  count("transactions", done.held.transactions),
+                  count("lines", done.held.lines),
+                  count("intercompany rows", done.held.intercompanyRows),
+                  count("relations", done.held.relations),
+                  {.field = "copy of before", .before = {}, .after = PathText(done.before.filename())},
+                  {.field = "SHA-256 of the copy", .before = done.beforeSha256, .after = {}}}};
+}
 
 void InsertCompany(Database& database, const NewCompany& company) {
   UnitOfWork unit(database, Access::kWrite);
@@ -25,6 +62,7 @@ void InsertCompany(Database& database, const NewCompany& company) {
   administrator.name = kAdministratorName;
   administrator.administrator = true;
   UserTable(database).Add(administrator);
+  AuditTable(database).Append(StampNow(company.clock, /*user=*/{}), DeedOf(company));
   unit.Commit();
 }
 
@@ -140,10 +178,16 @@ std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options) {
   if (error) file = std::filesystem::absolute(path_);
   if (platform::IsOnReadOnlyMedium(file)) file = copy_.emplace(file).File();
   const bool isCopy = copy_.has_value();
-  const Opening opening{
-      .migrated = BringForward(
-          file, {.name = path_, .steps = options.schema, .patience = options.busyTimeout, .keepsCopy = !isCopy}),
-      .readsACopy = isCopy};
+  const Opening opening{.migrated = BringForward(file, {.name = path_,
+                                                        .steps = options.schema,
+                                                        .patience = options.busyTimeout,
+                                                        .keepsCopy = !isCopy,
+                                                        .record =
+                                                            [&options](const Migrated& done, Database& database) {
+                                                              AuditTable(database).Append(
+                                                                  StampNow(options.clock, /*user=*/{}), DeedOf(done));
+                                                            }}),
+                        .readsACopy = isCopy};
   if (options.tell && (opening.migrated || isCopy)) options.tell(opening);
   return isCopy ? file : path_;
 }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "standalone/company/Trail.h"
 #include "standalone/storage/sqlite/Migration.h"
 #include "standalone/storage/sqlite/Schema.h"
 #include "standalone/storage/sqlite/SqliteDatabase.h"
@@ -20,6 +21,7 @@ struct NewCompany {
   bool multiCurrency = false;
   bool sampleFile = false;
   bool accountantsCopy = false;
+  TrailClock clock = {};
 };
 
 inline constexpr std::chrono::milliseconds kBusyTimeout{10'000};
@@ -34,6 +36,7 @@ struct OpenOptions {
   std::chrono::milliseconds busyTimeout = kBusyTimeout;
   // What the program knows of company files; another version of it would know other steps.
   SchemaSpan schema = SchemaSteps();
+  TrailClock clock = {};
   // Called as soon as it is done, when there is anything to tell.
   std::function<void(const Opening& opening)> tell = nullptr;
 };

@@ -26,14 +26,20 @@ User SelectUser(Database& database, UserTable& users, const std::string& name) {
   return user;
 }
 
+OpenOptions WithClock(OpenOptions options, const TrailClock& clock) {
+  options.clock = clock;
+  return options;
+}
+
 }  // namespace
 
 // In the order in which they are built upon each other.
 struct StandaloneHost::Parts {
   Parts(StandaloneHost& host, const std::filesystem::path& companyFile, const std::string& userName,
         HostOptions options)
-      : clock(options.clock != nullptr ? *options.clock : platform::SystemClock()),
-        file(companyFile, options.file),
+      : trailClock{.clock = options.clock, .setTo = options.clockSetTo},
+        clock(trailClock.clock != nullptr ? *trailClock.clock : platform::SystemClock()),
+        file(companyFile, WithClock(options.file, trailClock)),
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),
         log(CompanyFile::LogPath(file.Path()), user.name, options.log, clock),
@@ -44,6 +50,7 @@ struct StandaloneHost::Parts {
             platform::MakeLoopEvents(options.loopClock != nullptr ? *options.loopClock : platform::SteadyLoopClock())),
         loop(host, *events) {}
 
+  TrailClock trailClock;
   platform::Clock& clock;
   CompanyFile file;
   UserTable users;
@@ -57,6 +64,7 @@ struct StandaloneHost::Parts {
   TransactionTable transactions{file.Data()};
   LinesAhead linesAhead{file.Data()};
   PreferenceTable preferenceTable{file.Data()};
+  AuditTable audit{file.Data()};
   RelationTable relations{file.Data()};
   IntercompanyTable intercompany{file.Data(), linesAhead};
   RejectedRequestTable rejected{file.Data()};
@@ -167,6 +175,14 @@ PreferenceTable& StandaloneHost::Preferences() noexcept {
 
 PendingWork& StandaloneHost::Pending() noexcept {
   return parts_->pending;
+}
+
+AuditTable& StandaloneHost::Audit() noexcept {
+  return parts_->audit;
+}
+
+void StandaloneHost::Record(const AuditDeed& deed) {
+  parts_->audit.Append(StampNow(parts_->trailClock, parts_->user.name), deed);
 }
 
 platform::Clock& StandaloneHost::Clock() noexcept {

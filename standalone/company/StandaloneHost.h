@@ -14,6 +14,7 @@
 #include "platform/Clock.h"
 #include "platform/LoopEvents.h"
 #include "standalone/books/AccountTable.h"
+#include "standalone/books/AuditTable.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/NameTable.h"
 #include "standalone/books/PendingWork.h"
@@ -37,8 +38,9 @@ struct HostOptions {
   LogLimits log;
   OpenOptions file;
   CommandRunner commandRunner;
-  // Tells every "now" and "today"; null for the machine's own.
+  // Tells every "now" and "today", also the file's; null for the machine's own.
   platform::Clock* clock = nullptr;
+  std::string clockSetTo;  // by people; empty for the machine's own
   // By which the loop's timers are due, where the loop keeps them itself; null for the machine's own.
   platform::LoopClock* loopClock = nullptr;
 };
@@ -81,6 +83,9 @@ class StandaloneHost {
     }
   }
 
+  // Writes down what the current user has just done, in the unit of work that does it.
+  void Record(const AuditDeed& deed);
+
   // The user that was selected, as the file had it when the host was made.
   const User& CurrentUser() const noexcept;
   // Whether that user is marked an accountant now.
@@ -103,6 +108,7 @@ class StandaloneHost {
   MessagesService& MessageBoxes() noexcept;
   PreferenceTable& Preferences() noexcept;
   PendingWork& Pending() noexcept;
+  AuditTable& Audit() noexcept;
   OperationsLog& Log() noexcept;
 
   // Told, on the thread of the loop, of each timer that the module arms and of each that is due, right before its

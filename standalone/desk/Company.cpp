@@ -39,11 +39,13 @@ NewLogLine LogLineOf(const Util::Ops::Line& line) {
 }  // namespace
 
 void CreateCompany(const NewCompany& company) {
+  const std::unique_ptr<platform::Clock> clock = GivenClock();
   standalone::CompanyFile::Create(company.file, {.name = company.name,
                                                  .homeCurrency = company.homeCurrency,
                                                  .multiCurrency = company.multiCurrency,
                                                  .sampleFile = company.sampleFile,
-                                                 .accountantsCopy = company.accountantsCopy});
+                                                 .accountantsCopy = company.accountantsCopy,
+                                                 .clock = {.clock = clock.get(), .setTo = ClockSetTo()}});
 }
 
 Company::Company(const std::filesystem::path& file, CompanyOptions options)

@@ -7,6 +7,7 @@
 #include "standalone/books/NameTable.h"
 #include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/values/Amount.h"
@@ -63,9 +64,11 @@ std::int32_t RecordJournalEntry(Company& company, const EntryToRecord& entry) {
     const MEAccountInfo expense = ExpenseOf(work, entry);
     const std::int32_t dueTo = DueToOf(work, entry);
     const MECNameInfo name = NameOf(work, entry);
-    return MultiEntityDriver::RecordGeneralJournalEntry(std::string_view(entry.realm.Text()), expense, dueTo,
-                                                        std::string_view(amount),
-                                                        std::string_view(entry.request.Text()), name, txnId);
+    const MEStatusCode answer = MultiEntityDriver::RecordGeneralJournalEntry(
+        std::string_view(entry.realm.Text()), expense, dueTo, std::string_view(amount),
+        std::string_view(entry.request.Text()), name, txnId);
+    return work.Recorded(
+        answer, [&] { return DeedOfRecording(LineReader(work).LinesOfEntry(static_cast<std::int32_t>(txnId))); });
   });
   return static_cast<std::int32_t>(txnId);
 }
@@ -77,7 +80,8 @@ std::vector<IntercompanyLine> RemoveJournalEntry(Company& company, std::int32_t 
     work.RequireRight({kFeatureJournalEntries, kActionDelete});
     RequireIntercompanyEntry(work, txnId);
     removed = LineReader(work).LinesOfEntry(txnId);
-    return MultiEntityDriver::RemoveGeneralJournalEntry(static_cast<std::uint32_t>(txnId));
+    return work.Recorded(MultiEntityDriver::RemoveGeneralJournalEntry(static_cast<std::uint32_t>(txnId)),
+                         [&] { return DeedOfRemoval(removed); });
   });
   return removed;
 }

@@ -7,6 +7,7 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Preferences.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/PersonAtWork.h"
 #include "standalone/desk/inside/Work.h"
 
@@ -48,8 +49,11 @@ void RememberRealm(Company& company, const standalone::RealmId& realm) {
   Work work(company.Opened(), UseCase::kChangeRealm);
   std::string text = realm.Text();
   work.WriteAsAdministrator(kChangeOfRealm, [&] {
-    if (MultiEntityDriver::SetMECacheRealmId(text.data())) return;
-    throw std::runtime_error("the realm id " + realm.Text() + " could not be stored in the company file");
+    const std::optional<std::string> before = Remembered(work);
+    if (!MultiEntityDriver::SetMECacheRealmId(text.data())) {
+      throw std::runtime_error("the realm id " + realm.Text() + " could not be stored in the company file");
+    }
+    work.Host().Record(DeedOfRealm(before, realm.Text()));
   });
 }
 
@@ -62,7 +66,10 @@ RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>
       check.before = Remembered(work);
       check.blocked = MultiEntityDriver::BlockUserIfRealmReset(reported);
       check.after = Remembered(work);
-      if (check.after != check.before) work.RequireAdministrator(kChangeOfRealm);
+      if (check.after != check.before) {
+        work.RequireAdministrator(kChangeOfRealm);
+        work.Host().Record(DeedOfRealm(check.before, check.after.value_or("")));
+      }
       check.outcome = OutcomeOf(check, realm);
       return check;
     });

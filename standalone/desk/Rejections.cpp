@@ -9,6 +9,7 @@
 #include "standalone/books/RowFields.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/Texts.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/values/Amount.h"
@@ -55,10 +56,19 @@ Rejection RejectionOf(const MERejectedTxnInfo& listed, std::string writtenAmount
   return rejection;
 }
 
-std::int32_t RequireRelation(Work& work, const standalone::RealmId& realm) {
+DBMultiEntityRelation RequireRelation(Work& work, const standalone::RealmId& realm) {
   DBMultiEntityRelation relation{};
-  if (work.Host().Relations().Find(realm.Text(), relation)) return relation.relationId;
+  if (work.Host().Relations().Find(realm.Text(), relation)) return relation;
   work.Refuse("there is no relation with the partner " + standalone::Quoted(realm.Text()), Remedy::kSeeRelations);
+}
+
+DBMultiEntityRejectedTxnReceiver RowOf(const RejectionToSave& rejection) {
+  DBMultiEntityRejectedTxnReceiver row{};
+  standalone::Fill(row.requestId, rejection.request.Text());
+  standalone::Fill(row.amount, rejection.amount.Text());
+  standalone::Fill(row.partnerTxnId, rejection.partnerTxnId.Text());
+  row.txnType = static_cast<std::int16_t>(rejection.type);
+  return row;
 }
 
 // The module tells of one that does not exist.
@@ -86,10 +96,12 @@ class OnlyOf {
 void SaveRejection(Company& company, const RejectionToSave& rejection) {
   Work work(company.Opened(), UseCase::kSaveRejection);
   work.AskToWrite([&] {
-    return MultiEntityDriver::SaveRejectedTransaction(
+    const MEStatusCode answer = MultiEntityDriver::SaveRejectedTransaction(
         std::string_view(rejection.request.Text()), static_cast<std::int16_t>(rejection.type),
         std::string_view(rejection.realm.Text()), std::string_view(rejection.amount.Text()),
         std::string_view(rejection.partnerTxnId.Text()));
+    return work.Recorded(answer,
+                         [&] { return DeedOfSaving(RequireRelation(work, rejection.realm), RowOf(rejection)); });
   });
 }
 
@@ -115,10 +127,12 @@ std::vector<Rejection> ListRejections(Company& company) {
 void DeleteRejection(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request) {
   Work work(company.Opened(), UseCase::kDeleteRejection);
   work.AskToWrite([&] {
-    const std::int32_t relationId = RequireRelation(work, realm);
-    RequireRightFor(work, work.Host().Rejected().Find(relationId, request.Text()));
-    const OnlyOf only(work.Host(), relationId);
-    return MultiEntityDriver::DeleteRejectedTransaction(std::string_view(request.Text()));
+    const DBMultiEntityRelation partner = RequireRelation(work, realm);
+    const DBMultiEntityRejectedTxnReceiver row = work.Host().Rejected().Find(partner.relationId, request.Text());
+    RequireRightFor(work, row);
+    const OnlyOf only(work.Host(), partner.relationId);
+    return work.Recorded(MultiEntityDriver::DeleteRejectedTransaction(std::string_view(request.Text())),
+                         [&] { return DeedOfForgetting(partner, row); });
   });
 }
 

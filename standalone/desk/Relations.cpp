@@ -3,6 +3,7 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/AccountTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/RelationRows.h"
 #include "standalone/desk/inside/Work.h"
 
@@ -25,6 +26,13 @@ std::vector<MEAccountInfo> AccountsOf(Work& work, const RelationAccounts& given)
   return accounts;
 }
 
+// What changes the relation with `realm`, and the audit trail tells.
+template <typename Change>
+MEStatusCode Recorded(Work& work, const standalone::RealmId& realm, Change&& change) {
+  const std::optional<Relation> before = RelationInBooks(work, realm);
+  return work.Recorded(change(), [&] { return DeedOfRelation(before, RelationInBooks(work, realm)); });
+}
+
 template <typename Ask>
 Relation ShowFound(Company& company, Ask&& ask) {
   Work work(company.Opened(), UseCase::kReadRelations);
@@ -44,9 +52,11 @@ void CreateRelation(Company& company, const NewRelation& relation) {
   standalone::RequireStored(relation.state);
   Work work(company.Opened(), UseCase::kCreateRelation);
   work.AskToWrite([&] {
-    return MultiEntityDriver::CreateRelation(std::string_view(relation.realm.Text()),
-                                             std::string_view(relation.partner.Text()), MERelationType{relation.type},
-                                             static_cast<MEState>(relation.state), AccountsOf(work, relation.accounts));
+    return Recorded(work, relation.realm, [&] {
+      return MultiEntityDriver::CreateRelation(
+          std::string_view(relation.realm.Text()), std::string_view(relation.partner.Text()),
+          MERelationType{relation.type}, static_cast<MEState>(relation.state), AccountsOf(work, relation.accounts));
+    });
   });
 }
 
@@ -57,7 +67,7 @@ void UpdateRelation(Company& company, const RelationChange& change) {
   Work work(company.Opened(), UseCase::kUpdateRelation);
   work.AskToWrite([&] {
     info.accounts = AccountsOf(work, change.accounts);
-    return MultiEntityDriver::UpdateRelation(info);
+    return Recorded(work, change.realm, [&] { return MultiEntityDriver::UpdateRelation(info); });
   });
 }
 
@@ -65,7 +75,8 @@ Deleted DeleteRelation(Company& company, const standalone::RealmId& realm, bool 
   Work work(company.Opened(), UseCase::kDeleteRelation);
   Deleted deleted = Deleted::kRemoved;
   work.AskToWrite([&] {
-    const MEStatusCode answer = MultiEntityDriver::DeleteRelation(std::string_view(realm.Text()), force);
+    const MEStatusCode answer =
+        Recorded(work, realm, [&] { return MultiEntityDriver::DeleteRelation(std::string_view(realm.Text()), force); });
     DBMultiEntityRelation left{};
     if (answer == MEStatusSuccess && work.Host().Relations().Find(realm.Text(), left)) deleted = Deleted::kDeactivated;
     return answer;

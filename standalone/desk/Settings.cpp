@@ -2,6 +2,7 @@
 
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/Work.h"
 
 namespace desk {
@@ -29,8 +30,11 @@ Settings ReadSettings(Company& company) {
 Settings ChangeSetting(Company& company, std::string_view setting, std::string_view value) {
   Work work(company.Opened(), UseCase::kChangeSettings);
   return work.WriteAsAdministrator("a change of settings", [&] {
+    const standalone::Settings before = work.Host().Settings().Get();
     work.Host().Settings().Set(setting, value);
-    return SettingsOf(work.Host().Settings().Get());
+    const standalone::Settings& after = work.Host().Settings().Get();
+    work.Host().Record(DeedOfSettings(before, after));
+    return SettingsOf(after);
   });
 }
 

@@ -1,7 +1,10 @@
 #include "standalone/desk/Transactions.h"
 
 #include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/books/IntercompanyTable.h"
+#include "standalone/books/RelationTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/values/Dates.h"
@@ -22,6 +25,14 @@ std::vector<IntercompanyLine> List(Company& company, Ask&& ask) {
     return answer;
   });
   return lines;
+}
+
+// `row` is blank when it is not there, of which the module tells.
+template <typename Change>
+MEStatusCode ChangeState(Work& work, const DBMultiEntityTransaction& row, standalone::TransactionState state,
+                         Change&& change) {
+  const IntercompanyLine before = LineReader(work).Read(row);
+  return work.Recorded(change(), [&] { return DeedOfState(before, state); });
 }
 
 }  // namespace
@@ -59,15 +70,26 @@ void SetState(Company& company, const standalone::RealmId& realm, const standalo
               standalone::TransactionState state) {
   Work work(company.Opened(), UseCase::kSetTransactionState);
   work.AskToWrite([&] {
-    return MultiEntityDriver::UpdateTransactionWithState(std::string_view(realm.Text()),
-                                                         std::string_view(request.Text()), static_cast<MEState>(state));
+    DBMultiEntityRelation relation{};
+    DBMultiEntityTransaction row{};
+    work.Host().Relations().Find(realm.Text(), relation);
+    work.Host().Intercompany().FindRequest(relation.relationId, request.Text(), row);
+    return ChangeState(work, row, state, [&] {
+      return MultiEntityDriver::UpdateTransactionWithState(
+          std::string_view(realm.Text()), std::string_view(request.Text()), static_cast<MEState>(state));
+    });
   });
 }
 
 void SetState(Company& company, std::int32_t txnId, std::int32_t lineId, standalone::TransactionState state) {
   Work work(company.Opened(), UseCase::kSetTransactionState);
-  work.AskToWrite(
-      [&] { return MultiEntityDriver::UpdateTransactionWithState(txnId, lineId, static_cast<MEState>(state)); });
+  work.AskToWrite([&] {
+    DBMultiEntityTransaction row{};
+    work.Host().Intercompany().Find(txnId, lineId, row);
+    return ChangeState(work, row, state, [&] {
+      return MultiEntityDriver::UpdateTransactionWithState(txnId, lineId, static_cast<MEState>(state));
+    });
+  });
 }
 
 void RequireKnownRequest(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request) {

@@ -3,6 +3,7 @@
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/UserTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/Work.h"
 
 namespace desk {
@@ -56,8 +57,9 @@ User AddUser(Company& company, const User& user) {
   const standalone::User record = RecordOf(user);
   Work work(company.Opened(), UseCase::kChangeUsers);
   return work.WriteAsAdministrator(kChangeOfUsers, [&] {
-    const std::string name = work.Host().Users().Add(record).name;
-    return UserOf(work.Host().Users().Require(name));
+    const standalone::User added = work.Host().Users().Require(work.Host().Users().Add(record).name);
+    work.Host().Record(DeedOfUser({}, added));
+    return UserOf(added);
   });
 }
 
@@ -65,14 +67,21 @@ User ChangeUser(Company& company, const User& user) {
   const standalone::User record = RecordOf(user);
   Work work(company.Opened(), UseCase::kChangeUsers);
   return work.WriteAsAdministrator(kChangeOfUsers, [&] {
+    const std::optional<standalone::User> before = work.Host().Users().Find(record.name);
     work.Host().Users().Change(record);
-    return UserOf(work.Host().Users().Require(record.name));
+    const standalone::User changed = work.Host().Users().Require(record.name);
+    work.Host().Record(DeedOfUser(before, changed));
+    return UserOf(changed);
   });
 }
 
 void RemoveUser(Company& company, const std::string& name) {
   Work work(company.Opened(), UseCase::kChangeUsers);
-  work.WriteAsAdministrator(kChangeOfUsers, [&] { work.Host().Users().Remove(name); });
+  work.WriteAsAdministrator(kChangeOfUsers, [&] {
+    const std::optional<standalone::User> removed = work.Host().Users().Find(name);
+    work.Host().Users().Remove(name);
+    work.Host().Record(DeedOfUser(removed, {}));
+  });
 }
 
 Persona PersonaInRole(Company& company, std::int32_t role) {

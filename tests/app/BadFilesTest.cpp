@@ -1,8 +1,7 @@
-#include <sqlite3.h>
-
 #include <memory>
 
 #include "app/Books.h"
+#include "app/OtherProgram.h"
 #include "crash/Contents.h"
 
 namespace {
@@ -15,23 +14,6 @@ using testing::IsEmpty;
 constexpr perms kReadOnly = perms::owner_read | perms::group_read | perms::others_read;
 constexpr perms kReadAndWrite = kReadOnly | perms::owner_write | perms::group_write | perms::others_write;
 constexpr perms kEnter = perms::owner_exec | perms::group_exec | perms::others_exec;
-
-class OtherProgram {
- public:
-  explicit OtherProgram(const std::filesystem::path& file) {
-    EXPECT_EQ(sqlite3_open(file.c_str(), &database_), SQLITE_OK);
-  }
-  OtherProgram(const OtherProgram&) = delete;
-  OtherProgram& operator=(const OtherProgram&) = delete;
-  ~OtherProgram() { sqlite3_close(database_); }
-
-  void Runs(const char* sql) const {
-    EXPECT_EQ(sqlite3_exec(database_, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database_);
-  }
-
- private:
-  sqlite3* database_ = nullptr;
-};
 
 class BadFile : public Books {
  protected:
@@ -68,9 +50,9 @@ TEST_F(BadFile, ADatabaseOfAnotherProgramIsNoCompanyFile) {
 }
 
 TEST_F(BadFile, ACompanyFileOfANewerProgramAsksForThatProgram) {
-  OtherProgram(In(kFile)).Runs("PRAGMA user_version = 2");
+  OtherProgram(In(kFile)).Runs("PRAGMA user_version = 3");
 
-  EXPECT_THAT(Refusal(kFile), AllOf(HasSubstr(kFile), HasSubstr("schema version 2"), HasSubstr("newer program")));
+  EXPECT_THAT(Refusal(kFile), AllOf(HasSubstr(kFile), HasSubstr("schema version 3"), HasSubstr("newer program")));
 }
 
 TEST_F(BadFile, ACompanyFileThatLostItsVersionIsDamaged) {

@@ -21,7 +21,7 @@ constexpr const char* kSoundBooks =
     "INSERT INTO txn (id, type, date, memo) VALUES (5, 8, 1, '');"
     "INSERT INTO txn_line VALUES (1, 5, 1, 100, ''), (2, 5, 2, -100, '');"
     "UPDATE txn SET posted = 1;"
-    "INSERT INTO me_transaction VALUES (1, 5, 1, 1, 'request', 8, 3);"
+    "INSERT INTO me_transaction VALUES (1, 5, 1, 1, 'request', 8, 3, 0);"
     "DROP TRIGGER txn_line_update_posted; DROP TRIGGER txn_line_delete_posted; DROP TRIGGER txn_change_posted;"
     "DROP TRIGGER txn_insert_posted; DROP TRIGGER txn_line_insert_posted;"
     "DROP INDEX me_transaction_journal_request;";
@@ -88,7 +88,7 @@ TEST_F(TheInspection, FindsABrokenReference) {
 TEST_F(TheInspection, FindsARequestThatIsBookedTwice) {
   EXPECT_THAT(FaultsAfter("INSERT INTO txn VALUES (6, 8, 1, NULL, '', 1, 0);"
                           "INSERT INTO txn_line VALUES (3, 6, 1, 100, ''), (4, 6, 2, -100, '');"
-                          "INSERT INTO me_transaction VALUES (2, 6, 3, 1, 'request', 8, 3)"),
+                          "INSERT INTO me_transaction VALUES (2, 6, 3, 1, 'request', 8, 3, 0)"),
               ElementsAre("booked twice: request request"));
 }
 

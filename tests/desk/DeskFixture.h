@@ -11,6 +11,7 @@
 
 #include "standalone/company/StandaloneHost.h"
 #include "standalone/desk/Accounts.h"
+#include "standalone/desk/Audit.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/Import.h"
 #include "standalone/desk/Journal.h"
@@ -117,6 +118,11 @@ class DeskFixture : public testing::Test {
   std::string Names() { return JsonOf(ListNames(*company_)).dump(1); }
   // All that the company keeps, as another program reads it.
   std::string Everything() {
+    standalone::StandaloneHost other(path_);
+    return Records() + "\naudit: " + std::to_string(standalone::Count(other, "SELECT count(*) FROM audit"));
+  }
+  // The same without the trail of what was done.
+  std::string Records() {
     standalone::StandaloneHost other(path_);
     std::string text =
         Accounts() + Names() + UsersAndSettingsOf(other) + RememberedRealm(*company_).value_or("no realm");

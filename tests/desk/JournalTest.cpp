@@ -214,13 +214,13 @@ TEST_F(TheJournal, NamesAnAccountThatIsNotThere) {
 
 TEST_F(TheJournal, ForgetsAnEntryThatIsRemovedWithItsIntercompanyRow) {
   RelateBirch();
-  const std::string before = Everything();
+  const std::string before = Records();
   const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
 
   RemoveJournalEntry(*company_, txnId);
 
   EXPECT_THAT(Lines(txnId), IsEmpty());
-  EXPECT_EQ(Everything(), before);
+  EXPECT_EQ(Records(), before);
 }
 
 TEST_F(TheJournal, SaysWhatItRemoved) {

@@ -25,7 +25,10 @@ using Steps = std::vector<const char*>;
 
 class AMigration : public testing::Test {
  protected:
-  AMigration() { told_ = ToldBy(ThisVersionAnd({})); }
+  AMigration() {
+    told_ = ToldBy(ThisVersionAnd({}));
+    std::filesystem::remove(Before(ThisVersionAnd({})));
+  }
 
   // Opens the company with a program that knows these steps; what its books hold then.
   std::string ToldBy(const Steps& steps) { return ToldBy(steps, file_.Path()); }

@@ -13,6 +13,7 @@ void AddInit(CLI::App& program, Invocation& invocation);
 void AddImport(CLI::App& program, Invocation& invocation);
 void AddAccounts(CLI::App& program, Invocation& invocation);
 void AddNames(CLI::App& program, Invocation& invocation);
+void AddAudit(CLI::App& program, Invocation& invocation);
 void AddUsers(CLI::App& program, Invocation& invocation);
 void AddSettings(CLI::App& program, Invocation& invocation);
 void AddRelation(CLI::App& program, Invocation& invocation);

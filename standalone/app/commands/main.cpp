@@ -79,6 +79,7 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   AddImport(program, invocation);
   AddAccounts(program, invocation);
   AddNames(program, invocation);
+  AddAudit(program, invocation);
   AddUsers(program, invocation);
   AddSettings(program, invocation);
   AddRelation(program, invocation);

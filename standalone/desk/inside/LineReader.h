@@ -20,11 +20,12 @@ class LineReader {
   // Those that the module has listed.
   IntercompanyLine Read(const METxnInfo& listed);
   std::vector<IntercompanyLine> Read(const std::vector<METxnInfo>& listed);
-  // Those of a journal entry, whoever may see them.
+  // As it is in the books, whoever may see it.
+  IntercompanyLine Read(const DBMultiEntityTransaction& row);
+  // Those of a journal entry, in the same way.
   std::vector<IntercompanyLine> LinesOfEntry(std::int32_t txnId);
 
  private:
-  IntercompanyLine Read(const DBMultiEntityTransaction& row);
   void FillFromTheBooks(IntercompanyLine& read);
   std::optional<ListItem> NameOf(const standalone::LineView& line);
   std::optional<ListItem> AccountOf(const standalone::LineView& line);

@@ -6,11 +6,15 @@
 
 namespace desk {
 
-standalone::DayAndTime LocalTimeAfter(platform::Clock& clock, std::chrono::seconds delay) {
-  const std::tm shown = platform::LocalTimeOf(clock.Now() + delay);
+standalone::DayAndTime LocalTimeAt(platform::Clock::TimePoint moment) {
+  const std::tm shown = platform::LocalTimeOf(moment);
   return {.day = {shown.tm_year + platform::kYearOfTm, shown.tm_mon + 1, shown.tm_mday},
           .sinceMidnight = std::chrono::hours(shown.tm_hour) + std::chrono::minutes(shown.tm_min) +
                            std::chrono::seconds(shown.tm_sec)};
+}
+
+standalone::DayAndTime LocalTimeAfter(platform::Clock& clock, std::chrono::seconds delay) {
+  return LocalTimeAt(clock.Now() + delay);
 }
 
 }  // namespace desk

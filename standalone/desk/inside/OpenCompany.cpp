@@ -13,6 +13,24 @@ namespace {
 
 constexpr const char* kClockVariable = "MULTIENTITY_NOW";
 
+void LogTheClock(standalone::OperationsLog& log) {
+  using Util::Ops;
+  Ops::MessageFunctor(log, Ops::Level::kTrace, Ops::EventType::kFlow, "multientity", __LINE__, "OpenCompany",
+                      "OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user)")(
+      "HOST:: the clock was set to %s by %s", ClockSetTo().c_str(), kClockVariable);
+}
+
+standalone::HostOptions HostOptionsOf(platform::Clock* clock,
+                                      std::function<void(const standalone::Opening& done)> onOpened) {
+  standalone::HostOptions options;
+  options.clock = clock;
+  options.clockSetTo = ClockSetTo();
+  options.file.tell = std::move(onOpened);
+  return options;
+}
+
+}  // namespace
+
 std::unique_ptr<platform::Clock> GivenClock() {
   const char* const text = std::getenv(kClockVariable);
   if (text == nullptr || *text == '\0') return nullptr;
@@ -26,22 +44,10 @@ std::unique_ptr<platform::Clock> GivenClock() {
   return std::make_unique<platform::ClockFrom>(*moment);
 }
 
-void LogTheClock(standalone::OperationsLog& log) {
-  using Util::Ops;
-  Ops::MessageFunctor(log, Ops::Level::kTrace, Ops::EventType::kFlow, "multientity", __LINE__, "OpenCompany",
-                      "OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user)")(
-      "HOST:: the clock was set to %s by %s", std::getenv(kClockVariable), kClockVariable);
+std::string ClockSetTo() {
+  const char* const text = std::getenv(kClockVariable);
+  return text != nullptr ? text : "";
 }
-
-standalone::HostOptions HostOptionsOf(platform::Clock* clock,
-                                      std::function<void(const standalone::Opening& done)> onOpened) {
-  standalone::HostOptions options;
-  options.clock = clock;
-  options.file.tell = std::move(onOpened);
-  return options;
-}
-
-}  // namespace
 
 OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user,
                          std::function<void(const standalone::Opening& done)> onOpened,

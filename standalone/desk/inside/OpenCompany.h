@@ -12,6 +12,11 @@
 
 namespace desk {
 
+// The clock that MULTIENTITY_NOW sets; null when it sets none. standalone::InvalidInput for a time that is none.
+std::unique_ptr<platform::Clock> GivenClock();
+// What it was set to, for the audit trail; empty for the machine's own.
+std::string ClockSetTo();
+
 // What a company that is open consists of. Its clock is the machine's unless MULTIENTITY_NOW sets another one.
 class OpenCompany {
  public:

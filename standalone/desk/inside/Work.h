@@ -63,6 +63,14 @@ class Work {
 
   void Accept(MEStatusCode answer);
 
+  // Within a unit of work that writes: has the audit trail tell what was done, if the module did it; returns the
+  // answer.
+  template <typename DeedOfIt>
+  MEStatusCode Recorded(MEStatusCode answer, DeedOfIt&& deed) {
+    if (answer == MEStatusSuccess) Host().Record(std::forward<DeedOfIt>(deed)());
+    return answer;
+  }
+
  private:
   bool IsAdministrator();
 

@@ -16,6 +16,8 @@ const char* NameOf(UseCase what) noexcept {
       return "list-names";
     case UseCase::kListUsers:
       return "list-users";
+    case UseCase::kReadAudit:
+      return "read-audit";
     case UseCase::kChangeUsers:
       return "change-users";
     case UseCase::kReadSettings:

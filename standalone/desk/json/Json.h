@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "standalone/desk/Accounts.h"
+#include "standalone/desk/Audit.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/Import.h"
 #include "standalone/desk/Log.h"
@@ -32,6 +33,8 @@ Json JsonOf(const Name& name);
 Json JsonOf(const User& user);
 Json JsonOf(const Settings& settings);
 Json JsonOf(const Imported& imported);
+Json JsonOf(const AuditedDeed& deed);
+Json JsonOf(const AuditVerdict& verdict);
 Json JsonOf(const LogLine& line);
 Json JsonOf(const NewLogLine& line);
 Json JsonOf(const Relation& relation);

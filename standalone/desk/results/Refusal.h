@@ -14,6 +14,7 @@ enum class UseCase {
   kListAccounts,
   kListNames,
   kListUsers,
+  kReadAudit,
   kChangeUsers,
   kReadSettings,
   kChangeSettings,

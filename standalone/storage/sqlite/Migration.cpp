@@ -1,6 +1,7 @@
 #include "standalone/storage/sqlite/Migration.h"
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -14,6 +15,7 @@
 #include "platform/DiskFiles.h"
 #include "standalone/storage/sqlite/DraftFile.h"
 #include "standalone/values/Errors.h"
+#include "standalone/values/Sha256.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -207,6 +209,24 @@ class AddedByOthers {
   std::vector<SchemaObject> objects_;
 };
 
+Holdings HoldingsOf(SqliteDatabase& database) {
+  return {.transactions = database.QueryNumber("SELECT count(*) FROM txn"),
+          .lines = database.QueryNumber("SELECT count(*) FROM txn_line"),
+          .intercompanyRows = database.QueryNumber("SELECT count(*) FROM me_transaction"),
+          .relations = database.QueryNumber("SELECT count(*) FROM me_relation")};
+}
+
+std::string Sha256OfFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  Sha256 digest;
+  std::array<char, 64 * 1024> piece{};
+  while (stream.read(piece.data(), piece.size()), stream.gcount() > 0) {
+    digest.Add({piece.data(), static_cast<std::size_t>(stream.gcount())});
+  }
+  if (!stream.eof()) throw CompanyFileError("The copy " + PathText(file) + " cannot be read.");
+  return digest.Finish();
+}
+
 class NotAsExpected : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -246,6 +266,7 @@ void ChangeAndCommit(SqliteDatabase& database, const MigrationOptions& options, 
     PrepareForSteps(database);
     UnitOfWork unit(database, Access::kWrite);
     migrated.left = Change(database, options.steps, migrated.from);
+    if (options.record) options.record(migrated, database);
     try {
       unit.Commit();
     } catch (const std::exception&) {
@@ -282,9 +303,17 @@ Migrated Migrate(std::unique_ptr<SqliteDatabase> database, const std::filesystem
   if (database->QueryText("PRAGMA journal_mode = WAL") != "wal") {
     ThrowAsItWas(options, "no write-ahead log can be kept beside it", kCheckDisk);
   }
-  Migrated migrated{.from = from, .to = options.steps.size(), .before = {}, .left = {}};
+  Migrated migrated{.from = from,
+                    .to = options.steps.size(),
+                    .before = {},
+                    .beforeSha256 = {},
+                    .held = HoldingsOf(*database),
+                    .left = {}};
   std::optional<CopyOfBefore> before;
-  if (options.keepsCopy) migrated.before = before.emplace(*database, file, options).Path();
+  if (options.keepsCopy) {
+    migrated.before = before.emplace(*database, file, options).Path();
+    migrated.beforeSha256 = Sha256OfFile(migrated.before);
+  }
   try {
     ChangeAndCommit(*database, options, migrated);
   } catch (const CommitFailed& failure) {

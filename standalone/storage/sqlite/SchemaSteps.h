@@ -153,6 +153,51 @@ CREATE TABLE user_list_right (
 ) STRICT, WITHOUT ROWID;
 )sql";
 
-inline constexpr std::array kSchemaSteps{kVersion1};
+// The audit trail; how many decimals the company's currency has; what was imported. Intercompany rows of before have
+// states of another meaning.
+inline constexpr const char* kVersion2 = R"sql(
+-- What was done, by whom: line after line, each with the SHA-256 of the one before it, in hexadecimal digits. Times are in
+-- milliseconds since 1970, UTC; `clock` is what the clock was set to, if it was. `changes` is a JSON array of objects with
+-- "field" and, as far as there is one, the value "before" and "after". The transactions that a line tells of are all from
+-- `first_txn_id` to `last_txn_id`.
+CREATE TABLE audit (
+  id INTEGER PRIMARY KEY CHECK (id > 0),
+  previous TEXT NOT NULL CHECK (length(previous) = 64),
+  at INTEGER NOT NULL,
+  clock TEXT NOT NULL,
+  user TEXT NOT NULL,
+  system_user TEXT NOT NULL,
+  action TEXT NOT NULL CHECK (action <> ''),
+  first_txn_id INTEGER,
+  last_txn_id INTEGER,
+  subject TEXT NOT NULL,
+  changes TEXT NOT NULL,
+  CHECK ((first_txn_id IS NULL) = (last_txn_id IS NULL))
+) STRICT;
+CREATE INDEX audit_txn ON audit (first_txn_id) WHERE first_txn_id IS NOT NULL;
+CREATE TRIGGER audit_insert BEFORE INSERT ON audit BEGIN
+  SELECT RAISE(ABORT, 'the audit trail grows at its end only')
+    WHERE NEW.id IS NOT (SELECT ifnull(max(id), 0) + 1 FROM audit);
+END;
+CREATE TRIGGER audit_update BEFORE UPDATE ON audit BEGIN
+  SELECT RAISE(ABORT, 'a line of the audit trail does not change');
+END;
+CREATE TRIGGER audit_delete BEFORE DELETE ON audit BEGIN
+  SELECT RAISE(ABORT, 'a line of the audit trail is not deleted');
+END;
+
+-- Files whose rows are in the books, by their SHA-256 in hexadecimal digits.
+CREATE TABLE imported_file (
+  sha256 TEXT PRIMARY KEY NOT NULL CHECK (length(sha256) = 64),
+  audit_id INTEGER NOT NULL REFERENCES audit (id)
+) STRICT, WITHOUT ROWID;
+
+ALTER TABLE company ADD COLUMN decimals INTEGER NOT NULL DEFAULT 2 CHECK (decimals BETWEEN 0 AND 4);
+
+ALTER TABLE me_transaction ADD COLUMN of_before INTEGER NOT NULL DEFAULT 0 CHECK (of_before IN (0, 1));
+UPDATE me_transaction SET of_before = 1;
+)sql";
+
+inline constexpr std::array kSchemaSteps{kVersion1, kVersion2};
 
 }  // namespace standalone

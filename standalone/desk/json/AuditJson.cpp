@@ -1,0 +1,36 @@
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Dates.h"
+
+namespace desk {
+
+namespace {
+
+Json JsonOf(const AuditedChange& change) {
+  return {{"field", change.field}, {"before", OrNull(change.before)}, {"after", OrNull(change.after)}};
+}
+
+}  // namespace
+
+Json JsonOf(const AuditedDeed& deed) {
+  Json changes = Json::array();
+  for (const AuditedChange& change : deed.changes) changes.push_back(JsonOf(change));
+  return {{"number", deed.number},
+          {"time", standalone::FormatUtc(deed.at)},
+          {"clockSetTo", deed.clock.empty() ? Json() : Json(deed.clock)},
+          {"user", deed.user.empty() ? Json() : Json(deed.user)},
+          {"systemUser", deed.systemUser},
+          {"action", deed.action},
+          {"subject", deed.subject},
+          {"firstTransaction", OrNull(deed.firstTxnId)},
+          {"lastTransaction", OrNull(deed.lastTxnId)},
+          {"changes", std::move(changes)}};
+}
+
+Json JsonOf(const AuditVerdict& verdict) {
+  return {{"whole", !verdict.breakAt.has_value()},
+          {"lines", verdict.lines},
+          {"head", verdict.head},
+          {"breakAt", OrNull(verdict.breakAt)}};
+}
+
+}  // namespace desk

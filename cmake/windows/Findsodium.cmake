@@ -10,7 +10,7 @@ if(NOT TARGET sodium::sodium)
   set(VERSION 1.0.17)
   set(SODIUM_LIBRARY_VERSION_MAJOR 10)
   set(SODIUM_LIBRARY_VERSION_MINOR 2)
-  configure_file(${sodium_sources}/include/sodium/version.h.in ${CMAKE_BINARY_DIR}/sodium/include/sodium/version.h @ONLY)
+  configure_file(${sodium_sources}/include/sodium/version.h.in ${sodium_sources}/include/sodium/version.h @ONLY)
   file(GLOB_RECURSE sodium_files ${sodium_sources}/*.c)
   add_library(sodium STATIC ${sodium_files})
   target_compile_definitions(sodium
@@ -18,8 +18,8 @@ if(NOT TARGET sodium::sodium)
     PUBLIC SODIUM_STATIC)
   target_compile_options(sodium PRIVATE -O2 -w)
   target_include_directories(sodium SYSTEM
-    PUBLIC ${sodium_sources}/include ${CMAKE_BINARY_DIR}/sodium/include
-    PRIVATE ${sodium_sources}/include/sodium ${CMAKE_BINARY_DIR}/sodium/include/sodium)
+    PUBLIC ${sodium_sources}/include
+    PRIVATE ${sodium_sources}/include/sodium)
   add_library(sodium::sodium ALIAS sodium)
 endif()
 set(sodium_FOUND TRUE)

@@ -6,6 +6,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "standalone/values/Sha256.h"
+
 namespace {
 
 struct CloseDatabase {
@@ -76,6 +78,54 @@ constexpr const char* kRowsWithoutEntry =
     "SELECT txn_id FROM me_transaction AS row WHERE NOT EXISTS (SELECT 1 FROM txn_line JOIN txn ON txn.id = txn_id "
     "WHERE txn_line.id = row.target_id AND txn.id = row.txn_id AND txn.type = row.txn_type)";
 
+// What was booked by a person and the trail does not tell of, or the other way round.
+constexpr const char* kEntriesWithoutAudit =
+    "SELECT txn_id FROM me_transaction WHERE txn_type = 8 AND of_before = 0 AND NOT EXISTS "
+    "(SELECT 1 FROM audit WHERE txn_id BETWEEN first_txn_id AND last_txn_id AND action IN ('journal.record', "
+    "'import'))";
+constexpr const char* kAuditWithoutEntry =
+    "SELECT first_txn_id FROM audit AS line WHERE action = 'journal.record' "
+    "AND NOT EXISTS (SELECT 1 FROM txn WHERE id = first_txn_id) AND NOT EXISTS "
+    "(SELECT 1 FROM audit WHERE action = 'journal.remove' AND first_txn_id = line.first_txn_id)";
+constexpr const char* kAudit =
+    "SELECT id, previous, at, clock, user, system_user, action, first_txn_id, last_txn_id, subject, changes FROM audit "
+    "ORDER BY id";
+constexpr int kAuditColumns = 11;
+
+// As docs/company-file.md tells it.
+void CheckChain(sqlite3* database, Inspection& inspection) {
+  std::string before(standalone::kSha256Digits, '0');
+  std::int64_t number = 0;
+  ForEach(database, kAudit, [&](Columns row) {
+    std::string netstrings;
+    const auto take = [&] {
+      std::string text = row.Text();
+      netstrings += std::to_string(text.size()) + ':' + text + ',';
+      return text;
+    };
+    const bool isNext = take() == std::to_string(++number);
+    const bool goesOn = take() == before;
+    if (!isNext || !goesOn) inspection.faults.push_back("the audit trail breaks at line " + std::to_string(number));
+    for (int column = 2; column < kAuditColumns; ++column) take();
+    before = standalone::Sha256Of(netstrings);
+  });
+}
+
+bool HasAudit(sqlite3* database) {
+  bool hasAudit = false;
+  ForEach(database, "SELECT 1 FROM sqlite_schema WHERE name = 'audit'", [&](Columns) { hasAudit = true; });
+  return hasAudit;
+}
+
+// Files of before have no trail.
+void CheckAudit(sqlite3* database, Inspection& inspection) {
+  if (!HasAudit(database)) return;
+  CheckChain(database, inspection);
+  CollectFaults(database, kEntriesWithoutAudit, "not told by the audit trail: transaction ", inspection.separated);
+  CollectFaults(database, kAuditWithoutEntry, "told by the audit trail but not there: transaction ",
+                inspection.separated);
+}
+
 void CheckRules(sqlite3* database, Inspection& inspection) {
   CollectFaults(database, kUnsound, "not sound: ", inspection.faults);
   CollectFaults(database, kDangling, "broken reference: ", inspection.faults);
@@ -141,6 +191,7 @@ Inspection Inspect(const std::filesystem::path& file) {
   try {
     const DatabaseHandle database = Open(file);
     CheckRules(database.get(), inspection);
+    CheckAudit(database.get(), inspection);
     inspection.contents = Read(database.get());
   } catch (const std::runtime_error& error) {
     inspection.faults.push_back("the file " + std::string(error.what()));

@@ -57,8 +57,9 @@ struct Inspection {
 };
 
 // Looks through a company file with nothing but SQLite: whether it is sound, its references hold, every transaction is
-// posted and sums to zero, every journal entry has its intercompany row and every such row its entry, and no request id
-// is booked twice. All journal entries of the file have to be intercompany ones.
+// posted and sums to zero, every journal entry has its intercompany row and every such row its entry, no request id is
+// booked twice, and the audit trail is whole and tells of every entry. All journal entries of the file have to be
+// intercompany ones.
 Inspection Inspect(const std::filesystem::path& file);
 
 // The same for a copy of the file and its write-ahead log, so that the file stays as a crash left it.

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include "crash/Contents.h"
+#include "standalone/books/AuditTable.h"
 #include "standalone/company/CompanyFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -22,6 +23,7 @@ constexpr const char* kSoundBooks =
     "INSERT INTO txn_line VALUES (1, 5, 1, 100, ''), (2, 5, 2, -100, '');"
     "UPDATE txn SET posted = 1;"
     "INSERT INTO me_transaction VALUES (1, 5, 1, 1, 'request', 8, 3, 0);"
+    "DROP TRIGGER audit_update; DROP TRIGGER audit_delete;"
     "DROP TRIGGER txn_line_update_posted; DROP TRIGGER txn_line_delete_posted; DROP TRIGGER txn_change_posted;"
     "DROP TRIGGER txn_insert_posted; DROP TRIGGER txn_line_insert_posted;"
     "DROP INDEX me_transaction_journal_request;";
@@ -32,7 +34,19 @@ class TheInspection : public testing::Test {
     standalone::NewCompany company;
     company.name = "Alder Supply Company";
     standalone::CompanyFile::Create(file_, company);
+    TellOfTheEntry();
     Tamper(kSoundBooks);
+  }
+
+  void TellOfTheEntry() const {
+    standalone::SqliteDatabase database(file_, std::chrono::milliseconds::zero());
+    standalone::UnitOfWork unit(database, standalone::Access::kWrite);
+    standalone::AuditTable(database).Append({.at = 0, .clock = "", .user = "Admin", .systemUser = "root"},
+                                            {.action = "journal.record",
+                                             .subject = "journal 5",
+                                             .transactions = standalone::TransactionRange{.first = 5, .last = 5},
+                                             .changes = {}});
+    unit.Commit();
   }
 
   void Tamper(const char* sql) const {
@@ -106,7 +120,22 @@ TEST_F(TheInspection, FindsAJournalEntryWithoutItsRow) {
 
 TEST_F(TheInspection, FindsARowWithoutItsJournalEntry) {
   EXPECT_THAT(SeparatedAfter("DELETE FROM txn_line; DELETE FROM txn"),
-              ElementsAre("an intercompany row without its entry: transaction 5"));
+              Contains("an intercompany row without its entry: transaction 5"));
+}
+
+TEST_F(TheInspection, FindsAnEntryThatTheAuditTrailDoesNotTellOf) {
+  EXPECT_THAT(SeparatedAfter("UPDATE audit SET action = 'journal.remove' WHERE id = 2"),
+              ElementsAre("not told by the audit trail: transaction 5"));
+}
+
+TEST_F(TheInspection, FindsAnEntryOfTheAuditTrailThatIsNotThere) {
+  EXPECT_THAT(SeparatedAfter("DELETE FROM me_transaction; DELETE FROM txn_line; DELETE FROM txn"),
+              ElementsAre("told by the audit trail but not there: transaction 5"));
+}
+
+TEST_F(TheInspection, FindsABreakOfTheAuditTrail) {
+  EXPECT_THAT(FaultsAfter("UPDATE audit SET user = 'Robin' WHERE id = 1"),
+              ElementsAre("the audit trail breaks at line 2"));
 }
 
 TEST_F(TheInspection, FindsARowThatNamesALineOfAnotherEntry) {

@@ -8,6 +8,7 @@
 #include "standalone/books/UserTable.h"
 #include "standalone/storage/sqlite/CompanyFileHeader.h"
 #include "standalone/storage/sqlite/DraftFile.h"
+#include "standalone/storage/sqlite/LogOrigin.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
@@ -156,6 +157,7 @@ CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& o
   const std::size_t newest = options.schema.size();
   const bool isOlder = RequireCompanyFileHeader(path_, newest) < newest;
   const std::filesystem::path file = isOlder ? FileToOpen(options) : path_;
+  if (!isOlder) RequireOwnLog(path_, path_);
   database_ = std::make_unique<SqliteDatabase>(file, options.busyTimeout);
   database_->SetName(path_);
   database_->AllowCheckpointOnClose(false);

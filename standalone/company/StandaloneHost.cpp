@@ -1,5 +1,7 @@
 #include "standalone/company/StandaloneHost.h"
 
+#include <stdexcept>
+
 #include "platform/LoopPlatform.h"
 #include "standalone/books/LinesAhead.h"
 #include "standalone/services/ChartOfAccountsService.h"
@@ -65,6 +67,7 @@ struct StandaloneHost::Parts {
   LinesAhead linesAhead{file.Data()};
   PreferenceTable preferenceTable{file.Data()};
   AuditTable audit{file.Data()};
+  bool hasRecorded = false;  // in the unit of work that is open
   RelationTable relations{file.Data()};
   IntercompanyTable intercompany{file.Data(), linesAhead};
   RejectedRequestTable rejected{file.Data()};
@@ -182,6 +185,8 @@ AuditTable& StandaloneHost::Audit() noexcept {
 }
 
 void StandaloneHost::Record(const AuditDeed& deed) {
+  // Whoever opens the company after a crash relies on it.
+  if (std::exchange(parts_->hasRecorded, true)) throw std::logic_error("a unit of work adds one line to the trail");
   parts_->audit.Append(StampNow(parts_->trailClock, parts_->user.name), deed);
 }
 
@@ -211,6 +216,7 @@ void StandaloneHost::DeleteRejectedOf(std::optional<std::int32_t> relationId) no
 }
 
 StandaloneHost::LoggedUnit::~LoggedUnit() {
+  host_.parts_->hasRecorded = false;
   host_.parts_->log.EndUnit();
 }
 

@@ -83,7 +83,7 @@ class StandaloneHost {
     }
   }
 
-  // Writes down what the current user has just done, in the unit of work that does it.
+  // Writes down what the current user has just done, in the unit of work that does it; once in each.
   void Record(const AuditDeed& deed);
 
   // The user that was selected, as the file had it when the host was made.

@@ -75,6 +75,20 @@ TEST_F(TheAuditTrail, TellsALineAsItWasWritten) {
   EXPECT_EQ(told.changes.at(0).after, "established");
 }
 
+TEST_F(TheAuditTrail, GrowsByOneLineAtMostInAUnitOfWork) {
+  const std::int64_t before = Check().lines;
+
+  EXPECT_THROW(host_.Request(Access::kWrite,
+                             [&] {
+                               host_.Record(Deed("journal.record"));
+                               host_.Record(Deed("journal.record"));
+                             }),
+               std::logic_error);
+  host_.Request(Access::kWrite, [&] { host_.Record(Deed("journal.record")); });
+
+  EXPECT_EQ(Check().lines, before + 1);
+}
+
 TEST_F(TheAuditTrail, IsWholeWithEachLineThatIsAppended) {
   const std::string first = Check().head;
   Append(By("Anna"), Deed("journal.record"));

@@ -14,6 +14,7 @@
 
 #include "platform/DiskFiles.h"
 #include "standalone/storage/sqlite/DraftFile.h"
+#include "standalone/storage/sqlite/OpenAlone.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Sha256.h"
 #include "standalone/values/Text.h"
@@ -37,30 +38,13 @@ constexpr const char* kCheckDisk =
                          VersionText(options.steps.size()) + ": " + reason + ". " + advice);
 }
 
-std::unique_ptr<SqliteDatabase> Open(const std::filesystem::path& file, const MigrationOptions& options) {
-  auto database = std::make_unique<SqliteDatabase>(file, milliseconds::zero());
-  database->SetName(options.name);
-  database->AllowCheckpointOnClose(false);
-  return database;
-}
-
-// A connection beside which there is no other one; null when there is.
-std::unique_ptr<SqliteDatabase> OpenAlone(const std::filesystem::path& file, const MigrationOptions& options) {
-  std::unique_ptr<SqliteDatabase> database = Open(file, options);
-  try {
-    database->Execute("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT");
-  } catch (const FileInUse&) {
-    return nullptr;
-  }
-  database->Execute("PRAGMA synchronous = FULL; PRAGMA trusted_schema = OFF");
-  return database;
-}
-
 // Whether another program has brought the file forward meanwhile; false as well while it does.
 bool IsCurrent(const std::filesystem::path& file, const MigrationOptions& options) {
-  const std::unique_ptr<SqliteDatabase> database = Open(file, options);
+  SqliteDatabase database(file, milliseconds::zero());
+  database.SetName(options.name);
+  database.AllowCheckpointOnClose(false);
   try {
-    return RequireKnownVersion(*database, options.steps.size()) == options.steps.size();
+    return RequireKnownVersion(database, options.steps.size()) == options.steps.size();
   } catch (const FileInUse&) {
     return false;
   }
@@ -284,7 +268,7 @@ void ChangeAndCommit(SqliteDatabase& database, const MigrationOptions& options, 
 // What the file tells once it is opened anew; nothing when it cannot be.
 std::optional<std::size_t> VersionTold(const std::filesystem::path& file, const MigrationOptions& options) {
   try {
-    const std::unique_ptr<SqliteDatabase> database = OpenAlone(file, options);
+    const std::unique_ptr<SqliteDatabase> database = OpenAlone(file, options.name);
     if (database == nullptr) return std::nullopt;
     database->AllowCheckpointOnClose(true);
     return RequireKnownVersion(*database, options.steps.size());
@@ -336,7 +320,7 @@ Migrated Migrate(std::unique_ptr<SqliteDatabase> database, const std::filesystem
 std::optional<Migrated> BringForward(const std::filesystem::path& file, const MigrationOptions& options) {
   const auto deadline = std::chrono::steady_clock::now() + options.patience;
   for (;;) {
-    if (std::unique_ptr<SqliteDatabase> database = OpenAlone(file, options)) {
+    if (std::unique_ptr<SqliteDatabase> database = OpenAlone(file, options.name)) {
       const std::size_t version = RequireKnownVersion(*database, options.steps.size());
       if (version == options.steps.size()) return std::nullopt;
       return Migrate(std::move(database), file, options, version);

@@ -134,6 +134,25 @@ std::optional<std::uint64_t> FindBreak(const std::filesystem::path& log, std::ui
 
 }  // namespace
 
+void ForEachFrame(const std::filesystem::path& companyFile, std::uint32_t pageSize,
+                  const std::function<void(const LogFrame& frame)>& take) {
+  std::ifstream stream(WithSuffix(companyFile, "-wal"), std::ios::binary);
+  const LogHeader header(stream);
+  if (!header.isWhole) return;
+  Frame frame(pageSize);
+  Checksum last = header.checksum;
+  std::uint64_t offset = kLogHeaderLength;
+  while (frame.ReadFrom(stream) && frame.OwnSalt() == header.salt &&
+         frame.After(last, header.bigEndian) == frame.Stored()) {
+    take({.page = BigEndian(frame.bytes, 0),
+          .pages = BigEndian(frame.bytes, 4),
+          .offset = offset + kFrameHeaderLength,
+          .content = Bytes(frame.bytes).subspan(kFrameHeaderLength)});
+    last = frame.Stored();
+    offset += frame.bytes.size();
+  }
+}
+
 bool IsLogDamaged(const std::filesystem::path& companyFile, std::uint32_t pageSize) {
   const std::filesystem::path log = WithSuffix(companyFile, "-wal");
   const std::optional<std::uint64_t> place = FindBreak(log, pageSize);

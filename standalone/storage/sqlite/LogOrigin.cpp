@@ -1,0 +1,254 @@
+#include "standalone/storage/sqlite/LogOrigin.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <fstream>
+#include <limits>
+#include <map>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "standalone/storage/sqlite/OpenAlone.h"
+#include "standalone/storage/sqlite/SqliteDatabase.h"
+#include "standalone/storage/sqlite/WriteAheadLog.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace standalone {
+
+namespace {
+
+using Page = std::vector<unsigned char>;
+
+// See "The B-tree page format" of SQLite's documentation.
+constexpr unsigned char kInteriorPage = 5;
+constexpr unsigned char kLeafPage = 13;
+constexpr std::size_t kCellCount = 3;
+constexpr std::size_t kRightmostChild = 8;
+constexpr std::size_t kCellsOfLeaf = 8;
+constexpr std::size_t kCellsOfInterior = 12;
+// Deeper than any table grows.
+constexpr int kDeepest = 20;
+// What lies on the leaf itself of every row, however long it is.
+constexpr std::size_t kLocalBytes = 480;
+
+std::uint32_t Number(const Page& page, std::size_t at, std::size_t bytes) {
+  std::uint32_t value = 0;
+  for (std::size_t i = 0; i < bytes; ++i) value = value << 8U | page.at(at + i);
+  return value;
+}
+
+std::uint64_t VariableNumber(const Page& page, std::size_t& at) {
+  constexpr int kLongest = 9;
+  std::uint64_t value = 0;
+  for (int byte = 1;; ++byte) {
+    const unsigned char bits = page.at(at++);
+    if (byte == kLongest) return value << 8U | bits;
+    value = value << 7U | (bits & 0x7FU);
+    if ((bits & 0x80U) == 0) return value;
+  }
+}
+
+// A log that does not go on from where its company file's audit trail ends.
+struct StrayLog {
+  std::int64_t fileEndsWith = 0;   // the last line of the trail in the file
+  std::int64_t logGoesOnWith = 0;  // a line that the log adds to one that neither of them has
+};
+
+struct Row {
+  std::int64_t id = 0;  // 0 for none
+  std::vector<unsigned char> beginning;
+  bool operator==(const Row&) const = default;
+};
+
+// A company file as it is, with the pages over it that a part of its log holds.
+class Pages {
+ public:
+  Pages(const std::filesystem::path& file, std::uint32_t pageSize)
+      : file_(file, std::ios::binary), log_(WithSuffix(file, "-wal"), std::ios::binary), pageSize_(pageSize) {}
+
+  void Lay(std::uint32_t page, std::uint64_t offset) { laid_[page] = offset; }
+
+  // Empty for one that is not there.
+  Page InFile(std::uint32_t page) { return Read(file_, std::uint64_t{page - 1} * pageSize_); }
+  Page Get(std::uint32_t page) {
+    const auto found = laid_.find(page);
+    return found == laid_.end() ? InFile(page) : Read(log_, found->second);
+  }
+
+ private:
+  Page Read(std::ifstream& stream, std::uint64_t offset) const {
+    Page page(pageSize_);
+    stream.clear();
+    stream.seekg(static_cast<std::streamoff>(offset));
+    stream.read(reinterpret_cast<char*>(page.data()), static_cast<std::streamsize>(page.size()));
+    if (stream.gcount() != static_cast<std::streamsize>(page.size())) page.clear();
+    return page;
+  }
+
+  std::ifstream file_;
+  std::ifstream log_;
+  std::uint32_t pageSize_;
+  std::map<std::uint32_t, std::uint64_t> laid_;
+};
+
+Row RowAt(const Page& leaf, std::size_t cell) {
+  std::size_t at = Number(leaf, kCellsOfLeaf + 2 * cell, 2);
+  const std::uint64_t length = VariableNumber(leaf, at);
+  Row row{.id = static_cast<std::int64_t>(VariableNumber(leaf, at)), .beginning = {}};
+  const std::size_t kept = std::min<std::size_t>({length, kLocalBytes, leaf.size() - at});
+  const auto begin = leaf.begin() + static_cast<std::ptrdiff_t>(at);
+  row.beginning.assign(begin, begin + static_cast<std::ptrdiff_t>(kept));
+  return row;
+}
+
+std::uint32_t ChildAt(const Page& interior, std::size_t cell, std::int64_t& largest) {
+  std::size_t at = Number(interior, kCellsOfInterior + 2 * cell, 2);
+  const std::uint32_t child = Number(interior, at, 4);
+  at += 4;
+  largest = static_cast<std::int64_t>(VariableNumber(interior, at));
+  return child;
+}
+
+std::uint32_t ChildFor(const Page& interior, std::int64_t id) {
+  for (std::size_t cell = 0; cell < Number(interior, kCellCount, 2); ++cell) {
+    std::int64_t largest = 0;
+    const std::uint32_t child = ChildAt(interior, cell, largest);
+    if (id <= largest) return child;
+  }
+  return Number(interior, kRightmostChild, 4);
+}
+
+Row RowIn(const Page& leaf, std::int64_t id) {
+  const std::size_t count = Number(leaf, kCellCount, 2);
+  for (std::size_t cell = count; cell-- > 0;) {
+    Row row = RowAt(leaf, cell);
+    if (row.id <= id) return row;
+  }
+  return {};
+}
+
+// The row with the largest number up to `id`; nothing where the pages are no table.
+std::optional<Row> FindRow(Pages& pages, std::uint32_t root, std::int64_t id) try {
+  std::uint32_t number = root;
+  for (int depth = 0; depth < kDeepest && number != 0; ++depth) {
+    const Page page = pages.Get(number);
+    if (page.empty()) return std::nullopt;
+    if (page.front() == kLeafPage) return RowIn(page, id);
+    if (page.front() != kInteriorPage) return std::nullopt;
+    number = ChildFor(page, id);
+  }
+  return std::nullopt;
+} catch (const std::out_of_range&) {
+  return std::nullopt;
+}
+
+constexpr std::int64_t kLast = std::numeric_limits<std::int64_t>::max();
+
+// Lays one transaction of the log after the other over the file, and looks at the trail after each.
+class Replay {
+ public:
+  Replay(const std::filesystem::path& file, std::uint32_t pageSize, std::uint32_t root)
+      : pages_(file, pageSize), root_(root), inFile_(FindRow(pages_, root, kLast)), end_(inFile_) {}
+
+  void Take(const LogFrame& frame) {
+    open_.emplace_back(frame.page, frame.offset);
+    if (frame.pages != 0) EndTransaction(frame.pages);
+  }
+
+  std::optional<StrayLog> Finding() {
+    if (!inFile_ || !end_ || stray_) return stray_;
+    if (FindRow(pages_, root_, inFile_->id) != inFile_ && !isAnew_) {
+      return StrayLog{.fileEndsWith = inFile_->id, .logGoesOnWith = inFile_->id};
+    }
+    return std::nullopt;
+  }
+
+ private:
+  void EndTransaction(std::uint32_t pages) {
+    std::set<std::uint32_t> written;
+    for (const auto& [page, offset] : open_) {
+      pages_.Lay(page, offset);
+      written.insert(page);
+    }
+    open_.clear();
+    // One that writes every page asks nothing of the file before it, as when a backup is restored.
+    isAnew_ = isAnew_ || written.size() >= pages;
+    const std::optional<Row> end = FindRow(pages_, root_, kLast);
+    if (inFile_ && end && end_ && end->id > end_->id + 1 && !stray_ && !isAnew_) {
+      stray_ = StrayLog{.fileEndsWith = inFile_->id, .logGoesOnWith = end->id};
+    }
+    end_ = end;
+  }
+
+  Pages pages_;
+  std::uint32_t root_;
+  std::optional<Row> inFile_;
+  std::optional<Row> end_;  // of the trail after what was laid
+  std::vector<std::pair<std::uint32_t, std::uint64_t>> open_;
+  bool isAnew_ = false;
+  std::optional<StrayLog> stray_;
+};
+
+// A page that is in the file as the log has it was moved there: the log and the file belong together.
+bool HasBegunToMove(const std::filesystem::path& file, std::uint32_t pageSize) {
+  Pages pages(file, pageSize);
+  bool hasBegun = false;
+  ForEachFrame(file, pageSize, [&](const LogFrame& frame) {
+    hasBegun = hasBegun || std::ranges::equal(pages.InFile(frame.page), frame.content);
+  });
+  return hasBegun;
+}
+
+// `root` is the page at which the trail's table begins.
+std::optional<StrayLog> FindStrayLog(const std::filesystem::path& companyFile, std::uint32_t pageSize,
+                                     std::uint32_t root) {
+  Replay replay(companyFile, pageSize, root);
+  ForEachFrame(companyFile, pageSize, [&](const LogFrame& frame) { replay.Take(frame); });
+  const std::optional<StrayLog> stray = replay.Finding();
+  if (!stray || HasBegunToMove(companyFile, pageSize)) return std::nullopt;
+  return stray;
+}
+
+std::optional<StrayLog> FindStrayLogOf(SqliteDatabase& database, const std::filesystem::path& file) {
+  const std::int64_t root = database.QueryNumber("SELECT rootpage FROM sqlite_schema WHERE name = 'audit'");
+  if (root == 0) return std::nullopt;
+  return FindStrayLog(file, static_cast<std::uint32_t>(database.QueryNumber("PRAGMA page_size")),
+                      static_cast<std::uint32_t>(root));
+}
+
+bool LooksStray(const std::filesystem::path& file) {
+  SqliteDatabase database(file, std::chrono::milliseconds::zero());
+  database.AllowCheckpointOnClose(false);
+  try {
+    return FindStrayLogOf(database, file).has_value();
+  } catch (const FileInUse&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
+  std::error_code none;
+  const std::filesystem::path log = WithSuffix(companyFile, "-wal");
+  if (std::filesystem::file_size(log, none) == 0 || none || !LooksStray(companyFile)) return;
+  const std::unique_ptr<SqliteDatabase> alone = OpenAlone(companyFile, name);
+  if (alone == nullptr) return;
+  const std::optional<StrayLog> stray = FindStrayLogOf(*alone, companyFile);
+  if (!stray) return;
+  throw CompanyFileError(
+      "The company file " + PathText(name) + " and its write-ahead log " + PathText(log) +
+      " do not belong together: the file's audit trail ends with line " + std::to_string(stray->fileEndsWith) +
+      ", and the log goes on with line " + std::to_string(stray->logGoesOnWith) +
+      " of another state, as after a backup was copied over a company that had crashed. Nothing was changed. Put back "
+      "the file to which the log belongs, or move the log away to go on from the file as it is.");
+}
+
+}  // namespace standalone

@@ -21,9 +21,10 @@ mkdir -p -- "$directory"
 export MULTIENTITY_NOW
 MULTIENTITY_NOW=$(date +%F)T12:00:00
 
-# What one play tells of the time at which it is played, and how long it is until a day begins.
+# What one play tells of the time at which it is played, and how long it is until a day begins; the digest of an audit
+# trail tells of its times.
 without_times() {
-  sed -E 's/[0-9]{2}:[0-9]{2}:[0-9]{2}/HH:MM:SS/g; s/[0-9]{2,} seconds/SS seconds/g' -- "$1"
+  sed -E 's/[0-9]{2}:[0-9]{2}:[0-9]{2}/HH:MM:SS/g; s/[0-9]{2,} seconds/SS seconds/g; s/[0-9a-f]{64}/DIGEST/g' -- "$1"
 }
 
 # compare JOB: plays it with both programs.

@@ -168,4 +168,12 @@ contains "$output" 'Answered: No' 'answered with no'
 lacks "$output" krw: 'answered with no'
 contains "$output" 'Closed birch.company' 'the end'
 
+step "An auditor looks at what was done in Birch's books today, and makes sure that nobody has touched the trail."
+look audit show birch.company --from "$kToday"
+contains "$output" ') recorded journal entry 601: ' "Birch's trail"
+contains "$output" 'amount 480.00 USD' "Birch's trail"
+contains "$output" ') saved the rejected request ' "Birch's trail"
+look audit verify birch.company
+contains "$output" 'The audit trail is whole: ' "Birch's trail"
+
 verdict

@@ -39,7 +39,7 @@ TEST_F(TheAuditOfADesk, TellsWhoBookedWhatForWhom) {
 
   EXPECT_EQ(deed.action, "journal.record");
   EXPECT_EQ(deed.user, "Admin");
-  EXPECT_EQ(deed.subject, "journal " + std::to_string(txnId));
+  EXPECT_EQ(deed.subject, "journal entry " + std::to_string(txnId));
   EXPECT_EQ(deed.firstTxnId, txnId);
   EXPECT_EQ(deed.lastTxnId, txnId);
   EXPECT_THAT(deed.changes, Contains(Changed("partner", {}, "Birch Services Company (1001)")));

@@ -113,7 +113,9 @@ Facts FactsOf(const standalone::Settings& settings) {
 }
 
 std::string SubjectOf(const IntercompanyLine& line) {
-  return standalone::TransactionTypeName(line.type) + ' ' + std::to_string(line.txnId);
+  const std::string type =
+      line.type == kTxnTypeJournalEntry ? "journal entry" : standalone::TransactionTypeName(line.type);
+  return type + ' ' + std::to_string(line.txnId);
 }
 
 AuditDeed AboutEntry(AuditDeed deed, std::int32_t txnId) {

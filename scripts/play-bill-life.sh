@@ -99,10 +99,10 @@ run 1 transaction set-state alder.company --realm "$kBirchRealm" --request "$req
 log_has "0 6 $kDriver::UpdateTransactionWithState: MULTIENTITY::Existing $kDriver::UpdateTransactionWithState"
 contains "$(line_of alder.company 2024-12-10 "$kVendor")" '"state":"established"' "Alder's bill"
 
-step "Robin may look at bills but not modify them: a change of another bill's state by Robin is refused."
+step "Robin may look at bills and modify checks: a change of another bill's state by Robin is refused."
 second=$(line_of alder.company 2024-12-12 "$kPower")
 second_request=$(json_value "$second" requestId)
-run - users add alder.company Robin --right bills:view
+run - users add alder.company Robin --right bills:view --right checks:modify
 run 3 transaction set-state alder.company --realm "$kBirchRealm" --request "$second_request" --state established \
   --user Robin
 log_has "0 6 $kDriver::UpdateTransactionWithState: MULTIENTITY_ERROR: No permission to update Bills"

@@ -18,6 +18,13 @@ namespace {
 
 constexpr std::int32_t kNoAccount = 0;
 
+// What is booked, as the module is asked to.
+struct Sides {
+  MEAccountInfo expense;
+  std::int32_t dueTo = kNoAccount;
+  MECNameInfo name;
+};
+
 MEAccountInfo ExpenseOf(Work& work, const EntryToRecord& entry) {
   if (const auto* made = std::get_if<NewAccount>(&entry.expense)) {
     return {.name = std::string_view(made->name.Text()), .type = made->type, .accountId = kToBeCreated};
@@ -46,6 +53,10 @@ MECNameInfo NameOf(Work& work, const EntryToRecord& entry) {
   return {.name = std::string_view(name.fullName), .nameId = name.id};
 }
 
+Sides SidesOf(Work& work, const EntryToRecord& entry) {
+  return {.expense = ExpenseOf(work, entry), .dueTo = DueToOf(work, entry), .name = NameOf(work, entry)};
+}
+
 // The module tells of one that does not exist.
 void RequireIntercompanyEntry(Work& work, std::int32_t txnId) {
   const std::optional<standalone::TransactionHeader> header = work.Host().Transactions().FindHeader(txnId);
@@ -61,12 +72,12 @@ std::int32_t RecordJournalEntry(Company& company, const EntryToRecord& entry) {
   const std::string amount = standalone::FormatAmount(entry.amount.MinorUnits());
   std::uint32_t txnId = 0;
   work.AskToWrite([&] {
-    const MEAccountInfo expense = ExpenseOf(work, entry);
-    const std::int32_t dueTo = DueToOf(work, entry);
-    const MECNameInfo name = NameOf(work, entry);
+    // The module refuses for want of the right before it looks at anything, so nothing is looked up for it.
+    const bool mayBook = work.HasRight({kFeatureJournalEntries, kActionCreate});
+    const Sides sides = mayBook ? SidesOf(work, entry) : Sides{};
     const MEStatusCode answer = MultiEntityDriver::RecordGeneralJournalEntry(
-        std::string_view(entry.realm.Text()), expense, dueTo, std::string_view(amount),
-        std::string_view(entry.request.Text()), name, txnId);
+        std::string_view(entry.realm.Text()), sides.expense, sides.dueTo, std::string_view(amount),
+        std::string_view(entry.request.Text()), sides.name, txnId);
     return work.Recorded(
         answer, [&] { return DeedOfRecording(LineReader(work).LinesOfEntry(static_cast<std::int32_t>(txnId))); });
   });

@@ -127,6 +127,7 @@ std::vector<Rejection> ListRejections(Company& company) {
 void DeleteRejection(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request) {
   Work work(company.Opened(), UseCase::kDeleteRejection);
   work.AskToWrite([&] {
+    work.RequireOneOf({{kFeatureBills, kActionView}, {kFeatureChecks, kActionView}});
     const DBMultiEntityRelation partner = RequireRelation(work, realm);
     const DBMultiEntityRejectedTxnReceiver row = work.Host().Rejected().Find(partner.relationId, request.Text());
     RequireRightFor(work, row);

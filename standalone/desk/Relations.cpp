@@ -26,6 +26,12 @@ std::vector<MEAccountInfo> AccountsOf(Work& work, const RelationAccounts& given)
   return accounts;
 }
 
+// None for whoever may not change relations, which the module says before it looks at any.
+std::vector<MEAccountInfo> CheckedAccounts(Work& work, const RelationAccounts& given) {
+  if (!work.MayManageRelations()) return {};
+  return AccountsOf(work, given);
+}
+
 // What changes the relation with `realm`, and the audit trail tells.
 template <typename Change>
 MEStatusCode Recorded(Work& work, const standalone::RealmId& realm, Change&& change) {
@@ -53,9 +59,10 @@ void CreateRelation(Company& company, const NewRelation& relation) {
   Work work(company.Opened(), UseCase::kCreateRelation);
   work.AskToWrite([&] {
     return Recorded(work, relation.realm, [&] {
-      return MultiEntityDriver::CreateRelation(
-          std::string_view(relation.realm.Text()), std::string_view(relation.partner.Text()),
-          MERelationType{relation.type}, static_cast<MEState>(relation.state), AccountsOf(work, relation.accounts));
+      return MultiEntityDriver::CreateRelation(std::string_view(relation.realm.Text()),
+                                               std::string_view(relation.partner.Text()), MERelationType{relation.type},
+                                               static_cast<MEState>(relation.state),
+                                               CheckedAccounts(work, relation.accounts));
     });
   });
 }
@@ -66,7 +73,7 @@ void UpdateRelation(Company& company, const RelationChange& change) {
   if (change.state) info.state = static_cast<MEState>(standalone::RequireStored(*change.state));
   Work work(company.Opened(), UseCase::kUpdateRelation);
   work.AskToWrite([&] {
-    info.accounts = AccountsOf(work, change.accounts);
+    info.accounts = CheckedAccounts(work, change.accounts);
     return Recorded(work, change.realm, [&] { return MultiEntityDriver::UpdateRelation(info); });
   });
 }

@@ -14,6 +14,23 @@ namespace desk {
 
 namespace {
 
+// The module looks for the transaction before it asks for the right to its type, and so would tell anybody which ones
+// there are.
+bool MayModifyAny(Work& work) {
+  return work.HasOneOf(
+      {{kFeatureBills, kActionModify}, {kFeatureChecks, kActionModify}, {kFeatureJournalEntries, kActionModify}});
+}
+
+// By its line, a transaction is moved with a right that depends on the state that it is in.
+bool MayMoveAny(Work& work) {
+  return MayModifyAny(work) || work.HasOneOf({{kFeatureBills, kActionCreate},
+                                              {kFeatureChecks, kActionCreate},
+                                              {kFeatureJournalEntries, kActionCreate},
+                                              {kFeatureBills, kActionView},
+                                              {kFeatureChecks, kActionView},
+                                              {kFeatureJournalEntries, kActionView}});
+}
+
 template <typename Ask>
 std::vector<IntercompanyLine> List(Company& company, Ask&& ask) {
   Work work(company.Opened(), UseCase::kListTransactions);
@@ -70,6 +87,7 @@ void SetState(Company& company, const standalone::RealmId& realm, const standalo
               standalone::TransactionState state) {
   Work work(company.Opened(), UseCase::kSetTransactionState);
   work.AskToWrite([&] {
+    if (!MayModifyAny(work)) return MEStatusPermissionDenied;
     DBMultiEntityRelation relation{};
     DBMultiEntityTransaction row{};
     work.Host().Relations().Find(realm.Text(), relation);
@@ -84,6 +102,7 @@ void SetState(Company& company, const standalone::RealmId& realm, const standalo
 void SetState(Company& company, std::int32_t txnId, std::int32_t lineId, standalone::TransactionState state) {
   Work work(company.Opened(), UseCase::kSetTransactionState);
   work.AskToWrite([&] {
+    if (!MayMoveAny(work)) return MEStatusPermissionDenied;
     DBMultiEntityTransaction row{};
     work.Host().Intercompany().Find(txnId, lineId, row);
     return ChangeState(work, row, state, [&] {

@@ -95,3 +95,25 @@ TEST_F(Books, AUserWithoutTheRightBooksNothing) {
   EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("users change"));
   EXPECT_EQ(Answer({"transactions", kFile}).at("transactions"), Json::array());
 }
+
+TEST_F(Books, AUserWithoutTheRightLearnsNotWhichNamesThereAre) {
+  Done({"users", "add", kFile, "Robin", "--right", "journal:view"});
+  const std::vector<std::vector<std::string>> guesses = {
+      {"journal", "record", kFile, "--realm", "1009", "--amount", "5", "--request", "r", "--expense", "Freight",
+       "--name", "Nobody"},
+      {"relation", "create", kFile, "--realm", "1009", "--partner", "Birch", "--due-from", "Freight", "--due-to",
+       "Freight"},
+      {"relation", "update", kFile, "--realm", "1009", "--due-from", "Freight", "--due-to", "Freight"},
+      {"transaction", "set-state", kFile, "--realm", "1009", "--request", "r", "--state", "3"}};
+
+  for (std::vector<std::string> guess : guesses) {
+    guess.insert(guess.end(), {"--user", "Robin"});
+    const Json error = ErrorOf(guess);
+
+    EXPECT_EQ(error.at("exit"), 1) << guess[0];
+    EXPECT_EQ(error.at("status"), 3) << guess[0];
+  }
+  const Json error = ErrorOf({"rejected", "delete", kFile, "--realm", "1009", "--request", "r", "--user", "Robin"});
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("message"), "The user \"Robin\" has no right bills:view or checks:view.");
+}

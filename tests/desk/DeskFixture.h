@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -81,6 +82,22 @@ class DeskFixture : public testing::Test {
                                .state = standalone::RelationState::kEstablished,
                                .accounts = {.dueFrom = "Due from Birch", .dueTo = "Due to Birch"}});
   }
+  // Cedar Leasing, realm 1002, with the accounts "Due from Cedar" and "Due to Cedar".
+  void RelateCedar() {
+    CreateRelation(*company_, {.realm = standalone::RealmId("1002"),
+                               .partner = standalone::PartnerName("Cedar Leasing"),
+                               .type = 0,
+                               .state = standalone::RelationState::kEstablished,
+                               .accounts = {.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"}});
+  }
+  // Birch has rejected a bill of 20.00.
+  void SaveRejectionOf(std::string_view request) {
+    SaveRejection(*company_, {.realm = standalone::RealmId("1001"),
+                              .request = standalone::RequestId(request),
+                              .type = standalone::RejectableType::kBill,
+                              .amount = standalone::RejectedAmount("20.00"),
+                              .partnerTxnId = standalone::PartnerTxnId("B-77")});
+  }
   // A bill (1), a check (2) and a journal entry (3) of March 2024, each with one intercompany line.
   void ImportMarch() { Import(*company_, Importable::kTransactions, Csv(kMarch)); }
 
@@ -132,6 +149,27 @@ class DeskFixture : public testing::Test {
       text += std::string("\n") + count + ": " + std::to_string(standalone::Count(other, count));
     }
     return text;
+  }
+
+  // Every row of every table, with the numbers that were given last.
+  std::string WholeFile() const {
+    standalone::SqliteDatabase file(path_, std::chrono::seconds(5));
+    std::string text;
+    for (const std::string& table :
+         TextsOf(file, "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name")) {
+      const std::string columns = file.QueryText(
+          ("SELECT group_concat('quote(' || name || ')', ' || '','' || ') FROM pragma_table_info('" + table + "')")
+              .c_str());
+      for (const std::string& row : TextsOf(file, "SELECT " + columns + " FROM " + table + " ORDER BY 1")) {
+        text.append(table).append(": ").append(row).append("\n");
+      }
+    }
+    return text;
+  }
+  static std::vector<std::string> TextsOf(standalone::SqliteDatabase& file, const std::string& sql) {
+    std::vector<std::string> texts;
+    file.ForEachRow(sql.c_str(), [&texts](const standalone::Rows& row) { texts.emplace_back(row.Text(0)); });
+    return texts;
   }
 
   // Who may read them and who may not.

@@ -3,6 +3,8 @@
 namespace desk {
 namespace {
 
+using testing::AllOf;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -17,11 +19,11 @@ class TheJournal : public DeskFixture {
     return entry;
   }
 
-  // The books are compared as they are before and after.
+  // The company file is compared as it is before and after.
   Refusal RefusalThatLeavesNothing(const EntryToRecord& entry) {
-    const std::string before = Everything();
+    const std::string before = WholeFile();
     Refusal refusal = RefusalOf([&] { RecordJournalEntry(*company_, entry); });
-    EXPECT_EQ(Everything(), before);
+    EXPECT_EQ(WholeFile(), before);
     return refusal;
   }
 
@@ -177,6 +179,41 @@ TEST_F(TheJournal, NeedsTheRightToCreateEntries) {
   EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
 }
 
+TEST_F(TheJournal, TellsWhoMayNotCreateEntriesNothingElse) {
+  RelateBirch();
+  RecordJournalEntry(*company_, Entry("request-1"));
+  SaveRejectionOf("request-2");
+  OpenFor("Robin", {"journal:view"});
+  const auto with = [](auto change) {
+    EntryToRecord entry = Entry("request-3");
+    change(entry);
+    return entry;
+  };
+  const std::vector<EntryToRecord> entries = {
+      Entry("request-3"),
+      Entry("request-1"),
+      Entry("request-2"),
+      Entry(" "),
+      with([](EntryToRecord& entry) { entry.realm = standalone::RealmId("1009"); }),
+      with([](EntryToRecord& entry) { entry.amount = standalone::LineAmount("0"); }),
+      with([](EntryToRecord& entry) { entry.expense = Existing{"Freight"}; }),
+      with([](EntryToRecord& entry) { entry.dueTo = "Due to Nobody"; }),
+      with([](EntryToRecord& entry) { entry.name = Existing{"Nobody"}; }),
+      with([](EntryToRecord& entry) {
+        entry.expense = NewAccount{.name = standalone::NewAccountName("Utilities"), .type = KrEnumerations::kExpense};
+      })};
+  answers_.clear();
+
+  for (const EntryToRecord& entry : entries) {
+    const Refusal refusal = RefusalThatLeavesNothing(entry);
+
+    EXPECT_EQ(refusal.status, 3);
+    EXPECT_EQ(refusal.why, "the user has no right journal:create");
+    EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
+  }
+  EXPECT_THAT(answers_, AllOf(SizeIs(entries.size()), Each(3)));
+}
+
 TEST_F(TheJournal, IsOpenToWhoeverMayCreateEntries) {
   RelateBirch();
   OpenFor("Robin", {"journal:create", "journal:view"});
@@ -269,6 +306,21 @@ TEST_F(TheJournal, RemovesEntriesForWhoMayDeleteThem) {
   Open();
   OpenFor("Kim", {"journal:delete"});
   EXPECT_THAT(RemoveJournalEntry(*company_, txnId), SizeIs(1));
+}
+
+TEST_F(TheJournal, RemovesNothingForWhoMayNotAndTellsNotWhatIsThere) {
+  RelateBirch();
+  ImportMarch();
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
+  OpenFor("Robin", {"journal:create"});
+  const std::string before = WholeFile();
+
+  for (const std::int32_t id : {txnId, 1, 4711}) {
+    EXPECT_EQ(RefusalOf([&] { RemoveJournalEntry(*company_, id); }).why,
+              "The user \"Robin\" has no right journal:delete.");
+  }
+
+  EXPECT_EQ(WholeFile(), before);
 }
 
 TEST_F(TheJournal, TellsOfAnEntryThatIsNotThere) {

@@ -156,6 +156,25 @@ TEST_F(TheRejections, AreNotDeletedOfACompanyThatIsNoPartner) {
   EXPECT_THAT(refusal.why, testing::HasSubstr("1009"));
 }
 
+TEST_F(TheRejections, AreToldToNobodyWhoMaySeeNone) {
+  RelateBirch();
+  SaveRejection(*company_, Rejected("request-1", "20.00"));
+  OpenFor("Robin", {"journal:view", "bills:delete", "checks:delete"});
+  const std::string before = WholeFile();
+
+  for (const auto& [realm, request] : {std::pair{"1001", "request-1"}, {"1001", "request-2"}, {"1009", "request-1"}}) {
+    const Refusal deleted = RefusalOf([&] { DeleteRejection(*company_, RealmId(realm), RequestId(request)); });
+
+    EXPECT_EQ(deleted.what, UseCase::kDeleteRejection);
+    EXPECT_EQ(deleted.remedy, Remedy::kAskForTheRight);
+    EXPECT_EQ(deleted.why, "The user \"Robin\" has no right bills:view or checks:view.");
+  }
+  RejectionToSave ofNobody = Rejected("request-1", "20.00");
+  ofNobody.realm = RealmId("1009");
+  EXPECT_EQ(RefusalOf([&] { SaveRejection(*company_, ofNobody); }).status, 3);
+  EXPECT_EQ(WholeFile(), before);
+}
+
 TEST_F(TheRejections, AreDeletedByWhoMaySeeThem) {
   RelateBirch();
   SaveRejection(*company_, Rejected("request-1", "20.00"));

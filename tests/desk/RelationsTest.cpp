@@ -171,6 +171,31 @@ TEST_F(TheRelations, AreMadeChangedAndDeletedByAdministratorsAndAccountants) {
   EXPECT_THAT(ListRelations(*company_), SizeIs(1));
 }
 
+TEST_F(TheRelations, AreToldToNobodyWhoMayNotChangeThem) {
+  RelateBirch();
+  RememberRealm(*company_, RealmId("9130"));
+  OpenFor("Robin", {"journal:create"});
+  const std::string before = WholeFile();
+  NewRelation misspelt = Cedar();
+  misspelt.accounts.dueFrom = "Due from Nobody";
+  NewRelation own = Cedar();
+  own.realm = RealmId("9130");
+  NewRelation wrongType = Cedar();
+  wrongType.accounts.dueFrom = "Utilities";
+
+  for (const NewRelation& relation : {misspelt, own, wrongType}) {
+    const Refusal created = RefusalOf([&] { CreateRelation(*company_, relation); });
+    const Refusal updated = RefusalOf(
+        [&] { UpdateRelation(*company_, {.realm = relation.realm, .state = {}, .accounts = relation.accounts}); });
+
+    EXPECT_EQ(created.status, 3);
+    EXPECT_EQ(updated.status, 3);
+    EXPECT_EQ(created.why, "the user is no administrator and no accountant; relations are changed by them only");
+    EXPECT_EQ(updated.why, created.why);
+  }
+  EXPECT_EQ(WholeFile(), before);
+}
+
 TEST_F(TheRelations, MayBeMadeByAnAccountant) {
   AddUser(*company_, {.name = "Robin", .administrator = false, .accountant = true, .rights = {}});
   Open("Robin");

@@ -186,6 +186,41 @@ TEST_F(TheTransactions, KeepTheirStateForWhoMayNotChangeThem) {
   EXPECT_EQ(LineOf(kBill).state, TransactionState::kPending);
 }
 
+TEST_F(TheTransactions, AreToldToNobodyWhoMayMoveNone) {
+  const std::int32_t line = LineOf(kBill).lineId;
+  OpenFor("Robin", {"bills:view", "accounts:modify"});
+
+  for (const auto& [realm, request] :
+       {std::pair{"1001", "request-bill"}, {"1001", "request-none"}, {"1009", "request-bill"}}) {
+    const Refusal refusal = RefusalOf([&] {
+      SetState(*company_, standalone::RealmId(realm), standalone::RequestId(request), TransactionState::kEstablished);
+    });
+
+    EXPECT_EQ(refusal.status, 3);
+    EXPECT_EQ(refusal.why, "the user has no right to move transactions of that type to another state");
+    EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
+  }
+  Open();
+  OpenFor("Kim", {"bills:delete", "journal:delete"});
+  for (const auto& [txnId, lineId] : {std::pair{kBill, line}, {kBill, 4711}, {4711, line}}) {
+    EXPECT_EQ(RefusalOf([&] { SetState(*company_, txnId, lineId, TransactionState::kEstablished); }).status, 3);
+  }
+  Open();
+  EXPECT_EQ(LineOf(kBill).state, TransactionState::kPending);
+}
+
+TEST_F(TheTransactions, AreMovedByWhoeverHasTheRightToOneOfTheirTypes) {
+  OpenFor("Robin", {"checks:modify"});
+
+  EXPECT_NO_THROW(SetState(*company_, standalone::RealmId("1001"), standalone::RequestId("request-check"),
+                           TransactionState::kPending));
+  EXPECT_EQ(RefusalOf([&] {
+              SetState(*company_, standalone::RealmId("1001"), standalone::RequestId("request-none"),
+                       TransactionState::kPending);
+            }).status,
+            12);
+}
+
 TEST_F(TheTransactions, AreKnownByThePartnersRequest) {
   EXPECT_NO_THROW(RequireKnownRequest(*company_, standalone::RealmId("1001"), standalone::RequestId("request-bill")));
 

@@ -1,5 +1,7 @@
 #include "standalone/desk/inside/Work.h"
 
+#include <algorithm>
+
 #include "standalone/values/Text.h"
 
 namespace desk {
@@ -28,11 +30,23 @@ bool Work::HasRight(standalone::FeatureRight right) {
   return IsAdministrator() || Host().Users().HasRight(Host().CurrentUser().id, right);
 }
 
-void Work::RequireRight(standalone::FeatureRight right) {
-  if (HasRight(right)) return;
-  Refuse("The user " + standalone::Quoted(Host().CurrentUser().name) + " has no right " +
-             standalone::FeatureRightText(right) + ".",
+bool Work::HasOneOf(std::initializer_list<standalone::FeatureRight> rights) {
+  return std::any_of(rights.begin(), rights.end(), [this](standalone::FeatureRight right) { return HasRight(right); });
+}
+
+void Work::RequireOneOf(std::initializer_list<standalone::FeatureRight> rights) {
+  if (HasOneOf(rights)) return;
+  std::string missing;
+  for (const standalone::FeatureRight right : rights) {
+    missing += (missing.empty() ? "" : " or ") + standalone::FeatureRightText(right);
+  }
+  Refuse("The user " + standalone::Quoted(Host().CurrentUser().name) + " has no right " + missing + ".",
          Remedy::kAskForTheRight);
+}
+
+// The module learns from the bridge who is an accountant.
+bool Work::MayManageRelations() {
+  return IsAdministrator() || (Attached().HasBridge() && Host().CurrentUserIsAccountant());
 }
 
 void Work::Refuse(std::string why, Remedy remedy) const {

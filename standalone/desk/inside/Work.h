@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -55,10 +56,14 @@ class Work {
   }
   // The same for accountants, too.
   void RequireAdministratorOrAccountant(std::string_view what);
-  // Within a unit of work: whether the user is an administrator or has the right now.
+  // Within a unit of work: whether the user is an administrator or has the right now, or one of them.
   bool HasRight(standalone::FeatureRight right);
-  // Throws Refused unless it is so.
-  void RequireRight(standalone::FeatureRight right);
+  bool HasOneOf(std::initializer_list<standalone::FeatureRight> rights);
+  // Throw Refused unless it is so.
+  void RequireRight(standalone::FeatureRight right) { RequireOneOf({right}); }
+  void RequireOneOf(std::initializer_list<standalone::FeatureRight> rights);
+  // Whether the module will let the user change relations.
+  bool MayManageRelations();
   [[noreturn]] void Refuse(std::string why, Remedy remedy) const;
 
   void Accept(MEStatusCode answer);

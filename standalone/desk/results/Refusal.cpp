@@ -59,7 +59,8 @@ Reason ReasonOfRelation(UseCase what, std::int32_t status) noexcept {
   const bool isAboutOne = what == UseCase::kReadRelations || what == UseCase::kDeleteRelation;
   switch (status) {
     case MEStatusPermissionDenied:
-      return {.why = {}, .remedy = Remedy::kAskAnAdministrator};
+      return {.why = "the user is no administrator and no accountant; relations are changed by them only",
+              .remedy = Remedy::kAskAnAdministrator};
     case MEStatusInvalidData:
       return {.why = {}, .remedy = isAboutOne ? Remedy::kSeeRelations : Remedy::kGiveBothAccounts};
     case MEStatusConflict:
@@ -77,6 +78,8 @@ Reason ReasonOfBooking(std::int32_t status) noexcept {
   switch (status) {
     case MEStatusDeclined:
       return {.why = {}, .remedy = Remedy::kCheckTheEntry};
+    case MEStatusPermissionDenied:
+      return {.why = "the user has no right journal:create", .remedy = Remedy::kAskForTheRight};
     case MEStatusExpenseAccountRefused:
       return {.why = {}, .remedy = Remedy::kUseTheAccountOfThatName};
     case MEStatusAccountFailed:
@@ -110,6 +113,9 @@ Reason ReasonOfRemoval(std::int32_t status) noexcept {
 
 Reason ReasonOfState(std::int32_t status) noexcept {
   switch (status) {
+    case MEStatusPermissionDenied:
+      return {.why = "the user has no right to move transactions of that type to another state",
+              .remedy = Remedy::kAskForTheRight};
     case MEStatusInvalidData:
       return {.why = "there is no such relation or intercompany transaction",
               .remedy = Remedy::kSeeRelationsAndRequests};
@@ -126,6 +132,8 @@ Reason ReasonOfState(std::int32_t status) noexcept {
 
 Reason ReasonOfSaving(std::int32_t status) noexcept {
   switch (status) {
+    case MEStatusPermissionDenied:
+      return {.why = "the user has no right to view transactions of that type", .remedy = Remedy::kAskForTheRight};
     case MEStatusDeclined:
       return {.why = "the rejected transaction could not be saved"};
     case MEStatusInvalidData:

@@ -93,6 +93,7 @@ run 1 transaction exists birch.company --realm "$kAlderRealm" --request "$reques
 log_gained "0 6 $kDriver::DoesTransactionExist: MULTIENTITY:: Matching Transaction found for partner realm [$kAlderRealm], request id [$request]"
 run 0 journal record birch.company --realm "$kAlderRealm" --amount 480.00 --request "$request" \
   --expense "$kAccount" --name "$kVendor"
+contains "$complaint" "is booked already, as journal entry" "the refusal"
 
 step "Birch's answer reaches Alder: the bill is confirmed."
 run 1 transaction set-state alder.company --realm "$kBirchRealm" --request "$request" --state 3
@@ -120,6 +121,12 @@ contains "$output" "\"amount\":\"$second_amount\"" "Birch's rejections"
 contains "$output" "\"partner\":\"$kAlder\"" "Birch's rejections"
 run 1 transaction exists birch.company --realm "$kAlderRealm" --request "$second_request"
 log_gained "0 6 $kDriver::DoesTransactionExist: MULTIENTITY:: Matching Rejected Transaction found for partner realm [$kAlderRealm], request id [$second_request]"
+
+step "What was rejected is not booked as long as the rejection is kept."
+run_to_exit 2 - journal record birch.company --realm "$kAlderRealm" --amount "$second_amount" \
+  --request "$second_request" --expense "$kAccount" --name "$kVendor"
+contains "$complaint" 'was rejected' "the refusal"
+log_gained
 
 step "Alder marks its own bill as rejected."
 run 1 transaction set-state alder.company --txn "$(json_value "$second" transaction)" \

@@ -22,7 +22,11 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
     case Remedy::kSeeRelations:
       return "see the partners with: multientity relation list FILE";
     case Remedy::kMakeARelation:
-      return "there is no relation with that partner; see: multientity relation list FILE";
+      return "see the partners with: multientity relation list FILE; a new one is related with: multientity relation "
+             "create FILE --realm REALM --partner NAME --due-from ACCOUNT --due-to ACCOUNT";
+    case Remedy::kEstablishTheRelation:
+      return "once the partner agrees, establish it with: multientity relation update FILE --realm REALM --state "
+             "established; then book again";
     case Remedy::kGiveBothAccounts:
       return "give both --due-from and --due-to; an update needs a relation that exists (multientity relation "
              "list FILE)";
@@ -34,11 +38,33 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
     case Remedy::kChooseUsableAccounts:
       return "see the accounts that can serve with: multientity accounts FILE --free --for REALM; sub-accounts, "
              "receivables, payables and non-posting accounts cannot";
-    case Remedy::kNameTheDueToAccount:
-      return "name one with --due-to";
+    case Remedy::kGiveTheRelationAccounts:
+      return "give it both with: multientity relation update FILE --realm REALM --due-from ACCOUNT --due-to ACCOUNT; "
+             "then book again";
+    case Remedy::kLeaveOutTheDueToAccount:
+      return "leave out --due-to; the relation gets another account with: multientity relation update FILE --realm "
+             "REALM --due-from ACCOUNT --due-to ACCOUNT";
+    case Remedy::kNameAnExpenseAccount:
+      return "name with --expense the account that the partner's bill belongs to; the relation's due-to account is "
+             "credited by itself";
+    case Remedy::kGiveAnAmount:
+      return "give with --amount what the partner paid, such as 480.00; a credit of the partner's is negative";
+    case Remedy::kGiveTheRequestId:
+      return "give with --request the id under which the partner knows the transaction";
+    case Remedy::kWriteTheRequestIdAsKnown:
+      return "if it is the same request, there is nothing to book; otherwise ask the partner for its own request id";
+    case Remedy::kSeeTheBookedEntry:
+      return "see it with: multientity transactions FILE --txn TXN; if it is wrong, take it back with: multientity "
+             "journal remove FILE --txn TXN, and book again";
+    case Remedy::kSeeOwnTransactions:
+      return "the partner books it, not this company; see the intercompany lines with their request ids with: "
+             "multientity transactions FILE";
+    case Remedy::kDeleteTheRejection:
+      return "see it with: multientity rejected list FILE; to book it after all, delete the rejection first with: "
+             "multientity rejected delete FILE --realm REALM --request REQUEST";
     case Remedy::kCheckTheEntry:
-      return "check that the amount is within range, that both accounts take postings, and that no entry carries this "
-             "request id already";
+      return "check that the amount is within range and that both accounts take postings, with: multientity accounts "
+             "FILE";
     case Remedy::kCheckTheAccounts:
       return "check the expense account and the due-to account with: multientity accounts FILE";
     case Remedy::kUseTheAccountOfThatName:

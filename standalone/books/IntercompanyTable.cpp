@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "standalone/books/RowFields.h"
+#include "standalone/values/Text.h"
 
 namespace standalone {
 
@@ -37,6 +38,11 @@ IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
       byRequest_(database,
                  "SELECT txn_id, relation_id, target_id, request_id, txn_type, state "
                  "FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 ORDER BY id LIMIT 1"),
+      byRequestButForBlanks_(database,
+                             "SELECT request_id FROM me_transaction WHERE relation_id = ?1 "
+                             "AND request_id >= ?2 AND request_id < ?2 || '!' AND trim(request_id) = ?2 "
+                             "UNION ALL SELECT request_id FROM me_transaction WHERE relation_id = ?1 "
+                             "AND request_id >= ' ' AND request_id < '!' AND trim(request_id) = ?2 LIMIT 1"),
       updateState_(database, Writes::kBookings,
                    "UPDATE me_transaction SET state = ?6 WHERE txn_id = ?1 AND relation_id = ?2 AND target_id = ?3 "
                    "AND request_id = ?4 AND txn_type = ?5"),
@@ -68,6 +74,15 @@ bool IntercompanyTable::Find(std::int32_t txnId, std::int32_t targetId, DBMultiE
 bool IntercompanyTable::FindRequest(std::int64_t relationId, std::string_view requestId,
                                     DBMultiEntityTransaction& row) {
   return ReadOne(byRequest_.Query(relationId, requestId), row);
+}
+
+// Those that begin with the text or with a blank are what the index finds; '!' follows the blank.
+std::optional<std::string> IntercompanyTable::FindRequestButForBlanks(std::int64_t relationId,
+                                                                      std::string_view requestId) {
+  const std::string_view bare = Trimmed(requestId);
+  Rows found = byRequestButForBlanks_.Query(relationId, bare);
+  if (!found.Step()) return std::nullopt;
+  return std::string(found.Text(0));
 }
 
 // Mostly the state alone has changed, which no index holds.

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -23,6 +25,8 @@ class IntercompanyTable {
   // False when there is none.
   bool Find(std::int32_t txnId, std::int32_t targetId, DBMultiEntityTransaction& row);
   bool FindRequest(std::int64_t relationId, std::string_view requestId, DBMultiEntityTransaction& row);
+  // A request id of that partner that is the same but for blanks at its ends.
+  std::optional<std::string> FindRequestButForBlanks(std::int64_t relationId, std::string_view requestId);
   // By transaction and target; false when there is none.
   bool Change(const DBMultiEntityTransaction& row);
   void RemoveAllOf(std::int32_t txnId);
@@ -43,6 +47,7 @@ class IntercompanyTable {
   Statement insert_;
   Statement byTarget_;
   Statement byRequest_;
+  Statement byRequestButForBlanks_;
   Statement updateState_;
   Statement update_;
   Statement delete_;

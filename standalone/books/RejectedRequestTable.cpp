@@ -1,6 +1,7 @@
 #include "standalone/books/RejectedRequestTable.h"
 
 #include "standalone/books/RowFields.h"
+#include "standalone/values/Text.h"
 
 namespace standalone {
 
@@ -29,6 +30,11 @@ RejectedRequestTable::RejectedRequestTable(Database& database)
       ofRelation_(database,
                   "SELECT request_id, txn_type, relation_id, amount, partner_txn_id FROM me_rejected_transaction "
                   "WHERE request_id = ?1 AND relation_id = ?2 ORDER BY id LIMIT 1"),
+      ofRelationButForBlanks_(database,
+                              "SELECT request_id FROM me_rejected_transaction WHERE relation_id = ?1 "
+                              "AND request_id >= ?2 AND request_id < ?2 || '!' AND trim(request_id) = ?2 "
+                              "UNION ALL SELECT request_id FROM me_rejected_transaction WHERE relation_id = ?1 "
+                              "AND request_id >= ' ' AND request_id < '!' AND trim(request_id) = ?2 LIMIT 1"),
       delete_(database, Writes::kBookings, "DELETE FROM me_rejected_transaction WHERE request_id = ?1"),
       deleteOfRelation_(database, Writes::kBookings,
                         "DELETE FROM me_rejected_transaction WHERE request_id = ?1 AND relation_id = ?2") {}
@@ -46,6 +52,14 @@ void RejectedRequestTable::List(std::vector<DBMultiEntityRejectedTxnReceiver>& r
 DBMultiEntityRejectedTxnReceiver RejectedRequestTable::Find(std::int32_t relationId, std::string_view requestId) {
   Rows found = ofRelation_.Query(requestId, relationId);
   return found.Step() ? RowOf(found) : DBMultiEntityRejectedTxnReceiver{};
+}
+
+// Those that begin with the text or with a blank are what the index finds; '!' follows the blank.
+std::optional<std::string> RejectedRequestTable::FindButForBlanks(std::int32_t relationId, std::string_view requestId) {
+  const std::string_view bare = Trimmed(requestId);
+  Rows found = ofRelationButForBlanks_.Query(relationId, bare);
+  if (!found.Step()) return std::nullopt;
+  return std::string(found.Text(0));
 }
 
 bool RejectedRequestTable::Has(std::string_view requestId) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -20,6 +22,8 @@ class RejectedRequestTable {
   bool Has(std::string_view requestId);
   // The first row of that partner's request; blank, with the relation 0, when there is none.
   DBMultiEntityRejectedTxnReceiver Find(std::int32_t relationId, std::string_view requestId);
+  // A request id of that partner that is the same but for blanks at its ends.
+  std::optional<std::string> FindButForBlanks(std::int32_t relationId, std::string_view requestId);
   // False when there is none.
   bool Remove(std::string_view requestId);
   // Those of one partner only.
@@ -30,6 +34,7 @@ class RejectedRequestTable {
   Statement all_;
   Statement byRequest_;
   Statement ofRelation_;
+  Statement ofRelationButForBlanks_;
   Statement delete_;
   Statement deleteOfRelation_;
 };

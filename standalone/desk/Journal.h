@@ -35,11 +35,12 @@ struct EntryToRecord {
   standalone::RequestId request;
   standalone::LineAmount amount;
   std::variant<Existing, NewAccount> expense;
-  std::optional<std::string> dueTo;  // an account as above; the relation's own when left out
+  std::optional<std::string> dueTo;  // an account as above; the relation's own, which is taken when left out
   std::variant<Existing, NewVendor> name;
 };
 
-// Returns the journal entry's transaction id. Needs the right journal:create.
+// Returns the journal entry's transaction id. Needs the right journal:create, an established relation with a due-to
+// account, an amount, two accounts, and a request id that is not known of that partner, blanks at its ends aside.
 std::int32_t RecordJournalEntry(Company& company, const EntryToRecord& entry);
 
 // Removes a journal entry that belongs to a partner's request, and returns what was removed. Needs the right

@@ -30,13 +30,120 @@ TEST_F(Books, ABookingDebitsTheExpenseAndCreditsTheRelationsDueToAccount) {
   EXPECT_EQ(entry.at("state"), "established");
 }
 
-TEST_F(Books, ABookingMayCreditAnotherAccountThanTheRelations) {
+TEST_F(Books, ABookingCreditsNoOtherAccountThanTheRelations) {
+  RelateBirch();
+
+  const Outcome outcome = Run(Booking({"--amount", "10", "--request", "r", "--new-expense", "Insurance", "--new-name",
+                                       "Stone Insurance", "--due-to", "Due to Cedar"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err,
+            "multientity: what this company owes Birch Services Company (realm 1001) is booked to the relation's "
+            "account \"Due to Birch\", not to \"Due to Cedar\"\n"
+            "  leave out --due-to; the relation gets another account with: multientity relation update FILE --realm "
+            "REALM --due-from ACCOUNT --due-to ACCOUNT\n");
+  EXPECT_THAT(Run({"accounts", kFile}).out, Not(HasSubstr("Insurance")));
+  EXPECT_THAT(Run({"names", kFile}).out, Not(HasSubstr("Insurance")));
+}
+
+TEST_F(Books, ABookingMayNameTheAccountThatTheRelationHasAnyway) {
   RelateBirch();
 
   Done(Booking(
-      {"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker", "--due-to", "Due to Cedar"}));
+      {"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker", "--due-to", "Due to Birch"}));
 
-  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("otherAccount").at("name"), "Due to Cedar");
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("otherAccount").at("name"), "Due to Birch");
+}
+
+TEST_F(Books, ABookingIsRefusedThatDebitsAndCreditsOneAccount) {
+  RelateBirch();
+
+  const Json error =
+      ErrorOf(Booking({"--amount", "10", "--request", "r", "--expense", "Due to Birch", "--name", "Walker"}));
+
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("status"), nullptr);
+  EXPECT_EQ(error.at("remedy"), "name-an-expense-account");
+  EXPECT_THAT(error.at("message").get<std::string>(), HasSubstr("\"Due to Birch\" would be both debited and credited"));
+}
+
+TEST_F(Books, ABookingOverNothingIsRefused) {
+  RelateBirch();
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "0.00", "--request", "r", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err,
+            "multientity: the amount is 0.00, and an entry over nothing is not booked\n"
+            "  give with --amount what the partner paid, such as 480.00; a credit of the partner's is negative\n");
+}
+
+TEST_F(Books, ABookingUnderABlankRequestIdIsRefused) {
+  RelateBirch();
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "10", "--request", "  ", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err,
+            "multientity: the request id is blank\n"
+            "  give with --request the id under which the partner knows the transaction\n");
+}
+
+TEST_F(Books, ABookingUnderAKnownRequestIdWithABlankMoreIsRefused) {
+  RelateBirch();
+  Book("request-1");
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "10", "--request", "request-1 ", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(
+      outcome.err,
+      "multientity: the request id \"request-1 \" differs from \"request-1\" of Birch Services Company (realm "
+      "1001), which is in the books already, by nothing but blanks at its ends\n"
+      "  if it is the same request, there is nothing to book; otherwise ask the partner for its own request id\n");
+}
+
+TEST_F(Books, ARejectedRequestIsNotBooked) {
+  RelateBirch();
+  Done({"rejected", "save", kFile, "--realm", "1001", "--request", "request-1", "--type", "bill", "--amount", "40.00",
+        "--partner-txn", "B-1"});
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "40", "--request", "request-1", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err,
+            "multientity: the request \"request-1\" of Birch Services Company (realm 1001) was rejected\n"
+            "  see it with: multientity rejected list FILE; to book it after all, delete the rejection first with: "
+            "multientity rejected delete FILE --realm REALM --request REQUEST\n");
+}
+
+TEST_F(Books, ARequestThatThisCompanySentIsNotBooked) {
+  RelateBirch();
+  ImportMarch();
+
+  const Json error =
+      ErrorOf(Booking({"--amount", "40", "--request", "request-bill", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("remedy"), "see-own-transactions");
+}
+
+TEST_F(Books, ABookingIsRefusedWhileTheRelationIsNotEstablished) {
+  RelateBirch();
+  Done({"relation", "update", kFile, "--realm", "1001", "--state", "pending"});
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err,
+            "multientity: the relation with Birch Services Company (realm 1001) is not established, but pending\n"
+            "  once the partner agrees, establish it with: multientity relation update FILE --realm REALM --state "
+            "established; then book again\n");
 }
 
 TEST_F(Books, ABookingCreatesTheAccountAndTheNameThatAreNew) {
@@ -82,9 +189,11 @@ TEST_F(Books, ABookingForAnUnknownPartnerIsRefused) {
   const Outcome outcome =
       Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker"}));
 
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_THAT(outcome.err, HasSubstr("status 12: invalid data or no such row"));
-  EXPECT_THAT(outcome.err, HasSubstr("no relation with that partner"));
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err,
+            "multientity: there is no relation with a partner of realm \"1001\"\n"
+            "  see the partners with: multientity relation list FILE; a new one is related with: multientity relation "
+            "create FILE --realm REALM --partner NAME --due-from ACCOUNT --due-to ACCOUNT\n");
 }
 
 TEST_F(Books, ARequestIsBookedOnlyOncePerPartner) {
@@ -94,7 +203,12 @@ TEST_F(Books, ARequestIsBookedOnlyOncePerPartner) {
   const Json error =
       ErrorOf(Booking({"--amount", "40", "--request", "request-1", "--expense", "Utilities", "--name", "Walker"}));
 
+  EXPECT_EQ(error.at("exit"), 1);
   EXPECT_EQ(error.at("status"), 0);
+  EXPECT_EQ(error.at("message"),
+            "status 0: the request \"request-1\" of Birch Services Company (realm 1001) is booked already, as journal "
+            "entry 1");
+  EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("journal remove FILE --txn TXN"));
   EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").size(), 1U);
 }
 
@@ -192,12 +306,16 @@ TEST_F(Books, ABookingNeedsOneExpenseAccountAndOneName) {
 
 TEST_F(Books, ARelationWithoutADueToAccountNeedsOneForABooking) {
   Done({"relation", "create", kFile, "--realm", "1001", "--partner", "Birch", "--state", "without-accounts"});
+  Done({"relation", "update", kFile, "--realm", "1001", "--state", "established"});
 
   const Outcome outcome =
       Run(Booking({"--amount", "10", "--request", "r", "--expense", "Utilities", "--name", "Walker"}));
 
   EXPECT_EQ(outcome.exitCode, 2);
-  EXPECT_THAT(outcome.err, HasSubstr("--due-to"));
+  EXPECT_EQ(outcome.err,
+            "multientity: the relation with Birch (realm 1001) has no due-to account\n"
+            "  give it both with: multientity relation update FILE --realm REALM --due-from ACCOUNT --due-to ACCOUNT; "
+            "then book again\n");
 }
 
 TEST_F(Books, ABookingIsNotGatedByTheFeatureSwitch) {

@@ -24,6 +24,16 @@ class TheJournal : public DeskFixture {
     const std::string before = WholeFile();
     Refusal refusal = RefusalOf([&] { RecordJournalEntry(*company_, entry); });
     EXPECT_EQ(WholeFile(), before);
+    EXPECT_EQ(refusal.what, UseCase::kRecordJournalEntry);
+    return refusal;
+  }
+  // Refused by the desk, for an account and a vendor that are new.
+  Refusal RefusalBeforeTheModuleIsAsked(EntryToRecord entry) {
+    entry.name = NewVendor{standalone::NewListName("Cold Spring Elevator")};
+    answers_.clear();
+    Refusal refusal = RefusalThatLeavesNothing(entry);
+    EXPECT_THAT(answers_, IsEmpty());
+    EXPECT_EQ(refusal.status, std::nullopt);
     return refusal;
   }
 
@@ -46,14 +56,160 @@ TEST_F(TheJournal, BooksAPartnersBillToTheRelationsOwnDueToAccount) {
   EXPECT_EQ(lines[0].state, standalone::TransactionState::kEstablished);
 }
 
-TEST_F(TheJournal, BooksToAnotherDueToAccountThatIsNamed) {
+TEST_F(TheJournal, TakesTheRelationsDueToAccountWhenItIsNamedToo) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.dueTo = "due to birch";
+
+  const std::int32_t txnId = RecordJournalEntry(*company_, entry);
+
+  EXPECT_EQ(Lines(txnId).at(0).otherAccount, (ListItem{AccountId("Due to Birch"), "Due to Birch"}));
+}
+
+TEST_F(TheJournal, RefusesAnotherDueToAccountThanTheRelations) {
   RelateBirch();
   EntryToRecord entry = Entry("request-1");
   entry.dueTo = "Due to Cedar";
 
-  const std::int32_t txnId = RecordJournalEntry(*company_, entry);
+  const Refusal refusal = RefusalBeforeTheModuleIsAsked(entry);
 
-  EXPECT_EQ(Lines(txnId).at(0).otherAccount, (ListItem{AccountId("Due to Cedar"), "Due to Cedar"}));
+  EXPECT_EQ(refusal.remedy, Remedy::kLeaveOutTheDueToAccount);
+  EXPECT_EQ(refusal.why,
+            "what this company owes Birch Services Company (realm 1001) is booked to the relation's account \"Due to "
+            "Birch\", not to \"Due to Cedar\"");
+}
+
+TEST_F(TheJournal, RefusesToDebitTheAccountThatIsCredited) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.expense = Existing{"Due to Birch"};
+
+  const Refusal refusal = RefusalBeforeTheModuleIsAsked(entry);
+
+  EXPECT_EQ(refusal.remedy, Remedy::kNameAnExpenseAccount);
+  EXPECT_EQ(refusal.why,
+            "the account \"Due to Birch\" would be both debited and credited, as it is the due-to account of Birch "
+            "Services Company (realm 1001)");
+}
+
+TEST_F(TheJournal, RefusesAnAmountOfZero) {
+  RelateBirch();
+  for (const char* const nothing : {"0", "0.00", "-0.0", "000"}) {
+    EntryToRecord entry = Entry("request-1");
+    entry.amount = standalone::LineAmount(nothing);
+
+    const Refusal refusal = RefusalBeforeTheModuleIsAsked(entry);
+
+    EXPECT_EQ(refusal.remedy, Remedy::kGiveAnAmount) << nothing;
+    EXPECT_EQ(refusal.why, "the amount is 0.00, and an entry over nothing is not booked") << nothing;
+  }
+}
+
+TEST_F(TheJournal, RefusesToBookWhileTheRelationIsNotEstablished) {
+  RelateBirch();
+  for (const auto state : {standalone::RelationState::kPending, standalone::RelationState::kDeactivated,
+                           standalone::RelationState::kWithoutAccounts, standalone::RelationState{2}}) {
+    UpdateRelation(*company_, {.realm = standalone::RealmId("1001"), .state = state, .accounts = {}});
+
+    const Refusal refusal = RefusalBeforeTheModuleIsAsked(Entry("request-1"));
+
+    EXPECT_EQ(refusal.remedy, Remedy::kEstablishTheRelation);
+    EXPECT_EQ(refusal.why, "the relation with Birch Services Company (realm 1001) is not established, but " +
+                               standalone::StateName(state));
+  }
+}
+
+TEST_F(TheJournal, RefusesABlankRequestId) {
+  RelateBirch();
+
+  for (const char* const blank : {" ", "   "}) {
+    const Refusal refusal = RefusalBeforeTheModuleIsAsked(Entry(blank));
+
+    EXPECT_EQ(refusal.remedy, Remedy::kGiveTheRequestId);
+    EXPECT_EQ(refusal.why, "the request id is blank");
+  }
+}
+
+TEST_F(TheJournal, RefusesARequestOfThePartnerThatWasRejected) {
+  RelateBirch();
+  SaveRejectionOf("request-1");
+
+  const Refusal refusal = RefusalBeforeTheModuleIsAsked(Entry("request-1"));
+
+  EXPECT_EQ(refusal.remedy, Remedy::kDeleteTheRejection);
+  EXPECT_EQ(refusal.why, "the request \"request-1\" of Birch Services Company (realm 1001) was rejected");
+}
+
+TEST_F(TheJournal, BooksARejectedRequestOnceItsRejectionIsDeleted) {
+  RelateBirch();
+  SaveRejectionOf("request-1");
+  DeleteRejection(*company_, standalone::RealmId("1001"), standalone::RequestId("request-1"));
+
+  EXPECT_THAT(Lines(RecordJournalEntry(*company_, Entry("request-1"))), SizeIs(1));
+}
+
+TEST_F(TheJournal, RefusesARequestThatTheCompanySentItself) {
+  RelateBirch();
+  ImportMarch();
+
+  for (const char* const own : {"request-bill", "request-check"}) {
+    const Refusal refusal = RefusalBeforeTheModuleIsAsked(Entry(own));
+
+    EXPECT_EQ(refusal.remedy, Remedy::kSeeOwnTransactions) << own;
+    EXPECT_EQ(refusal.why, "the request " + standalone::Quoted(own) +
+                               " is one that this company has sent to Birch Services Company (realm 1001) itself");
+  }
+}
+
+TEST_F(TheJournal, RefusesARequestIdThatDiffersFromABookedOneByBlanksOnly) {
+  RelateBirch();
+  RecordJournalEntry(*company_, Entry("request-1"));
+  RecordJournalEntry(*company_, Entry("  request-2 "));
+
+  for (const char* const request : {" request-1", "request-1 ", "  request-1  ", "request-2", " request-2"}) {
+    const Refusal refusal = RefusalBeforeTheModuleIsAsked(Entry(request));
+
+    EXPECT_EQ(refusal.remedy, Remedy::kWriteTheRequestIdAsKnown) << request;
+    EXPECT_THAT(refusal.why, HasSubstr("the request id " + standalone::Quoted(request) + " differs from ")) << request;
+    EXPECT_THAT(refusal.why, HasSubstr("of Birch Services Company (realm 1001), which is in the books already"));
+  }
+}
+
+TEST_F(TheJournal, RefusesARequestIdThatDiffersFromARejectedOneByBlanksOnly) {
+  RelateBirch();
+  SaveRejectionOf("request-1");
+  SaveRejectionOf(" request-2");
+
+  for (const char* const request : {"request-1 ", " request-1", "request-2", "request-2 "}) {
+    const Refusal refusal = RefusalBeforeTheModuleIsAsked(Entry(request));
+
+    EXPECT_EQ(refusal.remedy, Remedy::kWriteTheRequestIdAsKnown) << request;
+    EXPECT_THAT(refusal.why, HasSubstr("which was rejected, by nothing but blanks at its ends")) << request;
+  }
+}
+
+TEST_F(TheJournal, TellsRequestIdsApartThatDifferByMoreThanBlanksAtTheirEnds) {
+  RelateBirch();
+  RecordJournalEntry(*company_, Entry("request-1"));
+  SaveRejectionOf("request-2");
+
+  for (const char* const request : {"request 1", "request-1 b", "request-1!", "Request-1", "request-2b", "a request-2",
+                                    " a request-1", "request-"}) {
+    EXPECT_THAT(Lines(RecordJournalEntry(*company_, Entry(request))), SizeIs(1)) << request;
+  }
+}
+
+TEST_F(TheJournal, BooksWhatAnotherPartnerCallsByARequestIdThatIsKnown) {
+  RelateBirch();
+  RelateCedar();
+  for (const char* const request : {"request-1", "request-2"}) RecordJournalEntry(*company_, Entry(request));
+  for (const char* const request : {"request-3", "request-4"}) SaveRejectionOf(request);
+
+  for (const char* const request : {"request-1", " request-2", "request-3", "request-4 "}) {
+    EntryToRecord entry = Entry(request);
+    entry.realm = standalone::RealmId("1002");
+    EXPECT_THAT(Lines(RecordJournalEntry(*company_, entry)), SizeIs(1)) << request;
+  }
 }
 
 TEST_F(TheJournal, TakesAccountsAndNamesByRecordNumber) {
@@ -96,7 +252,6 @@ TEST_F(TheJournal, RefusesANewAccountWhoseNameIsTaken) {
   const Refusal refusal =
       RefusalThatLeavesNothing(EntryWithNew("utilities", KrEnumerations::kExpense, "Cold Spring Elevator"));
 
-  EXPECT_EQ(refusal.what, UseCase::kRecordJournalEntry);
   EXPECT_EQ(refusal.status, 5);
   EXPECT_EQ(refusal.remedy, Remedy::kUseTheAccountOfThatName);
 }
@@ -111,12 +266,14 @@ TEST_F(TheJournal, RefusesANewAccountBelowOneThatIsNotThere) {
   EXPECT_EQ(refusal.remedy, Remedy::kCheckTheAccounts);
 }
 
-TEST_F(TheJournal, LeavesNoAccountOfABookingForAPartnerWithoutRelation) {
-  const Refusal refusal =
-      RefusalThatLeavesNothing(EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
+TEST_F(TheJournal, RefusesABookingForAPartnerWithoutRelation) {
+  RelateCedar();
 
-  EXPECT_EQ(refusal.status, 12);
+  const Refusal refusal =
+      RefusalBeforeTheModuleIsAsked(EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
+
   EXPECT_EQ(refusal.remedy, Remedy::kMakeARelation);
+  EXPECT_EQ(refusal.why, "there is no relation with a partner of realm \"1001\"");
 }
 
 TEST_F(TheJournal, LeavesNoAccountOfABookingWhoseNewNameIsTaken) {
@@ -147,14 +304,18 @@ TEST_F(TheJournal, LeavesNeitherAccountNorNameOfABookingToAnAccountThatTakesNone
   EXPECT_EQ(refusal.remedy, Remedy::kCheckTheEntry);
 }
 
-TEST_F(TheJournal, LeavesNeitherAccountNorNameOfARequestThatIsBookedAlready) {
+TEST_F(TheJournal, NamesTheEntryOfARequestThatIsBookedAlready) {
   RelateBirch();
-  RecordJournalEntry(*company_, Entry("request-1"));
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
 
   const Refusal refusal =
       RefusalThatLeavesNothing(EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
 
   EXPECT_EQ(refusal.status, 0);
+  EXPECT_EQ(refusal.remedy, Remedy::kSeeTheBookedEntry);
+  EXPECT_EQ(refusal.why,
+            "the request \"request-1\" of Birch Services Company (realm 1001) is booked already, as journal entry " +
+                std::to_string(txnId));
 }
 
 TEST_F(TheJournal, TellsTheModulesAnswerAlsoWhenItRefuses) {
@@ -224,17 +385,20 @@ TEST_F(TheJournal, IsOpenToWhoeverMayCreateEntries) {
 }
 
 TEST_F(TheJournal, AsksForTheDueToAccountThatARelationHasNot) {
-  CreateRelation(*company_, {.realm = standalone::RealmId("1001"),
+  const standalone::RealmId realm("1001");
+  CreateRelation(*company_, {.realm = realm,
                              .partner = standalone::PartnerName("Birch Services Company"),
                              .type = 0,
                              .state = standalone::RelationState::kWithoutAccounts,
                              .accounts = {}});
+  UpdateRelation(*company_, {.realm = realm, .state = standalone::RelationState::kEstablished, .accounts = {}});
+  EntryToRecord entry = Entry("request-1");
+  entry.dueTo = "Due to Birch";
 
-  const Refusal refusal = RefusalThatLeavesNothing(Entry("request-1"));
+  const Refusal refusal = RefusalBeforeTheModuleIsAsked(entry);
 
-  EXPECT_EQ(refusal.status, std::nullopt);
-  EXPECT_EQ(refusal.remedy, Remedy::kNameTheDueToAccount);
-  EXPECT_THAT(refusal.why, HasSubstr("1001"));
+  EXPECT_EQ(refusal.remedy, Remedy::kGiveTheRelationAccounts);
+  EXPECT_EQ(refusal.why, "the relation with Birch Services Company (realm 1001) has no due-to account");
 }
 
 TEST_F(TheJournal, NamesAnAccountThatIsNotThere) {

@@ -78,7 +78,10 @@ void AddRecord(CLI::App& journal, Invocation& invocation) {
       "    --new-expense \"Elevator Maintenance\" --new-name \"Cold Spring Elevator Company\"",
       options->file);
   command.add_option("--realm", options->realm, kRealmHelp)->required();
-  command.add_option("--amount", options->amount, "The amount, such as 1234.50 or 1,234.50")->required();
+  command
+      .add_option("--amount", options->amount,
+                  "The amount, such as 1234.50 or 1,234.50; a credit of the partner's is negative")
+      ->required();
   command.add_option("--request", options->request, kRequestHelp)->required();
   CLI::Option_group* expense = command.add_option_group("Expense", "The account that is debited");
   expense->add_option("--expense", options->expense, "An account, by id or by colon-separated name");
@@ -87,8 +90,8 @@ void AddRecord(CLI::App& journal, Invocation& invocation) {
   command.add_option("--new-expense-type", options->newExpenseType, "The type of the new account")
       ->capture_default_str();
   command.add_option("--due-to", options->dueTo,
-                     "The account that is credited, by id or by colon-separated name; the relation's due-to account "
-                     "when left out");
+                     "The account that is credited, by id or by colon-separated name: the relation's due-to account, "
+                     "as when left out; another one is refused");
   CLI::Option_group* name = command.add_option_group("Name", "The name under which the entry is booked");
   name->add_option("--name", options->name, "A name, by id or colon-separated");
   name->add_option("--new-name", options->newName, "A vendor that is to be created");

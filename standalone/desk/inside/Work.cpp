@@ -53,6 +53,11 @@ void Work::Refuse(std::string why, Remedy remedy) const {
   throw Refused({.what = what_, .status = {}, .why = std::move(why), .remedy = remedy});
 }
 
+void Work::Refuse(MEStatusCode answer, std::string why, Remedy remedy) const {
+  company_.TellAnswer(answer);
+  throw Refused({.what = what_, .status = answer, .why = std::move(why), .remedy = remedy});
+}
+
 void Work::Accept(MEStatusCode answer) {
   company_.TellAnswer(answer);
   if (answer != MEStatusSuccess) throw Refused(RefusalFor(what_, answer));

@@ -64,7 +64,11 @@ class Work {
   void RequireOneOf(std::initializer_list<standalone::FeatureRight> rights);
   // Whether the module will let the user change relations.
   bool MayManageRelations();
+
+  // Before the module is asked.
   [[noreturn]] void Refuse(std::string why, Remedy remedy) const;
+  // After the module has refused, when the books tell better why.
+  [[noreturn]] void Refuse(MEStatusCode answer, std::string why, Remedy remedy) const;
 
   void Accept(MEStatusCode answer);
 

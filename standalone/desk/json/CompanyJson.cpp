@@ -84,6 +84,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "see-relations";
     case Remedy::kMakeARelation:
       return "make-a-relation";
+    case Remedy::kEstablishTheRelation:
+      return "establish-the-relation";
     case Remedy::kGiveBothAccounts:
       return "give-both-accounts";
     case Remedy::kChooseFreePartnerOrAccounts:
@@ -92,8 +94,24 @@ const char* NameOf(Remedy remedy) noexcept {
       return "force-or-wait";
     case Remedy::kChooseUsableAccounts:
       return "choose-usable-accounts";
-    case Remedy::kNameTheDueToAccount:
-      return "name-the-due-to-account";
+    case Remedy::kGiveTheRelationAccounts:
+      return "give-the-relation-accounts";
+    case Remedy::kLeaveOutTheDueToAccount:
+      return "leave-out-the-due-to-account";
+    case Remedy::kNameAnExpenseAccount:
+      return "name-an-expense-account";
+    case Remedy::kGiveAnAmount:
+      return "give-an-amount";
+    case Remedy::kGiveTheRequestId:
+      return "give-the-request-id";
+    case Remedy::kWriteTheRequestIdAsKnown:
+      return "write-the-request-id-as-known";
+    case Remedy::kSeeTheBookedEntry:
+      return "see-the-booked-entry";
+    case Remedy::kSeeOwnTransactions:
+      return "see-own-transactions";
+    case Remedy::kDeleteTheRejection:
+      return "delete-the-rejection";
     case Remedy::kCheckTheEntry:
       return "check-the-entry";
     case Remedy::kCheckTheAccounts:

@@ -77,7 +77,7 @@ Reason ReasonOfRelation(UseCase what, std::int32_t status) noexcept {
 Reason ReasonOfBooking(std::int32_t status) noexcept {
   switch (status) {
     case MEStatusDeclined:
-      return {.why = {}, .remedy = Remedy::kCheckTheEntry};
+      return {.why = "nothing was booked", .remedy = Remedy::kCheckTheEntry};
     case MEStatusPermissionDenied:
       return {.why = "the user has no right journal:create", .remedy = Remedy::kAskForTheRight};
     case MEStatusExpenseAccountRefused:

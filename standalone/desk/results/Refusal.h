@@ -49,12 +49,21 @@ enum class Remedy {
   kReadTheLogStateUnchanged,  // the transaction is in the state that it was in
   kSeeRelations,
   kMakeARelation,
+  kEstablishTheRelation,
   kGiveBothAccounts,             // the due-from and the due-to account, of a relation that exists
   kChooseFreePartnerOrAccounts,  // see what is related and which accounts are free
   kForceOrWait,                  // delete the relation all the same, or wait for the partner
   kChooseUsableAccounts,
-  kNameTheDueToAccount,
-  kCheckTheEntry,  // its amount, its accounts, whether its request id is booked already
+  kGiveTheRelationAccounts,  // before something is booked to it
+  kLeaveOutTheDueToAccount,  // the relation's own is taken
+  kNameAnExpenseAccount,
+  kGiveAnAmount,
+  kGiveTheRequestId,
+  kWriteTheRequestIdAsKnown,
+  kSeeTheBookedEntry,
+  kSeeOwnTransactions,
+  kDeleteTheRejection,  // to book what was rejected after all
+  kCheckTheEntry,       // its amount and its accounts
   kCheckTheAccounts,
   kUseTheAccountOfThatName,
   kUseTheNameLikeThat,

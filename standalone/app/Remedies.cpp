@@ -27,6 +27,8 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
     case Remedy::kEstablishTheRelation:
       return "once the partner agrees, establish it with: multientity relation update FILE --realm REALM --state "
              "established; then book again";
+    case Remedy::kNameThePartnersRealm:
+      return "give the realm id of the partner company; this company's own is shown by: multientity realm show FILE";
     case Remedy::kGiveBothAccounts:
       return "give both --due-from and --due-to; an update needs a relation that exists (multientity relation "
              "list FILE)";
@@ -38,6 +40,12 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
     case Remedy::kChooseUsableAccounts:
       return "see the accounts that can serve with: multientity accounts FILE --free --for REALM; sub-accounts, "
              "receivables, payables and non-posting accounts cannot";
+    case Remedy::kChooseAssetAndLiability:
+      return "see the accounts that are free with: multientity accounts FILE --free --for REALM; an account of another "
+             "type is taken with --any-account";
+    case Remedy::kGiveTwoAccounts:
+      return "give two accounts: with --due-from an asset, what the partner owes this company; with --due-to a "
+             "liability, what this company owes the partner";
     case Remedy::kGiveTheRelationAccounts:
       return "give it both with: multientity relation update FILE --realm REALM --due-from ACCOUNT --due-to ACCOUNT; "
              "then book again";

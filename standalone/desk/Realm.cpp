@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityHost/Preferences.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/PersonAtWork.h"
@@ -16,11 +15,6 @@ namespace desk {
 namespace {
 
 constexpr const char* kChangeOfRealm = "a change of the realm id";
-
-// Asked of the file itself, as the module's own question would have a file without a realm id remember one.
-std::optional<std::string> Remembered(Work& work) {
-  return work.Host().Preferences().Find(kRealmIdPreference);
-}
 
 RealmOutcome OutcomeOf(const RealmCheck& check, const std::optional<standalone::RealmId>& realm) {
   if (!realm) return RealmOutcome::kNoRealm;
@@ -42,14 +36,14 @@ auto InFrontOf(const Person& person, Work& work, Operation&& operation) {
 
 std::optional<std::string> RememberedRealm(Company& company) {
   Work work(company.Opened(), UseCase::kReadRealm);
-  return work.Read([&] { return Remembered(work); });
+  return work.Read([&] { return work.RememberedRealm(); });
 }
 
 void RememberRealm(Company& company, const standalone::RealmId& realm) {
   Work work(company.Opened(), UseCase::kChangeRealm);
   std::string text = realm.Text();
   work.WriteAsAdministrator(kChangeOfRealm, [&] {
-    const std::optional<std::string> before = Remembered(work);
+    const std::optional<std::string> before = work.RememberedRealm();
     if (!MultiEntityDriver::SetMECacheRealmId(text.data())) {
       throw std::runtime_error("the realm id " + realm.Text() + " could not be stored in the company file");
     }
@@ -63,9 +57,9 @@ RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>
   return InFrontOf(person, work, [&] {
     return work.Write([&] {
       RealmCheck check;
-      check.before = Remembered(work);
+      check.before = work.RememberedRealm();
       check.blocked = MultiEntityDriver::BlockUserIfRealmReset(reported);
-      check.after = Remembered(work);
+      check.after = work.RememberedRealm();
       if (check.after != check.before) {
         work.RequireAdministrator(kChangeOfRealm);
         work.Host().Record(DeedOfRealm(check.before, check.after.value_or("")));

@@ -2,34 +2,79 @@
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/AccountTable.h"
+#include "standalone/books/RelationTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/RelationRows.h"
 #include "standalone/desk/inside/Work.h"
+#include "standalone/values/AccountTypes.h"
+#include "standalone/values/Text.h"
 
 namespace desk {
 
 namespace {
 
-void Append(std::vector<MEAccountInfo>& accounts, Work& work, const std::optional<std::string>& given,
-            MEAccountRole role) {
-  if (!given) return;
-  const standalone::Account account = work.Host().Accounts().Require(*given);
-  accounts.push_back(
-      {.name = std::string_view(account.fullName), .type = account.type, .accountId = account.id, .role = role});
+using standalone::Account;
+using standalone::Quoted;
+
+void RefuseOwnRealm(Work& work, const standalone::RealmId& realm) {
+  const std::optional<std::string> own = work.RememberedRealm();
+  if (!own || standalone::Trimmed(*own) != standalone::Trimmed(realm.Text())) return;
+  work.Refuse("the realm " + Quoted(realm.Text()) + " is this company's own, and a relation is with another company",
+              Remedy::kNameThePartnersRealm);
 }
 
-std::vector<MEAccountInfo> AccountsOf(Work& work, const RelationAccounts& given) {
+std::optional<Account> Find(Work& work, const std::optional<std::string>& given) {
+  if (!given) return std::nullopt;
+  return work.Host().Accounts().Require(*given);
+}
+
+// Those that are not given stay as the relation has them, if there is one.
+void RefuseOneAccountForBoth(Work& work, const standalone::RealmId& realm, const std::optional<Account>& dueFrom,
+                             const std::optional<Account>& dueTo) {
+  if (!dueFrom && !dueTo) return;
+  DBMultiEntityRelation relation{};
+  static_cast<void>(work.Host().Relations().Find(realm.Text(), relation));
+  const std::int32_t from = dueFrom ? dueFrom->id : relation.dueFromAccountId;
+  const std::int32_t to = dueTo ? dueTo->id : relation.dueToAccountId;
+  if (from != to) return;
+  work.Refuse("the due-from and the due-to account are one, " + Quoted((dueFrom ? dueFrom : dueTo)->fullName),
+              Remedy::kGiveTwoAccounts);
+}
+
+void RefuseOtherTypes(Work& work, const std::optional<Account>& dueFrom, const std::optional<Account>& dueTo) {
+  const auto refuse = [&work](std::string_view role, const Account& account, std::string_view wanted) {
+    work.Refuse("the " + std::string(role) + " account " + Quoted(account.fullName) + " is of the type " +
+                    standalone::AccountTypeName(account.type) + ", which is no " + std::string(wanted),
+                Remedy::kChooseAssetAndLiability);
+  };
+  if (dueFrom && !standalone::IsAsset(dueFrom->type)) refuse("due-from", *dueFrom, "asset");
+  if (dueTo && !standalone::IsLiability(dueTo->type)) refuse("due-to", *dueTo, "liability");
+}
+
+void Append(std::vector<MEAccountInfo>& accounts, const std::optional<Account>& account, MEAccountRole role) {
+  if (!account) return;
+  accounts.push_back(
+      {.name = std::string_view(account->fullName), .type = account->type, .accountId = account->id, .role = role});
+}
+
+std::vector<MEAccountInfo> AccountsOf(Work& work, const standalone::RealmId& realm, const RelationAccounts& given) {
+  const std::optional<Account> dueFrom = Find(work, given.dueFrom);
+  const std::optional<Account> dueTo = Find(work, given.dueTo);
+  RefuseOneAccountForBoth(work, realm, dueFrom, dueTo);
+  if (!given.ofAnyType) RefuseOtherTypes(work, dueFrom, dueTo);
   std::vector<MEAccountInfo> accounts;
-  Append(accounts, work, given.dueFrom, MEAccountRoleDueFrom);
-  Append(accounts, work, given.dueTo, MEAccountRoleDueTo);
+  Append(accounts, dueFrom, MEAccountRoleDueFrom);
+  Append(accounts, dueTo, MEAccountRoleDueTo);
   return accounts;
 }
 
 // None for whoever may not change relations, which the module says before it looks at any.
-std::vector<MEAccountInfo> CheckedAccounts(Work& work, const RelationAccounts& given) {
+std::vector<MEAccountInfo> CheckedAccounts(Work& work, const standalone::RealmId& realm,
+                                           const RelationAccounts& given) {
   if (!work.MayManageRelations()) return {};
-  return AccountsOf(work, given);
+  RefuseOwnRealm(work, realm);
+  return AccountsOf(work, realm, given);
 }
 
 // What changes the relation with `realm`, and the audit trail tells.
@@ -62,7 +107,7 @@ void CreateRelation(Company& company, const NewRelation& relation) {
       return MultiEntityDriver::CreateRelation(std::string_view(relation.realm.Text()),
                                                std::string_view(relation.partner.Text()), MERelationType{relation.type},
                                                static_cast<MEState>(relation.state),
-                                               CheckedAccounts(work, relation.accounts));
+                                               CheckedAccounts(work, relation.realm, relation.accounts));
     });
   });
 }
@@ -73,7 +118,7 @@ void UpdateRelation(Company& company, const RelationChange& change) {
   if (change.state) info.state = static_cast<MEState>(standalone::RequireStored(*change.state));
   Work work(company.Opened(), UseCase::kUpdateRelation);
   work.AskToWrite([&] {
-    info.accounts = CheckedAccounts(work, change.accounts);
+    info.accounts = CheckedAccounts(work, change.realm, change.accounts);
     return Recorded(work, change.realm, [&] { return MultiEntityDriver::UpdateRelation(info); });
   });
 }

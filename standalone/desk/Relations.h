@@ -15,8 +15,9 @@ class Company;
 
 // Accounts as people give them: by record number or colon-separated name. Both or none.
 struct RelationAccounts {
-  std::optional<std::string> dueFrom;
-  std::optional<std::string> dueTo;
+  std::optional<std::string> dueFrom;  // an asset
+  std::optional<std::string> dueTo;    // a liability
+  bool ofAnyType = false;              // takes others, too, as far as the module does
 };
 
 struct NewRelation {
@@ -34,7 +35,8 @@ struct RelationChange {
 };
 
 // Those that change relations are for administrators and accountants, as the module decides. standalone::InvalidInput
-// for an account that is none, and for the state 6, which is never stored.
+// for an account that is none, and for the state 6, which is never stored. Refused are a relation of the company with
+// itself and one whose accounts are one.
 
 // A relation that is pending or without accounts is taken up again.
 void CreateRelation(Company& company, const NewRelation& relation);

@@ -48,6 +48,31 @@ std::int16_t ParseAccountType(std::string_view text) {
                      ", or a number from 0 to " + std::to_string(std::numeric_limits<std::int16_t>::max()) + ".");
 }
 
+bool IsAsset(std::int16_t type) noexcept {
+  switch (type) {
+    case KrEnumerations::kBank:
+    case KrEnumerations::kAccountsReceivable:
+    case KrEnumerations::kOtherCurrentAsset:
+    case KrEnumerations::kFixedAsset:
+    case KrEnumerations::kOtherAsset:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool IsLiability(std::int16_t type) noexcept {
+  switch (type) {
+    case KrEnumerations::kAccountsPayable:
+    case KrEnumerations::kCreditCard:
+    case KrEnumerations::kOtherCurrentLiability:
+    case KrEnumerations::kLongTermLiability:
+      return true;
+    default:
+      return false;
+  }
+}
+
 std::string TransactionTypeName(std::int32_t type) {
   switch (type) {
     case kTxnTypeCheck:

@@ -109,6 +109,59 @@ TEST_F(Books, AnAccountThatCannotCarryAnIntercompanyBalanceIsRefused) {
   EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("accounts FILE --free"));
 }
 
+TEST_F(Books, ARelationWithTheCompanyItselfIsRefused) {
+  Done({"realm", "set", kFile, "--realm", "1002"});
+
+  const Outcome outcome = Run(kCreateCedar);
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(
+      outcome.err,
+      "multientity: the realm \"1002\" is this company's own, and a relation is with another company\n"
+      "  give the realm id of the partner company; this company's own is shown by: multientity realm show FILE\n");
+}
+
+TEST_F(Books, ADueFromAccountThatIsNoAssetIsTakenWhenThePersonSaysSo) {
+  const std::vector<std::string> create = {"relation",  "create",    kFile,         "--realm",
+                                           "1002",      "--partner", "Cedar",       "--due-from",
+                                           "Utilities", "--due-to",  "Due to Cedar"};
+
+  const Outcome outcome = Run(create);
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(
+      outcome.err,
+      "multientity: the due-from account \"Utilities\" is of the type Expense, which is no asset\n"
+      "  see the accounts that are free with: multientity accounts FILE --free --for REALM; an account of another "
+      "type is taken with --any-account\n");
+  Done(With(create, {"--any-account"}));
+}
+
+TEST_F(Books, ADueToAccountThatIsNoLiabilityIsTakenWhenThePersonSaysSo) {
+  Done(kCreateCedar);
+  const std::vector<std::string> update = {"relation",   "update",         kFile,      "--realm", "1002",
+                                           "--due-from", "Due from Cedar", "--due-to", "Checking"};
+
+  const Json error = ErrorOf(update);
+
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("status"), nullptr);
+  EXPECT_EQ(error.at("remedy"), "choose-asset-and-liability");
+  EXPECT_EQ(error.at("message"), "the due-to account \"Checking\" is of the type Bank, which is no liability");
+  Done(With(update, {"--any-account"}));
+}
+
+TEST_F(Books, ARelationWithOneAccountForBothIsRefusedWhateverThePersonSays) {
+  const Outcome outcome = Run({"relation", "create", kFile, "--realm", "1002", "--partner", "Cedar", "--due-from",
+                               "Checking", "--due-to", "Checking", "--any-account"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err,
+            "multientity: the due-from and the due-to account are one, \"Checking\"\n"
+            "  give two accounts: with --due-from an asset, what the partner owes this company; with --due-to a "
+            "liability, what this company owes the partner\n");
+}
+
 TEST_F(Books, APendingRelationIsTakenUpByASecondCreation) {
   Done(With(kCreateCedar, {"--state", "pending"}));
 

@@ -142,7 +142,8 @@ TEST_F(TheRelations, NeedBothAccounts) {
 }
 
 TEST_F(TheRelations, UseNoAccountThatIsMarkedDeletedOrOfAnotherKind) {
-  for (const char* const account : {"Old Rent", "Receivables", "Undeposited Funds"}) {
+  Import(*company_, Importable::kAccounts, Csv("name,type,deleted\nOld Deposits,Other Asset,yes\n"));
+  for (const char* const account : {"Old Deposits", "Receivables", "Undeposited Funds"}) {
     NewRelation cedar = Cedar();
     cedar.accounts.dueFrom = std::to_string(AccountId(account));
 
@@ -194,6 +195,115 @@ TEST_F(TheRelations, AreToldToNobodyWhoMayNotChangeThem) {
     EXPECT_EQ(updated.why, created.why);
   }
   EXPECT_EQ(WholeFile(), before);
+}
+
+TEST_F(TheRelations, AreNotMadeWithTheCompanyItself) {
+  RememberRealm(*company_, RealmId("2002"));
+  const std::string before = WholeFile();
+  for (const char* const realm : {"2002", " 2002", "2002 "}) {
+    NewRelation own = Cedar();
+    own.realm = RealmId(realm);
+
+    const Refusal refusal = RefusalOf([&] { CreateRelation(*company_, own); });
+
+    EXPECT_EQ(refusal.what, UseCase::kCreateRelation);
+    EXPECT_EQ(refusal.status, std::nullopt);
+    EXPECT_EQ(refusal.remedy, Remedy::kNameThePartnersRealm);
+    EXPECT_EQ(refusal.why, "the realm " + standalone::Quoted(realm) +
+                               " is this company's own, and a relation is with another company");
+  }
+  EXPECT_EQ(WholeFile(), before);
+}
+
+TEST_F(TheRelations, AreNotChangedForTheCompanyItself) {
+  CreateRelation(*company_, Cedar());
+  RememberRealm(*company_, RealmId("2002"));
+  const std::string before = WholeFile();
+
+  const Refusal refusal = RefusalOf([&] {
+    UpdateRelation(*company_, {.realm = RealmId("2002"), .state = RelationState::kEstablished, .accounts = {}});
+  });
+
+  EXPECT_EQ(refusal.what, UseCase::kUpdateRelation);
+  EXPECT_EQ(refusal.status, std::nullopt);
+  EXPECT_EQ(refusal.remedy, Remedy::kNameThePartnersRealm);
+  EXPECT_EQ(WholeFile(), before);
+  EXPECT_EQ(DeleteRelation(*company_, RealmId("2002"), /*force=*/true), Deleted::kRemoved);
+}
+
+TEST_F(TheRelations, NeedAnAssetForWhatThePartnerOwesAndALiabilityForWhatIsOwed) {
+  RelateBirch();
+  const std::string before = WholeFile();
+  NewRelation noAsset = Cedar();
+  noAsset.accounts.dueFrom = "Utilities";
+  NewRelation noLiability = Cedar();
+  noLiability.accounts.dueTo = "Checking";
+  const std::pair<NewRelation, const char*> wrongs[] = {
+      {noAsset, "the due-from account \"Utilities\" is of the type Expense, which is no asset"},
+      {noLiability, "the due-to account \"Checking\" is of the type Bank, which is no liability"}};
+
+  for (const auto& [wrong, why] : wrongs) {
+    const Refusal created = RefusalOf([&] { CreateRelation(*company_, wrong); });
+    const Refusal updated = RefusalOf(
+        [&] { UpdateRelation(*company_, {.realm = RealmId("1001"), .state = {}, .accounts = wrong.accounts}); });
+
+    for (const Refusal& refusal : {created, updated}) {
+      EXPECT_EQ(refusal.status, std::nullopt);
+      EXPECT_EQ(refusal.remedy, Remedy::kChooseAssetAndLiability);
+      EXPECT_EQ(refusal.why, why);
+    }
+  }
+  EXPECT_EQ(WholeFile(), before);
+}
+
+TEST_F(TheRelations, TakeAccountsOfAnyTypeWhenAPersonSaysSo) {
+  RelateBirch();
+  const RelationAccounts accounts{.dueFrom = "Utilities", .dueTo = "Checking", .ofAnyType = true};
+  NewRelation cedar = Cedar();
+  cedar.accounts = accounts;
+  CreateRelation(*company_, cedar);
+  DeleteRelation(*company_, RealmId("2002"), /*force=*/true);
+
+  UpdateRelation(*company_, {.realm = RealmId("1001"), .state = {}, .accounts = accounts});
+
+  EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).dueFrom, (ListItem{AccountId("Utilities"), "Utilities"}));
+  EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).dueTo, (ListItem{AccountId("Checking"), "Checking"}));
+}
+
+TEST_F(TheRelations, TakeNoAccountsThatTheModuleRefusesWhateverAPersonSays) {
+  NewRelation cedar = Cedar();
+  cedar.accounts = {.dueFrom = "Receivables", .dueTo = "Utilities", .ofAnyType = true};
+
+  EXPECT_EQ(RefusalOf([&] { CreateRelation(*company_, cedar); }).status, 28);
+}
+
+TEST_F(TheRelations, HaveTwoAccountsThatAreNotOne) {
+  RelateBirch();
+  const std::string before = WholeFile();
+  NewRelation cedar = Cedar();
+  cedar.accounts = {.dueFrom = "Due to Cedar", .dueTo = "due to cedar", .ofAnyType = true};
+
+  const Refusal created = RefusalOf([&] { CreateRelation(*company_, cedar); });
+  const Refusal updated = RefusalOf(
+      [&] { UpdateRelation(*company_, {.realm = RealmId("1001"), .state = {}, .accounts = cedar.accounts}); });
+
+  for (const Refusal& refusal : {created, updated}) {
+    EXPECT_EQ(refusal.status, std::nullopt);
+    EXPECT_EQ(refusal.remedy, Remedy::kGiveTwoAccounts);
+    EXPECT_EQ(refusal.why, "the due-from and the due-to account are one, \"Due to Cedar\"");
+  }
+  EXPECT_EQ(WholeFile(), before);
+}
+
+TEST_F(TheRelations, AreNotTakenUpAgainWithTheOtherOfTheirAccounts) {
+  CreateRelation(*company_, Cedar());
+  NewRelation again = Cedar();
+  again.accounts = {.dueFrom = {}, .dueTo = "Due from Cedar", .ofAnyType = true};
+
+  const Refusal refusal = RefusalOf([&] { CreateRelation(*company_, again); });
+
+  EXPECT_EQ(refusal.remedy, Remedy::kGiveTwoAccounts);
+  EXPECT_EQ(ShowRelation(*company_, RealmId("2002")).revision, 1);
 }
 
 TEST_F(TheRelations, MayBeMadeByAnAccountant) {

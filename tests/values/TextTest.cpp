@@ -179,6 +179,14 @@ TEST(FullName, HasATextInEachOfItsParts) {
   EXPECT_THROW(NormalizedFullName("The name", std::string(kListNameLength + 1, 'n')), InvalidInput);
 }
 
+TEST(AccountType, IsAnAssetALiabilityOrNeither) {
+  for (std::int16_t type = 0; type < 18; ++type) {
+    EXPECT_EQ(IsAsset(type), type <= KrEnumerations::kOtherAsset) << type;
+    EXPECT_EQ(IsLiability(type), type >= KrEnumerations::kAccountsPayable && type <= KrEnumerations::kLongTermLiability)
+        << type;
+  }
+}
+
 TEST(AccountType, HasANameThatIsReadBack) {
   EXPECT_EQ(AccountTypeName(0), "Bank");
   EXPECT_EQ(AccountTypeName(15), "Non-Posting");

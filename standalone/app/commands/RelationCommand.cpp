@@ -29,13 +29,14 @@ struct RelationOptions {
   std::optional<std::string> state;
   std::optional<std::string> dueFrom;
   std::optional<std::string> dueTo;
+  bool anyAccount = false;
   bool force = false;
   bool realmsOnly = false;
   bool withAccountsOnly = false;
 };
 
 desk::RelationAccounts AccountsFrom(const RelationOptions& options) {
-  return {.dueFrom = options.dueFrom, .dueTo = options.dueTo};
+  return {.dueFrom = options.dueFrom, .dueTo = options.dueTo, .ofAnyType = options.anyAccount};
 }
 
 void CreateRelation(Invocation& invocation, const RelationOptions& options) {
@@ -113,8 +114,12 @@ constexpr const char* kStateHelp = "pending, established, without-accounts, deac
 constexpr const char* kAccountHelp = "An account, by id or by colon-separated name";
 
 void AddAccountOptions(CLI::App& command, RelationOptions& options) {
-  command.add_option("--due-from", options.dueFrom, std::string("What the partner owes this company. ") + kAccountHelp);
-  command.add_option("--due-to", options.dueTo, std::string("What this company owes the partner. ") + kAccountHelp);
+  command.add_option("--due-from", options.dueFrom,
+                     std::string("What the partner owes this company: an asset. ") + kAccountHelp);
+  command.add_option("--due-to", options.dueTo,
+                     std::string("What this company owes the partner: a liability. ") + kAccountHelp);
+  command.add_flag("--any-account", options.anyAccount,
+                   "Also a due-from account that is no asset and a due-to account that is no liability");
 }
 
 void AddCreate(CLI::App& relation, Invocation& invocation) {

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "MultiEntity/MultiEntityDriver.h"
-#include "MultiEntityHost/Preferences.h"
 #include "standalone/books/PendingWork.h"
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/RelationRows.h"
@@ -40,8 +39,7 @@ PluginScreen ScreenFor(Work& work, standalone::PluginView view) {
     case standalone::PluginView::kPendingTransactions:
       return PendingWorkFor(work);
     case standalone::PluginView::kRelationsAfterRealmReset:
-      return RelationsAfterRealmReset{.rememberedRealm = work.Host().Preferences().Find(kRealmIdPreference),
-                                      .relations = RelationsFor(work)};
+      return RelationsAfterRealmReset{.rememberedRealm = work.RememberedRealm(), .relations = RelationsFor(work)};
     case standalone::PluginView::kRelationSetUp:
       break;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "MultiEntityHost/Preferences.h"
 #include "standalone/values/Text.h"
 
 namespace desk {
@@ -47,6 +48,11 @@ void Work::RequireOneOf(std::initializer_list<standalone::FeatureRight> rights) 
 // The module learns from the bridge who is an accountant.
 bool Work::MayManageRelations() {
   return IsAdministrator() || (Attached().HasBridge() && Host().CurrentUserIsAccountant());
+}
+
+// Asked of the file itself, as the module's own question would have a file without a realm id remember one.
+std::optional<std::string> Work::RememberedRealm() {
+  return Host().Preferences().Find(kRealmIdPreference);
 }
 
 void Work::Refuse(std::string why, Remedy remedy) const {

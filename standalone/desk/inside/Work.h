@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -64,6 +65,9 @@ class Work {
   void RequireOneOf(std::initializer_list<standalone::FeatureRight> rights);
   // Whether the module will let the user change relations.
   bool MayManageRelations();
+
+  // The company's own realm id, as its file remembers it.
+  std::optional<std::string> RememberedRealm();
 
   // Before the module is asked.
   [[noreturn]] void Refuse(std::string why, Remedy remedy) const;

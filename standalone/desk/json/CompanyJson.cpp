@@ -86,6 +86,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "make-a-relation";
     case Remedy::kEstablishTheRelation:
       return "establish-the-relation";
+    case Remedy::kNameThePartnersRealm:
+      return "name-the-partners-realm";
     case Remedy::kGiveBothAccounts:
       return "give-both-accounts";
     case Remedy::kChooseFreePartnerOrAccounts:
@@ -94,6 +96,10 @@ const char* NameOf(Remedy remedy) noexcept {
       return "force-or-wait";
     case Remedy::kChooseUsableAccounts:
       return "choose-usable-accounts";
+    case Remedy::kChooseAssetAndLiability:
+      return "choose-asset-and-liability";
+    case Remedy::kGiveTwoAccounts:
+      return "give-two-accounts";
     case Remedy::kGiveTheRelationAccounts:
       return "give-the-relation-accounts";
     case Remedy::kLeaveOutTheDueToAccount:

@@ -50,10 +50,13 @@ enum class Remedy {
   kSeeRelations,
   kMakeARelation,
   kEstablishTheRelation,
+  kNameThePartnersRealm,
   kGiveBothAccounts,             // the due-from and the due-to account, of a relation that exists
   kChooseFreePartnerOrAccounts,  // see what is related and which accounts are free
   kForceOrWait,                  // delete the relation all the same, or wait for the partner
   kChooseUsableAccounts,
+  kChooseAssetAndLiability,
+  kGiveTwoAccounts,
   kGiveTheRelationAccounts,  // before something is booked to it
   kLeaveOutTheDueToAccount,  // the relation's own is taken
   kNameAnExpenseAccount,

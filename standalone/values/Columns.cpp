@@ -1,49 +1,35 @@
 #include "standalone/values/Columns.h"
 
+#include "standalone/values/Characters.h"
+
 namespace standalone {
 
 namespace {
 
-// Whether a character stands in a column as it is.
-constexpr bool IsPlain(char character) noexcept {
-  const auto byte = static_cast<unsigned char>(character);
-  return (byte >= 0x20) & (byte != 0x7F) & (byte != '\\');
-}
-
-// Goes on to the end, which compilers turn into wide steps.
-bool IsPlain(std::string_view text) noexcept {
-  unsigned char odd = 0;
-  for (const char character : text) odd |= static_cast<unsigned char>(!IsPlain(character));
-  return odd == 0;
-}
-
-// What stands for it behind a backslash: a letter of its own, or 'x' before its number.
-char EscapeLetter(char character) {
-  switch (character) {
-    case '\t':
+// The letter that stands for a character behind a backslash; none for most.
+char LetterFor(char32_t number) {
+  switch (number) {
+    case U'\t':
       return 't';
-    case '\n':
+    case U'\n':
       return 'n';
-    case '\r':
+    case U'\r':
       return 'r';
-    case '\\':
+    case U'\\':
       return '\\';
     default:
-      return 'x';
+      return '\0';
   }
 }
 
-void AppendHex(std::string& out, unsigned char byte) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  out.push_back(kDigits[byte / 16]);
-  out.push_back(kDigits[byte % 16]);
-}
-
-void AppendEscaped(std::string& out, char character) {
-  const char letter = EscapeLetter(character);
-  out.push_back('\\');
-  out.push_back(letter);
-  if (letter == 'x') AppendHex(out, static_cast<unsigned char>(character));
+void AppendEscaped(std::string& out, const Character& character, std::string_view bytes) {
+  if (const char letter = LetterFor(character.number); letter != '\0') {
+    out += {'\\', letter};
+  } else if (character.kind == CharacterKind::kPlain) {
+    out += bytes;
+  } else {
+    AppendBytesInHex(out, bytes);
+  }
 }
 
 int HexDigit(char character) {
@@ -55,16 +41,14 @@ int HexDigit(char character) {
 }  // namespace
 
 void AppendEscaped(std::string& out, std::string_view text) {
-  if (IsPlain(text)) {
+  if (IsPrintableAscii(text) && text.find('\\') == std::string_view::npos) {
     out += text;
     return;
   }
-  for (const char character : text) {
-    if (IsPlain(character)) {
-      out.push_back(character);
-    } else {
-      AppendEscaped(out, character);
-    }
+  while (!text.empty()) {
+    const Character character = FirstCharacter(text);
+    AppendEscaped(out, character, text.substr(0, character.length));
+    text.remove_prefix(character.length);
   }
 }
 

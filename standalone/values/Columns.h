@@ -5,8 +5,8 @@
 
 namespace standalone {
 
-// A text as it stands in a column of a line: tab, line feed, carriage return and backslash as \t \n \r \\, other
-// control characters as \xNN.
+// A text as it stands in a column of a line: tab, line feed, carriage return and backslash as \t \n \r \\, each byte of
+// whatever else is not plain (Characters.h) as \xNN.
 std::string EscapeColumn(std::string_view text);
 void AppendEscaped(std::string& out, std::string_view text);
 std::string UnescapeColumn(std::string_view text);

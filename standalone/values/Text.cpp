@@ -1,11 +1,11 @@
 #include "standalone/values/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <initializer_list>
 
 #include "MultiEntityHost/MultiEntityRows.h"
+#include "standalone/values/Characters.h"
 #include "standalone/values/Errors.h"
 
 namespace standalone {
@@ -15,61 +15,57 @@ namespace {
 constexpr std::int32_t kLargestRecordNumber = 2'147'483'646;
 constexpr std::size_t kQuotedLength = 80;
 
-unsigned char Byte(std::string_view text, std::size_t index) {
-  return static_cast<unsigned char>(text[index]);
-}
-
-bool IsContinuation(std::string_view text, std::size_t index, unsigned char from = 0x80, unsigned char to = 0xBF) {
-  return index < text.size() && Byte(text, index) >= from && Byte(text, index) <= to;
-}
-
-// The length of the well-formed sequence that begins at `index`; 0 when there is none.
-std::size_t SequenceLength(std::string_view text, std::size_t index) {
-  const unsigned char lead = Byte(text, index);
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead <= 0xDF) return IsContinuation(text, index + 1) ? 2 : 0;
-  if (lead >= 0xE0 && lead <= 0xEF) {
-    const unsigned char from = lead == 0xE0 ? 0xA0 : 0x80;
-    const unsigned char to = lead == 0xED ? 0x9F : 0xBF;
-    return IsContinuation(text, index + 1, from, to) && IsContinuation(text, index + 2) ? 3 : 0;
+// The first character that is not plain.
+std::optional<Character> FirstOdd(std::string_view text) noexcept {
+  if (IsPrintableAscii(text)) return std::nullopt;
+  while (!text.empty()) {
+    const Character character = FirstCharacter(text);
+    if (character.kind != CharacterKind::kPlain) return character;
+    text.remove_prefix(character.length);
   }
-  if (lead >= 0xF0 && lead <= 0xF4) {
-    const unsigned char from = lead == 0xF0 ? 0x90 : 0x80;
-    const unsigned char to = lead == 0xF4 ? 0x8F : 0xBF;
-    const bool isWhole =
-        IsContinuation(text, index + 1, from, to) && IsContinuation(text, index + 2) && IsContinuation(text, index + 3);
-    return isWhole ? 4 : 0;
-  }
-  return 0;
+  return std::nullopt;
 }
 
-bool IsControl(char character) {
-  const auto byte = static_cast<unsigned char>(character);
-  return byte < 0x20 || byte == 0x7F;
+std::string NameOf(const Character& odd) {
+  std::string name = odd.kind == CharacterKind::kControl         ? "the control character U+"
+                     : odd.kind == CharacterKind::kLineSeparator ? "the line separator U+"
+                                                                 : "the direction mark U+";
+  AppendNumberInHex(name, odd.number);
+  return name;
 }
 
 char Lower(char character) {
   return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
-std::string HexEscape(unsigned char byte) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  return {'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
+// Plain characters stand for themselves. What goes beyond `most` bytes is left out, told by three dots.
+void AppendShown(std::string& out, std::string_view text, std::size_t most) {
+  const std::size_t whole = text.size();
+  while (!text.empty()) {
+    if (whole - text.size() >= most) {
+      out += "...";
+      return;
+    }
+    const Character character = FirstCharacter(text);
+    if (character.kind == CharacterKind::kPlain) {
+      out += text.substr(0, character.length);
+    } else {
+      AppendBytesInHex(out, text.substr(0, character.length));
+    }
+    text.remove_prefix(character.length);
+  }
 }
 
 }  // namespace
 
 bool IsUtf8(std::string_view text) noexcept {
-  for (std::size_t index = 0; index < text.size();) {
-    const std::size_t length = SequenceLength(text, index);
-    if (length == 0) return false;
-    index += length;
+  if (IsPrintableAscii(text)) return true;
+  while (!text.empty()) {
+    const Character character = FirstCharacter(text);
+    if (character.kind == CharacterKind::kNoText) return false;
+    text.remove_prefix(character.length);
   }
   return true;
-}
-
-bool HasControlCharacters(std::string_view text) noexcept {
-  return std::any_of(text.begin(), text.end(), IsControl);
 }
 
 std::string_view RequireText(std::string_view what, std::string_view text, std::size_t least, std::size_t most) {
@@ -82,7 +78,7 @@ std::string_view RequireText(std::string_view what, std::string_view text, std::
     refuse("is too long with " + std::to_string(text.size()) + " bytes; " + std::to_string(most) + " are the most");
   }
   if (!IsUtf8(text)) refuse("is not UTF-8; save it in that encoding");
-  if (HasControlCharacters(text)) refuse("holds a control character, such as a tab or a line break; leave it out");
+  if (const std::optional<Character> odd = FirstOdd(text)) refuse("holds " + NameOf(*odd) + "; leave it out");
   return text;
 }
 
@@ -111,21 +107,28 @@ std::string_view Trimmed(std::string_view text) noexcept {
 
 std::string Quoted(std::string_view text) {
   std::string quoted = "\"";
-  for (std::size_t index = 0; index < text.size();) {
-    if (index >= kQuotedLength) {
-      quoted += "...";
-      break;
-    }
-    const std::size_t length = SequenceLength(text, index);
-    if (length == 0 || IsControl(text[index])) {
-      quoted += HexEscape(Byte(text, index));
-      ++index;
-    } else {
-      quoted += text.substr(index, length);
-      index += length;
-    }
-  }
+  AppendShown(quoted, text, kQuotedLength);
   return quoted + "\"";
+}
+
+std::string Shown(std::string_view text) {
+  if (IsPrintableAscii(text)) return std::string(text);
+  std::string shown;
+  AppendShown(shown, text, text.size());
+  return shown;
+}
+
+std::string ShownLines(std::string_view text) {
+  std::string shown;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    shown += Shown(text.substr(0, end));
+    text.remove_prefix(end);
+    if (text.empty()) break;
+    shown += '\n';
+    text.remove_prefix(1);
+  }
+  return shown;
 }
 
 std::string PathText(const std::filesystem::path& path) {

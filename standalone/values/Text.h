@@ -21,11 +21,8 @@ inline constexpr std::size_t kPreferenceKeyLength = 200;
 // Whether the bytes are well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
 bool IsUtf8(std::string_view text) noexcept;
 
-// Whether the text holds a character of U+0000 to U+001F or U+007F.
-bool HasControlCharacters(std::string_view text) noexcept;
-
-// Returns `text` when it is UTF-8 without control characters and has `least` to `most` bytes; throws InvalidInput that
-// calls the value `what` otherwise.
+// Returns `text` when it is UTF-8 of plain characters (Characters.h) and has `least` to `most` bytes; throws
+// InvalidInput that calls the value `what` otherwise.
 std::string_view RequireText(std::string_view what, std::string_view text, std::size_t least, std::size_t most);
 
 // 1 to 19 bytes.
@@ -40,8 +37,14 @@ std::string_view RequirePartnerTxnId(std::string_view text);
 // Without blanks and tabs at both ends.
 std::string_view Trimmed(std::string_view text) noexcept;
 
-// The text as messages show it: quoted, control characters and bytes that are not UTF-8 as \xNN, long texts shortened.
+// The text as messages show it: quoted, what is not plain as \xNN, long texts shortened.
 std::string Quoted(std::string_view text);
+
+// The text as it may stand in a line on a screen: the bytes of what is not plain as \xNN, so that no text moves the
+// cursor, colours what follows, ends the line or turns the direction of its neighbours.
+std::string Shown(std::string_view text);
+// The same for each of several lines, which end with a line feed.
+std::string ShownLines(std::string_view text);
 
 // The path in UTF-8.
 std::string PathText(const std::filesystem::path& path);

@@ -239,8 +239,15 @@ TEST(AColumn, HasNoTabsLineBreaksAndOtherControlCharacters) {
   EXPECT_EQ(EscapeColumn(""), "");
 }
 
+TEST(AColumn, HasNothingThatSteersAScreen) {
+  EXPECT_EQ(EscapeColumn("\u0085\u009b\u061c\u200e\u202e\u2066\u2028\u2029"),
+            R"(\xC2\x85\xC2\x9B\xD8\x9C\xE2\x80\x8E\xE2\x80\xAE\xE2\x81\xA6\xE2\x80\xA8\xE2\x80\xA9)");
+  EXPECT_EQ(EscapeColumn("Caf\xE9"), R"(Caf\xE9)");
+  EXPECT_EQ(EscapeColumn("\u00a0\u202f\u2603 \\"), "\u00a0\u202f\u2603 \\\\");
+}
+
 TEST(AColumn, IsReadBackAsItWas) {
-  std::string all;
+  std::string all = "\u009b\u202e\u2028\u2603";
   for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
 
   EXPECT_EQ(UnescapeColumn(EscapeColumn(all)), all);

@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "standalone/values/AccountTypes.h"
 #include "standalone/values/Amount.h"
+#include "standalone/values/Characters.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/ListNames.h"
@@ -153,6 +157,58 @@ TEST(InputText, IsRefusedWithTheValueAndWhatWouldBeRight) {
   EXPECT_THAT(MessageOf<InvalidInput>([] { RequireRealmId(std::string_view("a\0b", 3)); }),
               HasSubstr("control character"));
   EXPECT_THAT(MessageOf<InvalidInput>([] { RequireRealmId("a\xFF"); }), HasSubstr("\"a\\xFF\" is not UTF-8"));
+}
+
+// A CSI of the second control block, marks, embeddings, isolates, both separators, a delete.
+std::vector<std::string> Steering() {
+  return {"\u009b31m", "\u0080", "\u009f", "\u061c", "\u200e", "\u200f", "\u202a", "\u202e",
+          "\u2066",    "\u2069", "\u2028", "\u2029", "\x7f",   "\x1b",   "\n"};
+}
+
+std::vector<std::string> NextToSteering() {
+  return {"\u00a0", "\u061b", "\u061d", "\u200d", "\u2010",    "\u2027",
+          "\u202f", "\u2065", "\u206a", "\u2603", "\U0001f600"};
+}
+
+TEST(InputText, IsRefusedWhereItWouldSteerAScreen) {
+  for (const std::string& text : Steering()) {
+    EXPECT_THROW(RequirePartnerName("North " + text), InvalidInput) << testing::PrintToString(text);
+    EXPECT_THROW(NormalizedFullName("The name", "North:" + text + "East"), InvalidInput);
+  }
+  for (const std::string& text : NextToSteering()) EXPECT_EQ(RequirePartnerName(text), text);
+}
+
+TEST(InputText, IsRefusedWithTheCharacterThatWouldSteerAScreen) {
+  EXPECT_EQ(MessageOf<InvalidInput>([] { RequirePartnerName("a\u009b31m"); }),
+            "The partner name \"a\\xC2\\x9B31m\" holds the control character U+009B; leave it out.");
+  EXPECT_EQ(MessageOf<InvalidInput>([] { RequirePartnerName("a\u202eb"); }),
+            "The partner name \"a\\xE2\\x80\\xAEb\" holds the direction mark U+202E; leave it out.");
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequirePartnerName("a\u2029b"); }), HasSubstr("the line separator U+2029"));
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequirePartnerName("a\nb"); }), HasSubstr("the control character U+000A"));
+}
+
+TEST(AShownText, HasNothingThatSteersAScreen) {
+  for (const std::string& text : Steering()) {
+    EXPECT_TRUE(IsPrintableAscii(Shown("a" + text + "b"))) << testing::PrintToString(text);
+    EXPECT_EQ(Quoted(text), '"' + Shown(text) + '"');
+  }
+  EXPECT_EQ(Shown("\u009b31m \u202e"), R"(\xC2\x9B31m \xE2\x80\xAE)");
+}
+
+TEST(AShownText, HasNoBytesThatAreNotUtf8) {
+  EXPECT_EQ(Shown("Caf\xE9"), R"(Caf\xE9)");
+  EXPECT_EQ(Shown("\xE2\x80"), R"(\xE2\x80)");
+}
+
+TEST(AShownText, KeepsEverythingElse) {
+  EXPECT_EQ(Shown(R"(C:\books "North" B\x41)"), R"(C:\books "North" B\x41)");
+  for (const std::string& text : NextToSteering()) EXPECT_EQ(Shown(text), text);
+}
+
+TEST(AShownText, OfSeveralLinesKeepsTheirEnds) {
+  EXPECT_EQ(ShownLines("a\u2028\n\nb\r\n"), "a\\xE2\\x80\\xA8\n\nb\\x0D\n");
+  EXPECT_EQ(ShownLines("a"), "a");
+  EXPECT_EQ(ShownLines(""), "");
 }
 
 TEST(RecordNumber, IsATextOfDigitsInItsRange) {

@@ -33,7 +33,7 @@ std::string OpeningText(const std::string& file, const desk::Opening& opening) {
 
 void Tell(bool json, const std::string& file, const desk::Opening& opening) {
   if (!json) {
-    PrintError(fmt::format("note: {}\n", OpeningText(file, opening)));
+    PrintError(fmt::format("note: {}\n", standalone::Shown(OpeningText(file, opening))));
     return;
   }
   Json note{{"message", OpeningText(file, opening)}, {"file", file}};

@@ -5,14 +5,17 @@
 #include "standalone/app/Listings.h"
 #include "standalone/app/terminal/Screen.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
 namespace {
 
+using standalone::Shown;
+
 // A part of a screen; what could not be read is told instead of shown, as a screen has no caller to report to.
 std::string PartText(const std::optional<desk::Refusal>& refusal, const Table& table, std::string_view whenEmpty) {
-  if (refusal) return fmt::format("  status {}: {}\n", refusal->status.value_or(0), refusal->why);
+  if (refusal) return fmt::format("  status {}: {}\n", refusal->status.value_or(0), Shown(refusal->why));
   return table.Empty() ? std::string(whenEmpty) : table.Text();
 }
 
@@ -34,7 +37,8 @@ struct ScreenText {
     return fmt::format(
         "The company file remembers the realm id {}. Is the other one right? Agree with each partner on\n"
         "these relations, then have it remembered: multientity realm set {} --realm REALM\n{}",
-        after.rememberedRealm.value_or("none"), file, RelationsText(after.relations, "  No relations.\n"));
+        Shown(after.rememberedRealm.value_or("none")), Shown(file),
+        RelationsText(after.relations, "  No relations.\n"));
   }
   std::string operator()(const desk::RelationSetUp& setUp) const {
     return fmt::format(
@@ -42,7 +46,7 @@ struct ScreenText {
         "To set one up, choose two accounts that are free: multientity accounts {} --free\n"
         "and relate the companies: multientity relation create {} --realm REALM --partner NAME \\\n"
         "    --due-from ACCOUNT --due-to ACCOUNT\n",
-        RelationsText(setUp.relations, "  No relations.\n"), file, file);
+        RelationsText(setUp.relations, "  No relations.\n"), Shown(file), Shown(file));
   }
 };
 

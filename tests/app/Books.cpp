@@ -103,9 +103,12 @@ int Books::Book(const std::string& request) const {
 }
 
 void Books::Remember(const std::string& key, const std::string& text) const {
+  ChangeTheFile("INSERT INTO preference VALUES ('" + key + "', '" + text + "')");
+}
+
+void Books::ChangeTheFile(const std::string& sql) const {
   sqlite3* database = nullptr;
   ASSERT_EQ(sqlite3_open(In(kFile).c_str(), &database), SQLITE_OK);
-  const std::string sql = "INSERT INTO preference VALUES ('" + key + "', '" + text + "')";
   EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
   sqlite3_close(database);
 }

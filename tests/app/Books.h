@@ -55,6 +55,8 @@ class Books : public EmptyDirectory {
   int Book(const std::string& request) const;
   // Has the company file remember a text under a key, past the program.
   void Remember(const std::string& key, const std::string& text) const;
+  // What another program may do to the company file.
+  void ChangeTheFile(const std::string& sql) const;
   // Remote values with which the reminder is due a second after the company is opened, at any time of the day.
   void LetTheReminderComeAtOnce() const;
   // The numbers of the accounts, by name.

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "app/Books.h"
 
 // What people type and files hold is data for the screen, the log and the company file.
@@ -36,7 +38,9 @@ TEST_P(OddWords, AreOnTheScreenAsTheyWereTyped) {
 
 class ControlCharacters : public Books, public testing::WithParamInterface<std::string> {};
 
-INSTANTIATE_TEST_SUITE_P(Every, ControlCharacters, testing::Values("a\tb", "a\nb", "\x1b[31mred", "\x7f"),
+INSTANTIATE_TEST_SUITE_P(Every, ControlCharacters,
+                         testing::Values("a\tb", "a\nb", "\x1b[31mred", "\x7f", "\u009b31m", "\u061cb", "a\u200e",
+                                         "\u202e", "\u2066", "\u2028"),
                          [](const auto& text) { return "number" + std::to_string(text.index); });
 
 TEST_P(ControlCharacters, AreRefusedAndDoNotReachTheScreen) {
@@ -64,6 +68,13 @@ TEST_F(BytesThatAreNoText, AreRefusedAsARealmIdAndDoNotReachTheScreen) {
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_THAT(outcome.err, Not(HasSubstr("\xff\xfe")));
   EXPECT_EQ(Contents(kFile), before);
+}
+
+TEST_F(BytesThatAreNoText, DoNotReachTheScreenInTheNameOfAFile) {
+  const Outcome outcome = Run({"accounts", "caf\xE9.company"});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("caf\\xE9.company"));
 }
 
 TEST_F(BytesThatAreNoText, AreRefusedAsAPartnersName) {
@@ -104,6 +115,84 @@ TEST_F(Books, ANulInAFileIsRefusedWithItsLine) {
   EXPECT_THAT(outcome.err, HasSubstr("\\x00"));
 }
 
+// What a screen would obey in a name.
+constexpr std::string_view kSteering = "\u009b31m\u202eht\u2066roN\u200f\u2028";
+constexpr std::string_view kSteeringShown =
+    "\\xC2\\x9B31m\\xE2\\x80\\xAEht\\xE2\\x81\\xA6roN\\xE2\\x80\\x8F\\xE2\\x80\\xA8";
+
+// Older programs took names that this one refuses.
+class NamesOfAnOlderProgram : public Books {
+ protected:
+  void SetUp() override {
+    RelateBirch();
+    ChangeTheFile("UPDATE me_relation SET partner_name = '" + std::string(kSteering) + "\n'");
+  }
+};
+
+TEST_F(NamesOfAnOlderProgram, StandInAListAsTheirBytesInALineOfTheirOwnWidth) {
+  const std::string name = std::string(kSteeringShown) + "\\x0A";
+
+  EXPECT_EQ(Run({"relation", "list", kFile}).out, "Id  Realm  Partner" + std::string(name.size() - 7, ' ') +
+                                                      "  State        Due from        Due to\n"
+                                                      "--  -----  " +
+                                                      std::string(name.size(), '-') +
+                                                      "  -----------  --------------  ------------\n"
+                                                      " 1  1001   " +
+                                                      name + "  established  Due from Birch  Due to Birch\n");
+}
+
+TEST_F(NamesOfAnOlderProgram, StandAloneAsTheirBytes) {
+  const std::string out = Run({"relation", "show", kFile, "--realm", "1001"}).out;
+
+  EXPECT_THAT(out, HasSubstr("\nPartner:    " + std::string(kSteeringShown) + "\\x0A\nType:"));
+}
+
+TEST_F(NamesOfAnOlderProgram, AreTheSameNamesForPrograms) {
+  const Outcome outcome = Run({"relation", "list", kFile, "--json"});
+
+  EXPECT_THAT(outcome.out, HasSubstr("\\u009B31m\\u202Eht\\u2066roN\\u200F\\u2028\\n"));
+  EXPECT_EQ(Json::parse(outcome.out).at("relations")[0].at("partner"), std::string(kSteering) + "\n");
+}
+
+TEST_F(NamesOfAnOlderProgram, StandInTheAuditTrailAsTheirBytesAndInItsCsvAsTheyAre) {
+  Done({"relation", "delete", kFile, "--realm", "1001"});
+
+  EXPECT_THAT(Run({"audit", "show", kFile, "--what", "relation.delete"}).out, HasSubstr(kSteeringShown));
+  EXPECT_THAT(Run({"audit", "show", kFile, "--what", "relation.delete", "--csv"}).out,
+              HasSubstr(std::string(kSteering) + "\n"));
+}
+
+TEST_F(Books, ARememberedRealmIdDoesNotSteerTheScreen) {
+  Remember("MERealmId", "91" + std::string(kSteering));
+
+  EXPECT_EQ(Run({"realm", "show", kFile}).out,
+            "The company file remembers the realm id 91" + std::string(kSteeringShown) + ".\n");
+}
+
+TEST_F(EmptyDirectory, TheNameOfAFileDoesNotSteerTheScreen) {
+  const std::string file = std::string(kSteering) + "\nmultientity: done";
+
+  const Outcome outcome = Run({"accounts", file});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.err, HasSubstr(std::string(kSteeringShown) + "\\x0Amultientity: done"));
+  EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1);
+}
+
+TEST_F(EmptyDirectory, AWordThatIsNotUnderstoodDoesNotSteerTheScreen) {
+  const Outcome outcome = Run({"accounts", kFile, "--" + std::string(kSteering)});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("--" + std::string(kSteeringShown)));
+}
+
+TEST_F(EmptyDirectory, TheNameOfAFileDoesNotSteerTheScreenOfAProgramThatReadsErrors) {
+  const Outcome outcome = Run({"accounts", std::string(kSteering), "--json"});
+
+  EXPECT_THAT(outcome.err, HasSubstr("\\u009B31m\\u202E"));
+  EXPECT_THAT(Json::parse(outcome.err).at("error").at("message"), HasSubstr(std::string(kSteering)));
+}
+
 // What programs other than this one may have left in the log.
 class OddLog : public Books {
  protected:
@@ -121,6 +210,13 @@ TEST_F(OddLog, ShowsALineOfAMebibyteAsAWhole) {
 
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_TRUE(outcome.out.find("[" + percents + "]") != std::string::npos);
+}
+
+TEST_F(OddLog, ShowsNothingThatSteersTheScreen) {
+  const Outcome outcome = ShowLogOf(std::string(kSteering) + " Caf\xE9");
+
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_THAT(outcome.out, HasSubstr(std::string(kSteeringShown) + " Caf\\xE9\n"));
 }
 
 TEST_F(OddLog, ShowsNoControlCharacters) {

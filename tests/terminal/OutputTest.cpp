@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "standalone/app/terminal/Output.h"
@@ -40,4 +41,28 @@ TEST(JsonText, WritesAnEmptyListOnOneLine) {
 
 TEST(JsonText, ReplacesBytesThatAreNotUtf8) {
   EXPECT_EQ(app::JsonText({{"name", "Caf\xE9"}}), "{\"name\":\"Caf\uFFFD\"}\n");
+}
+
+TEST(Table, ShowsTheBytesOfWhatWouldSteerATerminalAndCountsThem) {
+  app::Table table({{"Name"}, {"Kind"}});
+  table.Add({"a\u009b31m\u202eb", "vendor"});
+  table.Add({"Caf\u00e9 \\ \xE9", "ven\ndor"});
+
+  EXPECT_EQ(table.Text(),
+            "Name                       Kind\n"
+            "-------------------------  ----------\n"
+            "a\\xC2\\x9B31m\\xE2\\x80\\xAEb  vendor\n"
+            "Caf\u00e9 \\ \\xE9                ven\\x0Ador\n");
+}
+
+TEST(JsonText, HoldsWhatWouldSteerATerminalByItsNumber) {
+  const std::string name = "\u009b31m\u202e\u2028\u061c\x7f Caf\u00e9";
+
+  const std::string text = app::JsonText({{"name", name}, {"names", {name}}, {name, 1}});
+
+  EXPECT_THAT(text, testing::StartsWith("{\"name\":\"\\u009B31m\\u202E\\u2028\\u061C\\u007F Caf\u00e9\","));
+  for (const char* steering : {"\u009b", "\u202e", "\u2028", "\u061c", "\x7f"}) {
+    EXPECT_THAT(text, testing::Not(testing::HasSubstr(steering)));
+  }
+  EXPECT_EQ(app::Json::parse(text), app::Json({{"name", name}, {"names", {name}}, {name, 1}}));
 }

@@ -126,7 +126,11 @@ void ShowAudit(Invocation& invocation, const AuditOptions& options) {
   if (options.txn) query.txnId = RecordId("transaction id", *options.txn);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   const std::vector<desk::AuditedDeed> deeds = desk::ListAudit(company, query);
-  invocation.Report({{"audit", desk::JsonOf(deeds)}}, options.csv ? CsvText(deeds) : ListText(deeds));
+  if (options.csv && !invocation.options.json) {
+    PrintData(CsvText(deeds));
+    return;
+  }
+  invocation.Report({{"audit", desk::JsonOf(deeds)}}, ListText(deeds));
 }
 
 void VerifyAudit(Invocation& invocation, const AuditOptions& options) {

@@ -12,6 +12,7 @@
 #include "standalone/app/terminal/ProgressBar.h"
 #include "standalone/desk/Import.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -43,7 +44,8 @@ void RunImport(Invocation& invocation, const ImportOptions& options, desk::Impor
     result = desk::Import(company, what, FilePath(options.csv),
                           [&bar](std::uint64_t read, std::uint64_t total) { bar.Show(read, total); });
   }
-  invocation.Report(desk::JsonOf(result), fmt::format("Imported {} from {}.\n", Summary(result), options.csv));
+  invocation.Report(desk::JsonOf(result),
+                    fmt::format("Imported {} from {}.\n", Summary(result), standalone::Shown(options.csv)));
 }
 
 void AddOne(CLI::App& parent, Invocation& invocation, desk::Importable what, const char* name, const char* description,

@@ -9,6 +9,7 @@
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/desk/Company.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -24,8 +25,8 @@ void Init(Invocation& invocation, const InitOptions& options) {
   company.file = FilePath(options.file);
   desk::CreateCompany(company);
   invocation.Report({{"file", options.file}, {"company", options.company.name}},
-                    fmt::format("Created the company file {} for {}, with the user {}.\n", options.file,
-                                options.company.name, desk::kFirstUser));
+                    fmt::format("Created the company file {} for {}, with the user {}.\n",
+                                standalone::Shown(options.file), options.company.name, desk::kFirstUser));
 }
 
 }  // namespace

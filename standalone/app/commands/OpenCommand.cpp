@@ -26,10 +26,13 @@
 #include "standalone/desk/Company.h"
 #include "standalone/desk/KeptOpen.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
 namespace {
+
+using standalone::Shown;
 
 struct OpenOptions {
   std::string file;
@@ -142,9 +145,9 @@ void OpenCompany::Run() {
   TellOpened();
   open_.Run();
   const char* const cause = CauseText(cause_);
-  screen_.Tell({{"event", "closing"}, {"cause", cause}}, fmt::format("Closing {}: {}.\n", file_, cause));
+  screen_.Tell({{"event", "closing"}, {"cause", cause}}, fmt::format("Closing {}: {}.\n", Shown(file_), cause));
   open_.Close();
-  screen_.Tell({{"event", "closed"}, {"file", file_}}, fmt::format("Closed {}.\n", file_));
+  screen_.Tell({{"event", "closed"}, {"file", file_}}, fmt::format("Closed {}.\n", Shown(file_)));
   if (failed_) throw std::runtime_error("not all went well while the company was open; see what was said meanwhile");
 }
 
@@ -152,7 +155,7 @@ void OpenCompany::TellOpened() {
   const std::string& user = company_.UserName();
   const bool hasBridge = company_.HasBridge();
   screen_.Tell({{"event", "opened"}, {"file", file_}, {"user", user}, {"bridge", hasBridge}},
-               fmt::format("Opened {} for {}; Ctrl-C or the end of input closes it.\n{}", file_, user,
+               fmt::format("Opened {} for {}; Ctrl-C or the end of input closes it.\n{}", Shown(file_), Shown(user),
                            hasBridge ? "" : "The bridge library is not beside the program, so no reminder comes.\n"));
 }
 
@@ -171,14 +174,14 @@ void OpenCompany::OnDelivery(desk::Delivery delivery) {
 // Programs see it from what is missing between the events.
 void OpenCompany::OnNoReminder() {
   if (!screen_.IsForPeople()) return;
-  Print(fmt::format("No reminder comes; multientity reminder show {} tells why.\n", file_));
+  Print(fmt::format("No reminder comes; multientity reminder show {} tells why.\n", Shown(file_)));
   FinishPrinting();
 }
 
 void OpenCompany::OnFailure(std::string_view what) {
   failed_ = true;
   PrintError(invocation_.options.json ? JsonText({{"error", {{"exit", kExitNotDone}, {"message", what}}}})
-                                      : fmt::format("multientity: {}\n", what));
+                                      : fmt::format("multientity: {}\n", Shown(what)));
 }
 
 // On the watching thread.

@@ -31,8 +31,9 @@ void ShowRealm(Invocation& invocation, const RealmOptions& options) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   const std::optional<std::string> remembered = desk::RememberedRealm(company);
   invocation.Report({{"remembered", desk::OrNull(remembered)}},
-                    remembered ? fmt::format("The company file remembers the realm id {}.\n", *remembered)
-                               : "The company file remembers no realm id yet.\n");
+                    remembered
+                        ? fmt::format("The company file remembers the realm id {}.\n", standalone::Shown(*remembered))
+                        : "The company file remembers no realm id yet.\n");
 }
 
 void SetRealm(Invocation& invocation, const RealmOptions& options) {

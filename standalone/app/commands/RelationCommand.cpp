@@ -15,10 +15,13 @@
 #include "standalone/desk/Relations.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
 namespace {
+
+using standalone::Shown;
 
 struct RelationOptions {
   std::string file;
@@ -72,13 +75,13 @@ void DeleteRelation(Invocation& invocation, const RelationOptions& options) {
 }
 
 void Show(const Invocation& invocation, const desk::Relation& relation) {
-  invocation.Report(
-      {{"relation", desk::JsonOf(relation)}},
-      fmt::format("Relation:   {}\nRealm:      {}\nPartner:    {}\nType:       {}\nState:      {}\n"
-                  "Due from:   {}\nDue to:     {}\nRevision:   {}\nCreated at: {}\nChanged at: {}\n",
-                  relation.id, relation.realm, relation.partner, relation.type, standalone::StateName(relation.state),
-                  AccountText(relation.dueFrom), AccountText(relation.dueTo), relation.revision,
-                  standalone::FormatUtc(relation.createdAt), standalone::FormatUtc(relation.changedAt)));
+  invocation.Report({{"relation", desk::JsonOf(relation)}},
+                    fmt::format("Relation:   {}\nRealm:      {}\nPartner:    {}\nType:       {}\nState:      {}\n"
+                                "Due from:   {}\nDue to:     {}\nRevision:   {}\nCreated at: {}\nChanged at: {}\n",
+                                relation.id, Shown(relation.realm), Shown(relation.partner), relation.type,
+                                standalone::StateName(relation.state), Shown(AccountText(relation.dueFrom)),
+                                Shown(AccountText(relation.dueTo)), relation.revision,
+                                standalone::FormatUtc(relation.createdAt), standalone::FormatUtc(relation.changedAt)));
 }
 
 void ShowRelationById(Invocation& invocation, const RelationOptions& options) {
@@ -95,8 +98,9 @@ void ShowRelationByRealm(Invocation& invocation, const RelationOptions& options)
 
 void ListRealms(const Invocation& invocation, desk::Company& company, bool withAccountsOnly) {
   const std::vector<std::string> realms = desk::ListRealms(company, withAccountsOnly);
-  invocation.Report({{"realms", realms}},
-                    realms.empty() ? "No relations.\n" : fmt::format("{}\n", fmt::join(realms, "\n")));
+  std::string lines;
+  for (const std::string& realm : realms) lines += Shown(realm) + '\n';
+  invocation.Report({{"realms", realms}}, realms.empty() ? "No relations.\n" : lines);
 }
 
 void ListRelations(Invocation& invocation, const RelationOptions& options) {

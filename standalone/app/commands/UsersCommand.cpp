@@ -12,6 +12,7 @@
 #include "standalone/app/commands/Commands.h"
 #include "standalone/desk/Users.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -60,13 +61,15 @@ void ChangeUser(Invocation& invocation, const UserOptions& options) {
   const desk::User user = UserFrom(options);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   const desk::User changed = desk::ChangeUser(company, user);
-  invocation.Report({{"user", desk::JsonOf(changed)}}, fmt::format("Changed the user {}.\n", changed.name));
+  invocation.Report({{"user", desk::JsonOf(changed)}},
+                    fmt::format("Changed the user {}.\n", standalone::Shown(changed.name)));
 }
 
 void RemoveUser(Invocation& invocation, const UserOptions& options) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   desk::RemoveUser(company, options.name);
-  invocation.Report({{"user", {{"name", options.name}}}}, fmt::format("Removed the user {}.\n", options.name));
+  invocation.Report({{"user", {{"name", options.name}}}},
+                    fmt::format("Removed the user {}.\n", standalone::Shown(options.name)));
 }
 
 void AddRightsOptions(CLI::App& command, UserOptions& options) {

@@ -18,6 +18,7 @@
 #include "standalone/desk/json/Json.h"
 #include "standalone/desk/results/Refusal.h"
 #include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -37,7 +38,7 @@ void PrintTrace(const Invocation& invocation) {
 
 ExitCode Fail(bool json, ExitCode code, std::string_view message) {
   PrintError(json ? JsonText({{"error", {{"exit", code}, {"message", message}}}})
-                  : fmt::format("multientity: {}\n", message));
+                  : fmt::format("multientity: {}\n", standalone::Shown(message)));
   return code;
 }
 
@@ -53,7 +54,7 @@ ExitCode FailRefused(bool json, const desk::Refusal& refusal) {
     PrintError(JsonText({{"error", error}}));
     return code;
   }
-  PrintError(fmt::format("multientity: {}\n", message));
+  PrintError(fmt::format("multientity: {}\n", standalone::Shown(message)));
   if (!hint.empty()) PrintError(fmt::format("  {}\n", hint));
   return code;
 }
@@ -177,7 +178,7 @@ int main(int argumentCount, char** arguments) {
   } catch (const standalone::InvalidInput& error) {
     return app::Fail(/*json=*/false, app::kExitBadInput, error.what());
   } catch (const std::exception& error) {
-    app::PrintError(std::string("multientity: ") + error.what() + "\n");
+    return app::Fail(/*json=*/false, app::kExitNotDone, error.what());
   } catch (...) {
     app::PrintError("multientity: unknown error\n");
   }

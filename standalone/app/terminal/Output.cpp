@@ -7,6 +7,8 @@
 #include <system_error>
 
 #include "standalone/app/terminal/Terminal.h"
+#include "standalone/values/Characters.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -29,8 +31,25 @@ std::string WithoutTrailingBlanks(std::string line) {
   return line;
 }
 
+// JSON in which what would steer a terminal is \uXXXX, which programs read as the same character.
+std::string ForTerminals(std::string json) {
+  if (standalone::IsPrintableAscii(json)) return json;
+  std::string escaped;
+  for (std::string_view rest = json; !rest.empty();) {
+    const standalone::Character character = standalone::FirstCharacter(rest);
+    if (character.kind == standalone::CharacterKind::kPlain) {
+      escaped += rest.substr(0, character.length);
+    } else {
+      escaped += "\\u";
+      standalone::AppendNumberInHex(escaped, character.number);
+    }
+    rest.remove_prefix(character.length);
+  }
+  return escaped;
+}
+
 std::string Compact(const Json& value) {
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return ForTerminals(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 std::string ElementPerLine(const Json& list) {
@@ -56,6 +75,11 @@ void CheckWritten(bool written) {
 }
 
 }  // namespace
+
+void Table::Add(std::vector<std::string> cells) {
+  for (std::string& cell : cells) cell = standalone::Shown(cell);
+  rows_.push_back(std::move(cells));
+}
 
 std::size_t Table::WidthOf(std::size_t column) const {
   std::size_t width = 0;
@@ -98,8 +122,12 @@ std::string JsonLine(const Json& object) {
 }
 
 void Print(std::string_view text) {
+  PrintData(standalone::ShownLines(text));
+}
+
+void PrintData(std::string_view bytes) {
   if (nobodyReads) return;
-  CheckWritten(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+  CheckWritten(std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
 }
 
 void FinishPrinting() {
@@ -107,8 +135,9 @@ void FinishPrinting() {
   CheckWritten(std::fflush(stdout) == 0);
 }
 
-void PrintError(std::string_view text) noexcept {
-  std::fwrite(text.data(), 1, text.size(), stderr);
+void PrintError(std::string_view text) {
+  const std::string shown = standalone::ShownLines(text);
+  std::fwrite(shown.data(), 1, shown.size(), stderr);
   std::fflush(stderr);
 }
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <cstdio>
 #include <string_view>
-#include <utility>
 
 #include "standalone/app/terminal/Terminal.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -19,8 +19,8 @@ constexpr std::size_t kWidthBesideTheTitle = std::string_view(" [").size() + kCe
 
 }  // namespace
 
-ProgressBar::ProgressBar(std::string title)
-    : title_(std::move(title)), toATerminal_(ErrorsGoToATerminal()), next_(Clock::now() + kPatience) {}
+ProgressBar::ProgressBar(std::string_view title)
+    : title_(standalone::Shown(title)), toATerminal_(ErrorsGoToATerminal()), next_(Clock::now() + kPatience) {}
 
 ProgressBar::~ProgressBar() {
   // Wiped with blanks, which every terminal understands.

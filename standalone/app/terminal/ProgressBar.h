@@ -3,13 +3,14 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace app {
 
 // Shows on a terminal how far a long piece of work has come, once it has taken longer than a second; nowhere else.
 class ProgressBar {
  public:
-  explicit ProgressBar(std::string title);
+  explicit ProgressBar(std::string_view title);
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
   // Wipes the bar.

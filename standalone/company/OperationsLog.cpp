@@ -3,19 +3,14 @@
 #include <fmt/chrono.h>
 #include <fmt/compile.h>
 #include <fmt/format.h>
-#include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/rotating_file_sink.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <ctime>
-#include <iterator>
-#include <system_error>
-#include <vector>
+#include <exception>
 
-#include "platform/DiskFiles.h"
+#include "standalone/company/LogFile.h"
 #include "standalone/values/Columns.h"
 
 namespace standalone {
@@ -31,53 +26,12 @@ constexpr std::size_t kRoomForNumbers = 64;
 
 }  // namespace
 
-class OperationsLog::File {
- public:
-  File(const std::filesystem::path& path, LogLimits limits)
-      : sink_(path.native(), limits.fileBytes, limits.olderFiles, /*rotate_on_open=*/false, OfItsOwner()) {
-    sink_.set_formatter(
-        std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::utc, /*eol=*/"\n"));
-  }
-
-  void Append(std::string_view lines) {
-    sink_.log(spdlog::details::log_msg(spdlog::string_view_t(), spdlog::level::info,
-                                       spdlog::string_view_t(lines.data(), lines.size())));
-    sink_.flush();
-  }
-
- private:
-  // What is there, or is made by another program meanwhile, is written to as it is; what cannot be made the sink tells
-  // of.
-  static void MakeItsOwners(const std::filesystem::path& file) {
-    try {
-      if (!std::filesystem::exists(file)) platform::MakeFile(file);
-    } catch (const std::system_error&) {
-    }
-  }
-
-  // Its file is its owner's from the beginning, and has room for a piece.
-  spdlog::file_event_handlers OfItsOwner() {
-    spdlog::file_event_handlers handlers;
-    handlers.before_open = [](const spdlog::filename_t& file) {
-      MakeItsOwners(file);
-    };
-    handlers.after_open = [this](const spdlog::filename_t&, std::FILE* file) {
-      std::setvbuf(file, room_.data(), _IOFBF, room_.size());
-    };
-    return handlers;
-  }
-
-  // The open file's, one file at a time.
-  std::vector<char> room_ = std::vector<char>(kPieceBytes);
-  spdlog::sinks::rotating_file_sink_st sink_;
-};
-
 OperationsLog::OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits,
                              platform::Clock& clock)
     : clock_(clock), least_(limits.least), userColumn_(EscapeColumn(userName)) {
   try {
-    file_ = std::make_unique<File>(file, limits);
-  } catch (const spdlog::spdlog_ex&) {
+    file_ = std::make_unique<LogFile>(file, limits.fileBytes, limits.olderFiles);
+  } catch (const std::exception&) {
     file_.reset();
   }
 }
@@ -103,11 +57,11 @@ void OperationsLog::Write(const Line& line) noexcept {
 // The line goes behind those that are held back; where it does not fit into their piece, they are written first.
 void OperationsLog::Append(const Line& line) {
   const std::size_t before = pending_.size();
-  if (before != 0) pending_.push_back('\n');
   AppendColumns(line);
-  if (before != 0 && pending_.size() + 1 > kPieceBytes) {
+  pending_.push_back('\n');
+  if (before != 0 && pending_.size() > kPieceBytes) {
     WriteFirst(before);
-    pending_.erase(0, before + 1);
+    pending_.erase(0, before);
   }
   if (line.level == Level::kError) Flush();
 }

@@ -16,18 +16,21 @@
 
 namespace standalone {
 
+class LogFile;
+
 struct LogLimits {
   // What is below is not written, and not even formatted unless somebody observes the log.
   Util::Ops::Level least = Util::Ops::Level::kTrace;
   std::size_t fileBytes = 8U << 20U;
-  std::size_t olderFiles = 4;
+  std::size_t olderFiles = 4;  // at least one
 };
 
 // The operations log: a rotating text file beside the company file, one line per log line, its columns separated by
 // tabs. The end of a unit of work writes its lines, unless another's has written some within a twentieth of a second.
 // Lines then wait for the end of a later unit, for tens of thousands of bytes to come together, for Flush(), which a
 // message loop calls when it has nothing to do, or for the log to be closed; an error is written at once, with what
-// waits. A log that cannot be written is given up silently; the work that it tells of goes on.
+// waits. A log that cannot be written, or whose name something else has, such as a folder, a pipe or a device, is given
+// up silently and not waited for; the work that it tells of goes on.
 class OperationsLog final : public Util::Ops {
  public:
   OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {},
@@ -47,8 +50,6 @@ class OperationsLog final : public Util::Ops {
   void SetObserver(Observer observer) { observer_ = std::move(observer); }
 
  private:
-  class File;
-
   void Append(const Line& line);
   void AppendColumns(const Line& line);
   // Writes so much of what is held back.
@@ -58,7 +59,7 @@ class OperationsLog final : public Util::Ops {
   Observer observer_;
   Level least_;
   std::string userColumn_;
-  std::unique_ptr<File> file_;
+  std::unique_ptr<LogFile> file_;
   std::string pending_;
   // When a unit's end last wrote lines.
   std::optional<std::chrono::steady_clock::time_point> lastUnitWritten_;

@@ -1,14 +1,17 @@
 #include "standalone/company/LogReader.h"
 
-#include <spdlog/sinks/rotating_file_sink.h>
-
+#include <algorithm>
 #include <array>
 #include <charconv>
-#include <fstream>
-#include <iterator>
+#include <span>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
+#include "platform/SharedFile.h"
+#include "standalone/company/LogFile.h"
 #include "standalone/values/Columns.h"
+#include "standalone/values/Text.h"
 
 namespace standalone {
 
@@ -23,38 +26,66 @@ std::optional<std::int32_t> Number(std::string_view text) {
   return number;
 }
 
-std::string ReadFrom(const std::filesystem::path& file, std::uint64_t offset) {
-  std::ifstream stream(file, std::ios::binary);
-  stream.seekg(static_cast<std::streamoff>(offset));
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
+// The lines of a file, the last one first, in as much memory as the longest of them needs. They are looked for in the
+// last `most` bytes; a line that begins before them is none.
+class LinesFromTheEnd {
+ public:
+  LinesFromTheEnd(const platform::SharedFile& file, std::uint64_t most)
+      : file_(file), begin_(file.Size()), least_(begin_ - std::min(begin_, most)) {}
 
-std::string FirstLine(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::string line;
-  std::getline(stream, line);
-  return line;
-}
-
-void AppendLines(std::vector<LogLine>& lines, std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    if (std::optional<LogLine> line = ParseLogLine(text.substr(0, end))) lines.push_back(*std::move(line));
-    text.remove_prefix(std::min(end + 1, text.size()));
+  std::optional<std::string> Next() {
+    std::size_t end = text_.rfind('\n');
+    for (; end == std::string::npos && begin_ > least_; end = text_.rfind('\n')) ReadMore();
+    if (end != std::string::npos) {
+      std::string line = text_.substr(end + 1);
+      text_.resize(end);
+      return line;
+    }
+    if (begin_ != 0 || isFirstHandedOut_) return std::nullopt;
+    isFirstHandedOut_ = true;
+    return std::exchange(text_, {});
   }
-}
 
-// The log's files that exist, the current one first, then the older ones.
-std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& file) {
-  std::vector<std::filesystem::path> files;
-  const auto nameOf = [&file](std::size_t index) {
-    return std::filesystem::path(spdlog::sinks::rotating_file_sink_st::calc_filename(file.native(), index));
-  };
+ private:
+  // At least as much as there is of a long line, so that it is not moved many times.
+  void ReadMore() {
+    constexpr std::size_t kPiece = 64U << 10U;
+    const auto length =
+        static_cast<std::size_t>(std::min<std::uint64_t>(std::max(kPiece, text_.size()), begin_ - least_));
+    std::string text(length, '\0');
+    begin_ -= length;
+    text.resize(file_.Read(begin_, text));
+    text_.insert(0, text);
+  }
+
+  const platform::SharedFile& file_;
+  std::uint64_t begin_;  // of what has been read
+  std::uint64_t least_;
+  std::string text_;  // what has been read and not handed out
+  bool isFirstHandedOut_ = false;
+};
+
+[[noreturn]] void ThrowUnreadable(const std::filesystem::path& file, const std::system_error& error) {
   std::error_code ignored;
-  for (std::size_t index = 0; index == 0 || std::filesystem::exists(nameOf(index), ignored); ++index) {
-    files.push_back(nameOf(index));
+  if (std::filesystem::is_regular_file(file, ignored)) {
+    throw std::runtime_error("The operations log " + PathText(file) + " cannot be read: " + error.code().message());
   }
-  return files;
+  throw std::runtime_error("The operations log " + PathText(file) +
+                           " cannot be read, as it is no file but something else of that name, such as a folder, a "
+                           "pipe or a device; move it away.");
+}
+
+platform::SharedFile Open(const std::filesystem::path& file) {
+  try {
+    return platform::SharedFile::OpenToRead(file);
+  } catch (const std::system_error& error) {
+    ThrowUnreadable(file, error);
+  }
+}
+
+bool IsThere(const std::filesystem::path& file) {
+  std::error_code ignored;
+  return std::filesystem::exists(file, ignored);
 }
 
 }  // namespace
@@ -86,35 +117,25 @@ std::optional<LogLine> ParseLogLine(std::string_view text) {
 LogReader::LogReader(std::filesystem::path file) : file_(std::move(file)) {}
 
 std::vector<LogLine> LogReader::LastLines(std::size_t count) const {
-  std::vector<LogLine> lines;
-  for (const std::filesystem::path& file : FilesOf(file_)) {
-    if (lines.size() >= count) break;
-    std::vector<LogLine> older;
-    AppendLines(older, ReadFrom(file, 0));
-    older.insert(older.end(), std::make_move_iterator(lines.begin()), std::make_move_iterator(lines.end()));
-    lines = std::move(older);
+  std::vector<LogLine> lines;  // the last one first
+  std::uint64_t most = kMostLogBytes;
+  std::optional<platform::SharedFile> newer;
+  for (std::size_t number = 0; lines.size() < count && most > 0; ++number) {
+    const std::filesystem::path name = number == 0 ? file_ : OlderLog(file_, number);
+    if (!IsThere(name)) {
+      if (number == 0) continue;
+      break;
+    }
+    // It became the older one while it was read.
+    if (newer && newer->HasName(name)) continue;
+    newer = Open(name);
+    LinesFromTheEnd texts(*newer, most);
+    for (std::optional<std::string> text; lines.size() < count && (text = texts.Next());) {
+      if (std::optional<LogLine> line = ParseLogLine(*text)) lines.push_back(*std::move(line));
+    }
+    most -= std::min(most, newer->Size());
   }
-  const std::size_t surplus = lines.size() - std::min(lines.size(), count);
-  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(surplus));
-  return lines;
-}
-
-LogPosition LogReader::End() const {
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(file_, error);
-  if (error || size == 0) return {};
-  return {size, FirstLine(file_)};
-}
-
-std::vector<LogLine> LogReader::LinesSince(const LogPosition& position) const {
-  const std::vector<std::filesystem::path> files = FilesOf(file_);
-  // Without a first line there was no log at that position, and all of it is new.
-  std::size_t newer = 0;
-  while (newer < files.size() && (position.firstLine.empty() || FirstLine(files[newer]) != position.firstLine)) ++newer;
-
-  std::vector<LogLine> lines;
-  if (newer < files.size()) AppendLines(lines, ReadFrom(files[newer], position.offset));
-  while (newer-- > 0) AppendLines(lines, ReadFrom(files[newer], 0));
+  std::reverse(lines.begin(), lines.end());
   return lines;
 }
 

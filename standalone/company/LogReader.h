@@ -26,11 +26,8 @@ struct LogLine {
 // Empty when the text is no line of the operations log.
 std::optional<LogLine> ParseLogLine(std::string_view text);
 
-// A place in the log, for LinesSince.
-struct LogPosition {
-  std::uint64_t offset = 0;
-  std::string firstLine;  // tells whether the file has been rotated since
-};
+// What is looked at of a log and its older files at most, from the end.
+inline constexpr std::uint64_t kMostLogBytes = 64U << 20U;
 
 // Reads the operations log of a company file, rotated files included. Lines of the running unit of work appear when it
 // has ended. Texts that are no log lines are passed over. A log that does not exist has no lines.
@@ -39,11 +36,9 @@ class LogReader {
   // Of the log file, see CompanyFile::LogPath.
   explicit LogReader(std::filesystem::path file);
 
-  // The last `count` lines, oldest first.
+  // The last `count` lines within kMostLogBytes, oldest first. Throws std::runtime_error when a file of them cannot be
+  // read, or is none.
   std::vector<LogLine> LastLines(std::size_t count) const;
-
-  LogPosition End() const;
-  std::vector<LogLine> LinesSince(const LogPosition& position) const;
 
  private:
   std::filesystem::path file_;

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include "app/Books.h"
 
 using testing::HasSubstr;
@@ -82,4 +84,27 @@ TEST_F(Books, AnUnwritableLogDoesNotStopTheWork) {
   RelateBirch();
 
   EXPECT_EQ(Answer({"relation", "list", kFile}).at("relations").size(), 1U);
+}
+
+TEST_F(Books, ALogThatIsAFolderIsNoEmptyLog) {
+  std::filesystem::remove(In("alder.company.log"));
+  std::filesystem::create_directory(In("alder.company.log"));
+
+  const Outcome outcome = Run({"log", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.err, testing::AllOf(HasSubstr("alder.company.log"), HasSubstr("move it away")));
+}
+
+TEST_F(Books, APipeInThePlaceOfTheLogStopsNoWorkAndIsNotRead) {
+  if (IsWindowsProgram()) GTEST_SKIP() << "Windows has no pipes beside files";
+  std::filesystem::remove(In("alder.company.log"));
+  ASSERT_EQ(mkfifo(In("alder.company.log").c_str(), S_IRUSR | S_IWUSR), 0);
+
+  RelateBirch();
+  const Outcome outcome = Run({"log", kFile});
+
+  EXPECT_EQ(Answer({"relation", "list", kFile}).at("relations").size(), 1U);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.err, testing::AllOf(HasSubstr("alder.company.log"), HasSubstr("a pipe")));
 }

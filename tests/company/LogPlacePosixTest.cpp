@@ -14,6 +14,8 @@
 namespace standalone {
 namespace {
 
+using testing::AllOf;
+using testing::HasSubstr;
 using testing::SizeIs;
 
 // What has the name of the operations log and is none.
@@ -78,13 +80,26 @@ TEST_F(ThePlaceOfTheLog, MayBecomeAPipeWhileTheCompanyIsOpen) {
   EXPECT_FALSE(host.Log().Wants(Util::Ops::Level::kError));
 }
 
-TEST_F(ThePlaceOfTheLog, OfAnOlderLogMayBeAPipeWhichIsLeftAlone) {
+TEST_F(ThePlaceOfTheLog, IsNotReadWhenItIsAPipeOrADevice) {
+  MakePipe(log_);
+  EXPECT_THAT(MessageOf<std::runtime_error>([this] { LogReader(log_).LastLines(1); }),
+              AllOf(HasSubstr(log_.string()), HasSubstr("a pipe or a device")));
+
+  std::filesystem::remove(log_);
+  std::filesystem::create_symlink("/dev/zero", log_);
+  EXPECT_THAT(MessageOf<std::runtime_error>([this] { LogReader(log_).LastLines(1); }),
+              AllOf(HasSubstr(log_.string()), HasSubstr("a pipe or a device")));
+}
+
+TEST_F(ThePlaceOfTheLog, OfAnOlderLogMayBeAPipeThatIsReadOnlyWhenItIsAskedFor) {
   MakePipe(OlderLog(log_, 1));
   OperationsLog log(log_, "clerk", {.fileBytes = 1000, .olderFiles = 1});
   for (int line = 0; line < 10; ++line) Write(log, std::string(300, 'x'));
 
   EXPECT_TRUE(std::filesystem::is_fifo(OlderLog(log_, 1)));
   EXPECT_THAT(LogReader(log_).LastLines(2), SizeIs(2));
+  EXPECT_THAT(MessageOf<std::runtime_error>([this] { LogReader(log_).LastLines(100); }),
+              HasSubstr(OlderLog(log_, 1).string()));
 }
 
 }  // namespace

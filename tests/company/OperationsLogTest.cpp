@@ -14,6 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::Field;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
@@ -161,32 +162,10 @@ TEST_F(TheOperationsLog, IsContinuedByTheNextProgram) {
   EXPECT_THAT(reader_.LastLines(0), IsEmpty());
 }
 
-TEST_F(TheOperationsLog, ShowsTheLinesSinceAPosition) {
-  OperationsLog log(path_, "clerk");
-  Write(log, "one");
-  log.Flush();
-  const LogPosition position = reader_.End();
-  Write(log, "two");
-  log.Flush();
-
-  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message("two")));
-  EXPECT_THAT(reader_.LinesSince(reader_.End()), IsEmpty());
-}
-
-TEST_F(TheOperationsLog, ShowsAllLinesSinceATimeWithoutLog) {
-  const LogPosition position = reader_.End();
-  OperationsLog log(path_, "clerk");
-  Write(log, "one");
-  log.Flush();
-
-  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message("one")));
-}
-
 TEST_F(TheOperationsLog, IsRotatedAndReadAcrossItsFiles) {
   OperationsLog log(path_, "clerk", {.fileBytes = 1000, .olderFiles = 3});
   Write(log, "one");
   log.Flush();
-  const LogPosition position = reader_.End();
   const std::string filler(600, 'x');
   Write(log, filler);
   log.Flush();
@@ -197,7 +176,6 @@ TEST_F(TheOperationsLog, IsRotatedAndReadAcrossItsFiles) {
 
   EXPECT_TRUE(std::filesystem::exists(folder_ / "birch.company.1.log"));
   EXPECT_THAT(reader_.LastLines(3), ElementsAre(Message(filler.c_str()), Message("three"), Message("four")));
-  EXPECT_THAT(reader_.LinesSince(position), ElementsAre(Message(filler.c_str()), Message("three"), Message("four")));
 }
 
 TEST_F(TheOperationsLog, IsRotatedOnceByTwoProgramsThatFindItFull) {
@@ -283,6 +261,33 @@ TEST_F(TheOperationsLog, LeavesAloneWhatHasTheNameOfAnOlderOneAndIsNone) {
   EXPECT_FALSE(log.Wants(Util::Ops::Level::kError));
   EXPECT_THAT(reader_.LastLines(4), SizeIs(4));
   EXPECT_LT(std::filesystem::file_size(path_), 3000U);
+}
+
+TEST_F(TheOperationsLog, IsReadFromItsEndAsFarAsTheLimitGoes) {
+  const std::string line = "2026-01-31T09:30:00.123Z\tclerk\t0\t6\tSrc/MultiEntityDriver\t42\tname\tsignature\t";
+  WriteFile(path_, line + "one\n" + std::string(kMostLogBytes, 'x') + "\n" + line + "two\n");
+
+  EXPECT_THAT(reader_.LastLines(10), ElementsAre(Message("two")));
+  EXPECT_THAT(reader_.LastLines(1), ElementsAre(Message("two")));
+}
+
+TEST_F(TheOperationsLog, IsReadFromItsEndAsFarAsTheLimitGoesInItsOlderFilesToo) {
+  const std::string line = "2026-01-31T09:30:00.123Z\tclerk\t0\t6\tSrc/MultiEntityDriver\t42\tname\tsignature\t";
+  WriteFile(OlderLog(path_, 1), line + "one\n" + line + std::string(kMostLogBytes / 2, 'x') + "\n");
+  WriteFile(path_, line + std::string(kMostLogBytes / 2, 'y') + "\n" + line + "four\n");
+
+  const std::vector<LogLine> lines = reader_.LastLines(10);
+
+  ASSERT_THAT(lines, SizeIs(2));
+  EXPECT_EQ(lines[0].message, std::string(kMostLogBytes / 2, 'y'));
+  EXPECT_EQ(lines[1].message, "four");
+}
+
+TEST_F(TheOperationsLog, ThatIsAFolderIsNotRead) {
+  std::filesystem::create_directory(path_);
+
+  EXPECT_THAT(MessageOf<std::runtime_error>([this] { reader_.LastLines(10); }),
+              AllOf(HasSubstr("birch.company.log"), HasSubstr("a folder")));
 }
 
 TEST_F(TheOperationsLog, PassesOverTextsThatAreNoLinesOfIt) {

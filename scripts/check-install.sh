@@ -62,7 +62,7 @@ holds_everything() {
   for name in "bin/$program" bin/AddinBridge.DLL "${own[@]}" include/MultiEntityNative/MultiEntity/MultiEntityDriver.h \
     include/MultiEntityNative/MultiEntityHost/HostServices.h lib/cmake/MultiEntityNative/MultiEntityNativeConfig.cmake \
     $docs/{CHANGELOG.md,LICENSE,README.md,THIRD-PARTY.md,docs/embedding.md,examples/embedding/main.cpp} \
-    $docs/third-party/{CLI11,fmt,libsodium,nlohmann-json,spdlog,sqlite,tomlplusplus}.txt; do
+    $docs/third-party/{CLI11,fmt,libsodium,nlohmann-json,sqlite,tomlplusplus}.txt; do
     [ -s "$1/$name" ] || { printf 'The package lacks %s.\n' "$name" >&2; return 1; }
   done
 }

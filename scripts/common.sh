@@ -3,7 +3,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
-  libspdlog-dev libsodium-dev)
+  libsodium-dev)
 test_packages=(git libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev
   python3 librapidcheck-dev valgrind)
 bench_packages=(libbenchmark-dev)

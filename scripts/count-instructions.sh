@@ -21,7 +21,7 @@ version_of() {
   dpkg-query -W -f='${Version}' "$1" | sed -E 's/^[0-9]+://; s/[-+].*//'
 }
 toolchain="$(uname -m), gcc $(${CXX:-c++} -dumpfullversion), SQLite $(version_of libsqlite3-0)"
-toolchain+=", fmt $(version_of libfmt-dev), spdlog $(version_of libspdlog-dev)"
+toolchain+=", fmt $(version_of libfmt-dev)"
 toolchain+=", toml++ $(version_of libtomlplusplus-dev)"
 
 rm -rf "$folder"

@@ -4,6 +4,7 @@
 
 #include "platform/LocalTime.h"
 #include "platform/NativePlatform.h"
+#include "platform/TimerPeriod.h"
 
 namespace platform {
 
@@ -13,7 +14,7 @@ void LoopPlatform::GetLocalTime(_SYSTEMTIME& now) {
 
 TimerId LoopPlatform::SetTimer(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) {
   const TimerId armed = events_.SetTimer(timer, milliseconds, procedure);
-  if (armed != 0) TellArmed(std::chrono::milliseconds(milliseconds));
+  if (armed != 0) TellArmed(TimerPeriod(milliseconds));
   return armed;
 }
 

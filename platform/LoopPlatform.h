@@ -21,7 +21,7 @@ class LoopPlatform final : public Platform {
   LoopPlatform& operator=(const LoopPlatform&) = delete;
   ~LoopPlatform() = default;
 
-  // Told of each timer that was armed. What it throws is nobody's.
+  // Told of each timer that was armed, with the period that it has. What it throws is nobody's.
   using ArmingObserver = std::function<void(std::chrono::milliseconds period)>;
   void SetArmingObserver(ArmingObserver observer) { onArmed_ = std::move(observer); }
 

@@ -18,8 +18,7 @@ unsigned long Ticks(LoopClock::TimePoint now) {
 }  // namespace
 
 TimerId ThreadTimers::Set(TimerId timer, std::uint32_t milliseconds, TimerProcedure procedure) {
-  const std::chrono::milliseconds period =
-      std::clamp(std::chrono::milliseconds(milliseconds), kShortestPeriod, kLongestPeriod);
+  const std::chrono::milliseconds period = TimerPeriod(milliseconds);
   const TimerId id = armed_.contains(timer) ? timer : ++lastId_;
   armed_.insert_or_assign(id, Timer{period, clock_.Now() + period, procedure});
   return id;

@@ -8,11 +8,9 @@
 
 #include "MultiEntityHost/Platform.h"
 #include "platform/LoopClock.h"
+#include "platform/TimerPeriod.h"
 
 namespace platform {
-
-inline constexpr std::chrono::milliseconds kShortestPeriod{10};
-inline constexpr std::chrono::milliseconds kLongestPeriod{0x7FFFFFFF};
 
 // The timers of a thread, on the terms of the Windows ones: each fires once per period until it is killed, periods that
 // were missed count once, and a period beyond the two limits is taken as the nearer of them.

@@ -10,6 +10,7 @@
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/LocalTimes.h"
+#include "standalone/desk/inside/ReminderTimer.h"
 #include "standalone/desk/inside/Work.h"
 
 namespace desk {
@@ -35,16 +36,25 @@ std::optional<NoReminder> ObstacleFor(Work& work) {
   return std::nullopt;
 }
 
+std::chrono::seconds ByTheCalendar(const standalone::DayAndTime& now, DateType32 launchDay, std::uint32_t launchHour) {
+  return std::chrono::days(DateMinusDate(launchDay, now.day)) + std::chrono::hours(launchHour) - now.sinceMidnight;
+}
+
 ReminderTiming TimingOf(Work& work, DateType32 launchDay) {
   platform::Clock& clock = work.Host().Clock();
-  const int fromToday = launchDay.Compare(platform::Today(clock));
+  const standalone::DayAndTime now = LocalTimeAfter(clock, {});
+  const int fromToday = launchDay.Compare(now.day);
   ReminderTiming timing;
   timing.launchHour = MESchedulerUtil::GetHoursToLaunchFromDCE();
   timing.isLaunchDayAhead = fromToday > 0;
   timing.isLaunchDayPast = fromToday < 0;
-  timing.untilLaunch = std::chrono::seconds(MESchedulerUtil::GetSchedulerLaunchDelayInSeconds());
-  timing.leastDelay = std::chrono::seconds(MESchedulerUtil::GetDelayInSecondsFromDCE());
-  timing.delay = std::max(timing.untilLaunch, timing.leastDelay);
+  const std::uint32_t counted = MESchedulerUtil::GetSchedulerLaunchDelayInSeconds();
+  const std::uint32_t least = MESchedulerUtil::GetDelayInSecondsFromDCE();
+  timing.untilLaunch =
+      SecondsCountedAs(counted, ByTheCalendar(now, timing.isLaunchDayAhead ? launchDay : now.day, timing.launchHour));
+  timing.leastDelay = std::chrono::seconds(least);
+  timing.delay = std::chrono::floor<std::chrono::seconds>(ReminderPeriod(std::max(counted, least)));
+  timing.comesEarly = timing.delay < std::max(timing.untilLaunch, timing.leastDelay);
   timing.due = LocalTimeAfter(clock, timing.delay);
   return timing;
 }

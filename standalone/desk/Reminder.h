@@ -30,7 +30,8 @@ struct ReminderTiming {
   bool isLaunchDayPast = false;        // which then counts as today
   std::chrono::seconds untilLaunch{};  // zero when it has passed
   std::chrono::seconds leastDelay{};   // after the company was opened
-  std::chrono::seconds delay{};        // the longer one, until the reminder comes
+  std::chrono::seconds delay{};        // until the reminder comes: the longer one, unless no timer waits so long
+  bool comesEarly = false;             // as no timer does
   standalone::DayAndTime due;          // local time
 };
 

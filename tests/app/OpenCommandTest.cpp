@@ -131,6 +131,18 @@ TEST_F(OpenBooks, AQuestionThatIsStillOpenDoesNotKeepTheCompanyFromClosing) {
                                  HasSubstr("Closing alder.company: interrupt.")));
 }
 
+TEST_F(OpenBooks, AReminderForAFarDayIsSaidToComeWhenItsTimerIsOver) {
+  Remember("MEPromptLaunchDate", "21000102");
+  RunningProgram program = Open({"--json"});
+
+  const std::string printed = program.WaitFor(EventLine("timer-armed") + ",\"seconds\":");
+  const std::string seconds = program.WaitFor("}");
+  program.EndInput();
+
+  EXPECT_EQ(program.End().exitCode, 0);
+  EXPECT_LE(std::stoll(seconds), 2147483);
+}
+
 TEST_F(OpenBooks, TheNextReminderIsRememberedBeforeTheAnswer) {
   LetTheReminderComeAtOnce();
   RunningProgram program = Open({}, Console::kTerminal);

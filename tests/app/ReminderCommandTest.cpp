@@ -58,13 +58,35 @@ TEST_F(RelatedBooks, ALaunchHourThatComesTooSoonWaitsForTheLeastDelay) {
 }
 
 TEST_F(RelatedBooks, ARememberedDayInTheFutureIsWaitedFor) {
-  Remember("MEPromptLaunchDate", "21000102");
+  setenv("MULTIENTITY_NOW", "2026-01-31T09:00:00", 1);
+  Remember("MEPromptLaunchDate", "20260220");
 
   const Json reminder = Reminder();
 
-  EXPECT_EQ(reminder.at("launchDate"), "2100-01-02");
+  EXPECT_EQ(reminder.at("launchDate"), "2026-02-20");
   EXPECT_EQ(reminder.at("remembered"), true);
-  EXPECT_EQ(Why(), "10:00 on 2100-01-02 is still ahead");
+  EXPECT_EQ(reminder.at("comesEarly"), false);
+  EXPECT_EQ(Why(), "10:00 on 2026-02-20 is still ahead");
+}
+
+TEST_F(RelatedBooks, ADayFurtherAheadThanATimerWaitsIsSaidToLieAheadOfTheReminder) {
+  setenv("MULTIENTITY_NOW", "2026-01-31T09:00:00", 1);
+  Remember("MEPromptLaunchDate", "20260302");
+
+  const Json reminder = Reminder();
+
+  EXPECT_EQ(reminder.at("comesEarly"), true);
+  EXPECT_EQ(reminder.at("delaySeconds"), 2147483);
+  EXPECT_GT(reminder.at("secondsUntilLaunch"), 2147483);
+  EXPECT_THAT(reminder.at("dueAt").get<std::string>(), testing::StartsWith("2026-02-25T"));
+  EXPECT_EQ(Why(), "10:00 on 2026-03-02 lies further ahead than a timer can wait, so the reminder comes earlier");
+}
+
+TEST_F(RelatedBooks, ALeastDelayThatNoTimerWaitsForIsSaidToBeTooLong) {
+  SetRemoteValues("2592000", "0");
+
+  EXPECT_EQ(Reminder().at("delaySeconds"), 2147483);
+  EXPECT_EQ(Why(), "a timer cannot wait for the least delay of 2592000 seconds, so the reminder comes earlier");
 }
 
 TEST_F(RelatedBooks, ARememberedDayInThePastCountsAsToday) {

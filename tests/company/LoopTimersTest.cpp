@@ -99,6 +99,16 @@ TEST_F(LoopTimers, TellWhoObservesThem) {
   EXPECT_THAT(told, ElementsAre("10", "due", "fired"));
 }
 
+TEST_F(LoopTimers, TellThePeriodThatTheyReallyHave) {
+  std::vector<milliseconds> told;
+  host_.SetTimerObserver({.onArmed = [&](milliseconds period) { told.push_back(period); }, .onDue = {}});
+
+  for (const std::uint32_t asked : {0U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) timers_.SetTimer(0, asked, &Record);
+
+  EXPECT_THAT(told, ElementsAre(milliseconds(10), milliseconds(2147483647), milliseconds(2147483647),
+                                milliseconds(2147483647)));
+}
+
 TEST_F(LoopTimers, FireInAUnitOfWork) {
   timers_.SetTimer(0, 10, &Record);
   bool wasInUnit = false;

@@ -200,10 +200,11 @@ TEST(AsJson, AReminderThatComesHasItsTimes) {
                                                .untilLaunch = 3600s,
                                                .leastDelay = 900s,
                                                .delay = 3600s,
+                                               .comesEarly = false,
                                                .due = {.day = {2026, 1, 31}, .sinceMidnight = 10h + 5s}}})
           .dump(),
       R"({"comes":true,"obstacle":null,"launchDate":"2026-01-31","remembered":true,"rememberedDay":"20260131",)"
-      R"("launchHour":10,"secondsUntilLaunch":3600,"leastDelaySeconds":900,"delaySeconds":3600,"dueAt":"2026-01-31T10:00:05"})");
+      R"("launchHour":10,"secondsUntilLaunch":3600,"leastDelaySeconds":900,"delaySeconds":3600,"dueAt":"2026-01-31T10:00:05","comesEarly":false})");
 }
 
 TEST(AsJson, AReminderThatDoesNotComeHasTheObstacle) {
@@ -212,7 +213,7 @@ TEST(AsJson, AReminderThatDoesNotComeHasTheObstacle) {
           .dump(),
       R"({"comes":false,"obstacle":"remembered-day-is-none","launchDate":null,"remembered":false,"rememberedDay":null,)"
       R"("launchHour":null,"secondsUntilLaunch":null,"leastDelaySeconds":null,"delaySeconds":null,)"
-      R"("dueAt":null})");
+      R"("dueAt":null,"comesEarly":null})");
 }
 
 TEST(AsJson, EachObstacleHasANameOfItsOwn) {

@@ -46,6 +46,11 @@ class TheReminder : public testing::Test {
   void Remember(const char* day) {
     ChangeFile([&](standalone::StandaloneHost& host) { host.Preferences().Set(kLaunchDatePreference, day); });
   }
+  void RememberDay(DateType32 day) {
+    std::string text = standalone::FormatIsoDate(day);
+    std::erase(text, '-');
+    Remember(text.c_str());
+  }
   void SetRemote(std::string_view text) { standalone::WriteFile(standalone::CompanyFile::RemotePath(path_), text); }
   void SetTimes(const std::string& delay, const std::string& hour) {
     SetRemote("[values.MultiEntity]\nInitialDelayInSeconds = \"" + delay + "\"\nHoursToLaunchDay = \"" + hour + "\"\n");
@@ -175,8 +180,7 @@ TEST_F(TheReminder, WaitsForTheRememberedDay) {
   Make();
   RelateBirch();
   const DateType32 today = platform::Today(platform::SystemClock());
-  const std::string day = standalone::FormatIsoDate(DateAdd(today, 20));
-  Remember((day.substr(0, 4) + day.substr(5, 2) + day.substr(8, 2)).c_str());
+  RememberDay(DateAdd(today, 20));
   SetTimes("7", "10");
 
   const ToldAndDone result = TellAndKeepOpen();
@@ -188,6 +192,30 @@ TEST_F(TheReminder, WaitsForTheRememberedDay) {
   EXPECT_FALSE(result.told.timing->isLaunchDayPast);
   EXPECT_EQ(result.told.timing->due.day, DateAdd(today, 20));
 }
+
+// Around 24 days, which is as long as a timer lasts, 49 and 99, after which its milliseconds begin again at zero, and
+// 136 years, after which the module's seconds do.
+class TheReminderForAFarDay : public TheReminder, public testing::WithParamInterface<int> {};
+
+TEST_P(TheReminderForAFarDay, ComesWhenItIsSaidTo) {
+  Make();
+  RelateBirch();
+  SetTimes("7", "10");
+  const DateType32 today = platform::Today(platform::SystemClock());
+  RememberDay(DateAdd(today, GetParam()));
+
+  const ToldAndDone result = TellAndKeepOpen();
+
+  ExpectTheSame(result);
+  ASSERT_TRUE(result.told.timing.has_value());
+  const ReminderTiming& timing = *result.told.timing;
+  EXPECT_LE(timing.delay, std::chrono::seconds(2'147'483));
+  EXPECT_EQ(timing.comesEarly, GetParam() > 24);
+  EXPECT_NEAR(std::chrono::duration<double>(timing.untilLaunch).count(), GetParam() * 86400.0, 86400.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, TheReminderForAFarDay,
+                         testing::Values(23, 26, 48, 49, 50, 51, 60, 73, 76, 98, 100, 365, 49'700, 49'712, 99'430));
 
 TEST_F(TheReminder, TakesARememberedDayInThePastForToday) {
   Make();

@@ -50,6 +50,12 @@ std::string WhyThen(DateType32 launchDay, const desk::ReminderTiming& timing) {
                   timing.isLaunchDayAhead ? "on " + standalone::FormatIsoDate(launchDay) : "today");
   const std::string passed = timing.isLaunchDayPast ? ", as which a day in the past counts," : "";
   const std::string least = SecondsText(timing.leastDelay);
+  if (timing.comesEarly) {
+    return timing.untilLaunch >= timing.leastDelay
+               ? fmt::format("{}{} lies further ahead than a timer can wait, so the reminder comes earlier", launch,
+                             passed)
+               : fmt::format("a timer cannot wait for the least delay of {}, so the reminder comes earlier", least);
+  }
   if (timing.untilLaunch >= timing.leastDelay) return fmt::format("{}{} is still ahead", launch, passed);
   if (timing.untilLaunch == std::chrono::seconds::zero()) {
     return fmt::format("{}{} has passed, so the least delay of {} counts", launch, passed, least);

@@ -291,13 +291,15 @@ Json JsonOf(const Reminder& reminder) {
             {"secondsUntilLaunch", nullptr},
             {"leastDelaySeconds", nullptr},
             {"delaySeconds", nullptr},
-            {"dueAt", nullptr}};
+            {"dueAt", nullptr},
+            {"comesEarly", nullptr}};
   if (!reminder.timing) return json;
   json["launchHour"] = reminder.timing->launchHour;
   json["secondsUntilLaunch"] = reminder.timing->untilLaunch.count();
   json["leastDelaySeconds"] = reminder.timing->leastDelay.count();
   json["delaySeconds"] = reminder.timing->delay.count();
   json["dueAt"] = standalone::FormatDayAndTime(reminder.timing->due, 'T');
+  json["comesEarly"] = reminder.timing->comesEarly;
   return json;
 }
 

@@ -16,10 +16,12 @@ class PreferenceTable {
   std::optional<std::string> Find(std::string_view key);
   // Throws InvalidInput for a key that is none.
   void Set(std::string_view key, std::string_view value);
+  void Forget(std::string_view key);
 
  private:
   Statement byKey_;
   Statement set_;
+  Statement delete_;
 };
 
 }  // namespace standalone

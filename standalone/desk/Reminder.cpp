@@ -7,6 +7,7 @@
 #include "MultiEntity/MESchedulerUtil.h"
 #include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Preferences.h"
+#include "standalone/books/PreferenceTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/LocalTimes.h"
@@ -84,6 +85,17 @@ Reminder ShowReminder(Company& company) {
       reminder.obstacle = NoReminder::kRememberedDayIsNone;
     }
     return reminder;
+  });
+}
+
+ReminderReset ResetReminder(Company& company) {
+  Work work(company.Opened(), UseCase::kResetReminder);
+  return work.WriteAsAdministrator("a change of the day of the next reminder", [&] {
+    standalone::PreferenceTable& preferences = work.Host().Preferences();
+    ReminderReset reset{.before = preferences.Find(kLaunchDatePreference), .launchDay = {}};
+    preferences.Forget(kLaunchDatePreference);
+    reset.launchDay = MESchedulerUtil::GetNextSchedulerTimeFromPrefDb();
+    return reset;
   });
 }
 

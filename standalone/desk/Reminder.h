@@ -44,4 +44,13 @@ struct Reminder {
 
 Reminder ShowReminder(Company& company);
 
+struct ReminderReset {
+  std::optional<std::string> before;  // the day that was remembered, as the company had it
+  DateType32 launchDay;               // today, as for a company that has not been reminded yet
+};
+
+// Has the company forget the day of its next reminder. For administrators. Where the company is kept open, a reminder
+// that is armed already comes as it was armed.
+ReminderReset ResetReminder(Company& company);
+
 }  // namespace desk

@@ -145,5 +145,5 @@ INSTANTIATE_TEST_SUITE_P(
                     Words{"rejected", "save"}, Words{"rejected", "list"}, Words{"rejected", "delete"}, Words{"realm"},
                     Words{"realm", "show"}, Words{"realm", "set"}, Words{"realm", "check"}, Words{"plugin"},
                     Words{"plugin", "check"}, Words{"persona"}, Words{"reminder"}, Words{"reminder", "show"},
-                    Words{"open"}, Words{"log"}),
+                    Words{"reminder", "reset"}, Words{"open"}, Words{"log"}),
     [](const testing::TestParamInfo<Words>& words) { return TestName(words.param); });

@@ -129,6 +129,40 @@ TEST_F(RelatedBooks, TheReminderIsShownForPeople) {
                                     "Why:        00:00 today has passed, so the least delay of 1 second counts\n"));
 }
 
+TEST_F(RelatedBooks, AFarDayIsResetToToday) {
+  setenv("MULTIENTITY_NOW", "2026-01-31T09:00:00", 1);
+  Remember("MEPromptLaunchDate", "21000102");
+
+  const Outcome outcome = Run({"reminder", "reset", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.out,
+            "The company file remembered \"21000102\" as the day of the next reminder and has forgotten it; today, "
+            "2026-01-31, counts as the launch day.\n");
+  EXPECT_EQ(Reminder().at("launchDate"), "2026-01-31");
+  EXPECT_EQ(Why(), "10:00 today is still ahead");
+}
+
+TEST_F(RelatedBooks, WithNoDayRememberedAResetSaysSo) {
+  setenv("MULTIENTITY_NOW", "2026-01-31T09:00:00", 1);
+
+  EXPECT_EQ(Answer({"reminder", "reset", kFile}),
+            Json::parse(R"({"rememberedBefore":null,"rememberedDay":null,"launchDate":"2026-01-31"})"));
+  EXPECT_EQ(Run({"reminder", "reset", kFile}).out,
+            "The company file remembered no day of the next reminder; today, 2026-01-31, counts as the launch day.\n");
+}
+
+TEST_F(RelatedBooks, WhoIsNoAdministratorResetsNoReminder) {
+  Done({"users", "add", kFile, "Robin", "--accountant"});
+  Remember("MEPromptLaunchDate", "21000102");
+
+  const Outcome outcome = Run({"reminder", "reset", kFile, "--user", "Robin"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("\"Robin\" is no administrator"));
+  EXPECT_EQ(Reminder().at("rememberedDay"), "21000102");
+}
+
 TEST_F(Books, WithoutRelationsNoReminderComes) {
   const Outcome outcome = Run({"reminder", "show", kFile});
 

@@ -216,6 +216,13 @@ TEST(AsJson, AReminderThatDoesNotComeHasTheObstacle) {
       R"("dueAt":null,"comesEarly":null})");
 }
 
+TEST(AsJson, AResetReminderHasTheDayOfBefore) {
+  EXPECT_EQ(JsonOf(ReminderReset{.before = "21000102", .launchDay = {2026, 1, 31}}).dump(),
+            R"({"rememberedBefore":"21000102","rememberedDay":null,"launchDate":"2026-01-31"})");
+  EXPECT_EQ(JsonOf(ReminderReset{.before = {}, .launchDay = {2026, 1, 31}}).dump(),
+            R"({"rememberedBefore":null,"rememberedDay":null,"launchDate":"2026-01-31"})");
+}
+
 TEST(AsJson, EachObstacleHasANameOfItsOwn) {
   const auto obstacle = [](NoReminder what) {
     return JsonOf(Reminder{.obstacle = what, .rememberedDay = {}, .launchDay = {}, .timing = {}})["obstacle"];

@@ -267,6 +267,57 @@ TEST_F(TheReminder, IsShownWithoutTheCompanyRememberingAnything) {
   EXPECT_EQ(ShowReminder(company).rememberedDay, std::nullopt);
 }
 
+TEST_F(TheReminder, ComesTodayOnceAFarDayWasReset) {
+  Make();
+  RelateBirch();
+  Remember("21000102");
+  SetTimes("7", "0");
+  {
+    Company company(path_);
+    const ReminderReset reset = ResetReminder(company);
+    EXPECT_EQ(reset.before, "21000102");
+    EXPECT_EQ(reset.launchDay, platform::Today(platform::SystemClock()));
+  }
+
+  const ToldAndDone result = TellAndKeepOpen();
+
+  ExpectTheSame(result);
+  EXPECT_EQ(result.told.rememberedDay, std::nullopt);
+  ASSERT_TRUE(result.told.timing.has_value());
+  EXPECT_EQ(result.told.timing->delay, std::chrono::seconds(7));
+}
+
+TEST_F(TheReminder, ComesTodayOnceADayThatIsNoneWasReset) {
+  Make();
+  RelateBirch();
+  Remember("soon");
+  Company company(path_);
+
+  EXPECT_EQ(ResetReminder(company).before, "soon");
+
+  EXPECT_EQ(ShowReminder(company).obstacle, std::nullopt);
+}
+
+TEST_F(TheReminder, IsResetAlsoWhereNothingIsRemembered) {
+  Make();
+  Company company(path_);
+
+  EXPECT_EQ(ResetReminder(company).before, std::nullopt);
+}
+
+TEST_F(TheReminder, IsResetByAdministratorsOnly) {
+  Make();
+  Remember("21000102");
+  AddRobin({}, /*accountant=*/true);
+  Company company(path_, {.user = "Robin", .onOpened = {}, .onLogLine = {}, .onAnswer = {}});
+
+  const Refusal refusal = RefusalOf([&] { ResetReminder(company); });
+
+  EXPECT_THAT(refusal, IsForAdministrators());
+  EXPECT_EQ(refusal.what, UseCase::kResetReminder);
+  EXPECT_EQ(ShowReminder(company).rememberedDay, "21000102");
+}
+
 TEST_F(TheReminder, ComesWhenTheSwitchesCannotBeRead) {
   Make();
   RelateBirch();

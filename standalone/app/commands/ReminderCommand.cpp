@@ -85,6 +85,19 @@ void ShowReminder(Invocation& invocation, const std::string& file) {
                                 reminder.obstacle ? WhyNot(reminder) : WhyThen(*reminder.launchDay, *reminder.timing)));
 }
 
+std::string ResetText(const desk::ReminderReset& reset) {
+  const std::string now = "today, " + standalone::FormatIsoDate(reset.launchDay) + ", counts as the launch day";
+  if (!reset.before) return fmt::format("The company file remembered no day of the next reminder; {}.\n", now);
+  return fmt::format("The company file remembered {} as the day of the next reminder and has forgotten it; {}.\n",
+                     standalone::Quoted(*reset.before), now);
+}
+
+void ResetReminder(Invocation& invocation, const std::string& file) {
+  desk::Company company(FilePath(file), HowToOpen(invocation, file));
+  const desk::ReminderReset reset = desk::ResetReminder(company);
+  invocation.Report(desk::JsonOf(reset), ResetText(reset));
+}
+
 }  // namespace
 
 void AddReminder(CLI::App& program, Invocation& invocation) {
@@ -97,6 +110,12 @@ void AddReminder(CLI::App& program, Invocation& invocation) {
                                   "the company were opened now, and why",
                                   "reminder show alder.company", *file);
   invocation.When(show, [file](Invocation& run) { ShowReminder(run, *file); });
+
+  CLI::App& reset = AddFileCommand(reminder, "reset",
+                                   "Have the company file forget the day of the next reminder, so that today counts; "
+                                   "for administrators",
+                                   "reminder reset alder.company", *file);
+  invocation.When(reset, [file](Invocation& run) { ResetReminder(run, *file); });
 }
 
 }  // namespace app

@@ -58,6 +58,8 @@ const char* NameOf(UseCase what) noexcept {
       return "check-plugin";
     case UseCase::kShowReminder:
       return "show-reminder";
+    case UseCase::kResetReminder:
+      return "reset-reminder";
     case UseCase::kKeepOpen:
       return "keep-open";
   }
@@ -301,6 +303,12 @@ Json JsonOf(const Reminder& reminder) {
   json["dueAt"] = standalone::FormatDayAndTime(reminder.timing->due, 'T');
   json["comesEarly"] = reminder.timing->comesEarly;
   return json;
+}
+
+Json JsonOf(const ReminderReset& reset) {
+  return {{"rememberedBefore", OrNull(reset.before)},
+          {"rememberedDay", nullptr},
+          {"launchDate", standalone::FormatIsoDate(reset.launchDay)}};
 }
 
 Json JsonOf(const BroughtForward& broughtForward) {

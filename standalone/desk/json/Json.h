@@ -42,6 +42,7 @@ Json JsonOf(const IntercompanyLine& line);
 Json JsonOf(const Rejection& rejection);
 Json JsonOf(const RealmCheck& check);
 Json JsonOf(const Reminder& reminder);
+Json JsonOf(const ReminderReset& reset);
 Json JsonOf(const BroughtForward& broughtForward);
 Json JsonOf(const Opening& opening);
 Json JsonOf(const Question& question);

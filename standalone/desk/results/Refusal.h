@@ -35,6 +35,7 @@ enum class UseCase {
   kCheckRealm,
   kCheckPlugin,
   kShowReminder,
+  kResetReminder,
   kKeepOpen,
 };
 

@@ -38,7 +38,10 @@ install(FILES ${PROJECT_BINARY_DIR}/MultiEntityNativeConfig.cmake
 
 if(TARGET multientity)
   file(RELATIVE_PATH library_from_program ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(multientity PROPERTIES INSTALL_RPATH $ORIGIN/${library_from_program})
+  # Built with the paths with which it is installed, as CMake would else lengthen those of the build by an empty one, which
+  # stands for the current folder. In the build the library lies beside the program.
+  set_target_properties(multientity PROPERTIES
+    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN;$ORIGIN/${library_from_program}")
   install(TARGETS multientity RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   # Looked for beside the program.
   install(TARGETS AddinBridge

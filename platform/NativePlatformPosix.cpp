@@ -10,12 +10,6 @@
 
 namespace {
 
-std::filesystem::path BesideTheProgram(const char* fileName) {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return program.parent_path() / fileName;
-}
-
 class PosixPlatform final : public Platform {
  public:
   void GetLocalTime(_SYSTEMTIME& now) override { platform::FillSystemTime(platform::SystemClock().Now(), now); }
@@ -28,8 +22,11 @@ class PosixPlatform final : public Platform {
   void KillTimer(TimerId /*timer*/) noexcept override {}
 
   LibraryHandle LoadLibraryA(const char* fileName) override {
-    LibraryHandle beside = dlopen(BesideTheProgram(fileName).c_str(), RTLD_NOW | RTLD_LOCAL);
-    return beside != nullptr ? beside : dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
+    const std::optional<std::filesystem::path> library = platform::BesideTheProgram(fileName);
+    // The opening of what is no file may wait for another program.
+    std::error_code error;
+    if (!library || !std::filesystem::is_regular_file(*library, error)) return nullptr;
+    return dlopen(library->c_str(), RTLD_NOW | RTLD_LOCAL);
   }
   LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) override {
     return reinterpret_cast<LibraryEntry>(dlsym(library, entry));
@@ -47,6 +44,17 @@ class PosixPlatform final : public Platform {
 constinit PosixPlatform nativePlatform;
 
 }  // namespace
+
+namespace platform {
+
+std::optional<std::filesystem::path> BesideTheProgram(const char* fileName) {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) return std::nullopt;
+  return program.parent_path() / fileName;
+}
+
+}  // namespace platform
 
 Platform& NativePlatform() noexcept {
   return nativePlatform;

@@ -1,9 +1,27 @@
 #include <new>
+#include <string>
+#include <system_error>
 
 #include "platform/NativePlatform.h"
 #include "platform/SystemTime.h"
 
 namespace {
+
+// What the library needs itself is looked for beside it, beside the program and in the system's folder.
+constexpr DWORD kWhereLibrariesLie =
+    LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32;
+
+// While it lives, a library that is broken is told of by its answer alone, not by a box on the screen.
+class NoErrorBoxes {
+ public:
+  NoErrorBoxes() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before_); }
+  NoErrorBoxes(const NoErrorBoxes&) = delete;
+  NoErrorBoxes& operator=(const NoErrorBoxes&) = delete;
+  ~NoErrorBoxes() { ::SetThreadErrorMode(before_, nullptr); }
+
+ private:
+  DWORD before_ = 0;
+};
 
 class Win32Platform final : public Platform {
  public:
@@ -14,7 +32,13 @@ class Win32Platform final : public Platform {
   }
   void KillTimer(TimerId timer) noexcept override { ::KillTimer(nullptr, timer); }
 
-  LibraryHandle LoadLibraryA(const char* fileName) override { return ::LoadLibraryA(fileName); }
+  LibraryHandle LoadLibraryA(const char* fileName) override {
+    const std::optional<std::filesystem::path> library = platform::BesideTheProgram(fileName);
+    std::error_code error;
+    if (!library || !std::filesystem::is_regular_file(*library, error)) return nullptr;
+    const NoErrorBoxes quiet;
+    return ::LoadLibraryExW(library->c_str(), nullptr, kWhereLibrariesLie);
+  }
   LibraryEntry GetProcAddress(LibraryHandle library, const char* entry) override {
     return reinterpret_cast<LibraryEntry>(::GetProcAddress(static_cast<HMODULE>(library), entry));
   }
@@ -31,6 +55,20 @@ class Win32Platform final : public Platform {
 constinit Win32Platform nativePlatform;
 
 }  // namespace
+
+namespace platform {
+
+std::optional<std::filesystem::path> BesideTheProgram(const char* fileName) {
+  std::wstring program(MAX_PATH, L'\0');
+  while (true) {
+    const DWORD length = ::GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
+    if (length == 0) return std::nullopt;
+    if (length < program.size()) return std::filesystem::path(program.substr(0, length)).parent_path() / fileName;
+    program.resize(program.size() * 2);
+  }
+}
+
+}  // namespace platform
 
 Platform& NativePlatform() noexcept {
   return nativePlatform;

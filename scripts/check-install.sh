@@ -67,6 +67,11 @@ holds_everything() {
   done
 }
 
+# What is in $1 looks for libraries in there only.
+looks_nowhere_else() {
+  [ "$preset" = windows ] || scripts/check-run-paths.sh "$1/bin" "$1/lib"
+}
+
 # Both programs of the installation in $1 do their work; the example is built in $2.
 works() {
   printf -- '--- in %s\n' "${1#"$work/"}"
@@ -76,6 +81,7 @@ works() {
 
 installed="$work/installed"
 cmake --install "build/$preset" --prefix "$installed" >/dev/null
+looks_nowhere_else "$installed"
 works "$installed" "$work/embedding"
 
 zip=$(scripts/package.sh "$preset")
@@ -84,4 +90,5 @@ mkdir "$work/un zipped"
 unzipped="$work/un zipped/$(basename "$zip" .zip)"
 holds_everything "$unzipped"
 needs_only_itself "$unzipped"
+looks_nowhere_else "$unzipped"
 works "$unzipped" "$work/embedding against un zipped"

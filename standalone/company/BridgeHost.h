@@ -8,7 +8,8 @@ namespace standalone {
 class StandaloneHost;
 
 // Keeps the bridge library loaded and lets it answer for a host, as long as this lives. Without the library beside the
-// program there is nothing to keep, and nobody is an accountant. One at a time.
+// program there is nothing to keep, and nobody is an accountant. One at a time. Throws std::runtime_error for something
+// else of its name there.
 class BridgeHost {
  public:
   explicit BridgeHost(StandaloneHost& host);

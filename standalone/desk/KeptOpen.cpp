@@ -33,7 +33,12 @@ class KeptOpen::Day {
   }
 
   void Run() {
-    work_.Attached().QueueReminder();
+    // What the timer would end in asks the bridge.
+    if (work_.Attached().HasBridge()) {
+      work_.Attached().QueueReminder();
+    } else {
+      work_.Host().Loop().Post([this] { TellIfNotArmed(); });
+    }
     work_.Host().Loop().Run();
   }
   void Quit() noexcept { work_.Host().Loop().Quit(); }

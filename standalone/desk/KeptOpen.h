@@ -21,12 +21,13 @@ struct DayEvents {
   // What it throws is lost; the timer is armed all the same.
   std::function<void(std::chrono::seconds delay, const standalone::DayAndTime& due)> onReminderArmed;
   std::function<void()> onReminderDue;
-  std::function<void()> onNoReminder;                    // the scheduler's message has armed none
+  std::function<void()> onNoReminder;                    // none was armed when the company was opened
   std::function<void(std::string_view what)> onFailure;  // of a message or a timer; the loop goes on
 };
 
 // A company that stays open, like the window of a desktop application: the daily reminder is armed if the company needs
-// one, and comes when it is due. Others may work on the company meanwhile, also while a question is open.
+// one and the bridge library is there to be asked, and comes when it is due. Others may work on the company meanwhile,
+// also while a question is open.
 class KeptOpen {
  public:
   // The company outlives this; nothing else is asked of it until this ends.

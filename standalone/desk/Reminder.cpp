@@ -21,6 +21,7 @@ namespace {
 // The module answers only by arming a timer or not; this explains it. A test holds both against each other, for all of
 // what counts.
 std::optional<NoReminder> ObstacleFor(Work& work) {
+  if (!work.Attached().HasBridge()) return NoReminder::kNoBridge;
   if (!MultiEntityDriver::IsFeatureEnabled(MESupportCheckMultiEntity, MEKillSwitchGlobal)) {
     return NoReminder::kFeatureIsOff;
   }

@@ -12,8 +12,10 @@ namespace desk {
 
 class Company;
 
-// The first that stands against the daily reminder, in the order in which the module asks.
+// The first that stands against the daily reminder: first of all the bridge, without which nobody is an accountant
+// either, then in the order in which the module asks.
 enum class NoReminder {
+  kNoBridge,  // the bridge library is not beside the program
   kFeatureIsOff,
   kSampleFile,
   kAccountantsCopy,

@@ -43,6 +43,34 @@ class WithoutABridge : public Books {
   std::filesystem::path built_;
 };
 
+TEST_F(WithoutABridge, NoReminderIsSaidToCome) {
+  EXPECT_EQ(Answer({"reminder", "show", kFile}).at("comes"), false);
+  EXPECT_EQ(Answer({"reminder", "show", kFile}).at("obstacle"), "no-bridge");
+  EXPECT_THAT(Run({"reminder", "show", kFile}).out,
+              AllOf(HasSubstr("Reminder:   does not come\n"), HasSubstr("Delay:      none\n"),
+                    HasSubstr("Why:        the bridge library is not beside the program\n")));
+}
+
+TEST_F(WithoutABridge, ACompanyThatStaysOpenArmsNoReminder) {
+  RunningProgram program(In("."), {"open", kFile});
+
+  const std::string printed =
+      program.WaitFor("No reminder comes; multientity reminder show alder.company tells why.\n");
+  program.EndInput();
+  const Outcome outcome = program.End();
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_THAT(printed, HasSubstr("The bridge library is not beside the program, so no reminder comes.\n"));
+  EXPECT_THAT(printed + outcome.out, testing::Not(HasSubstr("The reminder comes in")));
+}
+
+TEST_F(WithoutABridge, NobodyManagesRelationsAsAnAccountant) {
+  Done({"users", "add", kFile, "Vera", "--accountant"});
+
+  EXPECT_EQ(Answer({"reminder", "show", kFile, "--user", "Vera"}).at("obstacle"), "no-bridge");
+  EXPECT_EQ(Run({"relation", "delete", kFile, "--realm", "1001", "--user", "Vera"}).exitCode, 1);
+}
+
 TEST_F(WithoutABridge, ABridgeOfTheReleaseIsTaken) {
   std::filesystem::copy_file(built_ / kBridge, BridgePath());
 

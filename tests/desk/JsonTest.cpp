@@ -228,6 +228,7 @@ TEST(AsJson, EachObstacleHasANameOfItsOwn) {
     return JsonOf(Reminder{.obstacle = what, .rememberedDay = {}, .launchDay = {}, .timing = {}})["obstacle"];
   };
 
+  EXPECT_EQ(obstacle(NoReminder::kNoBridge), "no-bridge");
   EXPECT_EQ(obstacle(NoReminder::kFeatureIsOff), "feature-is-off");
   EXPECT_EQ(obstacle(NoReminder::kSampleFile), "sample-file");
   EXPECT_EQ(obstacle(NoReminder::kAccountantsCopy), "accountants-copy");

@@ -23,6 +23,8 @@ namespace {
 std::string WhyNot(const desk::Reminder& reminder) {
   using desk::NoReminder;
   switch (*reminder.obstacle) {
+    case NoReminder::kNoBridge:
+      return "the bridge library is not beside the program";
     case NoReminder::kFeatureIsOff:
       return "the multi-entity feature is switched off";
     case NoReminder::kSampleFile:

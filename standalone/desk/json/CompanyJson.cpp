@@ -160,6 +160,8 @@ const char* NameOf(RealmOutcome outcome) noexcept {
 
 const char* NameOf(NoReminder obstacle) noexcept {
   switch (obstacle) {
+    case NoReminder::kNoBridge:
+      return "no-bridge";
     case NoReminder::kFeatureIsOff:
       return "feature-is-off";
     case NoReminder::kSampleFile:

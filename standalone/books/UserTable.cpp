@@ -1,5 +1,6 @@
 #include "standalone/books/UserTable.h"
 
+#include <string>
 #include <utility>
 
 #include "standalone/values/Errors.h"
@@ -15,8 +16,15 @@ namespace {
 
 User ReadUser(const Rows& rows) {
   User user;
-  user.id = rows.Int32(0);
   user.name = rows.Text(1);
+  const std::int64_t id = rows.Int64(0);
+  // One of 64 bits that was cut would be somebody else's.
+  if (id < 1 || id > kLargestRecordNumber) {
+    throw InvalidInput("The user " + Quoted(user.name) + " has the number " + std::to_string(id) +
+                       ", and users have 1 to " + std::to_string(kLargestRecordNumber) +
+                       "; have that row taken out of the company file.");
+  }
+  user.id = static_cast<std::int32_t>(id);
   user.administrator = rows.Bool(2);
   user.accountant = rows.Bool(3);
   return user;
@@ -37,7 +45,9 @@ UserTable::UserTable(Database& database)
       hasFeatureRight_(database,
                        "SELECT 1 FROM user_feature_right WHERE user_id = ?1 AND feature = ?2 AND action = ?3"),
       hasListRight_(database, "SELECT 1 FROM user_list_right WHERE user_id = ?1 AND list = ?2 AND action = ?3"),
-      insert_(database, Writes::kLists, "INSERT INTO user (name, administrator, accountant) VALUES (?1, ?2, ?3)"),
+      insert_(database, Writes::kLists,
+              "INSERT INTO user (name, administrator, accountant) SELECT ?1, ?2, ?3 "
+              "WHERE ?4 > coalesce((SELECT seq FROM sqlite_sequence WHERE name = 'user'), 0)"),
       update_(database, Writes::kLists, "UPDATE user SET administrator = ?2, accountant = ?3 WHERE id = ?1"),
       remove_(database, Writes::kLists, "DELETE FROM user WHERE id = ?1"),
       insertFeatureRight_(database, Writes::kLists, "INSERT OR IGNORE INTO user_feature_right VALUES (?1, ?2, ?3)"),
@@ -80,7 +90,11 @@ User UserTable::Add(const User& user) {
   if (Find(added.name)) {
     throw InvalidInput("There is already a user " + Quoted(added.name) + "; choose another name or remove that user.");
   }
-  insert_.Run(added.name, added.administrator, added.accountant);
+  if (insert_.Run(added.name, added.administrator, added.accountant, kLargestRecordNumber) == 0) {
+    throw ConstraintViolation("The user " + Quoted(added.name) + " cannot be added: the numbers of users, up to " +
+                              std::to_string(kLargestRecordNumber) +
+                              ", are used up, and none is used again; change a user instead.");
+  }
   added.id = static_cast<std::int32_t>(database_.LastInsertedId());
   InsertRights(added);
   return added;

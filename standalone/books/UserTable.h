@@ -22,8 +22,9 @@ struct User {
 
 inline constexpr const char* kAdministratorName = "Admin";
 
-// The users of the company and their rights. Names compare without regard to the case of ASCII letters. Every operation
-// needs an open unit of work.
+// The users of the company and their rights. Names compare without regard to the case of ASCII letters. Their numbers
+// are those of other records, 1 to kLargestRecordNumber; a row with another one is no user, and who reads it throws
+// InvalidInput. Every operation needs an open unit of work.
 class UserTable {
  public:
   explicit UserTable(Database& database);
@@ -33,7 +34,8 @@ class UserTable {
   // Throws InvalidInput when there is no such user.
   User Require(std::string_view name);
 
-  // Adds a user; `id` is not looked at. Throws InvalidInput, also when the name is taken.
+  // Adds a user; `id` is not looked at. Throws InvalidInput, also when the name is taken, and ConstraintViolation when
+  // there is no number left for another user.
   User Add(const User& user);
   // Replaces marks and rights of the user with that name. Throws InvalidInput when there is none, or when the company
   // would be left without an administrator.

@@ -12,7 +12,6 @@ namespace standalone {
 
 namespace {
 
-constexpr std::int32_t kLargestRecordNumber = 2'147'483'646;
 constexpr std::size_t kQuotedLength = 80;
 
 // The first character that is not plain.

@@ -64,7 +64,9 @@ struct TextHash {
   std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>()(text); }
 };
 
-// A record number that a person typed: digits only, 1 to 2147483646. Empty when the text is none.
+// The number after the largest one is a number, too.
+inline constexpr std::int32_t kLargestRecordNumber = 2'147'483'646;
+// A record number that a person typed: digits only, 1 to the largest one. Empty when the text is none.
 std::optional<std::int32_t> ParseRecordNumber(std::string_view text) noexcept;
 
 }  // namespace standalone

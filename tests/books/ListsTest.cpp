@@ -182,6 +182,29 @@ TEST_F(TheUserList, DoesNotTakeANameTwice) {
   EXPECT_THROW(Users().Add(NewUser("")), InvalidInput);
 }
 
+TEST_F(TheUserList, GivesNumbersUpToTheLargestOneAndNoneBeyondIt) {
+  FileOf(host_).Execute("UPDATE sqlite_sequence SET seq = 2147483645 WHERE name = 'user'");
+  User last;
+  last.name = "Vera";
+  User oneMore;
+  oneMore.name = "Paul";
+
+  EXPECT_EQ(Users().Add(last).id, 2147483646);
+  EXPECT_THAT(MessageOf<ConstraintViolation>([&] { Users().Add(oneMore); }),
+              testing::AllOf(HasSubstr("\"Paul\""), HasSubstr("2147483646")));
+
+  EXPECT_FALSE(Users().Find("Paul").has_value());
+  EXPECT_EQ(Users().List().size(), 2U);
+}
+
+// The number of an administrator with one bit more.
+TEST_F(TheUserList, TakesNoNumberForThatOfItsLowerHalf) {
+  FileOf(host_).Execute("INSERT INTO user (id, name, administrator, accountant) VALUES (4294967297, 'Robin', 0, 0)");
+
+  EXPECT_THAT(MessageOf<InvalidInput>([&] { Users().Require("Robin"); }),
+              testing::AllOf(HasSubstr("\"Robin\""), HasSubstr("4294967297")));
+}
+
 TEST_F(TheUserList, NamesRightsInWordsThatItReadsBack) {
   EXPECT_EQ(FeatureRightText({kFeatureJournalEntries, kActionModify}), "journal:modify");
   EXPECT_EQ(ParseFeatureRight("Bills:Create"), (FeatureRight{kFeatureBills, kActionCreate}));

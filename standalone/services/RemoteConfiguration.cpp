@@ -2,10 +2,11 @@
 
 #include <toml++/toml.h>
 
+#include <array>
 #include <chrono>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 #include "standalone/values/Text.h"
@@ -19,6 +20,9 @@ using std::filesystem::file_time_type;
 // A second change within the granularity of file times leaves time and size as they were; a file that is younger than
 // this is read again.
 constexpr std::chrono::seconds kSettledAfter{2};
+
+// Switches and values are some hundred bytes; a file that was put there by mistake takes no memory.
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{1} << 20U;
 
 struct Stamp {
   bool exists = false;
@@ -40,13 +44,24 @@ Stamp StampOf(const std::filesystem::path& file) {
   const file_time_type time = std::filesystem::last_write_time(file, error);
   const std::uintmax_t size = std::filesystem::file_size(file, error);
   if (error) ThrowUnreadable(file, error.message());
+  if (size > kMostBytes) {
+    ThrowUnreadable(
+        file, "it has " + std::to_string(size) + " bytes, and at most " + std::to_string(kMostBytes) + " are read");
+  }
   return {true, time, size};
 }
 
 std::string ReadAll(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-  if (!stream && !stream.eof()) ThrowUnreadable(file, "it cannot be read");
+  if (!stream) ThrowUnreadable(file, "it cannot be read");
+  std::string text;
+  std::array<char, 4096> piece;
+  while (stream.read(piece.data(), piece.size()), stream.gcount() > 0) {
+    text.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+    // It may have grown since it was looked at.
+    if (text.size() > kMostBytes) ThrowUnreadable(file, "it grows while it is read");
+  }
+  if (stream.bad()) ThrowUnreadable(file, "it cannot be read");
   return text;
 }
 

@@ -18,8 +18,8 @@ namespace standalone {
 //   InitialDelayInSeconds = "5"
 //
 // A flag that is not there is on, a value that is not there leaves the caller's as it is, and so does a missing file. A
-// file that cannot be read, or a switch or value of another type, throws std::runtime_error that names the file.
-// The file is looked at once in a unit of work, and for every question outside of one.
+// file that cannot be read or has more than a MiB, or a switch or value of another type, throws std::runtime_error that
+// names the file. The file is looked at once in a unit of work, and for every question outside of one.
 class RemoteConfiguration final : public KillSwitchHelper, public FileSystem::DCE, private UnitBound {
  public:
   RemoteConfiguration(std::filesystem::path file, Database& database);

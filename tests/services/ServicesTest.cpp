@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 #include <array>
 #include <cstdarg>
 #include <optional>
@@ -96,6 +100,31 @@ TEST_F(RemoteSwitches, ThatCannotBeReadAreReportedWithTheirFile) {
   std::filesystem::create_directory(remotePath_);
   EXPECT_THAT(Refusal(), HasSubstr("not a readable file"));
 }
+
+TEST_F(RemoteSwitches, InAFileOfGigabytesAreRefusedByItsSize) {
+  WriteFile(remotePath_, "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+  std::filesystem::resize_file(remotePath_, std::uintmax_t{3} << 30U);
+
+  EXPECT_THAT(Refusal(), AllOf(HasSubstr("birch.company.remote.toml"), HasSubstr("3221225472"), HasSubstr("1048576")));
+}
+
+TEST_F(RemoteSwitches, InTheLargestFileAreRead) {
+  std::string text = "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n#";
+  text.resize((std::size_t{1} << 20U) - 1, ' ');
+  WriteFile(remotePath_, text + "\n");
+  EXPECT_FALSE(IsOn("ME_FOR_ALL"));
+
+  WriteFile(remotePath_, text + "\n\n");
+  EXPECT_THAT(Refusal(), HasSubstr("1048577"));
+}
+
+#ifndef _WIN32
+TEST_F(RemoteSwitches, InThePlaceOfAPipeAreNotWaitedFor) {
+  ASSERT_EQ(mkfifo(remotePath_.c_str(), 0600), 0);
+
+  EXPECT_THAT(Refusal(), AllOf(HasSubstr("birch.company.remote.toml"), HasSubstr("not a readable file")));
+}
+#endif
 
 TEST_F(RemoteSwitches, ComeWithValuesThatLeaveTheCallersOwnWhenTheyAreMissing) {
   WriteFile(remotePath_, "[values.MultiEntity]\nInitialDelayInSeconds = \"5\"\nHoursToLaunchDay = 7\n");

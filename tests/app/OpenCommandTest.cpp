@@ -188,6 +188,17 @@ TEST_F(OpenBooks, AnInterruptClosesTheCompanyInOrder) {
   EXPECT_THAT(outcome.out, HasSubstr(EventLine("closing") + ",\"cause\":\"interrupt\"}\n"));
 }
 
+TEST_F(OpenBooks, AnInputWithoutEndsOfLinesIsToldOfOnce) {
+  RunningProgram program = Open({});
+
+  for (int i = 0; i < 1024; ++i) program.Type(std::string(4096, 'y'));
+  program.EndInput();
+  const Outcome outcome = program.End();
+
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "note: a line of standard input has more than 4096 bytes; it is passed over\n");
+}
+
 TEST_F(OpenBooks, WithoutInputTheCompanyIsClosedAtOnce) {
   const Outcome outcome = Run({"open", kFile});
 

@@ -7,8 +7,10 @@
 #include <array>
 #include <future>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
+#include "standalone/app/terminal/LineCutter.h"
 #include "tests/terminal/TerminationRecord.h"
 
 namespace app {
@@ -43,6 +45,18 @@ TEST_F(TheWatchForTermination, EndsWithTheInputAndHandsOverItsLines) {
 
   EXPECT_EQ(Cause(), TerminationCause::kEndOfInput);
   EXPECT_THAT(lines_, ElementsAre("yes", "no", "", "last"));
+}
+
+TEST_F(TheWatchForTermination, TellsOfALineThatIsTooLongOnceAndHandsOverTheNext) {
+  const Termination watch(Handlers());
+
+  for (int i = 0; i < 64; ++i) Type(std::string(kLongestTypedLine, 'x'));
+  Type("\nyes\n");
+  EndInput();
+
+  EXPECT_EQ(Cause(), TerminationCause::kEndOfInput);
+  EXPECT_THAT(lines_, ElementsAre("yes"));
+  EXPECT_EQ(longLines_, 1);
 }
 
 TEST_F(TheWatchForTermination, EndsWithCtrlC) {

@@ -19,6 +19,7 @@
 #include "standalone/app/Seconds.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/app/terminal/LineCutter.h"
 #include "standalone/app/terminal/Screen.h"
 #include "standalone/app/terminal/Terminal.h"
 #include "standalone/app/terminal/Termination.h"
@@ -89,6 +90,7 @@ class OpenCompany {
   void OnDelivery(desk::Delivery delivery);
   void OnNoReminder();
   void OnFailure(std::string_view what);
+  void OnLongLine();
   void OnEnd(TerminationCause cause);
 
   Invocation& invocation_;
@@ -138,6 +140,9 @@ void OpenCompany::Run() {
   handlers.onLine = [this](std::string line) {
     typed_.Put(std::move(line));
   };
+  handlers.onLongLine = [this] {
+    OnLongLine();
+  };
   handlers.onEnd = [this](TerminationCause cause) {
     OnEnd(cause);
   };
@@ -182,6 +187,13 @@ void OpenCompany::OnFailure(std::string_view what) {
   failed_ = true;
   PrintError(invocation_.options.json ? JsonText({{"error", {{"exit", kExitNotDone}, {"message", what}}}})
                                       : fmt::format("multientity: {}\n", Shown(what)));
+}
+
+// On the watching thread.
+void OpenCompany::OnLongLine() {
+  const std::string what =
+      fmt::format("a line of standard input has more than {} bytes; it is passed over", kLongestTypedLine);
+  PrintError(invocation_.options.json ? JsonText({{"note", {{"message", what}}}}) : fmt::format("note: {}\n", what));
 }
 
 // On the watching thread.

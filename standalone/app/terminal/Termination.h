@@ -13,12 +13,14 @@ enum class TerminationCause {
   kTerminate,  // the system or another program asks it to end, or its terminal is gone
 };
 
-// Both are called on the watching thread.
+// All are called on the watching thread.
 struct TerminationHandlers {
   // Each line of standard input, without its end.
   std::function<void(std::string line)> onLine;
   // Once.
   std::function<void(TerminationCause cause)> onEnd;
+  // Each line that is longer than kLongestTypedLine, which is dropped; as soon as it is.
+  std::function<void()> onLongLine = {};
 };
 
 // Watches standard input and what asks the program to end, as long as this lives; one at a time. Afterwards the program

@@ -103,7 +103,7 @@ class Termination::Watch {
 
  private:
   void Run() {
-    LineCutter lines(handlers_.onLine);
+    LineCutter lines(handlers_.onLine, handlers_.onLongLine);
     while (true) {
       std::array<pollfd, 2> watched{pollfd{pipe_.ReadEnd(), POLLIN, 0}, pollfd{STDIN_FILENO, POLLIN, 0}};
       if (poll(watched.data(), watched.size(), -1) < 0) continue;

@@ -30,6 +30,11 @@ class Handlers {
     if (!isOver_ && handlers_.onLine) handlers_.onLine(std::move(line));
   }
 
+  void LongLine() {
+    const std::lock_guard lock(mutex_);
+    if (!isOver_ && handlers_.onLongLine) handlers_.onLongLine();
+  }
+
   void End(TerminationCause cause) {
     const std::lock_guard lock(mutex_);
     if (!std::exchange(isOver_, true) && handlers_.onEnd) handlers_.onEnd(cause);
@@ -89,7 +94,10 @@ void ReadLines(const std::shared_ptr<Handlers>& handlers) {
   const std::function<void(std::string)> onLine = [&handlers](std::string line) {
     handlers->Line(std::move(line));
   };
-  LineCutter lines(onLine);
+  const std::function<void()> onLongLine = [&handlers] {
+    handlers->LongLine();
+  };
+  LineCutter lines(onLine, onLongLine);
   const HANDLE input = ::GetStdHandle(STD_INPUT_HANDLE);
   while (ReadInput(input, lines)) {
   }

@@ -51,6 +51,11 @@ void FillSystemTime(Clock::TimePoint moment, _SYSTEMTIME& filled) {
       static_cast<std::uint16_t>(std::chrono::floor<std::chrono::milliseconds>(moment - second).count());
 }
 
+bool CanDateBy(Clock::TimePoint moment) {
+  const int year = LocalTimeOf(moment).tm_year + kYearOfTm;
+  return year >= kFirstYearOfDates && year <= kLastYear;
+}
+
 DateType32 Today(Clock& clock) {
   return DayOf(LocalTimeOf(clock.Now()));
 }

@@ -45,6 +45,11 @@ std::optional<Clock::TimePoint> MomentOf(DateType32 day, std::chrono::seconds si
 inline constexpr int kFirstYear = 1971;
 inline constexpr int kLastYear = 2199;
 
+// Whether a clock that shows the moment is right enough to date anything by: from 1900 on, before which no date is read
+// here, to kLastYear.
+bool CanDateBy(Clock::TimePoint moment);
+inline constexpr int kFirstYearOfDates = 1900;
+
 // The day that it is at this place.
 DateType32 Today(Clock& clock);
 

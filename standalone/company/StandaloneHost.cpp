@@ -1,6 +1,7 @@
 #include "standalone/company/StandaloneHost.h"
 
 #include <stdexcept>
+#include <string>
 
 #include "platform/LoopPlatform.h"
 #include "standalone/books/LinesAhead.h"
@@ -33,6 +34,14 @@ OpenOptions WithClock(OpenOptions options, const TrailClock& clock) {
   return options;
 }
 
+// Before anything is opened: a year that does not fit would be cut to another one.
+platform::Clock& RightClock(platform::Clock& clock) {
+  if (platform::CanDateBy(clock.Now())) return clock;
+  throw std::runtime_error("The clock of this machine shows no time of the years from " +
+                           std::to_string(platform::kFirstYearOfDates) + " to " + std::to_string(platform::kLastYear) +
+                           "; set it right before you work on a company.");
+}
+
 }  // namespace
 
 // In the order in which they are built upon each other.
@@ -40,7 +49,7 @@ struct StandaloneHost::Parts {
   Parts(StandaloneHost& host, const std::filesystem::path& companyFile, const std::string& userName,
         HostOptions options)
       : trailClock{.clock = options.clock, .setTo = options.clockSetTo},
-        clock(trailClock.clock != nullptr ? *trailClock.clock : platform::SystemClock()),
+        clock(RightClock(trailClock.clock != nullptr ? *trailClock.clock : platform::SystemClock())),
         file(companyFile, WithClock(options.file, trailClock)),
         users(file.Data()),
         user(SelectUser(file.Data(), users, userName)),

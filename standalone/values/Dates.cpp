@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
@@ -24,6 +25,12 @@ int Number(std::string_view digits) {
   return number;
 }
 
+std::optional<DateType32> DayOfTheCalendar(std::string_view text) {
+  if (!HasIsoShape(text)) return std::nullopt;
+  const DateType32 date(Number(text.substr(0, 4)), Number(text.substr(5, 2)), Number(text.substr(8, 2)));
+  return date.ValidDate() ? std::optional(date) : std::nullopt;
+}
+
 std::string Padded(int number, std::size_t width) {
   const std::string digits = std::to_string(number);
   return std::string(digits.size() < width ? width - digits.size() : 0, '0') + digits;
@@ -32,10 +39,8 @@ std::string Padded(int number, std::size_t width) {
 }  // namespace
 
 DateType32 ParseDate(std::string_view what, std::string_view text) {
-  if (HasIsoShape(text)) {
-    const DateType32 date(Number(text.substr(0, 4)), Number(text.substr(5, 2)), Number(text.substr(8, 2)));
-    if (date.ValidDate() && date.GetYear() >= kFirstYear) return date;
-  }
+  const std::optional<DateType32> date = DayOfTheCalendar(text);
+  if (date && date->GetYear() >= kFirstYear) return *date;
   throw InvalidInput(std::string(what) + " " + Quoted(text) +
                      " is no day of the calendar from 1900 on; write it as YYYY-MM-DD, such as 2026-01-31.");
 }
@@ -47,12 +52,13 @@ DayAndTime ParseDayAndTime(std::string_view what, std::string_view text) {
     return areDigits && Number(digits) >= least && Number(digits) <= most;
   };
   const bool hasShape = text.size() == kLength && text[kIsoLength] == 'T' && text[13] == ':' && text[16] == ':';
-  if (hasShape && isNumber(text.substr(11, 2), 0, 23) && isNumber(text.substr(14, 2), 0, 59) &&
+  const std::optional<DateType32> day = hasShape ? DayOfTheCalendar(text.substr(0, kIsoLength)) : std::nullopt;
+  if (day && isNumber(text.substr(11, 2), 0, 23) && isNumber(text.substr(14, 2), 0, 59) &&
       isNumber(text.substr(17, 2), 0, 59)) {
     const std::chrono::seconds time = std::chrono::hours(Number(text.substr(11, 2))) +
                                       std::chrono::minutes(Number(text.substr(14, 2))) +
                                       std::chrono::seconds(Number(text.substr(17, 2)));
-    return {ParseDate(what, text.substr(0, kIsoLength)), time};
+    return {*day, time};
   }
   throw InvalidInput(std::string(what) + " " + Quoted(text) +
                      " is no time of a day; write the local time as YYYY-MM-DDTHH:MM:SS, such as 2026-01-31T09:30:00.");

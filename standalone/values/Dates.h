@@ -26,7 +26,7 @@ std::string FormatDayAndTime(const DayAndTime& time, char between);
 // A moment in UTC, to the second: 2026-01-31T09:30:00Z.
 std::string FormatUtc(std::chrono::sys_time<std::chrono::milliseconds> moment);
 
-// Reads YYYY-MM-DDTHH:MM:SS; throws InvalidInput that calls the value `what`.
+// Reads YYYY-MM-DDTHH:MM:SS of any year; throws InvalidInput that calls the value `what`.
 DayAndTime ParseDayAndTime(std::string_view what, std::string_view text);
 
 }  // namespace standalone

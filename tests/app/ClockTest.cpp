@@ -54,6 +54,16 @@ TEST_F(Books, ATimeOfAnotherAgeIsNamed) {
               HasSubstr("MULTIENTITY_NOW \"2300-01-01T00:00:00\" is no time of this place from 1971 to 2199"));
 }
 
+TEST_F(Books, ATimeBefore1900IsNamed) {
+  setenv(kVariable, "1899-12-31T00:00:00", 1);
+
+  const Outcome outcome = Run({"reminder", "show", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_THAT(outcome.err, testing::AllOf(HasSubstr("MULTIENTITY_NOW \"1899-12-31"), HasSubstr("from 1971 to 2199")));
+}
+
 TEST_F(Books, ATimeThatIsEmptyLeavesTheClockAsItIs) {
   RelateBirch();
   setenv(kVariable, "", 1);

@@ -16,6 +16,8 @@ using testing::StartsWith;
 
 class StoppedClock final : public platform::Clock {
  public:
+  StoppedClock() = default;
+  explicit StoppedClock(TimePoint moment) : moment_(moment) {}
   TimePoint Now() override { return moment_; }
 
  private:
@@ -35,6 +37,13 @@ class AHostByAClock : public CompanyFixture {
   StoppedClock clock_;
   StandaloneHost host_{path_, kAdministratorName, By(clock_)};
 };
+
+TEST_F(AHostByAClock, IsNotMadeWhenTheClockShowsATimeBefore1900) {
+  StoppedClock wrong(std::chrono::sys_days(std::chrono::year(1899) / 6 / 1));
+
+  EXPECT_THAT(MessageOf<std::runtime_error>([&] { StandaloneHost(path_, kAdministratorName, By(wrong)); }),
+              testing::AllOf(StartsWith("The clock of this machine"), testing::HasSubstr("from 1900 to 2199")));
+}
 
 TEST_F(AHostByAClock, DatesItsBookings) {
   JournalEntryIds ids;

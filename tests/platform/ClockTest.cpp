@@ -42,6 +42,22 @@ TEST(LocalTime, OfNoYearThatIsCountedHasNoMoment) {
   EXPECT_FALSE(MomentOf(DateType32(2300, 1, 1), seconds(0)).has_value());
 }
 
+// The days around are those of any place.
+TEST(AClock, ThatShowsATimeBefore1900IsNotGoneBy) {
+  using std::chrono::sys_days;
+  using namespace std::chrono_literals;
+
+  EXPECT_FALSE(CanDateBy(sys_days(1899y / 12 / 30)));
+  EXPECT_TRUE(CanDateBy(sys_days(1900y / 1 / 3)));
+  EXPECT_TRUE(CanDateBy(sys_days(2199y / 12 / 29)));
+  EXPECT_FALSE(CanDateBy(sys_days(2200y / 1 / 3)));
+}
+
+TEST(AClock, AtTheEndsOfWhatItCountsIsNotGoneBy) {
+  EXPECT_FALSE(CanDateBy(Clock::TimePoint::min()));
+  EXPECT_FALSE(CanDateBy(Clock::TimePoint::max()));
+}
+
 #ifndef _WIN32
 // As summer time begins.
 TEST(LocalTime, ThatIsNeverShownHasNoMoment) {

@@ -160,6 +160,7 @@ CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& o
   if (!isOlder) RequireOwnLog(path_, path_);
   database_ = std::make_unique<SqliteDatabase>(file, options.busyTimeout);
   database_->SetName(path_);
+  if (copy_) database_->SetRoomAdvice(copy_->RoomAdvice());
   database_->AllowCheckpointOnClose(false);
   Configure(*database_);
   RequireKnownVersion(*database_, newest);
@@ -188,7 +189,8 @@ std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options) {
                                                             [&options](const Migrated& done, Database& database) {
                                                               AuditTable(database).Append(
                                                                   StampNow(options.clock, /*user=*/{}), DeedOf(done));
-                                                            }}),
+                                                            },
+                                                        .roomAdvice = isCopy ? copy_->RoomAdvice() : std::string()}),
                         .readsACopy = isCopy};
   if (options.tell && (opening.migrated || isCopy)) options.tell(opening);
   return isCopy ? file : path_;

@@ -236,6 +236,19 @@ TEST_F(OnAReadOnlyMedium, NothingIsSavedForAnOlderCompany) {
                                  HasSubstr("Copy it to a disk")));
 }
 
+TEST_F(OnAReadOnlyMedium, ATemporaryFolderWithoutRoomIsNamedWhateverItHasRoomFor) {
+  const std::uintmax_t size = std::filesystem::file_size(In(kFile)) / 1024;
+  const std::string folder = "Make room in the temporary folder " + In("temporary").string();
+
+  for (const std::uintmax_t room : {size / 2, size + 8}) {
+    const Outcome outcome = RunNextProgramOnAReadOnlyDiskWithLittleRoom(room, In("."), kListing);
+
+    EXPECT_EQ(outcome.exitCode, 3) << room;
+    EXPECT_THAT(outcome.err, AllOf(HasSubstr(folder), HasSubstr("TMPDIR"), testing::Not(HasSubstr("its disk"))))
+        << room;
+  }
+}
+
 TEST_F(OnAReadOnlyMedium, NoCopyIsLeftBehind) {
   const Outcome outcome = RunNextProgramOnAReadOnlyDisk(In("."), kListing);
 

@@ -122,6 +122,18 @@ Outcome RunNextProgramOnASmallDisk(std::uintmax_t kibibytes, const std::filesyst
   return RunWords(directory / "standard-output", directory, Joined(Joined(shell, NextProgram()), arguments));
 }
 
+Outcome RunNextProgramOnAReadOnlyDiskWithLittleRoom(std::uintmax_t kibibytes, const std::filesystem::path& directory,
+                                                    const std::vector<std::string>& arguments) {
+  const std::string script =
+      "size=$1; shift; rm -rf disk temporary && mkdir disk temporary && "
+      "mount -t tmpfs none disk && find . -maxdepth 1 -type f -exec cp {} disk \\; && "
+      "mount -o remount,ro disk && mount -t tmpfs -o size=${size}k none temporary && "
+      "export TMPDIR=\"$PWD/temporary\" && cd disk && exec \"$@\"";
+  const std::vector<std::string> shell{"/usr/bin/unshare",       "--mount", "/bin/sh", "-c", script, "sh",
+                                       std::to_string(kibibytes)};
+  return RunAndRead(directory, Joined(Joined(shell, NextProgram()), arguments));
+}
+
 Outcome RunNextProgramOnAReadOnlyDisk(const std::filesystem::path& directory,
                                       const std::vector<std::string>& arguments) {
   const std::string script =

@@ -43,6 +43,10 @@ Outcome RunNextProgramOnASmallDisk(std::uintmax_t kibibytes, const std::filesyst
 Outcome RunNextProgramOnAReadOnlyDisk(const std::filesystem::path& directory,
                                       const std::vector<std::string>& arguments);
 
+// The same with room for so many KiB where its temporary files go.
+Outcome RunNextProgramOnAReadOnlyDiskWithLittleRoom(std::uintmax_t kibibytes, const std::filesystem::path& directory,
+                                                    const std::vector<std::string>& arguments);
+
 // Runs it with its standard output going to `output` instead, such as a device; Outcome::out stays empty.
 Outcome RunProgramInto(const std::filesystem::path& output, const std::filesystem::path& directory,
                        const std::vector<std::string>& arguments);

@@ -1,7 +1,12 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "standalone/storage/sqlite/TemporaryCopy.h"
+#include "standalone/values/Errors.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 namespace standalone {
 namespace {
@@ -43,6 +48,18 @@ TEST(ATemporaryCopy, HasTheJournalsAndLiesInAFolderOfItsOwner) {
   // Windows removes no file that may not be written.
   std::filesystem::permissions(file, perms::owner_read | perms::owner_write);
 }
+
+#ifndef _WIN32
+TEST(ATemporaryCopy, ThatCannotBeMadeForLackOfATemporaryFolderSaysHowToNameOne) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "file", "books");
+  setenv("TMPDIR", (folder / "gone").c_str(), 1);
+
+  EXPECT_THAT(MessageOf<CompanyFileError>([&] { const TemporaryCopy copy(folder / "file"); }),
+              testing::AllOf(testing::HasSubstr("cannot be copied to a temporary folder"), testing::HasSubstr("TMPDIR"),
+                             testing::Not(testing::HasSubstr("disk"))));
+}
+#endif
 
 }  // namespace
 }  // namespace standalone

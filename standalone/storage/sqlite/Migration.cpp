@@ -33,6 +33,10 @@ constexpr const char* kReport = "Go on with the older program, and report this."
 constexpr const char* kCheckDisk =
     "Check that its disk has room; if it has, go on with the older program and report this.";
 
+std::string CheckDisk(const MigrationOptions& options) {
+  return options.roomAdvice.empty() ? kCheckDisk : options.roomAdvice;
+}
+
 [[noreturn]] void ThrowAsItWas(const MigrationOptions& options, const std::string& reason, const std::string& advice) {
   throw CompanyFileError("The company file " + PathText(options.name) + " is as it was. It could not be brought to " +
                          VersionText(options.steps.size()) + ": " + reason + ". " + advice);
@@ -261,7 +265,7 @@ void ChangeAndCommit(SqliteDatabase& database, const MigrationOptions& options, 
   } catch (const ConstraintViolation& violation) {
     ThrowAsItWas(options, violation.what(), kReport);
   } catch (const UnitOfWorkError&) {
-    ThrowAsItWas(options, database.WhyUnitFailed(), kCheckDisk);
+    ThrowAsItWas(options, database.WhyUnitFailed(), CheckDisk(options));
   }
 }
 
@@ -285,7 +289,7 @@ Migrated Migrate(std::unique_ptr<SqliteDatabase> database, const std::filesystem
   database->AllowCheckpointOnClose(true);
   // Only with this journal is it seen who has a file open.
   if (database->QueryText("PRAGMA journal_mode = WAL") != "wal") {
-    ThrowAsItWas(options, "no write-ahead log can be kept beside it", kCheckDisk);
+    ThrowAsItWas(options, "no write-ahead log can be kept beside it", CheckDisk(options));
   }
   Migrated migrated{.from = from,
                     .to = options.steps.size(),
@@ -303,7 +307,7 @@ Migrated Migrate(std::unique_ptr<SqliteDatabase> database, const std::filesystem
   } catch (const CommitFailed& failure) {
     database.reset();
     const std::optional<std::size_t> told = VersionTold(file, options);
-    if (told == from) ThrowAsItWas(options, failure.what(), kCheckDisk);
+    if (told == from) ThrowAsItWas(options, failure.what(), CheckDisk(options));
     if (before) before->Stay();
     if (!told) {
       throw CompanyFileError("It is not known whether the company file " + PathText(options.name) + " was brought to " +
@@ -321,6 +325,7 @@ std::optional<Migrated> BringForward(const std::filesystem::path& file, const Mi
   const auto deadline = std::chrono::steady_clock::now() + options.patience;
   for (;;) {
     if (std::unique_ptr<SqliteDatabase> database = OpenAlone(file, options.name)) {
+      if (!options.roomAdvice.empty()) database->SetRoomAdvice(options.roomAdvice);
       const std::size_t version = RequireKnownVersion(*database, options.steps.size());
       if (version == options.steps.size()) return std::nullopt;
       return Migrate(std::move(database), file, options, version);

@@ -215,7 +215,7 @@ Database::Failure SqliteDatabase::FailureOf(int code) const {
       return failure(Kind::kOther, notWorkedOn + " Check that you may write it, the files beside it and its folder.");
     case SQLITE_FULL:
     case SQLITE_IOERR:
-      return failure(Kind::kOther, notWorkedOn + " Check that its disk is there and has room.");
+      return failure(Kind::kOther, notWorkedOn + " " + roomAdvice_);
     case SQLITE_ERROR:
       return failure(Kind::kOther, notWorkedOn + " Restore it from a backup if it is damaged.");
     case SQLITE_CONSTRAINT:

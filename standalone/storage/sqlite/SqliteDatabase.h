@@ -48,6 +48,9 @@ class SqliteDatabase final : public Database {
   // another program has given the file another schema version than this.
   void HoldToVersion(std::size_t version) { version_ = static_cast<std::int64_t>(version); }
 
+  // What people are told to do when there is no room, where the file lies on another disk than they think.
+  void SetRoomAdvice(std::string advice) { roomAdvice_ = std::move(advice); }
+
   sqlite3* Handle() const noexcept { return handle_; }
 
   std::int64_t LastInsertedId() const noexcept override;
@@ -73,6 +76,7 @@ class SqliteDatabase final : public Database {
   sqlite3_stmt* commit_ = nullptr;
   sqlite3_stmt* othersVersion_ = nullptr;
   std::int64_t version_ = 0;  // of the schema; 0 for any
+  std::string roomAdvice_ = "Check that its disk is there and has room.";
 };
 
 }  // namespace standalone

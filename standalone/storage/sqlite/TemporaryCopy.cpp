@@ -40,6 +40,26 @@ void Copy(const std::filesystem::path& from, const std::filesystem::path& to) {
   }
 }
 
+std::string AdviceFor(const std::filesystem::path& folder) {
+  return "Make room in the temporary folder " + PathText(folder) +
+         ", or let the environment name another one (TMPDIR, on Windows TMP).";
+}
+
+// As far as it can be told.
+std::filesystem::path TemporaryFolder() {
+  std::error_code ignored;
+  return std::filesystem::temp_directory_path(ignored);
+}
+
+[[noreturn]] void ThrowNotCopied(const std::filesystem::path& file, const std::error_code& reason) {
+  const std::filesystem::path folder = TemporaryFolder();
+  const std::string why = "The company file " + PathText(file) +
+                          " lies on a read-only medium and cannot be copied to a temporary folder (" +
+                          reason.message() + "). ";
+  if (!folder.empty()) throw CompanyFileError(why + AdviceFor(folder));
+  throw CompanyFileError(why + "Let the environment name a folder that is there (TMPDIR, on Windows TMP).");
+}
+
 }  // namespace
 
 TemporaryCopy::TemporaryCopy(const std::filesystem::path& file) : name_(file.filename()) {
@@ -51,8 +71,7 @@ TemporaryCopy::TemporaryCopy(const std::filesystem::path& file) : name_(file.fil
     stayedTheSame = StampsOf(file) == before;
   } catch (const std::system_error& error) {
     Remove();
-    throw CompanyFileError("The company file " + PathText(file) + " cannot be copied to a temporary folder (" +
-                           error.code().message() + "). Check that there is one and that its disk has room.");
+    ThrowNotCopied(file, error.code());
   }
   if (stayedTheSame) return;
   Remove();
@@ -61,6 +80,10 @@ TemporaryCopy::TemporaryCopy(const std::filesystem::path& file) : name_(file.fil
 
 TemporaryCopy::~TemporaryCopy() {
   Remove();
+}
+
+std::string TemporaryCopy::RoomAdvice() const {
+  return AdviceFor(folder_.parent_path());
 }
 
 void TemporaryCopy::Remove() noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace standalone {
 
@@ -15,6 +16,8 @@ class TemporaryCopy {
   ~TemporaryCopy();
 
   std::filesystem::path File() const { return folder_ / name_; }
+  // What to do when there is no room to work on it: not on the disk of the company.
+  std::string RoomAdvice() const;
 
  private:
   void Remove() noexcept;

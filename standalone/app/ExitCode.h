@@ -8,6 +8,7 @@ enum ExitCode : int {
   kExitNotDone = 1,      // the module answered something else than 1, or the work could not be finished
   kExitBadInput = 2,     // usage, or a value that is not acceptable
   kExitCompanyFile = 3,  // the company file cannot be opened or created
+  kExitNotTold = 4,      // the work is saved, but what it came to could not be printed
 };
 
 }  // namespace app

@@ -52,6 +52,9 @@ desk::CompanyOptions HowToOpen(Invocation& invocation, const std::string& file) 
   options.onAnswer = [&invocation](std::int32_t status) {
     invocation.TakeAnswer(status);
   };
+  options.onSaved = [&invocation] {
+    invocation.TakeSaved();
+  };
   if (invocation.options.trace) {
     options.onLogLine = [&trace = invocation.trace](const desk::NewLogLine& line) {
       trace.push_back(line);

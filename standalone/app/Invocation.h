@@ -41,6 +41,10 @@ class Invocation {
   void TakeAnswer(std::int32_t status) noexcept { answer_ = status; }
   const std::optional<std::int32_t>& Answer() const noexcept { return answer_; }
 
+  // Work was saved: what fails from now on does not undo it.
+  void TakeSaved() noexcept { hasSaved_ = true; }
+  bool HasSaved() const noexcept { return hasSaved_; }
+
   // Prints the outcome in the form that was asked for; programs are told what the module answered, too.
   void Report(const Json& forPrograms, std::string_view forPeople) const;
 
@@ -50,6 +54,7 @@ class Invocation {
  private:
   Action action_;
   std::optional<std::int32_t> answer_;
+  bool hasSaved_ = false;
 };
 
 }  // namespace app

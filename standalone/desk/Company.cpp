@@ -49,7 +49,8 @@ void CreateCompany(const NewCompany& company) {
 }
 
 Company::Company(const std::filesystem::path& file, CompanyOptions options)
-    : opened_(std::make_unique<OpenCompany>(file, options.user, TellingOf(options), std::move(options.onAnswer))) {
+    : opened_(std::make_unique<OpenCompany>(file, options.user, TellingOf(options), std::move(options.onAnswer),
+                                            std::move(options.onSaved))) {
   if (!options.onLogLine) return;
   opened_->Host().Log().SetObserver(
       [tell = std::move(options.onLogLine)](const Util::Ops::Line& line) { tell(LogLineOf(line)); });

@@ -35,6 +35,9 @@ class Database {
   // From now on no unit of work that writes begins: it throws UnitOfWorkError with this text.
   void RefuseWriting(std::string why) { whyNotWriting_ = std::move(why); }
 
+  // Told after each commit of a unit that wrote something; throws nothing.
+  void SetSavedObserver(std::function<void()> observer) { onSaved_ = std::move(observer); }
+
   void Begin(Access access);
   void Commit();
   // Undoes the unit. Throws UnitOfWorkError when the engine has failed in it, so that who asked for the work learns why
@@ -99,6 +102,7 @@ class Database {
   // Asked once others have written; anything but an empty answer is why this connection must not go on.
   virtual std::string WhyOthersStopThis() = 0;
 
+  bool HasWritten() const noexcept;
   void DropWhatTheUnitKept() noexcept;
   void RequireUsable(Writes writes);
   [[noreturn]] void Fail() { Fail(WhyFailed()); }
@@ -118,7 +122,8 @@ class Database {
   bool inUnit_ = false;
   Access access_ = Access::kRead;
   std::string whyNotWriting_;  // empty while writing is allowed
-  Failure spoiled_;            // without a reason while the unit can be committed
+  std::function<void()> onSaved_;
+  Failure spoiled_;  // without a reason while the unit can be committed
 };
 
 // Something that is kept from call to call within a unit of work and dropped at its end, although it may still hold:

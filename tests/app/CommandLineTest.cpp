@@ -89,6 +89,84 @@ TEST_F(Books, OutputThatCannotBeWrittenIsAFailure) {
   EXPECT_THAT(outcome.err, HasSubstr("standard output"));
 }
 
+// What a command does, and whether it saves it.
+struct WritingCommand {
+  const char* name;
+  std::vector<std::string> words;
+};
+
+class ACommandThatSaves : public Books, public testing::WithParamInterface<WritingCommand> {
+ public:
+  ACommandThatSaves() {
+    WriteFile("names.csv", "name,kind\nCold Spring,vendor\n");
+    if (std::string_view(GetParam().name) == "CreatesARelation") return;
+    RelateBirch();
+    ImportMarch();
+    Done({"users", "add", kFile, "Robin"});
+    Done({"rejected", "save", kFile, "--realm", "1001", "--request", "rejected-1", "--type", "bill", "--amount", "1.00",
+          "--partner-txn", "7"});
+    Remember("MEPromptLaunchDate", "21000102");
+  }
+
+ protected:
+  static void ExpectSavedButNotTold(const Outcome& outcome) {
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_THAT(outcome.err,
+                testing::StartsWith("multientity: the work is saved, only what it came to was not printed"));
+  }
+};
+
+TEST_P(ACommandThatSaves, SaysSoOnADiskThatIsFull) {
+  ExpectSavedButNotTold(RunProgramInto("/dev/full", In("."), GetParam().words));
+}
+
+TEST_P(ACommandThatSaves, SaysSoToAPipeThatNobodyReads) {
+  ExpectSavedButNotTold(RunProgramIntoAClosedPipe(In("."), GetParam().words));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, ACommandThatSaves,
+    testing::Values(WritingCommand{"MakesACompany", {"init", "cedar.company", "--name", "Cedar"}},
+                    WritingCommand{"Imports", {"import", "names", kFile, "names.csv"}},
+                    WritingCommand{"AddsAUser", {"users", "add", kFile, "Vera"}},
+                    WritingCommand{"ChangesAUser", {"users", "change", kFile, "Robin", "--accountant"}},
+                    WritingCommand{"RemovesAUser", {"users", "remove", kFile, "Robin"}},
+                    WritingCommand{"SetsASetting", {"settings", "set", kFile, "company-name", "Other"}},
+                    WritingCommand{"CreatesARelation",
+                                   {"relation", "create", kFile, "--realm", "1001", "--partner", "Birch", "--due-from",
+                                    "Due from Birch", "--due-to", "Due to Birch"}},
+                    WritingCommand{"UpdatesARelation",
+                                   {"relation", "update", kFile, "--realm", "1001", "--state", "pending"}},
+                    WritingCommand{"DeletesARelation", {"relation", "delete", kFile, "--realm", "1001", "--force"}},
+                    WritingCommand{"Books",
+                                   {"journal", "record", kFile, "--realm", "1001", "--amount", "40.00", "--request",
+                                    "r", "--expense", "Utilities", "--name", "Walker"}},
+                    WritingCommand{"SetsAState",
+                                   {"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill",
+                                    "--state", "3"}},
+                    WritingCommand{"DeletesARejection",
+                                   {"rejected", "delete", kFile, "--realm", "1001", "--request", "rejected-1"}},
+                    WritingCommand{"SetsTheRealm", {"realm", "set", kFile, "--realm", "9130"}},
+                    WritingCommand{"RemembersTheRealm", {"realm", "check", kFile, "--realm", "9130"}},
+                    WritingCommand{"ResetsTheReminder", {"reminder", "reset", kFile}}),
+    [](const testing::TestParamInfo<WritingCommand>& command) { return command.param.name; });
+
+TEST_F(Books, WhatIsSavedButNotToldIsInTheCompany) {
+  const Outcome outcome =
+      RunProgramInto("/dev/full", In("."), {"settings", "set", kFile, "company-name", "Other", "--json"});
+
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(Json::parse(outcome.err).at("error").at("exit"), 4);
+  EXPECT_EQ(Answer({"settings", "show", kFile}).at("settings").at("company-name"), "Other");
+}
+
+TEST_F(Books, WhatIsRefusedIsNotSaidToBeSaved) {
+  const Outcome outcome = RunProgramInto("/dev/full", In("."), {"users", "remove", kFile, "Nobody"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, testing::Not(HasSubstr("saved")));
+}
+
 TEST_F(Books, BrokenRemoteSwitchesLeaveTheFeatureOn) {
   WriteFile("alder.company.remote.toml", "[switches\n");
 

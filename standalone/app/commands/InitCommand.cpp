@@ -24,6 +24,7 @@ void Init(Invocation& invocation, const InitOptions& options) {
   desk::NewCompany company = options.company;
   company.file = FilePath(options.file);
   desk::CreateCompany(company);
+  invocation.TakeSaved();
   invocation.Report({{"file", options.file}, {"company", options.company.name}},
                     fmt::format("Created the company file {} for {}, with the user {}.\n",
                                 standalone::Shown(options.file), options.company.name, desk::kFirstUser));

@@ -63,6 +63,8 @@ const char* CauseText(TerminationCause cause) noexcept {
 // The trace comes as it happens.
 desk::CompanyOptions HowToStayOpen(Invocation& invocation, const std::string& file) {
   desk::CompanyOptions options = HowToOpen(invocation, file);
+  // How it ends is told of the company that is closed, whatever was saved while it was open.
+  options.onSaved = {};
   if (invocation.options.trace) {
     options.onLogLine = [json = invocation.options.json](const desk::NewLogLine& line) {
       PrintError(TraceText(line, json));

@@ -59,6 +59,17 @@ ExitCode FailRefused(bool json, const desk::Refusal& refusal) {
   return code;
 }
 
+// Whoever does it again would do it twice.
+ExitCode FailToTell(const Invocation& invocation, const OutputFailed& error) {
+  const bool json = invocation.options.json;
+  if (!invocation.HasSaved()) return Fail(json, kExitNotDone, error.what());
+  return Fail(
+      json, kExitNotTold,
+      fmt::format("the work is saved, only what it came to was not printed ({}); do not do it again, but have the "
+                  "company listed",
+                  error.what()));
+}
+
 void AddCommands(CLI::App& program, Invocation& invocation) {
   program.name("multientity");
   program.set_version_flag("--version", "multientity " MULTIENTITY_VERSION);
@@ -75,7 +86,7 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
       "Example:\n  multientity accounts alder.company --free --json\n\n"
       "multientity COMMAND --help explains a command. Exit codes: 0 done; 1 refused by the module or not\n"
       "finished; 2 wrong usage, a value that is not acceptable, or no right; 3 the company file cannot be opened or\n"
-      "created.");
+      "created; 4 saved, but standard output cannot be written.");
   AddInit(program, invocation);
   AddImport(program, invocation);
   AddAccounts(program, invocation);
@@ -119,6 +130,7 @@ void RunTraced(Invocation& invocation) {
   try {
     invocation.Run();
     FinishPrinting();
+    if (invocation.HasSaved()) RequireAReader();
   } catch (...) {
     PrintTrace(invocation);
     throw;
@@ -137,6 +149,8 @@ ExitCode RunCommand(Invocation& invocation) {
     return Fail(json, kExitBadInput, error.what());
   } catch (const standalone::CompanyFileError& error) {
     return Fail(json, kExitCompanyFile, error.what());
+  } catch (const OutputFailed& error) {
+    return FailToTell(invocation, error);
   } catch (const std::exception& error) {
     return Fail(json, kExitNotDone, error.what());
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <stdexcept>
 #include <system_error>
 
 #include "standalone/app/terminal/Terminal.h"
@@ -63,7 +62,7 @@ std::string ElementPerLine(const Json& list) {
 }
 
 [[noreturn]] void ThrowNotWritten(int error) {
-  throw std::runtime_error("standard output cannot be written: " + std::generic_category().message(error));
+  throw OutputFailed("standard output cannot be written: " + std::generic_category().message(error));
 }
 
 bool nobodyReads = false;
@@ -133,6 +132,10 @@ void PrintData(std::string_view bytes) {
 void FinishPrinting() {
   if (nobodyReads) return;
   CheckWritten(std::fflush(stdout) == 0);
+}
+
+void RequireAReader() {
+  if (nobodyReads) throw OutputFailed("standard output cannot be written: nobody reads it any more");
 }
 
 void PrintError(std::string_view text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,13 +47,21 @@ std::string JsonLine(const Json& object);
 // Of a text for people or of an error, lines are all that a terminal gets to see: what would steer it is shown as
 // standalone::Shown has it.
 
-// Writes to standard output. Throws std::runtime_error when it cannot be written, unless whoever read it has stopped
-// reading: then the rest is nobody's loss.
+// Standard output cannot be written.
+class OutputFailed : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Writes to standard output. Throws OutputFailed when it cannot be written, unless whoever read it has stopped reading:
+// then the rest is not written.
 void Print(std::string_view text);
 // The same for what another program is to have byte by byte, such as CSV; it stays as it is.
 void PrintData(std::string_view bytes);
 // Makes sure that everything printed has arrived; throws like Print.
 void FinishPrinting();
+// Throws OutputFailed when something was not written as nobody reads any more; for who must not lose it.
+void RequireAReader();
 
 // Writes to standard error, as far as it goes.
 void PrintError(std::string_view text);

@@ -51,11 +51,12 @@ std::string ClockSetTo() {
 
 OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user,
                          std::function<void(const standalone::Opening& done)> onOpened,
-                         std::function<void(std::int32_t status)> onAnswer)
+                         std::function<void(std::int32_t status)> onAnswer, std::function<void()> onSaved)
     : clock_(GivenClock()),
       onAnswer_(std::move(onAnswer)),
       host_(file, user, HostOptionsOf(clock_.get(), std::move(onOpened))),
       session_(host_) {
+  host_.Data().SetSavedObserver(std::move(onSaved));
   if (clock_ != nullptr) LogTheClock(host_.Log());
 }
 

@@ -22,7 +22,7 @@ class OpenCompany {
  public:
   OpenCompany(const std::filesystem::path& file, const std::string& user,
               std::function<void(const standalone::Opening& done)> onOpened,
-              std::function<void(std::int32_t status)> onAnswer);
+              std::function<void(std::int32_t status)> onAnswer, std::function<void()> onSaved);
 
   standalone::StandaloneHost& Host() noexcept { return host_; }
   standalone::Session& Attached() noexcept { return session_; }

@@ -10,6 +10,7 @@
 #include "standalone/books/PreferenceTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/LocalTimes.h"
 #include "standalone/desk/inside/ReminderTimer.h"
 #include "standalone/desk/inside/Work.h"
@@ -94,7 +95,10 @@ ReminderReset ResetReminder(Company& company) {
   return work.WriteAsAdministrator("a change of the day of the next reminder", [&] {
     standalone::PreferenceTable& preferences = work.Host().Preferences();
     ReminderReset reset{.before = preferences.Find(kLaunchDatePreference), .launchDay = {}};
-    preferences.Forget(kLaunchDatePreference);
+    if (reset.before) {
+      preferences.Forget(kLaunchDatePreference);
+      work.Host().Record(DeedOf("reminder.reset", "the next reminder", {{"day", *reset.before}}, {}));
+    }
     reset.launchDay = MESchedulerUtil::GetNextSchedulerTimeFromPrefDb();
     return reset;
   });

@@ -1,3 +1,5 @@
+#include "MultiEntityHost/Preferences.h"
+#include "standalone/desk/Reminder.h"
 #include "tests/desk/DeskFixture.h"
 
 namespace desk {
@@ -138,6 +140,18 @@ TEST_F(TheAuditOfADesk, TellsOfARealmThatACheckHasRemembered) {
   const AuditedDeed realm = DeedOf([&] { CheckRealm(*company_, RealmId("9001"), {}); });
 
   EXPECT_THAT(realm.changes, ElementsAre(Changed("realm id", {}, "9001")));
+}
+
+TEST_F(TheAuditOfADesk, TellsOfAReminderThatWasReset) {
+  {
+    standalone::StandaloneHost other(path_);
+    other.Request(standalone::Access::kWrite, [&] { other.Preferences().Set(kLaunchDatePreference, "21000102"); });
+  }
+
+  const AuditedDeed reset = DeedOf([&] { ResetReminder(*company_); });
+
+  EXPECT_EQ(reset.action, "reminder.reset");
+  EXPECT_THAT(reset.changes, ElementsAre(Changed("day", "21000102", {})));
 }
 
 TEST_F(TheAuditOfADesk, TellsWhatAnImportAdded) {

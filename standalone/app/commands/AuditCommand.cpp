@@ -46,6 +46,7 @@ std::string VerbOf(const std::string& action) {
       {"relation.create", "created"},
       {"relation.delete", "deleted"},
       {"relation.update", "changed"},
+      {"reminder.reset", "reset"},
       {"settings.change", "changed"},
       {"transaction.state", "changed the state of"},
       {"user.add", "added"},

@@ -7,6 +7,10 @@ namespace platform {
 // What the operating system knows of files and the standard library does not tell. All throw std::system_error unless
 // they say otherwise.
 
+// Whether the name is one of a stream within a file, which is listed nowhere and is lost when the file is copied: only
+// on Windows, where it has a colon. Never throws.
+bool NamesAStream(const std::filesystem::path& name) noexcept;
+
 // Makes an empty file that only its owner may read and write, whatever the user's other files are made with; never over
 // one that is there. On Windows the rights of its folder hold.
 void MakeFile(const std::filesystem::path& file);

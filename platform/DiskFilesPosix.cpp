@@ -50,6 +50,10 @@ void BringToDisk(const std::filesystem::path& folder) {
 
 }  // namespace
 
+bool NamesAStream(const std::filesystem::path& /*name*/) noexcept {
+  return false;
+}
+
 void MakeFile(const std::filesystem::path& file) {
   constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
   const Descriptor made(file, O_WRONLY | O_CREAT | O_EXCL, kOwnerOnly);

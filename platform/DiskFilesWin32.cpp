@@ -2,6 +2,7 @@
 
 #include <random>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "platform/DiskFiles.h"
@@ -34,6 +35,14 @@ class OpenFile {
 };
 
 }  // namespace
+
+// What stands before the last separator may begin with a drive.
+bool NamesAStream(const std::filesystem::path& name) noexcept {
+  const std::wstring_view text = name.native();
+  const std::size_t separator = text.find_last_of(L"\\/");
+  const std::size_t drive = text.size() > 1 && text[1] == L':' ? 2 : 0;
+  return text.substr(separator == std::wstring_view::npos ? drive : separator).find(L':') != std::wstring_view::npos;
+}
 
 void MakeFile(const std::filesystem::path& file) {
   const HANDLE made = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/DiskFiles.h"
 #include "standalone/books/AuditTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/books/UserTable.h"
@@ -125,6 +126,19 @@ void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
   database.Execute("PRAGMA journal_mode = WAL");
 }
 
+// What lies beside a company has its name with a suffix, which a NUL would cut off again.
+const std::filesystem::path& RequireFileName(const std::filesystem::path& path) {
+  if (path.empty()) throw InvalidInput("The name of the company file is empty. Give the path of a file.");
+  if (path.native().find('\0') != std::filesystem::path::string_type::npos) {
+    throw InvalidInput("The name of the company file " + Quoted(PathText(path)) + " holds a NUL. Leave it out.");
+  }
+  if (platform::NamesAStream(path)) {
+    throw InvalidInput("The name of the company file " + Quoted(PathText(path)) +
+                       " has a colon, which names a stream within a file on this system. Choose a name without one.");
+  }
+  return path;
+}
+
 // What lies beside a company lies beside its file: the engine's log, the operations log, the remote switches.
 std::filesystem::path BehindItsLinks(const std::filesystem::path& path) {
   std::error_code error;
@@ -136,6 +150,7 @@ std::filesystem::path BehindItsLinks(const std::filesystem::path& path) {
 }  // namespace
 
 void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& company) {
+  RequireFileName(path);
   RequireText("The company name", company.name, 1, kCompanyNameLength);
   RequireCurrencyCode(company.homeCurrency);
   std::error_code ignored;
@@ -153,7 +168,8 @@ void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& co
   if (!isPublished) ThrowThere(path);
 }
 
-CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& options) : path_(BehindItsLinks(path)) {
+CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& options)
+    : path_(BehindItsLinks(RequireFileName(path))) {
   const std::size_t newest = options.schema.size();
   const bool isOlder = RequireCompanyFileHeader(path_, newest) < newest;
   const std::filesystem::path file = isOlder ? FileToOpen(options) : path_;

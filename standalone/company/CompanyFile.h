@@ -45,11 +45,12 @@ struct OpenOptions {
 class CompanyFile {
  public:
   // Makes the file with the user Admin, an administrator, and no account. CompanyFileError when something of that name
-  // exists already or the file cannot be made; InvalidInput for the company's own values. Leaves no half-made file.
+  // exists already or the file cannot be made; InvalidInput for the company's own values and for a name that is none.
+  // Leaves no half-made file.
   static void Create(const std::filesystem::path& path, const NewCompany& company);
 
   // Opens a file and brings one of an older program up to date; one that lies on a read-only medium is copied first,
-  // and units of work only read the copy. Throws CompanyFileError.
+  // and units of work only read the copy. Throws CompanyFileError, and InvalidInput for a name that is none.
   explicit CompanyFile(const std::filesystem::path& path, const OpenOptions& options = {});
 
   // Of the file itself, where a link led to it.

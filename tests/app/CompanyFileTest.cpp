@@ -1,5 +1,9 @@
+#include <algorithm>
+
 #include "app/Books.h"
 
+using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 TEST_F(EmptyDirectory, ACompanyFileIsMadeWithItsAdministrator) {
@@ -99,4 +103,60 @@ TEST_F(Books, WorkThatDoesNotFitOnTheDiskIsReportedAndNothingOfItIsKept) {
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.err, HasSubstr(kFile));
   EXPECT_EQ(Contents(kFile), before);
+}
+
+// The database engine has a meaning of its own for some.
+class AnyFileName : public EmptyDirectory, public testing::WithParamInterface<std::string> {
+ protected:
+  std::vector<std::string> CompanyFiles() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(In("."))) {
+      std::string name = entry.path().filename().string();
+      if (!name.starts_with("standard-")) names.push_back(std::move(name));
+    }
+    std::ranges::sort(names);
+    return names;
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Every, AnyFileName,
+                         testing::Values(":memory:", "file:alder", "file:alder?mode=memory", "file::memory:",
+                                         "file:alder?immutable=1", "file:///alder", "alder?mode=ro", "50%25 of alder"),
+                         [](const auto& name) { return "number" + std::to_string(name.index); });
+
+TEST_P(AnyFileName, IsThatOfAFile) {
+  const std::string file = GetParam();
+  if (IsWindowsProgram() && file.find_first_of(":?") != std::string::npos) GTEST_SKIP() << "no file has such a name";
+  if (file.find('/') != std::string::npos) std::filesystem::create_directory(In("file:"));
+
+  Done({"init", file, "--name", "Alder"});
+  Done({"settings", "set", file, "company-name", "Alder Supply"});
+
+  EXPECT_EQ(Answer({"settings", "show", file}).at("settings").at("company-name"), "Alder Supply");
+  EXPECT_TRUE(std::filesystem::is_regular_file(In(file)));
+  if (file.find('/') == std::string::npos) {
+    EXPECT_THAT(CompanyFiles(), ElementsAre(file, file + ".log"));
+  }
+}
+
+TEST_F(EmptyDirectory, ANameThatNoFileHasIsNamed) {
+  if (!IsWindowsProgram()) GTEST_SKIP() << "files have any name here";
+
+  for (const char* const file : {":memory:", "file:alder", "alder?mode=ro"}) {
+    for (const Outcome& outcome : {Run({"init", file, "--name", "Alder"}), Run({"accounts", file})}) {
+      EXPECT_NE(outcome.exitCode, 0);
+      EXPECT_THAT(outcome.err, HasSubstr(file));
+    }
+  }
+}
+
+TEST_F(EmptyDirectory, AStreamWithinAFileIsNoCompanyFile) {
+  if (!IsWindowsProgram()) GTEST_SKIP() << "files have no streams";
+  WriteFile("letter", "Dear auditor,\n");
+
+  for (const Outcome& outcome : {Run({"init", "letter:alder", "--name", "Alder"}), Run({"accounts", "letter:alder"})}) {
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_THAT(outcome.err, AllOf(HasSubstr("letter:alder"), HasSubstr("colon")));
+  }
+  EXPECT_EQ(Contents("letter"), "Dear auditor,\n");
 }

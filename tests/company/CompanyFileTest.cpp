@@ -213,6 +213,17 @@ TEST_F(TheCompanyFile, WithoutOneOfItsTablesIsDamaged) {
   EXPECT_THAT(Refusal(path_), HasSubstr("its table me_rejected_transaction is missing"));
 }
 
+TEST_F(TheCompanyFile, HasANameThatIsOneToTheSystem) {
+  const std::filesystem::path withNul(std::string("birch\0.company", 14));
+  NewCompany company;
+  company.name = "Birch Services";
+
+  for (const std::filesystem::path& name : {std::filesystem::path(), withNul}) {
+    EXPECT_THAT(MessageOf<InvalidInput>([&] { CompanyFile::Create(name, company); }), HasSubstr("name"));
+    EXPECT_THAT(MessageOf<InvalidInput>([&] { CompanyFile file(name); }), HasSubstr("name"));
+  }
+}
+
 TEST_F(TheCompanyFile, MayHaveAnyCharactersInItsName) {
   const std::filesystem::path path = folder_ / "Bücher & Söhne 50%.company";
   NewCompany company;

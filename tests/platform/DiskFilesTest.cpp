@@ -81,6 +81,23 @@ TEST_F(DiskFiles, GetNoNameThatIsTaken) {
   EXPECT_EQ(ReadFile(file_), "new");
 }
 
+TEST_F(DiskFiles, HaveStreamsOnWindowsOnly) {
+#ifdef _WIN32
+  constexpr bool kHaveStreams = true;
+#else
+  constexpr bool kHaveStreams = false;
+#endif
+
+  EXPECT_EQ(NamesAStream("letter:books"), kHaveStreams);
+  EXPECT_EQ(NamesAStream("C:\\books\\letter::$DATA"), kHaveStreams);
+  EXPECT_EQ(NamesAStream("C:letter:books"), kHaveStreams);
+  EXPECT_EQ(NamesAStream(":memory:"), kHaveStreams);
+  for (const char* const name :
+       {"letter", "C:letter", "C:\\books\\letter", "C:/books/letter", "\\\\?\\C:\\letter", ""}) {
+    EXPECT_FALSE(NamesAStream(name)) << name;
+  }
+}
+
 TEST_F(DiskFiles, LieOnNoReadOnlyMediumWhereTheyWereJustWritten) {
   WriteFile(file_, "");
 

@@ -48,21 +48,30 @@ class SqliteStatement final : public PreparedStatement {
   sqlite3_stmt* statement_;
 };
 
+// To the engine ":memory:", "" and, where it is built so, all that begins with "file:" are no names of files.
+std::filesystem::path AsFileName(const std::filesystem::path& file) {
+  return file.is_relative() ? "." / file : file;
+}
+
 }  // namespace
 
 SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout)
-    : Database(file) {
-  const int code = sqlite3_open_v2(PathText(file).c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+    : SqliteDatabase(file, PathText(AsFileName(file)).c_str(), busyTimeout) {}
+
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& name, const char* nameForEngine,
+                               std::chrono::milliseconds busyTimeout)
+    : Database(name) {
+  const int code = sqlite3_open_v2(nameForEngine, &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                                    /*zVfs=*/nullptr);
   if (code != SQLITE_OK) {
     const std::string reason = handle_ != nullptr ? sqlite3_errmsg(handle_) : "out of memory";
     sqlite3_close(handle_);
-    throw CompanyFileError("The company file " + PathText(file) + " cannot be opened (" + reason +
+    throw CompanyFileError("The company file " + PathText(name) + " cannot be opened (" + reason +
                            "). Check that it exists and that you may read and write it.");
   }
   if (sqlite3_db_readonly(handle_, "main") != 0) {
     sqlite3_close(handle_);
-    throw CompanyFileError("The company file " + PathText(file) +
+    throw CompanyFileError("The company file " + PathText(name) +
                            " is write-protected. Give yourself the right to write it.");
   }
   sqlite3_extended_result_codes(handle_, 1);
@@ -70,7 +79,8 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::chrono::m
 }
 
 SqliteDatabase SqliteDatabase::InMemory() {
-  return {":memory:", std::chrono::milliseconds::zero()};
+  constexpr const char* kNoFile = ":memory:";
+  return {kNoFile, kNoFile, std::chrono::milliseconds::zero()};
 }
 
 SqliteDatabase::~SqliteDatabase() {

@@ -19,7 +19,7 @@ namespace standalone {
 // A connection to a SQLite file.
 class SqliteDatabase final : public Database {
  public:
-  // Opens an existing file; throws CompanyFileError.
+  // Opens an existing file, whatever its name means to the engine elsewhere; throws CompanyFileError.
   SqliteDatabase(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout);
   // An empty one that no file keeps.
   static SqliteDatabase InMemory();
@@ -57,6 +57,8 @@ class SqliteDatabase final : public Database {
   std::int64_t ChangedRows() const noexcept override;
 
  private:
+  SqliteDatabase(const std::filesystem::path& name, const char* nameForEngine, std::chrono::milliseconds busyTimeout);
+
   bool BeginTransaction(Access access) override;
   bool CommitTransaction() override;
   void RollBackTransaction() noexcept override;

@@ -29,6 +29,10 @@ bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem:
 // Whether the file has more than one name on its disk.
 bool HasOtherNames(const std::filesystem::path& file);
 
+// Whether this program may write a file that is there, or make files in a folder. Never throw.
+bool MayWrite(const std::filesystem::path& file) noexcept;
+bool MayMakeFilesIn(const std::filesystem::path& folder) noexcept;
+
 // Whether nothing can be written where the file lies, whoever tries. False when the system does not tell; never throws.
 bool IsOnReadOnlyMedium(const std::filesystem::path& file) noexcept;
 

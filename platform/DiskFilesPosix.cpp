@@ -65,6 +65,8 @@ void MakeFile(const std::filesystem::path& file) {
 std::filesystem::path MakeTemporaryFolder() {
   std::string folder = (std::filesystem::temp_directory_path() / "multientity-XXXXXX").string();
   if (mkdtemp(folder.data()) == nullptr) ThrowSystemError(folder);
+  // The user's mask may have taken rights of the owner's.
+  static_cast<void>(chmod(folder.c_str(), S_IRWXU));
   return folder;
 }
 
@@ -82,11 +84,14 @@ void TakeRightsOf(const std::filesystem::path& model, const std::filesystem::pat
 }
 
 bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem::path& name) {
-  if (link(file.c_str(), name.c_str()) == 0) {
-    unlink(file.c_str());
-  } else if (renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0) {
+  // Where the system can, the file never has two names, which a program that is killed would leave it.
+  if (renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0) {
     if (errno == EEXIST) return false;
-    ThrowSystemError(name);
+    if (link(file.c_str(), name.c_str()) != 0) {
+      if (errno == EEXIST) return false;
+      ThrowSystemError(name);
+    }
+    unlink(file.c_str());
   }
   BringToDisk(name.parent_path());
   return true;
@@ -94,6 +99,15 @@ bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem:
 
 bool HasOtherNames(const std::filesystem::path& file) {
   return StatusOf(file).st_nlink > 1;
+}
+
+// To open the file and close it again would end the locks that this process has on it.
+bool MayWrite(const std::filesystem::path& file) noexcept {
+  return faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+bool MayMakeFilesIn(const std::filesystem::path& folder) noexcept {
+  return faccessat(AT_FDCWD, folder.empty() ? "." : folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 bool IsOnReadOnlyMedium(const std::filesystem::path& file) noexcept {

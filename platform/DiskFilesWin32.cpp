@@ -16,19 +16,20 @@ namespace {
                                           std::error_code(static_cast<int>(GetLastError()), std::system_category()));
 }
 
-// To be asked about, beside others who have it open; its handle is none when it cannot be.
+// To be asked about, beside others who have it open; its handle is none when it cannot be opened with such rights.
 class OpenFile {
  public:
-  explicit OpenFile(const std::filesystem::path& file) noexcept
-      : handle_(CreateFileW(file.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                            nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+  explicit OpenFile(const std::filesystem::path& file, DWORD rights = FILE_READ_ATTRIBUTES) noexcept
+      : handle_(CreateFileW(file.c_str(), rights, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr)) {}
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
   ~OpenFile() {
-    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+    if (IsOpen()) CloseHandle(handle_);
   }
 
   HANDLE Handle() const noexcept { return handle_; }
+  bool IsOpen() const noexcept { return handle_ != INVALID_HANDLE_VALUE; }
 
  private:
   HANDLE handle_;
@@ -72,6 +73,14 @@ bool HasOtherNames(const std::filesystem::path& file) {
   BY_HANDLE_FILE_INFORMATION information{};
   if (GetFileInformationByHandle(opened.Handle(), &information) == 0) ThrowSystemError(file);
   return information.nNumberOfLinks > 1;
+}
+
+bool MayWrite(const std::filesystem::path& file) noexcept {
+  return OpenFile(file, FILE_WRITE_DATA).IsOpen() || GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
+bool MayMakeFilesIn(const std::filesystem::path& folder) noexcept {
+  return OpenFile(folder.empty() ? L"." : folder, FILE_ADD_FILE).IsOpen();
 }
 
 bool IsOnReadOnlyMedium(const std::filesystem::path& file) noexcept {

@@ -18,10 +18,11 @@ using testing::SizeIs;
 
 constexpr perms kOwner = perms::owner_read | perms::owner_write;
 
-class AUserWithoutAMask : public testing::Test {
+// Masks that take nothing from new files, what is usual, and everything.
+class AUserWithAnyMask : public testing::TestWithParam<mode_t> {
  protected:
-  AUserWithoutAMask() : mask_(umask(0)) {}
-  ~AUserWithoutAMask() override { umask(mask_); }
+  AUserWithAnyMask() { umask(GetParam()); }
+  ~AUserWithAnyMask() override { umask(mask_); }
 
   std::map<std::string, perms> RightsOfAll() const {
     std::map<std::string, perms> rights;
@@ -31,14 +32,15 @@ class AUserWithoutAMask : public testing::Test {
     return rights;
   }
 
+  const mode_t mask_ = umask(0);
   TemporaryFolder folder_;
   const std::filesystem::path path_ = folder_ / "birch.company";
-
- private:
-  mode_t mask_;
 };
 
-TEST_F(AUserWithoutAMask, KeepsACompanyAndAllThatBelongsToItToHimself) {
+INSTANTIATE_TEST_SUITE_P(Of, AUserWithAnyMask, testing::Values(0, 022, 0777),
+                         [](const auto& mask) { return "number" + std::to_string(mask.index); });
+
+TEST_P(AUserWithAnyMask, KeepsACompanyAndAllThatBelongsToItToHimself) {
   NewCompany company;
   company.name = "Birch Services";
   CompanyFile::Create(path_, company);
@@ -58,7 +60,7 @@ TEST_F(AUserWithoutAMask, KeepsACompanyAndAllThatBelongsToItToHimself) {
   EXPECT_THAT(rights, SizeIs(testing::Ge(5U)));
 }
 
-TEST_F(AUserWithoutAMask, LeavesALogThatIsThereToWhoMayReadIt) {
+TEST_P(AUserWithAnyMask, LeavesALogThatIsThereToWhoMayReadIt) {
   NewCompany company;
   company.name = "Birch Services";
   CompanyFile::Create(path_, company);
@@ -68,6 +70,16 @@ TEST_F(AUserWithoutAMask, LeavesALogThatIsThereToWhoMayReadIt) {
   const StandaloneHost host(path_);
 
   EXPECT_EQ(std::filesystem::status(CompanyFile::LogPath(path_)).permissions(), kOwner | perms::group_read);
+}
+
+TEST_P(AUserWithAnyMask, KeepsATemporaryCopyToHimself) {
+  WriteFile(path_, "books");
+  std::filesystem::permissions(path_, perms::all);
+
+  const TemporaryCopy copy(path_);
+
+  EXPECT_EQ(std::filesystem::status(copy.File()).permissions(), kOwner);
+  EXPECT_EQ(std::filesystem::status(copy.File().parent_path()).permissions(), perms::owner_all);
 }
 
 }  // namespace

@@ -1,9 +1,12 @@
 #include "standalone/storage/sqlite/TemporaryCopy.h"
 
-#include <cstdint>
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <optional>
 #include <string>
 #include <system_error>
-#include <utility>
+#include <thread>
 #include <vector>
 
 #include "platform/DiskFiles.h"
@@ -17,27 +20,72 @@ namespace {
 // The journals that SQLite leaves beside a file when its program is killed; they belong to its content.
 constexpr const char* kSuffixes[] = {"", "-wal", "-journal"};
 
-using Stamp = std::pair<std::uintmax_t, std::filesystem::file_time_type>;
+constexpr std::size_t kPieceBytes = 64 << 10;
 
-// Sizes and times of the file and its journals, zeros for one that is not there.
-std::vector<Stamp> StampsOf(const std::filesystem::path& file) {
-  std::vector<Stamp> stamps;
-  for (const char* suffix : kSuffixes) {
-    const std::filesystem::path part = WithSuffix(file, suffix);
-    stamps.push_back(std::filesystem::exists(part)
-                         ? Stamp(std::filesystem::file_size(part), std::filesystem::last_write_time(part))
-                         : Stamp());
-  }
-  return stamps;
+[[noreturn]] void ThrowSystemError() {
+  throw std::system_error(errno, std::generic_category());
 }
 
-void Copy(const std::filesystem::path& from, const std::filesystem::path& to) {
-  using std::filesystem::perms;
+// None where there is no such part; its program may just have removed it.
+std::optional<std::ifstream> OpenPart(const std::filesystem::path& part) {
+  std::ifstream stream(part, std::ios::binary);
+  if (stream) return stream;
+  if (errno == ENOENT) return std::nullopt;
+  ThrowSystemError();
+}
+
+std::streamsize ReadPiece(std::istream& stream, std::vector<char>& piece) {
+  return stream.read(piece.data(), static_cast<std::streamsize>(piece.size())).gcount();
+}
+
+void CopyPart(const std::filesystem::path& part, const std::filesystem::path& copy) {
+  std::filesystem::remove(copy);
+  std::optional<std::ifstream> original = OpenPart(part);
+  if (!original) return;
+  platform::MakeFile(copy);
+  std::ofstream copied(copy, std::ios::binary);
+  std::vector<char> piece(kPieceBytes);
+  while (const std::streamsize length = ReadPiece(*original, piece)) copied.write(piece.data(), length);
+  if (original->bad() || !copied.flush()) ThrowSystemError();
+}
+
+// What stood in it at both times when it was read stood in it at one moment between them.
+bool IsStillTheSame(const std::filesystem::path& part, const std::filesystem::path& copy) {
+  std::optional<std::ifstream> original = OpenPart(part);
+  std::optional<std::ifstream> copied = OpenPart(copy);
+  if (!original || !copied) return original.has_value() == copied.has_value();
+  std::vector<char> one(kPieceBytes);
+  std::vector<char> other(kPieceBytes);
+  std::streamsize length = 0;
+  do {
+    length = ReadPiece(*original, one);
+    if (ReadPiece(*copied, other) != length) return false;
+    if (!std::equal(one.begin(), one.begin() + length, other.begin())) return false;
+  } while (length != 0);
+  return true;
+}
+
+// Whether the copy is one of a moment; others may be writing.
+bool Copy(const std::filesystem::path& file, const std::filesystem::path& copy) {
+  for (const char* suffix : kSuffixes) CopyPart(WithSuffix(file, suffix), WithSuffix(copy, suffix));
+  return std::ranges::all_of(kSuffixes, [&](const char* suffix) {
+    return IsStillTheSame(WithSuffix(file, suffix), WithSuffix(copy, suffix));
+  });
+}
+
+bool MayRead(const std::filesystem::path& part) {
+  return !std::filesystem::exists(part) || std::ifstream(part, std::ios::binary);
+}
+
+[[noreturn]] void ThrowNotCopied(const std::filesystem::path& file, const std::error_code& error) {
+  const std::string what = "The company file " + PathText(file) + " cannot be copied to a temporary folder";
   for (const char* suffix : kSuffixes) {
-    if (!std::filesystem::exists(WithSuffix(from, suffix))) continue;
-    std::filesystem::copy_file(WithSuffix(from, suffix), WithSuffix(to, suffix));
-    std::filesystem::permissions(WithSuffix(to, suffix), perms::owner_read | perms::owner_write);
+    const std::filesystem::path part = WithSuffix(file, suffix);
+    if (!MayRead(part)) {
+      throw CompanyFileError(what + ", as " + PathText(part) + " cannot be read. Give yourself the right to read it.");
+    }
   }
+  throw CompanyFileError(what + " (" + error.message() + "). Check that there is one and that its disk has room.");
 }
 
 std::string AdviceFor(const std::filesystem::path& folder) {
@@ -62,18 +110,21 @@ std::filesystem::path TemporaryFolder() {
 
 }  // namespace
 
-TemporaryCopy::TemporaryCopy(const std::filesystem::path& file) : name_(file.filename()) {
-  bool stayedTheSame = false;
+TemporaryCopy::TemporaryCopy(const std::filesystem::path& file, std::chrono::milliseconds patience)
+    : name_(file.filename()) {
+  constexpr std::chrono::milliseconds kPause{20};
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  bool isWhole = false;
   try {
-    const std::vector<Stamp> before = StampsOf(file);
     folder_ = platform::MakeTemporaryFolder();
-    Copy(file, File());
-    stayedTheSame = StampsOf(file) == before;
+    while (!(isWhole = Copy(file, File())) && std::chrono::steady_clock::now() < deadline) {
+      std::this_thread::sleep_for(kPause);
+    }
   } catch (const std::system_error& error) {
     Remove();
     ThrowNotCopied(file, error.code());
   }
-  if (stayedTheSame) return;
+  if (isWhole) return;
   Remove();
   throw FileInUse("The company file " + PathText(file) + " is being changed by another program. Try again later.");
 }

@@ -1,16 +1,18 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 
 namespace standalone {
 
-// A copy of a company file, with what a crash left beside it, in a temporary folder of its own that only its owner may
-// enter; removed with this.
+// A copy of a company file, with the journals that lie beside it, in a temporary folder of its own that only its owner
+// may enter; removed with this. Nothing is written where the file lies, and nobody is kept from working on it.
 class TemporaryCopy {
  public:
-  // Throws CompanyFileError when it cannot be made, or when somebody changes the file meanwhile.
-  explicit TemporaryCopy(const std::filesystem::path& file);
+  // Throws CompanyFileError when it cannot be made, FileInUse when others go on changing the file for so long that it
+  // is never all of one moment.
+  explicit TemporaryCopy(const std::filesystem::path& file, std::chrono::milliseconds patience = {});
   TemporaryCopy(const TemporaryCopy&) = delete;
   TemporaryCopy& operator=(const TemporaryCopy&) = delete;
   ~TemporaryCopy();

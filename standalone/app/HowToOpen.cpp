@@ -24,10 +24,9 @@ std::string BroughtForwardText(const std::string& what, const desk::BroughtForwa
 }
 
 std::string OpeningText(const std::string& file, const desk::Opening& opening) {
-  if (!opening.readsACopy) return BroughtForwardText(file, *opening.broughtForward);
-  return fmt::format(
-             "{} lies on a read-only medium and is read from a copy in a temporary folder; nothing can be saved.",
-             file) +
+  if (!opening.onlyRead) return BroughtForwardText(file, *opening.broughtForward);
+  return fmt::format("{} {} and is read from a copy in a temporary folder; nothing can be saved.", file,
+                     standalone::OnlyReadText(*opening.onlyRead)) +
          (opening.broughtForward ? ' ' + BroughtForwardText("The copy", *opening.broughtForward) : "");
 }
 
@@ -46,6 +45,7 @@ void Tell(bool json, const std::string& file, const desk::Opening& opening) {
 desk::CompanyOptions HowToOpen(Invocation& invocation, const std::string& file) {
   desk::CompanyOptions options;
   options.user = invocation.options.user;
+  options.networkShare = invocation.options.networkShare;
   options.onOpened = [json = invocation.options.json, file](const desk::Opening& opening) {
     Tell(json, file, opening);
   };

@@ -21,6 +21,7 @@ struct GlobalOptions {
   std::string user;
   bool json = false;
   bool trace = false;
+  bool networkShare = false;
 };
 
 // The line as standard error has it, an object on one line for programs.

@@ -1,5 +1,6 @@
 #include "standalone/company/CompanyFile.h"
 
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -122,8 +123,9 @@ void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
   MakeSchema(database);
   Configure(database);
   InsertCompany(database, company);
-  // Kept in the file; done last, so that the header is complete in the file itself.
-  database.Execute("PRAGMA journal_mode = WAL");
+  // Kept in the file; done last, so that the header is complete in the file itself. No other program opens a draft, and
+  // a write-ahead log of one program alone needs no memory in common, which a network share does not have.
+  database.Execute("PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL");
 }
 
 // What lies beside a company has its name with a suffix, which a NUL would cut off again.
@@ -147,14 +149,88 @@ std::filesystem::path BehindItsLinks(const std::filesystem::path& path) {
   return error ? path : file;
 }
 
+std::filesystem::path FolderOf(const std::filesystem::path& path) {
+  const std::filesystem::path folder = path.parent_path();
+  return folder.empty() ? "." : folder;
+}
+
+// What the engine writes: the file, its journals and new ones beside it. The first that may not be written.
+std::optional<std::filesystem::path> WriteProtectedPart(const std::filesystem::path& path) {
+  for (const char* const suffix : {"", "-wal", "-shm", "-journal"}) {
+    std::filesystem::path part = WithSuffix(path, suffix);
+    std::error_code ignored;
+    if (std::filesystem::exists(part, ignored) && !platform::MayWrite(part)) return part;
+  }
+  return std::nullopt;
+}
+
+bool HasOtherNames(const std::filesystem::path& path) {
+  try {
+    return platform::HasOtherNames(path);
+  } catch (const std::system_error& error) {
+    throw CompanyFileError("The company file " + PathText(path) + " cannot be opened (" + error.code().message() +
+                           "). Check that it exists and that you may read and write it.");
+  }
+}
+
+// Nothing when the company can be worked on where it lies.
+std::optional<OnlyRead> WhyOnlyRead(const std::filesystem::path& path, const NetworkShares& shares) {
+  if (platform::IsOnReadOnlyMedium(path)) return OnlyRead::kReadOnlyMedium;
+  if (!shares.mayBeWorkedOn && shares.isOne(path)) return OnlyRead::kNetworkShare;
+  if (HasOtherNames(path)) return OnlyRead::kOtherNames;
+  if (WriteProtectedPart(path)) return OnlyRead::kWriteProtected;
+  if (!platform::MayMakeFilesIn(FolderOf(path))) return OnlyRead::kWriteProtectedFolder;
+  return std::nullopt;
+}
+
+constexpr std::string_view kWhyNotOnAShare =
+    "where programs on two machines would not see each other's work and damage it. ";
+constexpr std::string_view kHowOnAShare =
+    "; an administrator who insists on working there adds --network-share, with which one program at a time has it "
+    "open.";
+
+// With what to do about it.
+std::string WhyNotWorkedOn(const std::filesystem::path& path, OnlyRead why) {
+  const std::string name = PathText(path);
+  const std::string company = "The company file " + name + " ";
+  const std::string reason = company + std::string(OnlyReadText(why));
+  switch (why) {
+    case OnlyRead::kReadOnlyMedium:
+      return company + "is on a read-only medium. Copy it to a disk to work on it.";
+    case OnlyRead::kNetworkShare:
+      return reason + ", " + std::string(kWhyNotOnAShare) + "Move it to a disk of this machine to work on it" +
+             std::string(kHowOnAShare);
+    case OnlyRead::kOtherNames:
+      return reason +
+             ". Programs that work on it under two names keep two write-ahead logs, and what one saves the other "
+             "destroys. Remove the other name, or copy the file and work on the copy.";
+    case OnlyRead::kWriteProtected:
+      return company + "cannot be written, as " + PathText(WriteProtectedPart(path).value_or(path)) +
+             " is write-protected. Give yourself the right to write it.";
+    case OnlyRead::kWriteProtectedFolder:
+      return reason + ", where no write-ahead log can be kept beside it. Give yourself the right to write in " +
+             PathText(FolderOf(path)) + ".";
+  }
+  return reason + ".";
+}
+
+// A company that could only be read there is of no use.
+void RequirePlaceToWork(const std::filesystem::path& path, const NetworkShares& shares) {
+  if (shares.mayBeWorkedOn || !shares.isOne(FolderOf(path))) return;
+  throw CompanyFileError("The company file " + PathText(path) + " cannot be made: it would lie on a network share, " +
+                         std::string(kWhyNotOnAShare) + "Make it on a disk of this machine" +
+                         std::string(kHowOnAShare));
+}
+
 }  // namespace
 
-void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& company) {
+void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& company, const NetworkShares& shares) {
   RequireFileName(path);
   RequireText("The company name", company.name, 1, kCompanyNameLength);
   RequireCurrencyCode(company.homeCurrency);
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) ThrowThere(path);
+  RequirePlaceToWork(path, shares);
   RequireNothingLeft(path);
 
   DraftFile draft = MakeDraft(path);
@@ -172,44 +248,47 @@ CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& o
     : path_(BehindItsLinks(RequireFileName(path))) {
   const std::size_t newest = options.schema.size();
   const bool isOlder = RequireCompanyFileHeader(path_, newest) < newest;
-  const std::filesystem::path file = isOlder ? FileToOpen(options) : path_;
-  if (!isOlder) RequireOwnLog(path_, path_);
+  const std::optional<OnlyRead> onlyRead = WhyOnlyRead(path_, options.networkShares);
+  isAlone_ = !onlyRead && options.networkShares.mayBeWorkedOn && options.networkShares.isOne(path_);
+  const std::filesystem::path file = FileToOpen(options, onlyRead, isOlder);
+  if (!isOlder) RequireOwnLog(file, path_);
   database_ = std::make_unique<SqliteDatabase>(file, options.busyTimeout);
   database_->SetName(path_);
   if (copy_) database_->SetRoomAdvice(copy_->RoomAdvice());
   database_->AllowCheckpointOnClose(false);
+  if (isAlone_) database_->Execute("PRAGMA locking_mode = EXCLUSIVE");
   Configure(*database_);
   RequireKnownVersion(*database_, newest);
   RequireSound(*database_, options.schema);
   database_->HoldToVersion(newest);
   database_->AllowCheckpointOnClose(true);
-  if (copy_) {
-    database_->RefuseWriting("Nothing was saved. The company file " + PathText(path_) +
-                             " is on a read-only medium. Copy it to a disk to work on it.");
-  }
+  if (onlyRead) database_->RefuseWriting("Nothing was saved. " + WhyNotWorkedOn(path_, *onlyRead));
 }
 
 // The file to open: the company's own, or a copy of it.
-std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options) {
+std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options, const std::optional<OnlyRead>& onlyRead,
+                                              bool isOlder) {
+  if (!onlyRead && !isOlder) return path_;
   // What lies beside a file lies beside the file itself, not beside a link to it.
   std::error_code error;
   std::filesystem::path file = std::filesystem::canonical(path_, error);
   if (error) file = std::filesystem::absolute(path_);
-  if (platform::IsOnReadOnlyMedium(file)) file = copy_.emplace(file).File();
-  const bool isCopy = copy_.has_value();
-  const Opening opening{.migrated = BringForward(file, {.name = path_,
-                                                        .steps = options.schema,
-                                                        .patience = options.busyTimeout,
-                                                        .keepsCopy = !isCopy,
-                                                        .record =
-                                                            [&options](const Migrated& done, Database& database) {
-                                                              AuditTable(database).Append(
-                                                                  StampNow(options.clock, /*user=*/{}), DeedOf(done));
-                                                            },
-                                                        .roomAdvice = isCopy ? copy_->RoomAdvice() : std::string()}),
-                        .readsACopy = isCopy};
-  if (options.tell && (opening.migrated || isCopy)) options.tell(opening);
-  return isCopy ? file : path_;
+  if (onlyRead) file = copy_.emplace(file, options.busyTimeout).File();
+  Opening opening{.migrated = {}, .onlyRead = onlyRead};
+  if (isOlder) {
+    opening.migrated =
+        BringForward(file, {.name = path_,
+                            .steps = options.schema,
+                            .patience = options.busyTimeout,
+                            .keepsCopy = !onlyRead,
+                            .record =
+                                [&options](const Migrated& done, Database& database) {
+                                  AuditTable(database).Append(StampNow(options.clock, /*user=*/{}), DeedOf(done));
+                                },
+                            .roomAdvice = onlyRead ? copy_->RoomAdvice() : std::string()});
+  }
+  if (options.tell && (opening.migrated || onlyRead)) options.tell(opening);
+  return onlyRead ? file : path_;
 }
 
 std::filesystem::path CompanyFile::LogPath(const std::filesystem::path& companyFile) {

@@ -29,6 +29,7 @@ constexpr std::size_t kRoomForNumbers = 64;
 OperationsLog::OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits,
                              platform::Clock& clock)
     : clock_(clock), least_(limits.least), userColumn_(EscapeColumn(userName)) {
+  if (file.empty()) return;
   try {
     file_ = std::make_unique<LogFile>(file, limits.fileBytes, limits.olderFiles);
   } catch (const std::exception&) {

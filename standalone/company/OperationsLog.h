@@ -30,7 +30,7 @@ struct LogLimits {
 // Lines then wait for the end of a later unit, for tens of thousands of bytes to come together, for Flush(), which a
 // message loop calls when it has nothing to do, or for the log to be closed; an error is written at once, with what
 // waits. A log that cannot be written, or whose name something else has, such as a folder, a pipe or a device, is given
-// up silently and not waited for; the work that it tells of goes on.
+// up silently and not waited for; the work that it tells of goes on. One without a path has no file.
 class OperationsLog final : public Util::Ops {
  public:
   OperationsLog(const std::filesystem::path& file, std::string_view userName, LogLimits limits = {},

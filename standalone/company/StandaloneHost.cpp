@@ -22,10 +22,15 @@ namespace standalone {
 
 namespace {
 
-User SelectUser(Database& database, UserTable& users, const std::string& name) {
-  UnitOfWork unit(database, Access::kRead);
+User SelectUser(CompanyFile& file, UserTable& users, const std::string& name) {
+  UnitOfWork unit(file.Data(), Access::kRead);
   User user = users.Require(name);
   unit.Commit();
+  if (file.IsWorkedOnAlone() && !user.administrator) {
+    throw InvalidInput("The user " + Quoted(user.name) + " is no administrator. The company file " +
+                       PathText(file.Path()) +
+                       " lies on a network share; only an administrator may insist on working there.");
+  }
   return user;
 }
 
@@ -42,6 +47,11 @@ platform::Clock& RightClock(platform::Clock& clock) {
                            "; set it right before you work on a company.");
 }
 
+// None for a company that is only read: nothing is written beside it.
+std::filesystem::path LogPathOf(const CompanyFile& file) {
+  return file.IsOnlyRead() ? std::filesystem::path() : CompanyFile::LogPath(file.Path());
+}
+
 }  // namespace
 
 // In the order in which they are built upon each other.
@@ -52,8 +62,8 @@ struct StandaloneHost::Parts {
         clock(RightClock(trailClock.clock != nullptr ? *trailClock.clock : platform::SystemClock())),
         file(companyFile, WithClock(options.file, trailClock)),
         users(file.Data()),
-        user(SelectUser(file.Data(), users, userName)),
-        log(CompanyFile::LogPath(file.Path()), user.name, options.log, clock),
+        user(SelectUser(file, users, userName)),
+        log(LogPathOf(file), user.name, options.log, clock),
         remote(CompanyFile::RemotePath(file.Path()), file.Data()),
         messages(file.Data(), std::move(options.answerer)),
         application(file.Data(), log, std::move(options.commandRunner)),

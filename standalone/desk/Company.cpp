@@ -14,7 +14,7 @@ namespace {
 static_assert(std::string_view(kFirstUser) == standalone::kAdministratorName);
 
 Opening OpeningOf(const standalone::Opening& done) {
-  Opening opening{.broughtForward = {}, .readsACopy = done.readsACopy};
+  Opening opening{.broughtForward = {}, .onlyRead = done.onlyRead};
   if (done.migrated) {
     opening.broughtForward = BroughtForward{.from = done.migrated->from,
                                             .to = done.migrated->to,
@@ -24,11 +24,15 @@ Opening OpeningOf(const standalone::Opening& done) {
   return opening;
 }
 
-std::function<void(const standalone::Opening&)> TellingOf(const CompanyOptions& options) {
-  if (!options.onOpened) return {};
-  return [tell = options.onOpened](const standalone::Opening& done) {
-    tell(OpeningOf(done));
-  };
+standalone::OpenOptions HowToOpen(const CompanyOptions& options) {
+  standalone::OpenOptions how;
+  how.networkShares.mayBeWorkedOn = options.networkShare;
+  if (options.onOpened) {
+    how.tell = [tell = options.onOpened](const standalone::Opening& done) {
+      tell(OpeningOf(done));
+    };
+  }
+  return how;
 }
 
 NewLogLine LogLineOf(const Util::Ops::Line& line) {
@@ -40,16 +44,18 @@ NewLogLine LogLineOf(const Util::Ops::Line& line) {
 
 void CreateCompany(const NewCompany& company) {
   const std::unique_ptr<platform::Clock> clock = GivenClock();
-  standalone::CompanyFile::Create(company.file, {.name = company.name,
-                                                 .homeCurrency = company.homeCurrency,
-                                                 .multiCurrency = company.multiCurrency,
-                                                 .sampleFile = company.sampleFile,
-                                                 .accountantsCopy = company.accountantsCopy,
-                                                 .clock = {.clock = clock.get(), .setTo = ClockSetTo()}});
+  standalone::CompanyFile::Create(company.file,
+                                  {.name = company.name,
+                                   .homeCurrency = company.homeCurrency,
+                                   .multiCurrency = company.multiCurrency,
+                                   .sampleFile = company.sampleFile,
+                                   .accountantsCopy = company.accountantsCopy,
+                                   .clock = {.clock = clock.get(), .setTo = ClockSetTo()}},
+                                  {.mayBeWorkedOn = company.networkShare});
 }
 
 Company::Company(const std::filesystem::path& file, CompanyOptions options)
-    : opened_(std::make_unique<OpenCompany>(file, options.user, TellingOf(options), std::move(options.onAnswer),
+    : opened_(std::make_unique<OpenCompany>(file, options.user, HowToOpen(options), std::move(options.onAnswer),
                                             std::move(options.onSaved))) {
   if (!options.onLogLine) return;
   opened_->Host().Log().SetObserver(

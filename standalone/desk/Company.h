@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "standalone/values/OnlyRead.h"
+
 namespace desk {
 
 class OpenCompany;
@@ -19,6 +21,7 @@ struct NewCompany {
   bool multiCurrency = false;
   bool sampleFile = false;
   bool accountantsCopy = false;
+  bool networkShare = false;  // it is made also where CompanyOptions::networkShare is needed to work on it
 };
 
 // The one user that a new company has, an administrator.
@@ -39,7 +42,7 @@ struct BroughtForward {
 // What the opening of a company did besides, for people to be told.
 struct Opening {
   std::optional<BroughtForward> broughtForward;
-  bool readsACopy = false;  // as the company lies on a read-only medium; nothing can be saved
+  std::optional<standalone::OnlyRead> onlyRead;  // why a copy is read, and nothing can be saved
 };
 
 // A line that the operations log gained.
@@ -53,6 +56,9 @@ struct NewLogLine {
 // Who works on a company, and who is told what happens meanwhile, on the company's thread; empty ones are not.
 struct CompanyOptions {
   std::string user = kFirstUser;
+  // Insists on working on a company although it lies on a network share, which only an administrator may do; nobody
+  // else can have it open meanwhile. Without, it is only read there.
+  bool networkShare = false;
   std::function<void(const Opening& opening)> onOpened;
   std::function<void(const NewLogLine& line)> onLogLine;
   std::function<void(std::int32_t status)> onAnswer;  // of the module

@@ -150,16 +150,6 @@ TEST_F(WithoutRights, ACompanyFileThatMayBeWrittenIsWorkedOn) {
   EXPECT_EQ(TryToBook().exitCode, 0);
 }
 
-TEST_F(WithoutRights, AWriteProtectedCompanyFileIsNamed) {
-  Allow(kHere, kReadOnly);
-
-  const Outcome outcome = TryToBook();
-
-  EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_THAT(outcome.err, AllOf(HasSubstr(kHere), HasSubstr("write-protected"), HasSubstr("right to write it")));
-  ExpectUnchanged();
-}
-
 TEST_F(WithoutRights, ACompanyFileThatMayNotBeReadIsNamed) {
   Allow(kHere, perms::none);
 
@@ -167,16 +157,6 @@ TEST_F(WithoutRights, ACompanyFileThatMayNotBeReadIsNamed) {
 
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_THAT(outcome.err, AllOf(HasSubstr(kHere), HasSubstr("Check that you may read and write it")));
-  ExpectUnchanged();
-}
-
-TEST_F(WithoutRights, AWriteProtectedFolderIsToldOf) {
-  Allow("books", kReadOnly | kEnter);
-
-  const Outcome outcome = TryToBook();
-
-  EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_THAT(outcome.err, AllOf(HasSubstr(kHere), HasSubstr("and its folder")));
   ExpectUnchanged();
 }
 

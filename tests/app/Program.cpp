@@ -66,9 +66,14 @@ std::vector<std::string> OnAFullDisk(int blocks, const std::vector<std::string>&
   return Joined({"/bin/sh", "-c", limited}, words);
 }
 
+// Another program that was built with the one under test.
+std::vector<std::string> Variant(const char* builtHere, const std::string& name) {
+  if (!IsWindowsProgram()) return {builtHere};
+  return {"/usr/bin/env", "MULTIENTITY_WINDOWS_PROGRAM=" + name, ProgramUnderTest()};
+}
+
 std::vector<std::string> NextProgram() {
-  if (!IsWindowsProgram()) return {MULTIENTITY_NEXT_PROGRAM};
-  return {"/usr/bin/env", "MULTIENTITY_WINDOWS_PROGRAM=multientity_next", ProgramUnderTest()};
+  return Variant(MULTIENTITY_NEXT_PROGRAM, "multientity_next");
 }
 
 Outcome RunWords(const std::filesystem::path& output, const std::filesystem::path& directory,
@@ -87,6 +92,14 @@ Outcome RunAndRead(const std::filesystem::path& directory, const std::vector<std
   Outcome outcome = RunWords(out, directory, words);
   outcome.out = ContentsOf(out);
   return outcome;
+}
+
+Outcome RunOnAReadOnlyDisk(const std::filesystem::path& directory, const std::vector<std::string>& words) {
+  const std::string script =
+      "mkdir -p disk temporary && mount -t tmpfs none disk && find . -maxdepth 1 -type f -exec cp {} disk \\; && "
+      "mount -o remount,ro disk && export TMPDIR=\"$PWD/temporary\" && cd disk && exec \"$@\"";
+  const std::vector<std::string> shell{"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, "sh"};
+  return RunAndRead(directory, Joined(shell, words));
 }
 
 }  // namespace
@@ -134,13 +147,17 @@ Outcome RunNextProgramOnAReadOnlyDiskWithLittleRoom(std::uintmax_t kibibytes, co
   return RunAndRead(directory, Joined(Joined(shell, NextProgram()), arguments));
 }
 
+Outcome RunProgramOnAReadOnlyDisk(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  return RunOnAReadOnlyDisk(directory, Joined({ProgramUnderTest()}, arguments));
+}
+
 Outcome RunNextProgramOnAReadOnlyDisk(const std::filesystem::path& directory,
                                       const std::vector<std::string>& arguments) {
-  const std::string script =
-      "mkdir disk temporary && mount -t tmpfs none disk && find . -maxdepth 1 -type f -exec cp {} disk \\; && "
-      "mount -o remount,ro disk && export TMPDIR=\"$PWD/temporary\" && cd disk && exec \"$@\"";
-  const std::vector<std::string> shell{"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, "sh"};
-  return RunAndRead(directory, Joined(Joined(shell, NextProgram()), arguments));
+  return RunOnAReadOnlyDisk(directory, Joined(NextProgram(), arguments));
+}
+
+Outcome RunProgramOnANetworkShare(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  return RunAndRead(directory, Joined(Variant(MULTIENTITY_PROGRAM_ON_A_SHARE, "multientity_on_a_share"), arguments));
 }
 
 Outcome RunProgramInto(const std::filesystem::path& output, const std::filesystem::path& directory,
@@ -180,12 +197,12 @@ Outcome RunProgramWithoutRights(const std::filesystem::path& directory, const st
   const std::filesystem::path built = std::filesystem::path(MULTIENTITY_PROGRAM).parent_path();
   std::filesystem::create_directory(reachable);
   for (const char* name : {"multientity", "libMultiEntity.Native.so", "AddinBridge.DLL"}) {
-    std::filesystem::copy_file(built / name, reachable / name);
+    std::filesystem::copy_file(built / name, reachable / name, std::filesystem::copy_options::skip_existing);
   }
-  return RunWords(directory / "standard-output", directory,
-                  Joined({"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "/usr/bin/env",
-                          "LD_LIBRARY_PATH=" + reachable.string(), (reachable / "multientity").string()},
-                         arguments));
+  return RunAndRead(directory,
+                    Joined({"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "/usr/bin/env",
+                            "LD_LIBRARY_PATH=" + reachable.string(), (reachable / "multientity").string()},
+                           arguments));
 }
 
 bool MayRunWithoutRights() {

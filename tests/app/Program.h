@@ -38,8 +38,12 @@ Outcome RunNextProgramOnAFullDisk(int blocks, const std::filesystem::path& direc
 Outcome RunNextProgramOnASmallDisk(std::uintmax_t kibibytes, const std::filesystem::path& directory,
                                    const std::string& file, const std::vector<std::string>& arguments);
 
-// Runs that on a read-only disk of its own that holds the files of the directory, where its temporary files go to
+// Runs it as if it were on a network share, wherever its files lie.
+Outcome RunProgramOnANetworkShare(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
+// Runs it on a read-only disk of its own that holds the files of the directory, where its temporary files go to
 // "temporary". Only where MayMountASmallDisk().
+Outcome RunProgramOnAReadOnlyDisk(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
 Outcome RunNextProgramOnAReadOnlyDisk(const std::filesystem::path& directory,
                                       const std::vector<std::string>& arguments);
 

@@ -246,12 +246,12 @@ TEST(AsJson, ACompanyThatWasBroughtForwardHasItsVersions) {
 }
 
 TEST(AsJson, AnOpeningHasWhatItDidBesides) {
-  EXPECT_EQ(JsonOf(Opening{.broughtForward = {}, .readsACopy = true}).dump(),
-            R"({"readsACopy":true,"from":null,"to":null,"before":null,"left":[]})");
+  EXPECT_EQ(JsonOf(Opening{.broughtForward = {}, .onlyRead = standalone::OnlyRead::kReadOnlyMedium}).dump(),
+            R"({"readsACopy":true,"onlyRead":"read-only-medium","from":null,"to":null,"before":null,"left":[]})");
   EXPECT_EQ(JsonOf(Opening{.broughtForward = BroughtForward{.from = 1, .to = 2, .before = "alder.before", .left = {}},
-                           .readsACopy = false})
+                           .onlyRead = {}})
                 .dump(),
-            R"({"readsACopy":false,"from":1,"to":2,"before":"alder.before","left":[]})");
+            R"({"readsACopy":false,"onlyRead":null,"from":1,"to":2,"before":"alder.before","left":[]})");
 }
 
 TEST(AsJson, AQuestionHasItsKind) {

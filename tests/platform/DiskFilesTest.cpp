@@ -81,6 +81,13 @@ TEST_F(DiskFiles, GetNoNameThatIsTaken) {
   EXPECT_EQ(ReadFile(file_), "new");
 }
 
+TEST_F(DiskFiles, MayBeWrittenByWhoMadeThem) {
+  MakeFile(file_);
+
+  EXPECT_TRUE(MayWrite(file_));
+  EXPECT_TRUE(MayMakeFilesIn(folder_ / "."));
+}
+
 TEST_F(DiskFiles, HaveStreamsOnWindowsOnly) {
 #ifdef _WIN32
   constexpr bool kHaveStreams = true;

@@ -23,6 +23,7 @@ struct InitOptions {
 void Init(Invocation& invocation, const InitOptions& options) {
   desk::NewCompany company = options.company;
   company.file = FilePath(options.file);
+  company.networkShare = invocation.options.networkShare;
   desk::CreateCompany(company);
   invocation.TakeSaved();
   invocation.Report({{"file", options.file}, {"company", options.company.name}},

@@ -27,7 +27,8 @@ namespace {
 // What the module answers when it did what it was asked.
 constexpr std::int32_t kDone = 1;
 
-constexpr const char* kGlobalOptionsHelp = "--user NAME, --json and --trace may be added to every command.";
+constexpr const char* kGlobalOptionsHelp =
+    "--user NAME, --json, --trace and --network-share may be added to every command.";
 
 // The lines that the log gained; an answer other than 1 is told as an error later.
 void PrintTrace(const Invocation& invocation) {
@@ -78,6 +79,8 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   program.add_flag("--json", invocation.options.json, "Results and errors as JSON, for programs");
   program.add_flag("--trace", invocation.options.trace,
                    "Print the lines that the operations log gains to standard error");
+  program.add_flag("--network-share", invocation.options.networkShare,
+                   "Work on a company file although it lies on a network share, as an administrator insists");
   program.require_subcommand(1);
   program.fallthrough();
   // A path may begin with a slash on every system.

@@ -20,12 +20,11 @@ void LogTheClock(standalone::OperationsLog& log) {
       "HOST:: the clock was set to %s by %s", ClockSetTo().c_str(), kClockVariable);
 }
 
-standalone::HostOptions HostOptionsOf(platform::Clock* clock,
-                                      std::function<void(const standalone::Opening& done)> onOpened) {
+standalone::HostOptions HostOptionsOf(platform::Clock* clock, standalone::OpenOptions how) {
   standalone::HostOptions options;
   options.clock = clock;
   options.clockSetTo = ClockSetTo();
-  options.file.tell = std::move(onOpened);
+  options.file = std::move(how);
   return options;
 }
 
@@ -49,12 +48,11 @@ std::string ClockSetTo() {
   return text != nullptr ? text : "";
 }
 
-OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user,
-                         std::function<void(const standalone::Opening& done)> onOpened,
+OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user, standalone::OpenOptions how,
                          std::function<void(std::int32_t status)> onAnswer, std::function<void()> onSaved)
     : clock_(GivenClock()),
       onAnswer_(std::move(onAnswer)),
-      host_(file, user, HostOptionsOf(clock_.get(), std::move(onOpened))),
+      host_(file, user, HostOptionsOf(clock_.get(), std::move(how))),
       session_(host_) {
   host_.Data().SetSavedObserver(std::move(onSaved));
   if (clock_ != nullptr) LogTheClock(host_.Log());

@@ -20,8 +20,7 @@ std::string ClockSetTo();
 // What a company that is open consists of. Its clock is the machine's unless MULTIENTITY_NOW sets another one.
 class OpenCompany {
  public:
-  OpenCompany(const std::filesystem::path& file, const std::string& user,
-              std::function<void(const standalone::Opening& done)> onOpened,
+  OpenCompany(const std::filesystem::path& file, const std::string& user, standalone::OpenOptions how,
               std::function<void(std::int32_t status)> onAnswer, std::function<void()> onSaved);
 
   standalone::StandaloneHost& Host() noexcept { return host_; }

@@ -224,6 +224,23 @@ std::string_view NameOf(Persona persona) noexcept {
   return "unknown";
 }
 
+std::string_view NameOf(standalone::OnlyRead why) noexcept {
+  using standalone::OnlyRead;
+  switch (why) {
+    case OnlyRead::kReadOnlyMedium:
+      return "read-only-medium";
+    case OnlyRead::kNetworkShare:
+      return "network-share";
+    case OnlyRead::kOtherNames:
+      return "hard-link";
+    case OnlyRead::kWriteProtected:
+      return "write-protected";
+    case OnlyRead::kWriteProtectedFolder:
+      return "write-protected-folder";
+  }
+  return "unknown";
+}
+
 std::string_view NameOf(Question::Kind kind) noexcept {
   switch (kind) {
     case Question::Kind::kYesNo:
@@ -321,7 +338,8 @@ Json JsonOf(const BroughtForward& broughtForward) {
 }
 
 Json JsonOf(const Opening& opening) {
-  Json json{{"readsACopy", opening.readsACopy},
+  Json json{{"readsACopy", opening.onlyRead.has_value()},
+            {"onlyRead", opening.onlyRead ? Json(NameOf(*opening.onlyRead)) : Json()},
             {"from", nullptr},
             {"to", nullptr},
             {"before", nullptr},

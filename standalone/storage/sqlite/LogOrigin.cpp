@@ -223,22 +223,12 @@ std::optional<StrayLog> FindStrayLogOf(SqliteDatabase& database, const std::file
                       static_cast<std::uint32_t>(root));
 }
 
-bool LooksStray(const std::filesystem::path& file) {
-  SqliteDatabase database(file, std::chrono::milliseconds::zero());
-  database.AllowCheckpointOnClose(false);
-  try {
-    return FindStrayLogOf(database, file).has_value();
-  } catch (const FileInUse&) {
-    return false;
-  }
-}
-
 }  // namespace
 
 void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
   std::error_code none;
   const std::filesystem::path log = WithSuffix(companyFile, "-wal");
-  if (std::filesystem::file_size(log, none) == 0 || none || !LooksStray(companyFile)) return;
+  if (std::filesystem::file_size(log, none) == 0 || none) return;
   const std::unique_ptr<SqliteDatabase> alone = OpenAlone(companyFile, name);
   if (alone == nullptr) return;
   const std::optional<StrayLog> stray = FindStrayLogOf(*alone, companyFile);

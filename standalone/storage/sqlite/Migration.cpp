@@ -60,12 +60,6 @@ void WaitALittle() {
   std::this_thread::sleep_for(milliseconds(std::uniform_int_distribution(5, 50)(random)));
 }
 
-// Under another name of the file a program would work on it with another write-ahead log.
-void RequireOneName(const std::filesystem::path& file, const MigrationOptions& options) {
-  if (!platform::HasOtherNames(file)) return;
-  ThrowAsItWas(options, "it has another name on its disk (a hard link)", "Remove that name first.");
-}
-
 // What lies beside a database as its journal is a part of it.
 bool HasJournal(const std::filesystem::path& file) {
   return std::filesystem::exists(std::filesystem::symlink_status(WithSuffix(file, "-wal"))) ||
@@ -283,7 +277,6 @@ std::optional<std::size_t> VersionTold(const std::filesystem::path& file, const 
 
 Migrated Migrate(std::unique_ptr<SqliteDatabase> database, const std::filesystem::path& file,
                  const MigrationOptions& options, std::size_t from) {
-  RequireOneName(file, options);
   const std::string fault = AnyFaultOf(*database, options.steps.first(from));
   if (!fault.empty()) ThrowDamaged(options.name, fault);
   database->AllowCheckpointOnClose(true);

@@ -9,6 +9,7 @@ enum ExitCode : int {
   kExitBadInput = 2,     // usage, or a value that is not acceptable
   kExitCompanyFile = 3,  // the company file cannot be opened or created
   kExitNotTold = 4,      // the work is saved, but what it came to could not be printed
+  kExitNotKnown = 5,     // the disk failed while the work was saved, which may be there or not
 };
 
 }  // namespace app

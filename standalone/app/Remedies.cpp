@@ -95,4 +95,9 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
   return {};
 }
 
+std::string_view HintWhenNotKnown() noexcept {
+  return "look whether it is there, and do it again only if it is not; see: multientity transactions FILE, for a "
+         "partner's request: multientity transaction exists FILE --realm ID --request ID";
+}
+
 }  // namespace app

@@ -69,7 +69,7 @@ struct CompanyOptions {
 // host. Everything that a person can ask for is a function that takes it. Besides what they say, they throw Refused,
 // standalone::InvalidInput for a value or record that is none, standalone::ConstraintViolation for a change that the
 // company's own rules refuse, and standalone::UnitOfWorkError when another program holds the company too long or the
-// disk fails; a unit of work that throws leaves nothing behind.
+// disk fails; a unit of work that throws leaves nothing behind, unless it throws standalone::OutcomeUnknown.
 //
 // The environment variable MULTIENTITY_NOW, a local time such as 2026-01-31T09:30:00, sets the clock for tests and
 // scripts; it goes on from there, and the operations log says so.

@@ -14,6 +14,8 @@ void Database::Begin(Access access) {
   if (inUnit_) throw UnitOfWorkError("A unit of work is already open.");
   if (access == Access::kWrite && !whyNotWriting_.empty()) throw UnitOfWorkError(whyNotWriting_);
   spoiled_ = {};
+  mayBeSaved_ = false;
+  isPartSaved_ = false;
   if (!BeginTransaction(access)) {
     const Failure failure = WhyFailed();
     if (failure.kind == Failure::Kind::kInUse) throw UnitOfWorkError(failure.complaint);
@@ -36,8 +38,10 @@ void Database::Commit() {
   NoticeLostUnit();
   if (IsSpoiled()) ThrowSpoiled();
   DropWhatTheUnitKept();
-  if (!CommitTransaction()) {
+  const CommitOutcome outcome = CommitTransaction();
+  if (outcome != CommitOutcome::kSaved) {
     spoiled_ = WhyFailed();
+    mayBeSaved_ = outcome == CommitOutcome::kUnknown && HasUnitWritten();
     ThrowSpoiled();
   }
   inUnit_ = false;
@@ -54,7 +58,7 @@ bool Database::HasWritten() const noexcept {
 void Database::TakeBack() {
   NoticeLostUnit();
   if (inUnit_ && IsSpoiled()) ThrowSpoiled();
-  if (inUnit_ && readVersion_ == readVersionAtBegin_) {
+  if (inUnit_ && !HasUnitWritten()) {
     Commit();
   } else {
     Rollback();
@@ -127,8 +131,10 @@ void Database::Spoil(std::string reason) {
 }
 
 void Database::ThrowSpoiled() const {
+  if (mayBeSaved_) throw OutcomeUnknown("It is not known whether the work was saved. " + spoiled_.complaint);
   if (spoiled_.kind == Failure::Kind::kDamaged) throw CompanyFileError(spoiled_.complaint);
-  throw UnitOfWorkError("Nothing was saved. " + spoiled_.complaint);
+  const std::string saved = isPartSaved_ ? "Only what came before the question was saved. " : "Nothing was saved. ";
+  throw UnitOfWorkError(saved + spoiled_.complaint);
 }
 
 // The engine rolls back by itself after some failures, a full disk among them. What follows would then find nothing and
@@ -167,15 +173,20 @@ void OutsideUnit(Database& database, const std::function<void()>& work) {
     return;
   }
   const Access access = database.UnitAccess();
+  const bool isPartSaved = database.isPartSaved_ || database.HasUnitWritten();
+  const auto beginAgain = [&] {
+    database.Begin(access);
+    database.isPartSaved_ = isPartSaved;
+  };
   database.Commit();
   try {
     work();
   } catch (...) {
     // Whoever catches it goes on working.
-    database.Begin(access);
+    beginAgain();
     throw;
   }
-  database.Begin(access);
+  beginAgain();
 }
 
 }  // namespace standalone

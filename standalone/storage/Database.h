@@ -10,8 +10,13 @@
 
 namespace standalone {
 
+class Database;
 class PreparedStatement;
 class UnitBound;
+
+// Commits the unit of work that is open, if any, runs `work` and begins another unit with the same access: for
+// questions to the user and for commands, which must not keep others waiting and may open units of their own.
+void OutsideUnit(Database& database, const std::function<void()>& work);
 
 // What a unit of work may do: read one unchanging state of the company, or read and write while others wait.
 enum class Access { kRead, kWrite };
@@ -25,7 +30,7 @@ enum class Writes { kNothing, kBookings, kLists };
 //
 // Errors: ConstraintViolation leaves the unit of work as it was before the statement. Any other failure of the engine
 // spoils the unit: every later statement and the commit throw UnitOfWorkError (CompanyFileError when the database is
-// damaged), because what the unit wrote before may be gone.
+// damaged), because what the unit wrote before may be gone. A commit whose outcome nobody knows throws OutcomeUnknown.
 class Database {
  public:
   Database(const Database&) = delete;
@@ -75,6 +80,9 @@ class Database {
     std::string complaint;  // what is wrong with the company, and what to do about it; a sentence or two
   };
 
+  // What became of a transaction that was to be committed.
+  enum class CommitOutcome { kSaved, kNotSaved, kUnknown };
+
   explicit Database(std::filesystem::path name);
 
   // Throws what a failure means where it happened, in a unit of work or outside of one.
@@ -86,11 +94,12 @@ class Database {
   friend class Rows;
   friend class Statement;
   friend class UnitBound;
+  friend void OutsideUnit(Database& database, const std::function<void()>& work);
 
-  // What an engine does. Those that answer false have failed, and WhyFailed() says why until the engine is asked for
-  // the next thing.
+  // What an engine does. Those that answer false or that it was not saved have failed, and WhyFailed() says why until
+  // the engine is asked for the next thing.
   virtual bool BeginTransaction(Access access) = 0;
-  virtual bool CommitTransaction() = 0;
+  virtual CommitOutcome CommitTransaction() = 0;
   virtual void RollBackTransaction() noexcept = 0;
   // False as well once the engine has rolled back by itself.
   virtual bool HasTransaction() const noexcept = 0;
@@ -107,6 +116,7 @@ class Database {
   void RequireUsable(Writes writes);
   [[noreturn]] void Fail() { Fail(WhyFailed()); }
   bool IsSpoiled() const noexcept { return !spoiled_.reason.empty(); }
+  bool HasUnitWritten() const noexcept { return access_ == Access::kWrite && readVersion_ != readVersionAtBegin_; }
   void Spoil(std::string reason);
   [[noreturn]] void ThrowSpoiled() const;
   void NoticeLostUnit();
@@ -123,7 +133,9 @@ class Database {
   Access access_ = Access::kRead;
   std::string whyNotWriting_;  // empty while writing is allowed
   std::function<void()> onSaved_;
-  Failure spoiled_;  // without a reason while the unit can be committed
+  Failure spoiled_;           // without a reason while the unit can be committed
+  bool mayBeSaved_ = false;   // the spoiled unit, whose commit has failed
+  bool isPartSaved_ = false;  // what came before a question in the unit
 };
 
 // Something that is kept from call to call within a unit of work and dropped at its end, although it may still hold:
@@ -146,7 +158,7 @@ class UnitBound {
 };
 
 // A unit of work: what it wrote is in the company once Commit() has returned, and nothing of it otherwise. Throws
-// UnitOfWorkError when it cannot begin or commit.
+// UnitOfWorkError when it cannot begin or commit, OutcomeUnknown when it may be there all the same.
 class UnitOfWork {
  public:
   UnitOfWork(Database& database, Access access);
@@ -169,9 +181,5 @@ auto InReadingUnit(Database& database, Work&& work) {
   unit.Commit();
   return result;
 }
-
-// Commits the unit of work that is open, if any, runs `work` and begins another unit with the same access: for
-// questions to the user and for commands, which must not keep others waiting and may open units of their own.
-void OutsideUnit(Database& database, const std::function<void()>& work);
 
 }  // namespace standalone

@@ -24,10 +24,17 @@ class InvalidInput : public std::runtime_error {
 };
 
 // A unit of work could not begin, go on or be committed: another program holds the file too long, the disk is full, the
-// engine gave up. Nothing of the unit is in the file.
+// engine gave up. Nothing of the unit is in the file, but for what came before a question in it.
 class UnitOfWorkError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+};
+
+// The disk failed while a unit of work was committed: it is in the file as a whole or not at all, and which of them
+// only a look tells.
+class OutcomeUnknown : public UnitOfWorkError {
+ public:
+  using UnitOfWorkError::UnitOfWorkError;
 };
 
 // A change that the rules of the company file refuse, such as a name that is taken. The unit of work goes on.

@@ -10,6 +10,7 @@ using std::filesystem::perms;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr perms kReadOnly = perms::owner_read | perms::group_read | perms::others_read;
 constexpr perms kReadAndWrite = kReadOnly | perms::owner_write | perms::group_write | perms::others_write;
@@ -209,8 +210,8 @@ class FullDisk : public Books {
       const std::string room = std::to_string(blocks) + " blocks: ";
       if (outcome.exitCode == 0) return complaints;
       ++failures_;
-      if (outcome.exitCode != 1 && outcome.exitCode != 3) {
-        complaints.push_back(room + "exit code " + std::to_string(outcome.exitCode));
+      if (!SaysWhatBecameOfIt(outcome)) {
+        complaints.push_back(room + "exit code " + std::to_string(outcome.exitCode) + ", " + outcome.err);
       }
       if (outcome.err.find(arguments[2]) == std::string::npos || outcome.err.find("Check that") == std::string::npos) {
         complaints.push_back(room + outcome.err);
@@ -219,6 +220,12 @@ class FullDisk : public Books {
     }
     complaints.emplace_back("it was never done");
     return complaints;
+  }
+
+  // What cannot be opened or begun was not saved either. That a write failed does not tell what of it is there.
+  static bool SaysWhatBecameOfIt(const Outcome& outcome) {
+    const bool isKnown = outcome.err.find("It is not known whether the work was saved") == std::string::npos;
+    return isKnown ? outcome.exitCode == 1 || outcome.exitCode == 3 : outcome.exitCode == 4;
   }
 
   ::Contents Look() const {
@@ -269,6 +276,30 @@ TEST_F(FullDisk, MakesNoCompanyUntilAllOfItFits) {
   EXPECT_FALSE(std::filesystem::exists(In("new.company")));
   EXPECT_THAT(FilesLike("new.company"), IsEmpty());
   Done(init);
+}
+
+TEST_F(Books, ADiskThatFailsLeavesOpenWhetherTheWorkWasSaved) {
+  RelateBirch();
+  const std::vector<std::string> booking = {"journal",   "record", kFile,       "--realm",   "1001",   "--amount", "1",
+                                            "--request", "r",      "--expense", "Utilities", "--name", "Walker"};
+
+  const Outcome outcome = RunProgramOnABadDisk(In("."), booking);
+
+  EXPECT_EQ(outcome.exitCode, 5);
+  EXPECT_THAT(outcome.err, AllOf(HasSubstr("It is not known whether the work was saved"), HasSubstr(kFile),
+                                 HasSubstr("Check that its disk"), HasSubstr("multientity transaction exists"),
+                                 Not(HasSubstr("Nothing was saved"))));
+  // As the hint says.
+  if (Run({"transaction", "exists", kFile, "--realm", "1001", "--request", "r"}).exitCode != 0) Done(booking);
+  EXPECT_EQ(Answer({"transactions", kFile, "--from", "2024-01-01"}).at("transactions").size(), 1U);
+}
+
+TEST_F(Books, ADiskThatFailsIsToldToPrograms) {
+  const Outcome outcome = RunProgramOnABadDisk(In("."), {"settings", "set", kFile, "company-name", "Other", "--json"});
+
+  const Json error = Json::parse(outcome.err).at("error");
+  EXPECT_EQ(error.at("exit"), 4);
+  EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("do it again only if it is not"));
 }
 
 class SmallDisk : public FullDisk {

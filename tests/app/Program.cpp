@@ -156,6 +156,11 @@ Outcome RunNextProgramOnAReadOnlyDisk(const std::filesystem::path& directory,
   return RunOnAReadOnlyDisk(directory, Joined(NextProgram(), arguments));
 }
 
+Outcome RunProgramOnABadDisk(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
+  return RunAndRead(directory,
+                    Joined(Variant(MULTIENTITY_PROGRAM_ON_A_BAD_DISK, "multientity_on_a_bad_disk"), arguments));
+}
+
 Outcome RunProgramOnANetworkShare(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
   return RunAndRead(directory, Joined(Variant(MULTIENTITY_PROGRAM_ON_A_SHARE, "multientity_on_a_share"), arguments));
 }

@@ -38,6 +38,9 @@ Outcome RunNextProgramOnAFullDisk(int blocks, const std::filesystem::path& direc
 Outcome RunNextProgramOnASmallDisk(std::uintmax_t kibibytes, const std::filesystem::path& directory,
                                    const std::string& file, const std::vector<std::string>& arguments);
 
+// Runs it on a disk that fails whenever something is saved.
+Outcome RunProgramOnABadDisk(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
+
 // Runs it as if it were on a network share, wherever its files lie.
 Outcome RunProgramOnANetworkShare(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
 

@@ -19,7 +19,7 @@ namespace {
 using fuzzing::Require;
 
 constexpr int kWrongUsage = 2;
-constexpr int kLargestExitCode = 4;
+constexpr int kLargestExitCode = 5;
 
 // Any argument may turn out to be a path, and files elsewhere are not for fuzzing. Paths below the folder lead nowhere,
 // as there are no folders in it.

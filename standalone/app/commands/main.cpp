@@ -43,6 +43,13 @@ ExitCode Fail(bool json, ExitCode code, std::string_view message) {
   return code;
 }
 
+ExitCode FailNotKnown(bool json, std::string_view message) {
+  const std::string_view hint = HintWhenNotKnown();
+  PrintError(json ? JsonText({{"error", {{"exit", kExitNotKnown}, {"message", message}, {"hint", hint}}}})
+                  : fmt::format("multientity: {}\n  {}\n", message, hint));
+  return kExitNotKnown;
+}
+
 // What the module refuses could have been done; what the desk refuses before it asks is not acceptable.
 ExitCode FailRefused(bool json, const desk::Refusal& refusal) {
   const ExitCode code = refusal.status ? kExitNotDone : kExitBadInput;
@@ -89,7 +96,9 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
       "Example:\n  multientity accounts alder.company --free --json\n\n"
       "multientity COMMAND --help explains a command. Exit codes: 0 done; 1 refused by the module or not\n"
       "finished; 2 wrong usage, a value that is not acceptable, or no right; 3 the company file cannot be opened or\n"
-      "created; 4 saved, but standard output cannot be written.");
+      "created; 4 saved, but standard output cannot be written; 5 the disk failed, and it is not known whether the "
+      "work\n"
+      "was saved.");
   AddInit(program, invocation);
   AddImport(program, invocation);
   AddAccounts(program, invocation);
@@ -154,6 +163,8 @@ ExitCode RunCommand(Invocation& invocation) {
     return Fail(json, kExitCompanyFile, error.what());
   } catch (const OutputFailed& error) {
     return FailToTell(invocation, error);
+  } catch (const standalone::OutcomeUnknown& error) {
+    return FailNotKnown(json, error.what());
   } catch (const std::exception& error) {
     return Fail(json, kExitNotDone, error.what());
   }

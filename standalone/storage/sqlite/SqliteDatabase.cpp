@@ -149,8 +149,20 @@ bool SqliteDatabase::BeginTransaction(Access access) {
   return access == Access::kWrite ? RunKept(beginWriting_, "BEGIN IMMEDIATE") : RunKept(beginReading_, "BEGIN");
 }
 
-bool SqliteDatabase::CommitTransaction() {
-  return RunKept(commit_, "COMMIT");
+// A disk that is full has not taken the end of the log, which alone commits. After any other failure of the disk it may
+// be there: it is written before it is brought to the disk, and whoever opens the file after a crash takes it as valid.
+Database::CommitOutcome SqliteDatabase::CommitTransaction() {
+  if (RunKept(commit_, "COMMIT")) return CommitOutcome::kSaved;
+  switch (sqlite3_errcode(handle_) & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_CONSTRAINT:
+    case SQLITE_ERROR:
+    case SQLITE_FULL:
+      return CommitOutcome::kNotSaved;
+    default:
+      return CommitOutcome::kUnknown;
+  }
 }
 
 void SqliteDatabase::RollBackTransaction() noexcept {

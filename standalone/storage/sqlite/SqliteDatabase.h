@@ -60,7 +60,7 @@ class SqliteDatabase final : public Database {
   SqliteDatabase(const std::filesystem::path& name, const char* nameForEngine, std::chrono::milliseconds busyTimeout);
 
   bool BeginTransaction(Access access) override;
-  bool CommitTransaction() override;
+  CommitOutcome CommitTransaction() override;
   void RollBackTransaction() noexcept override;
   bool HasTransaction() const noexcept override;
   std::unique_ptr<PreparedStatement> Prepare(const char* sql) override;

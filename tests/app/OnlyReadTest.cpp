@@ -34,6 +34,8 @@ class OnlyReadBooks : public Books {
             {"persona", kFile, "--role", "0"},
             {"plugin", "check", kFile},
             {"reminder", "show", kFile},
+            {"audit", "show", kFile},
+            {"audit", "verify", kFile},
             {"log", kFile}};
   }
   static std::vector<std::string> Booking() {

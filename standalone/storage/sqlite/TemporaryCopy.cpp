@@ -77,17 +77,6 @@ bool MayRead(const std::filesystem::path& part) {
   return !std::filesystem::exists(part) || std::ifstream(part, std::ios::binary);
 }
 
-[[noreturn]] void ThrowNotCopied(const std::filesystem::path& file, const std::error_code& error) {
-  const std::string what = "The company file " + PathText(file) + " cannot be copied to a temporary folder";
-  for (const char* suffix : kSuffixes) {
-    const std::filesystem::path part = WithSuffix(file, suffix);
-    if (!MayRead(part)) {
-      throw CompanyFileError(what + ", as " + PathText(part) + " cannot be read. Give yourself the right to read it.");
-    }
-  }
-  throw CompanyFileError(what + " (" + error.message() + "). Check that there is one and that its disk has room.");
-}
-
 std::string AdviceFor(const std::filesystem::path& folder) {
   return "Make room in the temporary folder " + PathText(folder) +
          ", or let the environment name another one (TMPDIR, on Windows TMP).";
@@ -99,11 +88,16 @@ std::filesystem::path TemporaryFolder() {
   return std::filesystem::temp_directory_path(ignored);
 }
 
-[[noreturn]] void ThrowNotCopied(const std::filesystem::path& file, const std::error_code& reason) {
+[[noreturn]] void ThrowNotCopied(const std::filesystem::path& file, const std::error_code& error) {
+  const std::string what = "The company file " + PathText(file) + " cannot be copied to a temporary folder";
+  for (const char* suffix : kSuffixes) {
+    const std::filesystem::path part = WithSuffix(file, suffix);
+    if (!MayRead(part)) {
+      throw CompanyFileError(what + ", as " + PathText(part) + " cannot be read. Give yourself the right to read it.");
+    }
+  }
+  const std::string why = what + " (" + error.message() + "). ";
   const std::filesystem::path folder = TemporaryFolder();
-  const std::string why = "The company file " + PathText(file) +
-                          " lies on a read-only medium and cannot be copied to a temporary folder (" +
-                          reason.message() + "). ";
   if (!folder.empty()) throw CompanyFileError(why + AdviceFor(folder));
   throw CompanyFileError(why + "Let the environment name a folder that is there (TMPDIR, on Windows TMP).");
 }

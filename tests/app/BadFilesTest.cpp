@@ -225,7 +225,7 @@ class FullDisk : public Books {
   // What cannot be opened or begun was not saved either. That a write failed does not tell what of it is there.
   static bool SaysWhatBecameOfIt(const Outcome& outcome) {
     const bool isKnown = outcome.err.find("It is not known whether the work was saved") == std::string::npos;
-    return isKnown ? outcome.exitCode == 1 || outcome.exitCode == 3 : outcome.exitCode == 4;
+    return isKnown ? outcome.exitCode == 1 || outcome.exitCode == 3 : outcome.exitCode == 5;
   }
 
   ::Contents Look() const {
@@ -298,7 +298,7 @@ TEST_F(Books, ADiskThatFailsIsToldToPrograms) {
   const Outcome outcome = RunProgramOnABadDisk(In("."), {"settings", "set", kFile, "company-name", "Other", "--json"});
 
   const Json error = Json::parse(outcome.err).at("error");
-  EXPECT_EQ(error.at("exit"), 4);
+  EXPECT_EQ(error.at("exit"), 5);
   EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("do it again only if it is not"));
 }
 

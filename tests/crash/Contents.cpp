@@ -105,7 +105,7 @@ void CheckChain(sqlite3* database, Inspection& inspection) {
     };
     const bool isNext = take() == std::to_string(++number);
     const bool goesOn = take() == before;
-    if (!isNext || !goesOn) inspection.faults.push_back("the audit trail breaks at line " + std::to_string(number));
+    if (!isNext || !goesOn) inspection.separated.push_back("the audit trail breaks at line " + std::to_string(number));
     for (int column = 2; column < kAuditColumns; ++column) take();
     before = standalone::Sha256Of(netstrings);
   });

@@ -134,7 +134,7 @@ TEST_F(TheInspection, FindsAnEntryOfTheAuditTrailThatIsNotThere) {
 }
 
 TEST_F(TheInspection, FindsABreakOfTheAuditTrail) {
-  EXPECT_THAT(FaultsAfter("UPDATE audit SET user = 'Robin' WHERE id = 1"),
+  EXPECT_THAT(SeparatedAfter("UPDATE audit SET user = 'Robin' WHERE id = 1"),
               ElementsAre("the audit trail breaks at line 2"));
 }
 

@@ -8,7 +8,7 @@
 # which is emptied first. Exits with 1 when something is not as expected.
 . "$(dirname -- "${BASH_SOURCE[0]}")/play.sh"
 
-readonly kPower='Northfield Power and Light'
+readonly kPower='Northfield Power and Light' kSoftware='Workforce Software Inc.'
 
 # The intercompany line of a company's books that a day and a vendor name, as JSON.
 line_of() {
@@ -81,7 +81,7 @@ open_company birch.company birch "$kBirch" "$kAlder" "$kAlderRealm"
 
 step "On December 10 Alder paid half of an elevator inspection for Birch. Birch does not know the request yet, and books it."
 bill=$(line_of alder.company 2024-12-10 "$kVendor")
-contains "$bill" '"state":"pending"' "Alder's bill"
+contains "$bill" '"state":"sent"' "Alder's bill"
 request=$(json_value "$bill" requestId)
 run 0 transaction exists birch.company --realm "$kAlderRealm" --request "$request"
 log_gained
@@ -107,7 +107,7 @@ run - users add alder.company Robin --right bills:view --right checks:modify
 run 3 transaction set-state alder.company --realm "$kBirchRealm" --request "$second_request" --state established \
   --user Robin
 log_has "0 6 $kDriver::UpdateTransactionWithState: MULTIENTITY_ERROR: No permission to update Bills"
-contains "$(line_of alder.company 2024-12-12 "$kPower")" '"state":"pending"' "the other bill"
+contains "$(line_of alder.company 2024-12-12 "$kPower")" '"state":"sent"' "the other bill"
 
 step "That other bill, half of a power bill, is rejected. Birch keeps the rejection, lists it and knows the request from now on."
 second_amount=$(json_value "$second" amount)
@@ -128,11 +128,19 @@ run_to_exit 2 - journal record birch.company --realm "$kAlderRealm" --amount "$s
 contains "$complaint" 'was rejected' "the refusal"
 log_gained
 
-step "Alder marks its own bill as rejected."
+step "The bill came back to Alder, where it waits to be corrected and sent again, or closed. It is not established."
 run 1 transaction set-state alder.company --txn "$(json_value "$second" transaction)" \
-  --target "$(json_value "$second" line)" --state rejected
+  --target "$(json_value "$second" line)" --state came-back
 log_gained "${granted[@]}"
-contains "$(line_of alder.company 2024-12-12 "$kPower")" '"state":"rejected"' "the other bill"
+contains "$(line_of alder.company 2024-12-12 "$kPower")" '"state":"came-back"' "the other bill"
+run_to_exit 2 - transaction set-state alder.company --realm "$kBirchRealm" --request "$second_request" --state established
+contains "$(line_of alder.company 2024-12-12 "$kPower")" '"state":"came-back"' "the other bill"
+
+step "What Birch paid for Alder's software comes back to Birch in the same way."
+software=$(line_of birch.company 2024-12-22 "$kSoftware")
+contains "$software" '"state":"sent"' "Birch's bill"
+run 1 transaction set-state birch.company --realm "$kAlderRealm" --request "$(json_value "$software" requestId)" \
+  --state came-back
 
 step "The realm is guarded. On first use the company file remembers it; unchanged, work goes on."
 look realm show alder.company
@@ -164,6 +172,7 @@ open_until 'Relations that wait' alder.company --answer yes
 log_has "0 6 MESchedulerUtil::StartScheduler: MULTIENTITY::StartScheduler: Starting Timer for 1 seconds"
 log_has "0 6 MESchedulerUtil::OnTimerElapsed: MULTIENTITY::OnTimerElapsed: Timer elapsed"
 contains "$output" 'Opened krw:LaunchMEPlugin?context=ICT_SCHEDULER' 'answered with yes'
+contains "$output" "$second_request" 'what waits'
 lacks "$output" "$request" 'what waits'
 contains "$output" 'Closed alder.company' 'the end'
 look reminder show alder.company

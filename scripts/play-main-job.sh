@@ -50,7 +50,7 @@ contains "$bill" '"type":"bill"' "Alder's bill"
 contains "$bill" '"date":"2024-12-10"' "Alder's bill"
 contains "$bill" '"amount":"480.00"' "Alder's bill"
 contains "$bill" "\"name\":\"Due from $kBirch\"" "Alder's bill"
-contains "$bill" '"state":"pending"' "Alder's bill"
+contains "$bill" '"state":"sent"' "Alder's bill"
 request=$(json_value "$bill" requestId)
 ask accounts birch.company --json
 lacks "$output" "$kAccount" "Birch's accounts"

@@ -27,7 +27,7 @@ std::vector<std::string> CellsOf(const desk::IntercompanyLine& line) {
           AccountText(line.otherAccount),
           line.amount ? standalone::FormatAmount(line.amount->minorUnits) : "",
           line.amount ? line.amount->currency : "",
-          standalone::StateName(line.state),
+          standalone::MarkedStateName(line.state),
           line.requestId};
 }
 

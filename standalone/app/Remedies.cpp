@@ -91,6 +91,9 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
              "is as it was";
     case Remedy::kSeeRejections:
       return "see what is kept with: multientity rejected list FILE";
+    case Remedy::kMoveAsTheStateAllows:
+      return "see which state it is in with: multientity transactions FILE; which moves each state allows, "
+             "multientity transaction set-state --help tells";
   }
   return {};
 }

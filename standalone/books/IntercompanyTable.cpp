@@ -1,6 +1,7 @@
 #include "standalone/books/IntercompanyTable.h"
 
 #include <cstring>
+#include <utility>
 
 #include "standalone/books/RowFields.h"
 #include "standalone/values/Text.h"
@@ -29,6 +30,7 @@ bool ReadOne(Rows found, DBMultiEntityTransaction& row) {
 
 IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
     : lines_(lines),
+      targetsOfBefore_(database, Writes::kBookings),
       insert_(database, Writes::kBookings,
               "INSERT INTO me_transaction (txn_id, relation_id, target_id, request_id, txn_type, state) "
               "VALUES (?1, ?2, ?3, ?4, ?5, ?6)"),
@@ -55,13 +57,15 @@ IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
                      "WHERE txn_id = ?1 ORDER BY target_id"),
       count_(database, "SELECT count(*) FROM me_transaction"),
       all_(database,
-           "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction ORDER BY id"),
+           "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, of_before FROM me_transaction "
+           "ORDER BY id"),
       withRelation_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 LIMIT 1"),
       withRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
       journalEntryOfRequest_(
           database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 AND txn_type = 8"),
       anyOfTransaction_(database, "SELECT 1 FROM me_transaction WHERE txn_id = ?1"),
-      states_(database, "SELECT DISTINCT state FROM me_transaction") {}
+      states_(database, "SELECT DISTINCT state, of_before FROM me_transaction"),
+      ofBefore_(database, "SELECT of_before FROM me_transaction WHERE txn_id = ?1 AND target_id = ?2") {}
 
 void IntercompanyTable::Add(const DBMultiEntityTransaction& row) {
   insert_.Run(row.txnId, row.relationId, row.targetId, Field(row.requestId), row.txnType, row.state);
@@ -108,8 +112,14 @@ void IntercompanyTable::List(std::vector<DBMultiEntityTransaction>& rows) {
     Rows count = count_.Query();
     if (count.Step()) rows.reserve(static_cast<std::size_t>(count.Int64(0)));
   }
+  std::unordered_set<std::int32_t> targetsOfBefore;
   Rows found = all_.Query();
-  while (found.Step()) Read(found, rows.emplace_back());
+  while (found.Step()) {
+    DBMultiEntityTransaction& row = rows.emplace_back();
+    Read(found, row);
+    if (found.Bool(6)) targetsOfBefore.insert(row.targetId);
+  }
+  targetsOfBefore_.Hold(std::move(targetsOfBefore));
   lines_.Expect();
 }
 
@@ -129,12 +139,18 @@ bool IntercompanyTable::HasJournalEntryOf(std::int64_t relationId, std::string_v
   return journalEntryOfRequest_.Query(relationId, requestId).Step();
 }
 
-bool IntercompanyTable::HasAnyState(bool (*is)(std::int16_t state)) {
+bool IntercompanyTable::HasAnyState(bool (*is)(BookedState state)) {
   Rows rows = states_.Query();
   while (rows.Step()) {
-    if (is(rows.Int16(0))) return true;
+    if (is({TransactionState{rows.Int16(0)}, rows.Bool(1)})) return true;
   }
   return false;
+}
+
+bool IntercompanyTable::IsOfBefore(std::int32_t txnId, std::int32_t targetId) {
+  if (const std::unordered_set<std::int32_t>* const listed = targetsOfBefore_.Held()) return listed->contains(targetId);
+  Rows rows = ofBefore_.Query(txnId, targetId);
+  return rows.Step() && rows.Bool(0);
 }
 
 }  // namespace standalone

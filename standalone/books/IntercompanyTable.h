@@ -4,11 +4,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "MultiEntityHost/MultiEntityRows.h"
 #include "standalone/books/LinesAhead.h"
+#include "standalone/storage/ReadOnce.h"
 #include "standalone/storage/Statement.h"
+#include "standalone/values/States.h"
 
 namespace standalone {
 
@@ -40,10 +43,14 @@ class IntercompanyTable {
   // The same among the rows of journal entries.
   bool HasJournalEntryOf(std::int64_t relationId, std::string_view requestId);
   // Whether any row's state is one for which `is` answers true; each state is asked for once.
-  bool HasAnyState(bool (*is)(std::int16_t state));
+  bool HasAnyState(bool (*is)(BookedState state));
+  // Whether the row was booked with version 1.0; false when there is none. When all rows were listed, that is known of
+  // each until something is booked.
+  bool IsOfBefore(std::int32_t txnId, std::int32_t targetId);
 
  private:
   LinesAhead& lines_;
+  ReadOnce<std::unordered_set<std::int32_t>> targetsOfBefore_;
   Statement insert_;
   Statement byTarget_;
   Statement byRequest_;
@@ -59,6 +66,7 @@ class IntercompanyTable {
   Statement journalEntryOfRequest_;
   Statement anyOfTransaction_;
   Statement states_;
+  Statement ofBefore_;
 };
 
 }  // namespace standalone

@@ -1,23 +1,19 @@
 #include "standalone/books/PendingWork.h"
 
+#include <cstdint>
+
 namespace standalone {
 
-namespace {
-
-constexpr std::int16_t kSentByPartner = 0;
-constexpr std::int16_t kPending = 1;
-constexpr std::int16_t kSentBackForChange = 2;
-
-}  // namespace
-
-bool WaitsForAnswer(std::int16_t transactionState) noexcept {
-  return transactionState == kSentByPartner || transactionState == kPending || transactionState == kSentBackForChange;
+bool WaitsForAnswer(BookedState state) noexcept {
+  if (!state.ofBefore) return state.number == TransactionState::kCameBack;
+  const auto number = static_cast<std::int16_t>(state.number);
+  return number >= 0 && number <= 2;
 }
 
 SyncNeed PendingWork::Need() {
   return InReadingUnit(database_, [this] {
     const bool transactionsWait = intercompany_.HasAnyState(&WaitsForAnswer);
-    const bool relationsWait = relations_.HasAnyInState(kPending);
+    const bool relationsWait = relations_.HasAnyInState(static_cast<std::int16_t>(RelationState::kPending));
     return static_cast<SyncNeed>((transactionsWait ? kTransactionsWait : kNothingWaits) +
                                  (relationsWait ? kRelationsWait : kNothingWaits));
   });

@@ -35,12 +35,14 @@ std::vector<IntercompanyLine> ListIntercompanyLines(Company& company, const Peri
 // in this order.
 std::vector<std::int16_t> TypesNotShown(Company& company);
 
-// Moves a transaction to a state, as the partner's answer names it, which also marks it in the books as confirmed;
-// needs the right that the module asks for, of the transaction's type ...
-void SetState(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request,
-              standalone::TransactionState state);
-// ... or as the books name it.
-void SetState(Company& company, std::int32_t txnId, std::int32_t lineId, standalone::TransactionState state);
+// Moves a transaction to a state, as the partner's answer names it, which also marks it in the books as confirmed when
+// it is established; needs the right that the module asks for, of the transaction's type. Refused unless the state that
+// it is in allows the move. Returns the state as the books have it then.
+standalone::BookedState SetState(Company& company, const standalone::RealmId& realm,
+                                 const standalone::RequestId& request, standalone::TransactionState state);
+// The same as the books name it.
+standalone::BookedState SetState(Company& company, std::int32_t txnId, std::int32_t lineId,
+                                 standalone::TransactionState state);
 
 // Refused when the request is not known, neither as a transaction of that partner nor as a rejected one.
 void RequireKnownRequest(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request);

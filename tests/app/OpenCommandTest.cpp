@@ -11,12 +11,13 @@ using testing::Not;
 
 namespace {
 
-// A company with a relation and a bill that waits for an answer.
+// A company with a relation and a bill that came back.
 class OpenBooks : public Books {
  public:
   OpenBooks() {
     RelateBirch();
     ImportMarch();
+    Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "came-back"});
   }
 
  protected:
@@ -157,7 +158,7 @@ TEST_F(OpenBooks, OthersMayWorkWhileAQuestionIsOpen) {
   RunningProgram program = Open({}, Console::kTerminal);
   program.WaitFor("[y/N] ");
 
-  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "established"});
+  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "closed"});
 
   program.Type("y\n");
   program.WaitFor("None that this user may see.");
@@ -217,7 +218,7 @@ TEST_F(Books, ACompanyWithoutRelationsIsOpenedWithoutAReminder) {
 }
 
 TEST_F(OpenBooks, APendingRelationIsToldWithAWarning) {
-  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "3"});
+  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "5"});
   Done({"relation", "update", kFile, "--realm", "1001", "--state", "pending"});
   LetTheReminderComeAtOnce();
   RunningProgram program = Open({"--answer", "yes", "--json"});
@@ -229,7 +230,7 @@ TEST_F(OpenBooks, APendingRelationIsToldWithAWarning) {
 }
 
 TEST_F(OpenBooks, WithNothingWaitingNothingIsShown) {
-  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "3"});
+  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "5"});
   LetTheReminderComeAtOnce();
   RunningProgram program = Open({"--json"});
 

@@ -28,31 +28,61 @@ TEST_F(StatesOfMarch, ABillIsConfirmedByThePartnersRequest) {
       {"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "established"});
 
   EXPECT_EQ(answer, Json::parse(R"({"status":1,"realm":"1001","requestId":"request-bill",
-                                    "state":"established","stateNumber":3})"));
+                                    "state":"established","stateNumber":3,"ofBefore":false})"));
   EXPECT_EQ(LineOf("1").at("state"), "established");
 }
 
 TEST_F(StatesOfMarch, AStateMayBeGivenByItsNumber) {
-  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-check", "--state", "2"});
+  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "2"});
 
-  EXPECT_EQ(LineOf("2").at("stateNumber"), 2);
+  EXPECT_EQ(LineOf("1").at("stateNumber"), 2);
 }
 
-TEST_F(StatesOfMarch, ATransactionMayBeMarkedAsRejected) {
-  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "rejected"});
+TEST_F(StatesOfMarch, ATransactionThatCameBackMayBeSentAgainOrClosed) {
+  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "came-back"});
+  EXPECT_EQ(LineOf("1").at("state"), "came-back");
 
-  EXPECT_EQ(LineOf("1").at("state"), "rejected");
-  EXPECT_EQ(LineOf("1").at("stateNumber"), 4);
+  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "sent"});
+  EXPECT_EQ(LineOf("1").at("state"), "sent");
+
+  Done({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "closed"});
+  EXPECT_EQ(LineOf("1").at("state"), "closed");
 }
 
 TEST_F(StatesOfMarch, ALineOfTheBooksIsMovedToAState) {
   const Json answer =
-      Answer({"transaction", "set-state", kFile, "--txn", "3", "--target", TargetOf("3"), "--state", "pending"});
+      Answer({"transaction", "set-state", kFile, "--txn", "1", "--target", TargetOf("1"), "--state", "closed"});
 
   EXPECT_EQ(answer.at("status"), 1);
-  EXPECT_EQ(answer.at("transaction"), 3);
-  EXPECT_EQ(answer.at("state"), "pending");
-  EXPECT_EQ(LineOf("3").at("stateNumber"), 1);
+  EXPECT_EQ(answer.at("transaction"), 1);
+  EXPECT_EQ(answer.at("state"), "closed");
+  EXPECT_EQ(LineOf("1").at("stateNumber"), 5);
+}
+
+TEST_F(StatesOfMarch, AnEstablishedTransactionStaysSo) {
+  const Json error =
+      ErrorOf({"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-check", "--state", "sent"});
+
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("status"), nullptr);
+  EXPECT_EQ(error.at("what"), "set-transaction-state");
+  EXPECT_EQ(error.at("remedy"), "move-as-the-state-allows");
+  EXPECT_THAT(error.at("meaning").get<std::string>(), AllOf(HasSubstr("3 (established)"), HasSubstr("1 (sent)")));
+  EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("set-state --help"));
+  EXPECT_EQ(LineOf("2").at("state"), "established");
+}
+
+TEST_F(StatesOfMarch, ThoseOfBeforeAreMarkedForPeopleAndForPrograms) {
+  ChangeTheFile("UPDATE me_transaction SET of_before = 1 WHERE txn_id = 1");
+
+  EXPECT_THAT(Run({"transactions", kFile}).out, AllOf(HasSubstr("pending (before)"), HasSubstr("USD  established  ")));
+  EXPECT_EQ(LineOf("1").at("state"), "pending");
+  EXPECT_EQ(LineOf("1").at("ofBefore"), true);
+  EXPECT_EQ(LineOf("2").at("ofBefore"), false);
+  const Json answer = Answer(
+      {"transaction", "set-state", kFile, "--realm", "1001", "--request", "request-bill", "--state", "deactivated"});
+  EXPECT_EQ(answer.at("state"), "deactivated");
+  EXPECT_EQ(answer.at("ofBefore"), true);
 }
 
 TEST_F(StatesOfMarch, PeopleAreToldWhichTransactionIsInWhichState) {
@@ -92,7 +122,7 @@ TEST_F(StatesOfMarch, AUserWithoutTheRightToModifyBillsChangesNoState) {
                               "--state", "3", "--user", "Robin"});
 
   EXPECT_EQ(error.at("status"), 3);
-  EXPECT_EQ(LineOf("1").at("state"), "pending");
+  EXPECT_EQ(LineOf("1").at("state"), "sent");
 }
 
 TEST_F(StatesOfMarch, WithTheFeatureSwitchedOffOnlyThePartnersRequestsAreRefused) {

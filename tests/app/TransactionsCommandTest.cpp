@@ -53,14 +53,14 @@ TEST_F(March, ABillIsListedWithItsAccountNameAmountAndDate) {
   EXPECT_EQ(bill.at("otherAccount"), nullptr);
   EXPECT_EQ(bill.at("amount"), "40.00");
   EXPECT_EQ(bill.at("currency"), "USD");
-  EXPECT_EQ(bill.at("state"), "pending");
+  EXPECT_EQ(bill.at("state"), "sent");
   EXPECT_EQ(bill.at("realm"), "1001");
   EXPECT_EQ(bill.at("partner"), "Birch Services Company");
 }
 
 TEST_F(March, AmountsAreAlignedAtTheirRightForPeople) {
   EXPECT_THAT(Run({"transactions", kFile, "--to", "2024-03-15"}).out,
-              testing::AllOf(HasSubstr("     40.00  USD  pending"), HasSubstr("  1,250.00  USD  established")));
+              testing::AllOf(HasSubstr("     40.00  USD  sent"), HasSubstr("  1,250.00  USD  established")));
 }
 
 TEST_F(March, OneTransactionIsListedByItsId) {

@@ -18,6 +18,13 @@ class WhatWaits : public CompanyFixture {
     relationId_ = relation.relationId;
   }
 
+  // A row that is as a company of version 1.0 had it.
+  void CarryFromBefore(std::int16_t state) {
+    Carry(state);
+    FileOf(host_).Execute(
+        ("UPDATE me_transaction SET of_before = 1 WHERE txn_id = " + std::to_string(lastId_)).c_str());
+  }
+
   void Carry(std::int16_t state) {
     DBMultiEntityTransaction row{};
     row.txnId = ++lastId_;
@@ -41,28 +48,48 @@ TEST_F(WhatWaits, IsNothingWhenAllIsSettled) {
   Carry(3);
   Carry(4);
   Carry(5);
+  CarryFromBefore(3);
+  CarryFromBefore(4);
+  CarryFromBefore(5);
 
   EXPECT_EQ(host_.Pending().Need(), kNothingWaits);
 }
 
-TEST_F(WhatWaits, IsATransactionThatThePartnerSent) {
+TEST_F(WhatWaits, IsNothingThatIsNotSentYetOrThatThePartnerHasToAnswer) {
   Relate(3);
-  Carry(3);
   Carry(0);
-
-  EXPECT_EQ(host_.Pending().Need(), kTransactionsWait);
-}
-
-TEST_F(WhatWaits, IsATransactionThatIsPending) {
-  Relate(3);
   Carry(1);
 
+  EXPECT_EQ(host_.Pending().Need(), kNothingWaits);
+}
+
+TEST_F(WhatWaits, IsATransactionThatCameBack) {
+  Relate(3);
+  Carry(3);
+  Carry(2);
+
   EXPECT_EQ(host_.Pending().Need(), kTransactionsWait);
 }
 
-TEST_F(WhatWaits, IsATransactionThatCameBackToBeChanged) {
+TEST_F(WhatWaits, IsATransactionOfBeforeThatThePartnerSent) {
   Relate(3);
-  Carry(2);
+  CarryFromBefore(3);
+  CarryFromBefore(0);
+
+  EXPECT_EQ(host_.Pending().Need(), kTransactionsWait);
+}
+
+TEST_F(WhatWaits, IsATransactionOfBeforeThatIsPending) {
+  Relate(3);
+  Carry(1);
+  CarryFromBefore(1);
+
+  EXPECT_EQ(host_.Pending().Need(), kTransactionsWait);
+}
+
+TEST_F(WhatWaits, IsATransactionOfBeforeThatCameBack) {
+  Relate(3);
+  CarryFromBefore(2);
 
   EXPECT_EQ(host_.Pending().Need(), kTransactionsWait);
 }
@@ -81,7 +108,7 @@ TEST_F(WhatWaits, IsNoRelationThatIsWithoutAccountsOrDeactivated) {
 
 TEST_F(WhatWaits, CanBeBoth) {
   Relate(1);
-  Carry(0);
+  Carry(2);
 
   EXPECT_EQ(host_.Pending().Need(), kTransactionsAndRelationsWait);
 }
@@ -98,8 +125,10 @@ TEST_F(WhatWaits, IsAnsweredInTheUnitOfWorkThatIsOpen) {
 }
 
 TEST(ATransactionState, OutsideOfTheKnownOnesAsksNothingOfAnybody) {
-  EXPECT_FALSE(WaitsForAnswer(-1));
-  EXPECT_FALSE(WaitsForAnswer(6));
+  for (const bool ofBefore : {false, true}) {
+    EXPECT_FALSE(WaitsForAnswer({TransactionState{-1}, ofBefore}));
+    EXPECT_FALSE(WaitsForAnswer({TransactionState{6}, ofBefore}));
+  }
 }
 
 }  // namespace

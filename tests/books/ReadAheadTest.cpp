@@ -107,6 +107,40 @@ class LinesReadAhead : public CompanyFixture {
   std::int32_t secondEntry_ = 0;
 };
 
+TEST_F(LinesReadAhead, ComeWithTheMarkOfThoseOfBeforeWithoutAnotherLookAtTheFile) {
+  FileOf(host_).Execute(("UPDATE me_transaction SET of_before = 1 WHERE target_id = " + std::to_string(bill_)).c_str());
+  host_.Request(Access::kRead, [&] {
+    std::vector<DBMultiEntityTransaction> rows;
+    host_.Intercompany().List(rows);
+
+    std::vector<bool> ofBefore;
+    const int statements = CountStatements(host_, [&] {
+      for (const DBMultiEntityTransaction& row : rows) {
+        ofBefore.push_back(host_.Intercompany().IsOfBefore(row.txnId, row.targetId));
+      }
+    });
+
+    EXPECT_THAT(ofBefore, ElementsAre(false, true, false));
+    EXPECT_EQ(statements, 0);
+  });
+}
+
+TEST_F(LinesReadAhead, KeepTheMarkOfThoseOfBeforeWhenTheirStateChanges) {
+  FileOf(host_).Execute(("UPDATE me_transaction SET of_before = 1 WHERE target_id = " + std::to_string(bill_)).c_str());
+  host_.Request(Access::kWrite, [&] {
+    std::vector<DBMultiEntityTransaction> rows;
+    host_.Intercompany().List(rows);
+    DBMultiEntityTransaction bill = rows.at(1);
+    bill.state = 3;
+    ASSERT_TRUE(Store().UpdateTransaction(bill).Succeeded());
+    const std::int32_t later = Book(kTxnTypeBill, 400, "Water");
+
+    EXPECT_TRUE(host_.Intercompany().IsOfBefore(bill.txnId, bill_));
+    EXPECT_FALSE(host_.Intercompany().IsOfBefore(bill.txnId + 1, bill_));
+    EXPECT_FALSE(host_.Intercompany().IsOfBefore(rows.back().txnId + 1, later));
+  });
+}
+
 TEST_F(LinesReadAhead, AreTheLinesOfTheFile) {
   host_.Request(Access::kRead, [&] {
     ReadRows();

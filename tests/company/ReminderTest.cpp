@@ -60,6 +60,7 @@ class TheReminder : public CompanyFixture {
     row.txnId = 1;
     row.targetId = 1;
     row.relationId = relationId_;
+    row.state = static_cast<std::int16_t>(TransactionState::kCameBack);
     host_->Request(Access::kWrite, [&] { host_->Services().multiEntity.SaveTransaction(row); });
   }
 

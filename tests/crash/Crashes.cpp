@@ -140,6 +140,25 @@ void Count(Tally& tally, const ProgramRun& run, Moment moment) {
   }
 }
 
+template <typename Item>
+Item OneOf(Random& random, const std::vector<Item>& items) {
+  return items[static_cast<std::size_t>(Pick(random, 0, static_cast<int>(items.size()) - 1))];
+}
+
+// The states to which the program moves a transaction of a state.
+std::vector<int> MovesFrom(int state) {
+  switch (state) {
+    case 0:
+      return {1, 3, 5};
+    case 1:
+      return {2, 3, 5};
+    case 2:
+      return {1, 5};
+    default:
+      return {};
+  }
+}
+
 }  // namespace
 
 UnluckyCompany::UnluckyCompany(const Scene& scene, std::uint64_t seed)
@@ -161,11 +180,11 @@ void UnluckyCompany::Measure() {
   };
   for (int round = 0; round < kMeasuredRuns; ++round) {
     measure(*BookingWish(file_, NewOrder()));
-    const auto& [id, entry] = *books_.transactions.rbegin();
-    measure(*StateWish(file_, id, entry.rows.front(), 1));
-    measure(*RemovalWish(file_, id));
+    measure(*RemovalWish(file_, books_.transactions.rbegin()->first));
     const std::string key = "M" + std::to_string(round);
     measure(*ImportWish(file_, scene_.directory / "import.csv", key, kImportedAtOnce));
+    const auto& [id, imported] = *books_.transactions.rbegin();
+    measure(*StateWish(file_, id, imported.rows.front(), 1));
   }
   for (auto& [kind, measured] : times) timings_.emplace(kind, Timing(Median(std::move(measured))));
 }
@@ -190,23 +209,23 @@ BookingOrder UnluckyCompany::NewOrder() {
 // Of two runs at the same time each works on something else; `taken` are the transactions that others work on.
 std::shared_ptr<Wish> UnluckyCompany::NewWish(std::set<std::int64_t>& taken) {
   std::vector<std::int64_t> entries;
+  std::vector<std::int64_t> movable;
   for (const auto& [id, transaction] : books_.transactions) {
-    if (transaction.type == 8 && !transaction.rows.empty() && !taken.contains(id)) entries.push_back(id);
+    if (transaction.rows.empty() || taken.contains(id)) continue;
+    if (transaction.type == 8) entries.push_back(id);
+    if (!MovesFrom(transaction.rows.front().state).empty()) movable.push_back(id);
   }
   const int dice = Pick(random_, 1, 10);
-  if (entries.empty() || dice <= 4) return BookingWish(file_, NewOrder());
+  if (entries.empty() || movable.empty() || dice <= 4) return BookingWish(file_, NewOrder());
   if (dice == 5) {
     const std::string key = "I" + std::to_string(++orders_);
     return ImportWish(file_, scene_.directory / (key + ".csv"), key, kImportedAtOnce);
   }
-  const std::int64_t id = entries[static_cast<std::size_t>(Pick(random_, 0, static_cast<int>(entries.size()) - 1))];
+  const std::int64_t id = OneOf(random_, dice <= 7 ? entries : movable);
   taken.insert(id);
   if (dice <= 7) return RemovalWish(file_, id);
   const IntercompanyRow& row = books_.transactions.at(id).rows.front();
-  constexpr std::array kStates{1, 3, 4, 5};
-  int state = kStates[static_cast<std::size_t>(Pick(random_, 0, 3))];
-  if (state == row.state) state = row.state == 1 ? 3 : 1;
-  return StateWish(file_, id, row, state);
+  return StateWish(file_, id, row, OneOf(random_, MovesFrom(row.state)));
 }
 
 UnluckyCompany::Attempt UnluckyCompany::NextAttempt(std::set<std::int64_t>& taken) {

@@ -178,7 +178,7 @@ class Import final : public Wish {
     const int type = kImportTypes[static_cast<std::size_t>(number) % kImportTypes.size()];
     const std::string amount = AmountText(100 + number);
     const std::string key = "T" + std::to_string(number);
-    const std::string partner = std::string(",") + kRealm + ',' + key_ + '-' + std::to_string(number) + ",3\n";
+    const std::string partner = std::string(",") + kRealm + ',' + key_ + '-' + std::to_string(number) + ",0\n";
     switch (type) {
       case kJournalEntry:
         file << key << ",journal,2024-03-31,Northern Power," << key_ << ",Utilities," << amount << partner;
@@ -249,7 +249,7 @@ Report ReportOf(const ProgramRun& run) {
   const Json complaint = ObjectIn(run.err);
   if (run.ending == Ending::kCrashed || !complaint.is_object()) return report;
   const Json error = complaint.value("error", Json::object());
-  if (error.contains("status")) report.status = error.at("status").get<int>();
+  if (error.contains("status") && !error.at("status").is_null()) report.status = error.at("status").get<int>();
   const bool isRefusal = (run.code == kExitNotDone && report.status) || run.code == kExitBadInput;
   if (isRefusal) report.kind = Report::Kind::kRefused;
   return report;

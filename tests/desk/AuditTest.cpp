@@ -75,7 +75,21 @@ TEST_F(TheAuditOfADesk, TellsAStateBeforeAndAfter) {
   EXPECT_EQ(byRequest.action, "transaction.state");
   EXPECT_EQ(byRequest.subject, "bill 1, line 3, for Birch Services Company (1001), request request-bill, 40.00 USD");
   EXPECT_EQ(byRequest.firstTxnId, 1);
-  EXPECT_THAT(byRequest.changes, ElementsAre(Changed("state", "pending", "established")));
+  EXPECT_THAT(byRequest.changes, ElementsAre(Changed("state", "sent", "established")));
+}
+
+TEST_F(TheAuditOfADesk, TellsAStateOfBeforeInItsOldWords) {
+  RelateBirch();
+  ImportMarch();
+  {
+    standalone::StandaloneHost other(path_);
+    standalone::FileOf(other).Execute("UPDATE me_transaction SET of_before = 1");
+  }
+
+  const AuditedDeed deed =
+      DeedOf([&] { SetState(*company_, RealmId("1001"), RequestId("request-bill"), standalone::TransactionState{5}); });
+
+  EXPECT_THAT(deed.changes, ElementsAre(Changed("state", "pending (before)", "deactivated (before)")));
 }
 
 TEST_F(TheAuditOfADesk, TellsOfRelations) {

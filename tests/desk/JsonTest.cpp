@@ -34,7 +34,7 @@ IntercompanyLine ALine() {
   return {.txnId = 601,
           .lineId = 1631,
           .type = kTxnTypeJournalEntry,
-          .state = TransactionState::kPending,
+          .state = TransactionState::kSent,
           .date = DateType32(2026, 1, 31),
           .realm = "1001",
           .partner = "Birch",
@@ -49,8 +49,8 @@ IntercompanyLine ALine() {
 constexpr const char* kALine =
     R"({"transaction":601,"line":1631,"type":"journal","typeNumber":8,"date":"2026-01-31","realm":"1001",)"
     R"("partner":"Birch","name":{"id":3,"name":"Northern Power"},"memo":"Heating","account":{"id":9,"name":"Utilities:Power"},)"
-    R"("otherAccount":{"id":7,"name":"Due to Birch"},"amount":"-1234.50","currency":"CAD","state":"pending",)"
-    R"("stateNumber":1,"requestId":"request-1"})";
+    R"("otherAccount":{"id":7,"name":"Due to Birch"},"amount":"-1234.50","currency":"CAD","state":"sent",)"
+    R"("stateNumber":1,"ofBefore":false,"requestId":"request-1"})";
 
 TEST(AsJson, AnAccountHasItsTypeByNameAndNumber) {
   EXPECT_EQ(JsonOf(Account{.id = 9, .name = "Utilities:Power", .type = 12, .specialKind = 5, .deleted = true}).dump(),
@@ -130,7 +130,7 @@ TEST(AsJson, AnIntercompanyLineThatTheBooksHaveNotIsNullWhereNothingIsThere) {
   EXPECT_EQ(JsonOf(IntercompanyLine{.txnId = 1,
                                     .lineId = 3,
                                     .type = kTxnTypeBill,
-                                    .state = TransactionState{2},
+                                    .state = {TransactionState{2}, true},
                                     .date = {},
                                     .realm = "1001",
                                     .partner = "Birch",
@@ -143,7 +143,7 @@ TEST(AsJson, AnIntercompanyLineThatTheBooksHaveNotIsNullWhereNothingIsThere) {
                 .dump(),
             R"({"transaction":1,"line":3,"type":"bill","typeNumber":9,"date":null,"realm":"1001","partner":"Birch",)"
             R"("name":null,"memo":"","account":null,"otherAccount":null,"amount":null,"currency":null,)"
-            R"("state":"state 2","stateNumber":2,"requestId":""})");
+            R"("state":"came back","stateNumber":2,"ofBefore":true,"requestId":""})");
 }
 
 TEST(AsJson, AnAmountOfACompanyWithoutCurrencyHasNone) {

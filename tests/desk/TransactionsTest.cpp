@@ -1,3 +1,6 @@
+#include <array>
+#include <utility>
+
 #include "standalone/values/Dates.h"
 #include "tests/desk/DeskFixture.h"
 
@@ -36,6 +39,9 @@ class TheTransactions : public DeskFixture {
     for (const IntercompanyLine& line : ListIntercompanyLines(*company_, Period(from, to))) ids.push_back(line.txnId);
     return ids;
   }
+  standalone::BookedState MoveBill(TransactionState state) {
+    return SetState(*company_, standalone::RealmId("1001"), standalone::RequestId("request-bill"), state);
+  }
   void ChangeFile(const char* sql) {
     standalone::StandaloneHost other(path_);
     standalone::FileOf(other).Execute(sql);
@@ -52,7 +58,7 @@ TEST_F(TheTransactions, ShowABillWithDateAmountAccountAndName) {
   EXPECT_EQ(line.otherAccount, std::nullopt);
   EXPECT_EQ(line.name->id, NameId("Northern Power"));
   EXPECT_EQ(line.name->name, "Northern Power");
-  EXPECT_EQ(line.state, TransactionState::kPending);
+  EXPECT_EQ(line.state, TransactionState::kSent);
   EXPECT_EQ(line.requestId, "request-bill");
 }
 
@@ -141,11 +147,117 @@ TEST_F(TheTransactions, MoveToTheStateThatThePartnerAnswers) {
 }
 
 TEST_F(TheTransactions, MoveToTheStateThatTheBooksSayWithoutBeingConfirmed) {
-  SetState(*company_, kBill, LineOf(kBill).lineId, TransactionState{2});
+  const standalone::BookedState now = SetState(*company_, kBill, LineOf(kBill).lineId, TransactionState::kCameBack);
 
-  EXPECT_EQ(LineOf(kBill).state, TransactionState{2});
+  EXPECT_EQ(now, TransactionState::kCameBack);
+  EXPECT_EQ(LineOf(kBill).state, TransactionState::kCameBack);
   standalone::StandaloneHost other(path_);
   EXPECT_EQ(standalone::Count(other, "SELECT partner_confirmed FROM txn WHERE id = 1"), 0);
+}
+
+TEST_F(TheTransactions, MoveAlongTheWayOfAnExchange) {
+  ChangeFile("UPDATE me_transaction SET state = 0 WHERE txn_id = 1");
+
+  for (const TransactionState next : {TransactionState::kSent, TransactionState::kCameBack, TransactionState::kSent,
+                                      TransactionState::kCameBack, TransactionState::kClosed}) {
+    MoveBill(next);
+    EXPECT_EQ(LineOf(kBill).state, next);
+  }
+}
+
+TEST_F(TheTransactions, MoveNowhereElseByRequestNorByLine) {
+  constexpr std::array<std::pair<int, int>, 11> kNoMoves{
+      {{0, 0}, {0, 2}, {0, 4}, {1, 0}, {1, 1}, {2, 3}, {3, 1}, {3, 5}, {4, 5}, {5, 0}, {1, 7}}};
+  const std::int32_t line = LineOf(kBill).lineId;
+  for (const auto& [from, to] : kNoMoves) {
+    ChangeFile(("UPDATE me_transaction SET state = " + std::to_string(from) + " WHERE txn_id = 1").c_str());
+    const std::string before = Everything();
+    const auto state = TransactionState{static_cast<std::int16_t>(to)};
+
+    const Refusal byRequest = RefusalOf([&] { MoveBill(state); });
+    const Refusal byLine = RefusalOf([&] { SetState(*company_, kBill, line, state); });
+
+    EXPECT_EQ(byRequest.what, UseCase::kSetTransactionState);
+    EXPECT_EQ(byRequest.status, std::nullopt);
+    EXPECT_EQ(byRequest.remedy, Remedy::kMoveAsTheStateAllows);
+    EXPECT_EQ(byLine.why, byRequest.why);
+    EXPECT_EQ(byLine.status, std::nullopt);
+    EXPECT_EQ(LineOf(kBill).state, TransactionState{static_cast<std::int16_t>(from)}) << from << " to " << to;
+    EXPECT_EQ(Everything(), before);
+  }
+}
+
+TEST_F(TheTransactions, SayWhereTheyAreWhatWasAskedAndWhereTheyMayGo) {
+  EXPECT_EQ(RefusalOf([&] { MoveBill(TransactionState::kEntered); }).why,
+            "Line 3 of bill 1 is in state 1 (sent) and cannot be moved to 0 (entered); from there it may move to "
+            "2 (came-back), 3 (established) or 5 (closed).");
+  MoveBill(TransactionState::kEstablished);
+  EXPECT_EQ(RefusalOf([&] { MoveBill(TransactionState::kSent); }).why,
+            "Line 3 of bill 1 is in state 3 (established) and cannot be moved to 1 (sent); it stays there.");
+}
+
+TEST_F(TheTransactions, AreRefusedToWhoLacksTheRightBeforeTheMoveIs) {
+  const std::int32_t line = LineOf(kBill).lineId;
+  OpenFor("Robin", {"bills:view"});
+
+  const Refusal byRequest = RefusalOf([&] { MoveBill(TransactionState::kEntered); });
+  ChangeFile("UPDATE me_transaction SET state = 0 WHERE txn_id = 1");
+  const Refusal toCreate = RefusalOf([&] { SetState(*company_, kBill, line, TransactionState::kCameBack); });
+  ChangeFile("UPDATE me_transaction SET state = 2 WHERE txn_id = 1");
+  const Refusal toModify = RefusalOf([&] { SetState(*company_, kBill, line, TransactionState::kEstablished); });
+  ChangeFile("UPDATE me_transaction SET state = 3 WHERE txn_id = 1");
+  const Refusal toView = RefusalOf([&] { SetState(*company_, kBill, line, TransactionState::kSent); });
+
+  for (const Refusal& refusal : {byRequest, toCreate, toModify}) {
+    EXPECT_EQ(refusal.status, 3);
+    EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
+  }
+  EXPECT_EQ(toView.remedy, Remedy::kMoveAsTheStateAllows);
+}
+
+// The rows that were in the books when they were brought forward from version 1.0.
+class TheTransactionsOfBefore : public TheTransactions {
+ protected:
+  TheTransactionsOfBefore() { ChangeFile("UPDATE me_transaction SET of_before = 1"); }
+};
+
+TEST_F(TheTransactionsOfBefore, KeepTheirStateAndItsWord) {
+  const standalone::BookedState pending{TransactionState{1}, true};
+
+  const std::vector<IntercompanyLine> byPeriod = ListIntercompanyLines(*company_, Period({2024, 3, 1}, {2024, 3, 1}));
+
+  EXPECT_EQ(LineOf(kBill).state, pending);
+  ASSERT_THAT(byPeriod, SizeIs(1));
+  EXPECT_EQ(byPeriod[0].state, pending);
+  EXPECT_THAT(JsonOf(byPeriod[0]).dump(), HasSubstr(R"("state":"pending","stateNumber":1,"ofBefore":true)"));
+}
+
+TEST_F(TheTransactionsOfBefore, AreToldFromThoseOfToday) {
+  const std::int32_t entry = RecordJournalEntry(*company_, Entry("request-new"));
+
+  EXPECT_EQ(LineOf(entry).state, TransactionState::kEstablished);
+  EXPECT_EQ(ListIntercompanyLines(*company_, Period(NullDate(), NullDate())).back().state,
+            TransactionState::kEstablished);
+  EXPECT_TRUE(LineOf(kJournalEntry).state.ofBefore);
+}
+
+TEST_F(TheTransactionsOfBefore, CanBeSettledAndStayMarked) {
+  const standalone::BookedState now = MoveBill(TransactionState::kEstablished);
+
+  EXPECT_EQ(now, (standalone::BookedState{TransactionState::kEstablished, true}));
+  EXPECT_EQ(LineOf(kBill).state, now);
+}
+
+TEST_F(TheTransactionsOfBefore, MayBeRejectedAsVersion1HadIt) {
+  MoveBill(TransactionState::kRejected);
+
+  EXPECT_EQ(LineOf(kBill).state, (standalone::BookedState{TransactionState{4}, true}));
+}
+
+TEST_F(TheTransactionsOfBefore, SayInTheirOldWordsWhereTheyMayGo) {
+  EXPECT_EQ(RefusalOf([&] { MoveBill(TransactionState{0}); }).why,
+            "Line 3 of bill 1, booked with version 1.0, is in state 1 (pending) and cannot be moved to 0 (sent by the "
+            "partner); from there it may move to 2 (came back), 3 (established), 4 (rejected) or 5 (deactivated).");
 }
 
 TEST_F(TheTransactions, KeepTheirStateWhenTheRequestIsNotKnown) {
@@ -157,7 +269,7 @@ TEST_F(TheTransactions, KeepTheirStateWhenTheRequestIsNotKnown) {
   EXPECT_EQ(refusal.what, UseCase::kSetTransactionState);
   EXPECT_EQ(refusal.status, 12);
   EXPECT_EQ(refusal.remedy, Remedy::kSeeRelationsAndRequests);
-  EXPECT_EQ(LineOf(kBill).state, TransactionState::kPending);
+  EXPECT_EQ(LineOf(kBill).state, TransactionState::kSent);
 }
 
 TEST_F(TheTransactions, KeepTheirStateWhenTheTransactionIsGone) {
@@ -170,7 +282,7 @@ TEST_F(TheTransactions, KeepTheirStateWhenTheTransactionIsGone) {
 
   EXPECT_EQ(refusal.status, 19);
   EXPECT_EQ(refusal.remedy, Remedy::kTransactionHasChanged);
-  EXPECT_EQ(LineOf(kBill).state, TransactionState::kPending);
+  EXPECT_EQ(LineOf(kBill).state, TransactionState::kSent);
 }
 
 TEST_F(TheTransactions, KeepTheirStateForWhoMayNotChangeThem) {
@@ -183,7 +295,7 @@ TEST_F(TheTransactions, KeepTheirStateForWhoMayNotChangeThem) {
 
   EXPECT_EQ(refusal.status, 3);
   EXPECT_EQ(refusal.remedy, Remedy::kAskForTheRight);
-  EXPECT_EQ(LineOf(kBill).state, TransactionState::kPending);
+  EXPECT_EQ(LineOf(kBill).state, TransactionState::kSent);
 }
 
 TEST_F(TheTransactions, AreToldToNobodyWhoMayMoveNone) {
@@ -206,17 +318,18 @@ TEST_F(TheTransactions, AreToldToNobodyWhoMayMoveNone) {
     EXPECT_EQ(RefusalOf([&] { SetState(*company_, txnId, lineId, TransactionState::kEstablished); }).status, 3);
   }
   Open();
-  EXPECT_EQ(LineOf(kBill).state, TransactionState::kPending);
+  EXPECT_EQ(LineOf(kBill).state, TransactionState::kSent);
 }
 
 TEST_F(TheTransactions, AreMovedByWhoeverHasTheRightToOneOfTheirTypes) {
+  ChangeFile("UPDATE me_transaction SET state = 1 WHERE txn_id = 2");
   OpenFor("Robin", {"checks:modify"});
 
   EXPECT_NO_THROW(SetState(*company_, standalone::RealmId("1001"), standalone::RequestId("request-check"),
-                           TransactionState::kPending));
+                           TransactionState::kEstablished));
   EXPECT_EQ(RefusalOf([&] {
               SetState(*company_, standalone::RealmId("1001"), standalone::RequestId("request-none"),
-                       TransactionState::kPending);
+                       TransactionState::kEstablished);
             }).status,
             12);
 }

@@ -27,6 +27,45 @@ TEST_F(ACompanyFileOfVersion1, OpensAfterACrashWithAllThatWasCommitted) {
   EXPECT_EQ(Told("crashed.company"), ReadFile(OldCompanyFile::Place("version-1") / "crashed.txt"));
 }
 
+TEST_F(ACompanyFileOfVersion1, HasItsRowsMarkedAsOfBeforeWithTheirNumbers) {
+  const OldCompanyFile file("version-1", "birch.company");
+  StandaloneHost host(file.Path());
+
+  host.Request(Access::kRead, [&] {
+    std::vector<DBMultiEntityTransaction> rows;
+    host.Intercompany().List(rows);
+    std::vector<std::int16_t> states;
+    for (const DBMultiEntityTransaction& row : rows) {
+      states.push_back(row.state);
+      EXPECT_TRUE(host.Intercompany().IsOfBefore(row.txnId, row.targetId)) << row.txnId;
+    }
+    EXPECT_EQ(states, (std::vector<std::int16_t>{0, 3, 2, 3, 4, 3, 3, 3}));
+  });
+}
+
+TEST_F(ACompanyFileOfVersion1, HasWhatWaitedInItStillWaiting) {
+  const OldCompanyFile file("version-1", "birch.company");
+  StandaloneHost host(file.Path());
+
+  EXPECT_EQ(host.Pending().Need() & kTransactionsWait, kTransactionsWait);
+}
+
+TEST_F(ACompanyFileOfVersion1, HasWhatIsBookedSinceUnmarked) {
+  const OldCompanyFile file("version-1", "birch.company");
+  StandaloneHost host(file.Path());
+
+  host.Request(Access::kWrite, [&] {
+    DBMultiEntityTransaction row{};
+    row.txnId = 500;
+    row.relationId = 1;
+    row.targetId = 900;
+    host.Intercompany().Add(row);
+
+    EXPECT_FALSE(host.Intercompany().IsOfBefore(500, 900));
+    EXPECT_TRUE(host.Intercompany().IsOfBefore(2, 5));
+  });
+}
+
 TEST_F(ACompanyFileOfVersion1, TakesMoreBookings) {
   const OldCompanyFile file("version-1", "birch.company");
   StandaloneHost host(file.Path());

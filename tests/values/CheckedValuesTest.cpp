@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <string>
+#include <vector>
 
 #include "standalone/values/AccountTypes.h"
 #include "standalone/values/Amount.h"
@@ -124,13 +126,73 @@ TEST(AState, HasANameThatIsReadBack) {
                                     RelationState::kWithoutAccounts, RelationState::kDeactivated}) {
     EXPECT_EQ(ParseRelationState(StateName(state)), state);
   }
-  for (const TransactionState state : {TransactionState::kPending, TransactionState::kEstablished,
-                                       TransactionState::kRejected, TransactionState::kDeactivated}) {
+  for (const TransactionState state :
+       {TransactionState::kEntered, TransactionState::kSent, TransactionState::kCameBack,
+        TransactionState::kEstablished, TransactionState::kRejected, TransactionState::kClosed}) {
     EXPECT_EQ(ParseTransactionState(StateName(state)), state);
   }
   EXPECT_EQ(StateName(RelationState::kPending), "pending");
   EXPECT_EQ(StateName(RelationState::kEstablished), "established");
   EXPECT_EQ(StateName(RelationState::kDeactivated), "deactivated");
+}
+
+TEST(AState, OfATransactionThatThisCompanyEnteredTellsWhereItIs) {
+  EXPECT_EQ(StateName(TransactionState{0}), "entered");
+  EXPECT_EQ(StateName(TransactionState{1}), "sent");
+  EXPECT_EQ(StateName(TransactionState{2}), "came-back");
+  EXPECT_EQ(StateName(TransactionState{3}), "established");
+  EXPECT_EQ(StateName(TransactionState{5}), "closed");
+}
+
+TEST(AState, OfATransactionIsUnderstoodAsVersion1CalledItsNumber) {
+  EXPECT_EQ(ParseTransactionState("pending"), TransactionState::kSent);
+  EXPECT_EQ(ParseTransactionState("deactivated"), TransactionState::kClosed);
+}
+
+TEST(AState, OfATransactionOfBeforeKeepsItsOldWordAndIsMarked) {
+  const auto before = [](std::int16_t number) {
+    return BookedState{TransactionState{number}, true};
+  };
+  EXPECT_EQ(StateName(before(0)), "sent by the partner");
+  EXPECT_EQ(StateName(before(1)), "pending");
+  EXPECT_EQ(StateName(before(2)), "came back");
+  EXPECT_EQ(StateName(before(3)), "established");
+  EXPECT_EQ(StateName(before(4)), "rejected");
+  EXPECT_EQ(StateName(before(5)), "deactivated");
+  EXPECT_EQ(StateName(before(77)), "state 77");
+  EXPECT_EQ(MarkedStateName(before(1)), "pending (before)");
+  EXPECT_EQ(MarkedStateName(TransactionState::kSent), "sent");
+}
+
+TEST(AState, OfATransactionThatThisCompanyEnteredIsNeverRejectedNorWithoutAName) {
+  EXPECT_EQ(ParseOwnTransactionState("0"), TransactionState::kEntered);
+  EXPECT_EQ(ParseOwnTransactionState("came-back"), TransactionState::kCameBack);
+  EXPECT_EQ(ParseOwnTransactionState("5"), TransactionState::kClosed);
+  for (const char* const text : {"rejected", "4", "6", "-1", "paid"}) {
+    EXPECT_THAT(MessageOf<InvalidInput>([&] { ParseOwnTransactionState(text); }),
+                AllOf(HasSubstr('"' + std::string(text) + '"'), HasSubstr("came-back (2)")));
+  }
+}
+
+// Each state with those that it allows to be moved to by hand, of all numbers from -1 to 6.
+std::map<int, std::vector<int>> MovesByHand(bool ofBefore) {
+  std::map<int, std::vector<int>> moves;
+  for (std::int16_t from = -1; from <= 6; ++from) {
+    for (const TransactionState to : MovesFrom({TransactionState{from}, ofBefore})) {
+      moves[from].push_back(static_cast<int>(to));
+    }
+  }
+  return moves;
+}
+
+TEST(AState, AllowsTheMovesThatAnExchangeWithThePartnerHas) {
+  EXPECT_EQ(MovesByHand(false), (std::map<int, std::vector<int>>{{0, {1, 3, 5}}, {1, {2, 3, 5}}, {2, {1, 5}}}));
+}
+
+TEST(AState, OfATransactionOfBeforeCanBeSettled) {
+  EXPECT_EQ(MovesByHand(true),
+            (std::map<int, std::vector<int>>{
+                {-1, {3, 5}}, {0, {1, 3, 4, 5}}, {1, {2, 3, 4, 5}}, {2, {1, 3, 4, 5}}, {6, {3, 5}}}));
 }
 
 TEST(AState, OfTheNumberFourIsCalledByWhatHasIt) {

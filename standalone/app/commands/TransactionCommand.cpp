@@ -32,8 +32,8 @@ struct ExistsOptions {
   std::string request;
 };
 
-std::string StateText(standalone::TransactionState state) {
-  return fmt::format("{} ({})", static_cast<int>(state), standalone::StateName(state));
+std::string StateText(standalone::BookedState state) {
+  return fmt::format("{} ({})", static_cast<int>(state.number), standalone::StateName(state));
 }
 
 void SetStateOfRequest(Invocation& invocation, const SetStateOptions& options) {
@@ -41,11 +41,11 @@ void SetStateOfRequest(Invocation& invocation, const SetStateOptions& options) {
   const standalone::RequestId request(options.request);
   const standalone::TransactionState state = standalone::ParseTransactionState(options.state);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  desk::SetState(company, realm, request, state);
+  const standalone::BookedState now = desk::SetState(company, realm, request, state);
   Json json{{"realm", options.realm}, {"requestId", options.request}};
-  json.update(desk::JsonOf(state));
+  json.update(desk::JsonOf(now));
   invocation.Report(json, fmt::format("The transaction with request id {} of realm {} is now in state {}.\n",
-                                      options.request, options.realm, StateText(state)));
+                                      options.request, options.realm, StateText(now)));
 }
 
 void SetStateOfLine(Invocation& invocation, const SetStateOptions& options) {
@@ -53,11 +53,11 @@ void SetStateOfLine(Invocation& invocation, const SetStateOptions& options) {
   const std::int32_t lineId = RecordId("line id", options.target);
   const standalone::TransactionState state = standalone::ParseTransactionState(options.state);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  desk::SetState(company, txnId, lineId, state);
+  const standalone::BookedState now = desk::SetState(company, txnId, lineId, state);
   Json json{{"transaction", txnId}, {"line", lineId}};
-  json.update(desk::JsonOf(state));
+  json.update(desk::JsonOf(now));
   invocation.Report(json,
-                    fmt::format("Line {} of transaction {} is now in state {}.\n", lineId, txnId, StateText(state)));
+                    fmt::format("Line {} of transaction {} is now in state {}.\n", lineId, txnId, StateText(now)));
 }
 
 void Exists(Invocation& invocation, const ExistsOptions& options) {
@@ -76,7 +76,10 @@ void AddSetState(CLI::App& transaction, Invocation& invocation) {
       transaction, "set-state",
       "Move an intercompany transaction to a state, as the partner's answer names it (--realm and --request) or as "
       "the\n"
-      "books name it (--txn and --target). Only the first form marks the transaction in the books as confirmed",
+      "books name it (--txn and --target). Only the first form marks the transaction in the books as confirmed.\n"
+      "It moves from entered to sent, established or closed, from sent to came-back, established or closed, and from\n"
+      "came-back to sent or closed; established and closed ones stay. One that was booked with version 1.0 and is not\n"
+      "settled moves to established, rejected or deactivated",
       "transaction set-state birch.company --realm 5120774003618 --request R-1017 --state established", options->file);
   CLI::Option* realm = command.add_option("--realm", options->realm, kRealmHelp);
   CLI::Option* request = command.add_option("--request", options->request, kRequestHelp)->needs(realm);
@@ -86,7 +89,7 @@ void AddSetState(CLI::App& transaction, Invocation& invocation) {
   CLI::Option* target = command.add_option("--target", options->target, "The id of its intercompany line")->needs(txn);
   txn->needs(target);
   CLI::Option* state =
-      command.add_option("--state", options->state, "pending, established, rejected, deactivated, or another number");
+      command.add_option("--state", options->state, "entered, sent, came-back, established, closed, or the number");
   state->required();
   invocation.When(command, [options, realm, txn](Invocation& run) {
     if (realm->empty() && txn->empty()) {

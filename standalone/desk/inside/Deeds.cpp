@@ -56,7 +56,7 @@ Facts FactsOf(const IntercompanyLine& line) {
   Add(facts, "liability account", ItemText(line.otherAccount));
   Add(facts, "name", ItemText(line.name));
   Add(facts, "memo", line.memo);
-  Add(facts, "state", standalone::StateName(line.state));
+  Add(facts, "state", standalone::MarkedStateName(line.state));
   return facts;
 }
 
@@ -150,16 +150,16 @@ AuditDeed DeedOfRemoval(const std::vector<IntercompanyLine>& lines) {
   return AboutEntry(DeedOf("journal.remove", SubjectOf(lines.at(0)), FactsOf(lines), {}), lines.at(0).txnId);
 }
 
-AuditDeed DeedOfState(const IntercompanyLine& line, standalone::TransactionState now) {
+AuditDeed DeedOfState(const IntercompanyLine& line, standalone::BookedState now) {
   std::string subject = SubjectOf(line) + ", line " + std::to_string(line.lineId) + ", for " +
                         PartnerText(line.partner, line.realm) + ", request " + line.requestId;
   if (line.amount) subject += ", " + MoneyText(*line.amount);
-  AuditDeed deed{
-      .action = "transaction.state",
-      .subject = std::move(subject),
-      .transactions = {},
-      .changes = {
-          {.field = "state", .before = standalone::StateName(line.state), .after = standalone::StateName(now)}}};
+  AuditDeed deed{.action = "transaction.state",
+                 .subject = std::move(subject),
+                 .transactions = {},
+                 .changes = {{.field = "state",
+                              .before = standalone::MarkedStateName(line.state),
+                              .after = standalone::MarkedStateName(now)}}};
   return AboutEntry(std::move(deed), line.txnId);
 }
 

@@ -29,7 +29,7 @@ standalone::AuditDeed DeedOf(std::string action, std::string subject, const Fact
 standalone::AuditDeed DeedOfRecording(const std::vector<IntercompanyLine>& lines);
 standalone::AuditDeed DeedOfRemoval(const std::vector<IntercompanyLine>& lines);
 // The line as it was, and the state that it has now.
-standalone::AuditDeed DeedOfState(const IntercompanyLine& line, standalone::TransactionState now);
+standalone::AuditDeed DeedOfState(const IntercompanyLine& line, standalone::BookedState now);
 
 // What the books have of the relation; none when it is not there.
 std::optional<Relation> RelationInBooks(Work& work, const standalone::RealmId& realm);

@@ -17,7 +17,20 @@ constexpr std::int32_t LineAfter(std::int32_t lineId) noexcept {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(lineId) + 1U);
 }
 
+template <typename Row>
+standalone::BookedState BookedStateOf(Work& work, const Row& row) {
+  return {standalone::TransactionState{row.state}, work.Host().Intercompany().IsOfBefore(row.txnId, row.targetId)};
+}
+
 }  // namespace
+
+standalone::BookedState StateOf(Work& work, const METxnInfo& listed) {
+  return BookedStateOf(work, listed);
+}
+
+standalone::BookedState StateOf(Work& work, const DBMultiEntityTransaction& row) {
+  return BookedStateOf(work, row);
+}
 
 LineReader::LineReader(Work& work) : work_(work), currency_(work.Host().Settings().Get().homeCurrency) {}
 
@@ -39,7 +52,7 @@ IntercompanyLine LineReader::Read(const METxnInfo& listed) {
   IntercompanyLine read{.txnId = listed.txnId,
                         .lineId = listed.targetId,
                         .type = listed.txnType,
-                        .state = standalone::TransactionState{listed.state},
+                        .state = StateOf(work_, listed),
                         .date = {},
                         .realm = TextOf(listed.realmId),
                         .partner = TextOf(listed.partnerName),
@@ -57,7 +70,7 @@ IntercompanyLine LineReader::Read(const DBMultiEntityTransaction& row) {
   IntercompanyLine read{.txnId = row.txnId,
                         .lineId = row.targetId,
                         .type = row.txnType,
-                        .state = standalone::TransactionState{row.state},
+                        .state = StateOf(work_, row),
                         .date = {},
                         .realm = {},
                         .partner = {},

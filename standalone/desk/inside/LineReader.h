@@ -12,6 +12,10 @@
 
 namespace desk {
 
+// The state that the row of a line has, by its number; within a unit of work.
+standalone::BookedState StateOf(Work& work, const METxnInfo& listed);
+standalone::BookedState StateOf(Work& work, const DBMultiEntityTransaction& row);
+
 // What the books have of intercompany lines; within one unit of work.
 class LineReader {
  public:

@@ -25,7 +25,7 @@ Part<Relation> RelationsFor(Work& work) {
 PendingWork PendingWorkFor(Work& work) {
   std::vector<METxnInfo> listed;
   const MEStatusCode answer = MultiEntityDriver::GetListOfTxnTargetEntries(listed, NullDate(), NullDate());
-  std::erase_if(listed, [](const METxnInfo& line) { return !standalone::WaitsForAnswer(line.state); });
+  std::erase_if(listed, [&work](const METxnInfo& line) { return !standalone::WaitsForAnswer(StateOf(work, line)); });
   PendingWork pending{
       .lines = {.items = LineReader(work).Read(listed), .refusal = RefusalOf(UseCase::kListTransactions, answer)},
       .relations = RelationsFor(work)};

@@ -36,6 +36,12 @@ Json JsonOf(standalone::TransactionState state) {
   return StateJson(state);
 }
 
+Json JsonOf(standalone::BookedState state) {
+  return {{"state", standalone::StateName(state)},
+          {"stateNumber", static_cast<std::int16_t>(state.number)},
+          {"ofBefore", state.ofBefore}};
+}
+
 Json JsonOf(const Account& account) {
   return {{"id", account.id},
           {"name", account.name},

@@ -138,6 +138,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "transaction-has-changed";
     case Remedy::kSeeRejections:
       return "see-rejections";
+    case Remedy::kMoveAsTheStateAllows:
+      return "move-as-the-state-allows";
   }
   return nullptr;
 }

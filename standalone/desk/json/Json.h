@@ -52,6 +52,8 @@ Json JsonOf(const Refusal& refusal);
 // The keys state and stateNumber.
 Json JsonOf(standalone::RelationState state);
 Json JsonOf(standalone::TransactionState state);
+// The same and ofBefore.
+Json JsonOf(standalone::BookedState state);
 // The keys persona and personaNumber.
 Json JsonOf(Persona persona);
 std::string_view NameOf(Persona persona) noexcept;

@@ -17,7 +17,7 @@ struct IntercompanyLine {
   std::int32_t txnId = 0;
   std::int32_t lineId = 0;
   std::int16_t type = 0;  // of the transaction: kTxnTypeBill, ...
-  standalone::TransactionState state{};
+  standalone::BookedState state;
   std::optional<DateType32> date;
   std::string realm;  // the partner's
   std::string partner;

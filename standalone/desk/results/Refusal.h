@@ -76,6 +76,7 @@ enum class Remedy {
   kSeeRelationsAndRequests,
   kTransactionHasChanged,  // it is gone from the books or of another type than its intercompany line says
   kSeeRejections,
+  kMoveAsTheStateAllows,
 };
 
 struct Refusal {

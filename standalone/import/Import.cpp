@@ -18,6 +18,7 @@
 #include "standalone/values/Amount.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/ListNames.h"
+#include "standalone/values/States.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -25,7 +26,6 @@ namespace standalone {
 namespace {
 
 constexpr std::uint64_t kRowsPerProgress = 256;
-constexpr std::int16_t kStateEstablished = 3;
 
 constexpr std::array<std::string_view, 2> kAccountColumns{"name", "type"};
 constexpr std::array<std::string_view, 2> kAccountOptions{"special", "deleted"};
@@ -218,15 +218,14 @@ class TransactionImport {
     const std::int32_t relationId = relations_.Get(realm, [&] { return FindRelation(RequireRealmId(realm)); });
     if (!request.empty()) RequireRequestId(request);
     RequireFreeRequest(relationId, request);
-    const std::int32_t stateNumber =
-        state.empty() ? kStateEstablished : ParseWhole("The state", state, std::numeric_limits<std::int16_t>::max());
+    const TransactionState entered = state.empty() ? TransactionState::kEntered : ParseOwnTransactionState(state);
     DBMultiEntityTransaction row{};
     row.txnId = open_->id;
     row.relationId = relationId;
     row.targetId = lineId;
     std::ranges::copy(request, row.requestId);
     row.txnType = open_->typeNumber;
-    row.state = static_cast<std::int16_t>(stateNumber);
+    row.state = static_cast<std::int16_t>(entered);
     host_.Intercompany().Add(row);
     open_->awaitsDueToLine = open_->typeNumber == kTxnTypeJournalEntry;
     ++result_.intercompanyRows;

@@ -37,7 +37,8 @@ ImportResult ImportNames(StandaloneHost& host, const std::filesystem::path& csv,
 // (bill, check, journal), date (YYYY-MM-DD), name, memo, account, amount (debits positive, credits negative), and
 // optionally line_memo, partner_realm, request_id and state. Type, date, name and memo are taken from the first row;
 // later rows leave them empty or repeat them. A row with a partner_realm makes the line an intercompany one; that of a
-// journal entry must be followed by the line of the due-to account. `state` is 3 when it is left empty.
+// journal entry must be followed by the line of the due-to account. `state` is a name or
+// number as of a transaction that this company entered, and entered (0) when it is left empty.
 ImportResult ImportTransactions(StandaloneHost& host, const std::filesystem::path& csv,
                                 const ImportProgress& progress = {});
 

@@ -176,11 +176,25 @@ TEST_F(AnImport, MakesIntercompanyRowsForTheLinesThatNameAPartner) {
     EXPECT_EQ(row.state, 1);
     EXPECT_EQ(row.txnType, kTxnTypeBill);
     ASSERT_TRUE(host_.Services().multiEntity.GetTransactionWithRequestId(1, "req-2", row).Succeeded());
-    EXPECT_EQ(row.state, 3);
+    EXPECT_EQ(row.state, 0);
     const TargType dueTo(host_.Services().lines, row.targetId + 1, kFeatureTypeStandard, kReadFailSafeDefault,
                          kTxnTypeJournalEntry);
     EXPECT_STREQ(dueTo.GetAccountName(0, 0), "Due to Alder");
   });
+}
+
+TEST_F(AnImport, TakesTheStateOfAnIntercompanyLineByNameOrNumber) {
+  Seed();
+
+  Transactions(
+      "B1,bill,2024-01-31,,,Rent,10,,9,req-0,entered\n"
+      "B1,,,,,Rent,10,,9,req-1,sent\n"
+      "B1,,,,,Rent,10,,9,req-2,2\n"
+      "B1,,,,,Rent,10,,9,req-3,established\n"
+      "B1,,,,,Rent,10,,9,req-5,closed\n"
+      "B1,,,,,Accounts Payable,-50,,,,\n");
+
+  EXPECT_EQ(Number("SELECT sum(request_id = 'req-' || state) FROM me_transaction"), 5);
 }
 
 TEST_F(AnImport, RefusesTransactionsThatCannotBePosted) {
@@ -217,6 +231,8 @@ TEST_F(AnImport, RefusesRowsWithBadValues) {
   EXPECT_THAT(Refusal(",bill,2024-01-31,,,Rent,10,,,,\n"), HasSubstr("The key transaction is empty"));
   EXPECT_THAT(Refusal("B1,bill,2024-01-31,,,Rent,10,,8,req,\n"), HasSubstr("no relation with the partner \"8\""));
   EXPECT_THAT(Refusal("B1,bill,2024-01-31,,,Rent,10,,9,req,old\n"), HasSubstr("The state \"old\""));
+  EXPECT_THAT(Refusal("B1,bill,2024-01-31,,,Rent,10,,9,req,4\n"),
+              AllOf(HasSubstr("The state \"4\""), HasSubstr("came-back (2)")));
   EXPECT_THAT(Refusal("B1,bill,2024-01-31,,,Rent,10,,,req,\n"), HasSubstr("no partner_realm"));
   EXPECT_THAT(Refusal("B1,bill,2024-01-31,,,Rent,10,,9," + std::string(37, 'q') + ",\n"), HasSubstr("too long"));
 }

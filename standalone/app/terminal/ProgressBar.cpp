@@ -15,6 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds kPatience{1000};
 constexpr std::chrono::milliseconds kPace{100};
 constexpr std::uint64_t kCells = 40;
+constexpr double kBytesPerMegabyte = 1e6;
 constexpr std::size_t kWidthBesideTheTitle = std::string_view(" [").size() + kCells + std::string_view("] 100%").size();
 
 }  // namespace
@@ -29,9 +30,14 @@ ProgressBar::~ProgressBar() {
 
 void ProgressBar::Show(std::uint64_t done, std::uint64_t total) noexcept {
   const Clock::time_point now = Clock::now();
-  if (!toATerminal_ || total == 0 || now < next_) return;
+  if (!toATerminal_ || now < next_) return;
   next_ = now + kPace;
   shown_ = true;
+  if (total == 0) {
+    std::fprintf(stderr, "\r%s: %.1f MB", title_.c_str(), static_cast<double>(done) / kBytesPerMegabyte);
+    std::fflush(stderr);
+    return;
+  }
   const double share = std::min(1.0, static_cast<double>(done) / static_cast<double>(total));
   const auto filled = static_cast<std::uint64_t>(share * static_cast<double>(kCells));
   std::array<char, kCells + 1> bar{};

@@ -16,6 +16,7 @@ class ProgressBar {
   // Wipes the bar.
   ~ProgressBar();
 
+  // A total of 0 is one that nobody knows: then it shows how many MB are done.
   void Show(std::uint64_t done, std::uint64_t total) noexcept;
 
  private:

@@ -94,6 +94,8 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
     case Remedy::kMoveAsTheStateAllows:
       return "see which state it is in with: multientity transactions FILE; which moves each state allows, "
              "multientity transaction set-state --help tells";
+    case Remedy::kImportAgain:
+      return "if that is meant, import it once more with --again";
   }
   return {};
 }

@@ -95,6 +95,7 @@ AuditLine LineOf(const Rows& row) {
 // Nothing that is held of bookings or lists tells of the trail.
 AuditTable::AuditTable(Database& database)
     : last_(database, "SELECT * FROM audit WHERE id = (SELECT max(id) FROM audit)"),
+      byNumber_(database, "SELECT * FROM audit WHERE id = ?1"),
       insert_(database, Writes::kBookings,
               "INSERT INTO audit VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, nullif(?8, 0), nullif(?9, 0), ?10, ?11)"),
       filtered_(database,
@@ -117,6 +118,12 @@ std::int64_t AuditTable::Append(const AuditStamp& stamp, const AuditDeed& deed) 
   insert_.Run(number, previous, stamp.at, stamp.clock, stamp.user, stamp.systemUser, deed.action, transactions.first,
               transactions.last, deed.subject, TextOf(deed.changes));
   return number;
+}
+
+std::optional<AuditLine> AuditTable::Find(std::int64_t number) {
+  Rows rows = byNumber_.Query(number);
+  if (!rows.Step()) return std::nullopt;
+  return LineOf(rows);
 }
 
 void AuditTable::ForEach(const AuditFilter& filter, const std::function<void(const AuditLine& line)>& take) {

@@ -66,6 +66,7 @@ class AuditTable {
 
   // Returns the line's number.
   std::int64_t Append(const AuditStamp& stamp, const AuditDeed& deed);
+  std::optional<AuditLine> Find(std::int64_t number);
   // In the order in which they were written.
   void ForEach(const AuditFilter& filter, const std::function<void(const AuditLine& line)>& take);
   // Reads the whole trail.
@@ -73,6 +74,7 @@ class AuditTable {
 
  private:
   Statement last_;
+  Statement byNumber_;
   Statement insert_;
   Statement filtered_;
   Statement all_;

@@ -87,6 +87,7 @@ struct StandaloneHost::Parts {
   PreferenceTable preferenceTable{file.Data()};
   AuditTable audit{file.Data()};
   bool hasRecorded = false;  // in the unit of work that is open
+  ImportedFileTable importedFiles{file.Data()};
   RelationTable relations{file.Data()};
   IntercompanyTable intercompany{file.Data(), linesAhead};
   RejectedRequestTable rejected{file.Data()};
@@ -203,10 +204,14 @@ AuditTable& StandaloneHost::Audit() noexcept {
   return parts_->audit;
 }
 
-void StandaloneHost::Record(const AuditDeed& deed) {
+ImportedFileTable& StandaloneHost::ImportedFiles() noexcept {
+  return parts_->importedFiles;
+}
+
+std::int64_t StandaloneHost::Record(const AuditDeed& deed) {
   // Whoever opens the company after a crash relies on it.
   if (std::exchange(parts_->hasRecorded, true)) throw std::logic_error("a unit of work adds one line to the trail");
-  parts_->audit.Append(StampNow(parts_->trailClock, parts_->user.name), deed);
+  return parts_->audit.Append(StampNow(parts_->trailClock, parts_->user.name), deed);
 }
 
 platform::Clock& StandaloneHost::Clock() noexcept {

@@ -15,6 +15,7 @@
 #include "platform/LoopEvents.h"
 #include "standalone/books/AccountTable.h"
 #include "standalone/books/AuditTable.h"
+#include "standalone/books/ImportedFileTable.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/NameTable.h"
 #include "standalone/books/PendingWork.h"
@@ -83,8 +84,19 @@ class StandaloneHost {
     }
   }
 
-  // Writes down what the current user has just done, in the unit of work that does it; once in each.
-  void Record(const AuditDeed& deed);
+  // Runs `operation` in a unit of work that may write and is always taken back; returns what it returns.
+  template <typename Operation>
+  auto Rehearse(Operation&& operation) {
+    const LoggedUnit loggedUnit(*this);
+    UnitOfWork unit(Data(), Access::kWrite);
+    auto result = std::forward<Operation>(operation)();
+    unit.TakeBack();
+    return result;
+  }
+
+  // Writes down what the current user has just done, in the unit of work that does it, once in each; returns the number
+  // of the line.
+  std::int64_t Record(const AuditDeed& deed);
 
   // The user that was selected, as the file had it when the host was made.
   const User& CurrentUser() const noexcept;
@@ -109,6 +121,7 @@ class StandaloneHost {
   PreferenceTable& Preferences() noexcept;
   PendingWork& Pending() noexcept;
   AuditTable& Audit() noexcept;
+  ImportedFileTable& ImportedFiles() noexcept;
   OperationsLog& Log() noexcept;
 
   // Told, on the thread of the loop, of each timer that the module arms and of each that is due, right before its

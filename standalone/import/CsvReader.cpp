@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "standalone/import/Faults.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
 
 namespace {
 
-constexpr std::size_t kBufferBytes = 1U << 16U;
 constexpr std::size_t kFieldBytes = 1U << 16U;
 constexpr std::size_t kMostFields = 100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -26,17 +26,9 @@ std::string Joined(std::span<const std::string_view> names) {
 
 }  // namespace
 
-CsvReader::CsvReader(const std::filesystem::path& file, std::span<const std::string_view> required,
+CsvReader::CsvReader(CsvSource& source, std::span<const std::string_view> required,
                      std::span<const std::string_view> optional)
-    : file_(file), buffer_(kBufferBytes) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(file, error)) {
-    throw InvalidInput("There is no file " + PathText(file) + "; name a CSV file.");
-  }
-  stream_.rdbuf()->pubsetbuf(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-  stream_.open(file, std::ios::binary);
-  if (!stream_) throw InvalidInput("The file " + PathText(file) + " cannot be read; check that you may read it.");
-  bytesTotal_ = std::filesystem::file_size(file, error);
+    : source_(source) {
   ReadHeader(required, optional);
 }
 
@@ -45,38 +37,43 @@ bool CsvReader::NextRow() {
     rowLine_ = line_;
     if (!ReadRecord()) return false;
   } while (fieldCount_ == 1 && fields_[0].empty());
-  if (fieldCount_ != header_.size()) {
-    Refuse("it has " + std::to_string(fieldCount_) + " fields, but the header has " + std::to_string(header_.size()) +
-           "; put a field that holds a comma into double quotes");
-  }
-  for (std::size_t field = 0; field < fieldCount_; ++field) {
-    if (!IsUtf8(fields_[field]))
-      Refuse("the field " + header_[field] + " is not UTF-8; save the file in that encoding");
-  }
   return true;
 }
 
-std::string_view CsvReader::operator[](std::string_view column) const {
-  const auto found = std::find(header_.begin(), header_.end(), column);
-  if (found == header_.end()) return {};
-  return Trimmed(fields_[static_cast<std::size_t>(found - header_.begin())]);
+void CsvReader::RequireFields() const {
+  if (fieldCount_ != header_.size()) {
+    throw InvalidInput("it has " + std::to_string(fieldCount_) + " fields, but the header has " +
+                       std::to_string(header_.size()) + "; put a field that holds a comma into double quotes");
+  }
+  for (std::size_t field = 0; field < fieldCount_; ++field) {
+    if (IsUtf8(fields_[field])) continue;
+    throw InvalidInput("the field " + header_[field] + " is not UTF-8; save the file in that encoding");
+  }
 }
 
-void CsvReader::RefuseAt(std::uint64_t line, std::string_view reason) const {
-  throw RefusedRow(PathText(file_) + ", line " + std::to_string(line) + ": " + std::string(reason) +
-                   (reason.ends_with('.') ? "" : "."));
+CsvReader::Column::Column(const CsvReader& rows, std::string_view name)
+    : field_(
+          static_cast<std::size_t>(std::find(rows.header_.begin(), rows.header_.end(), name) - rows.header_.begin())) {}
+
+std::string_view CsvReader::operator[](Column column) const {
+  if (column.field_ == header_.size()) return {};
+  return Trimmed(fields_[column.field_]);
+}
+
+void CsvReader::RefuseAt(std::uint64_t line, const std::string& reason) const {
+  Faults faults;
+  faults.Add(line, reason);
+  throw faults.In(source_.Name());
 }
 
 void CsvReader::ReadHeader(std::span<const std::string_view> required, std::span<const std::string_view> optional) {
-  if (!ReadRecord() || (fieldCount_ == 1 && fields_[0].empty())) {
-    RefuseAt(1,
-             "there is no header row; the columns are " + Joined(required) + ", and, if wanted, " + Joined(optional));
-  }
+  const std::string columns =
+      "the columns are " + Joined(required) + (optional.empty() ? "" : ", and, if wanted, " + Joined(optional));
+  if (!ReadRecord() || (fieldCount_ == 1 && fields_[0].empty())) RefuseAt(1, "there is no header row; " + columns);
   for (std::size_t field = 0; field < fieldCount_; ++field) header_.emplace_back(Trimmed(fields_[field]));
   for (auto column = header_.begin(); column != header_.end(); ++column) {
     if (!Contains(required, *column) && !Contains(optional, *column)) {
-      RefuseAt(1, "the column " + Quoted(*column) + " is not known; the columns are " + Joined(required) +
-                      (optional.empty() ? "" : ", and, if wanted, " + Joined(optional)));
+      RefuseAt(1, "the column " + Quoted(*column) + " is not known; " + columns);
     }
     if (std::find(header_.begin(), column, *column) != column) RefuseAt(1, "the column " + *column + " comes twice");
   }
@@ -137,15 +134,23 @@ void CsvReader::Add(std::string& field, int character) const {
 }
 
 int CsvReader::Get() {
-  const int character = stream_.rdbuf()->sbumpc();
+  const int character = Peek();
   if (character == kEnd) return kEnd;
+  ++at_;
   ++bytesRead_;
   if (character == '\n') ++line_;
   return character;
 }
 
 int CsvReader::Peek() {
-  return stream_.rdbuf()->sgetc();
+  if (at_ == block_.size() && !ReadBlock()) return kEnd;
+  return static_cast<unsigned char>(block_[at_]);
+}
+
+bool CsvReader::ReadBlock() {
+  block_ = source_.Next();
+  at_ = 0;
+  return !block_.empty();
 }
 
 // Fields are kept from row to row for their memory.

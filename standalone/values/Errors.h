@@ -1,6 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace standalone {
 
@@ -21,6 +25,27 @@ class FileInUse : public CompanyFileError {
 class InvalidInput : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+};
+
+// What is wrong with a row of a file.
+struct BadRow {
+  std::uint64_t line = 0;  // where it begins
+  std::string reason;
+};
+
+// Rows of a file that are not acceptable: the first ones, and how many faults there are beside these. The message names
+// the file and tells of all that are here.
+class BadRows : public InvalidInput {
+ public:
+  BadRows(const std::string& message, std::vector<BadRow> first, std::uint64_t more)
+      : InvalidInput(message), first_(std::move(first)), more_(more) {}
+
+  const std::vector<BadRow>& First() const noexcept { return first_; }
+  std::uint64_t More() const noexcept { return more_; }
+
+ private:
+  std::vector<BadRow> first_;
+  std::uint64_t more_;
 };
 
 // A unit of work could not begin, go on or be committed: another program holds the file too long, the disk is full, the

@@ -97,10 +97,15 @@ TEST(AsJson, SettingsHaveTheNamesUnderWhichTheyAreChanged) {
 }
 
 TEST(AsJson, AnImportHasWhatWasAdded) {
-  EXPECT_EQ(
-      JsonOf(Imported{.rows = 1, .accounts = 2, .names = 3, .transactions = 4, .lines = 5, .intercompanyLines = 6})
-          .dump(),
-      R"({"rows":1,"accounts":2,"names":3,"transactions":4,"lines":5,"intercompanyLines":6})");
+  EXPECT_EQ(JsonOf(Imported{.rows = 1,
+                            .accounts = 2,
+                            .names = 3,
+                            .transactions = 4,
+                            .lines = 5,
+                            .intercompanyLines = 6,
+                            .passedOver = 7})
+                .dump(),
+            R"({"rows":1,"accounts":2,"names":3,"transactions":4,"lines":5,"intercompanyLines":6,"passedOver":7})");
 }
 
 TEST(AsJson, ALineOfTheLogHasAllItsColumns) {
@@ -290,7 +295,7 @@ TEST(AsJson, ARefusalWithoutStatusAndRemedyHasNullForThem) {
 }
 
 TEST(AsJson, EachRemedyButNoneHasAName) {
-  for (int number = 1; number <= static_cast<int>(Remedy::kSeeRejections); ++number) {
+  for (int number = 1; number <= static_cast<int>(Remedy::kImportAgain); ++number) {
     const Json json =
         JsonOf(Refusal{.what = UseCase::kImport, .status = {}, .why = "no", .remedy = static_cast<Remedy>(number)});
     EXPECT_TRUE(json["remedy"].is_string()) << number;

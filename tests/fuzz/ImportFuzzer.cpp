@@ -3,14 +3,14 @@
 #include "fuzz/BooksFuzzing.h"
 #include "standalone/import/Import.h"
 
-// CSV files. The first byte of the input chooses what is imported. A file is imported as a whole or refused with a
-// reason, and then the books are as they were.
+// CSV files. The first byte of the input chooses what is imported, and whether what is known is passed over. A file is
+// imported as a whole or refused with a reason, and then the books are as they were.
 
 namespace {
 
 using fuzzing::Require;
-using Import = standalone::ImportResult (*)(standalone::StandaloneHost&, const std::filesystem::path&,
-                                            const standalone::ImportProgress&);
+using Import = standalone::ImportResult (*)(standalone::StandaloneHost&, standalone::CsvSource&&,
+                                            const standalone::ImportOptions&);
 
 constexpr std::array<Import, 3> kImports{standalone::ImportAccounts, standalone::ImportNames,
                                          standalone::ImportTransactions};
@@ -39,7 +39,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::filesystem::path csv = books.File("rows.csv");
   standalone::WriteFile(csv, fuzzing::Text(bytes + 1, size - 1));
   try {
-    const standalone::ImportResult result = kImports[bytes[0] % kImports.size()](books.Host(), csv, {});
+    const standalone::ImportResult result = kImports[bytes[0] % kImports.size()](
+        books.Host(), csv, {.skipKnown = bytes[0] >= 128, .progress = {}, .onRead = {}});
     const std::int64_t added =
         result.accounts + result.names + result.transactions + result.lines + result.intercompanyRows;
     books.RequireSound();

@@ -2,16 +2,26 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "standalone/import/Import.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Sha256.h"
 #include "tests/company/CompanyFixture.h"
 
 namespace standalone {
 namespace {
 
+using testing::AllOf;
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 class AnImport : public CompanyFixture {
  protected:
@@ -34,6 +44,25 @@ class AnImport : public CompanyFixture {
     return ImportTransactions(host_, WriteCsv(kHeader + std::string(rows)));
   }
 
+  // Passes over what is in the books.
+  ImportResult NewOnes(std::string_view rows) {
+    return ImportTransactions(host_, WriteCsv(kHeader + std::string(rows)),
+                              {.skipKnown = true, .progress = {}, .onRead = {}});
+  }
+
+  std::vector<std::string> Faults(const std::function<void()>& import) {
+    std::vector<std::string> texts;
+    try {
+      import();
+    } catch (const BadRows& bad) {
+      for (const BadRow& row : bad.First()) texts.push_back(std::to_string(row.line) + ": " + row.reason);
+    }
+    return texts;
+  }
+  std::vector<std::string> FaultsOf(std::string_view rows) {
+    return Faults([&] { Transactions(rows); });
+  }
+
   std::string Refusal(std::string_view rows) {
     return MessageOf<InvalidInput>([&] { Transactions(rows); });
   }
@@ -45,6 +74,12 @@ class AnImport : public CompanyFixture {
     for (int number = 0; number < 1000; ++number) csv += "Vendor " + std::to_string(number) + ",vendor\n";
     return csv;
   }
+
+  static constexpr const char* kTwoBills =
+      "B1,bill,2024-01-31,Northfield,,Accounts Payable,-10,,,,\nB1,,,,,Rent,10,,9,request-1,\n"
+      "B2,bill,2024-02-29,Northfield,,Accounts Payable,-20,,,,\nB2,,,,,Rent,20,,9,request-2,\n";
+  static constexpr const char* kThirdBill =
+      "B3,bill,2024-03-31,Northfield,,Accounts Payable,-30,,,,\nB3,,,,,Rent,30,,9,request-3,\n";
 
   static constexpr const char* kHeader =
       "transaction,type,date,name,memo,account,amount,line_memo,partner_realm,request_id,state\n";
@@ -243,7 +278,7 @@ TEST_F(AnImport, RefusesRowsOfOneTransactionThatStandApartOrDisagree) {
   EXPECT_THAT(Refusal("A,bill,2024-01-31,,,Rent,1,,,,\nA,,,,,Accounts Payable,-1,,,,\n"
                       "B,bill,2024-01-31,,,Rent,1,,,,\nB,,,,,Accounts Payable,-1,,,,\n"
                       "A,bill,2024-01-31,,,Rent,1,,,,\n"),
-              AllOf(HasSubstr("line 6: "), HasSubstr("put the rows of one transaction together")));
+              HasSubstr("The rows of the transaction \"A\" stand apart: lines 2 and 6; put the rows of one"));
   EXPECT_THAT(Refusal("A,bill,2024-01-31,,,Rent,1,,,,\nA,,2024-02-01,,,Accounts Payable,-1,,,,\n"),
               AllOf(HasSubstr("line 3: "), HasSubstr("differs from \"2024-01-31\"")));
 }
@@ -275,14 +310,248 @@ TEST_F(AnImport, ReportsItsProgressUpToTheEndOfTheFile) {
   const std::string csv = ThousandNames();
   std::vector<std::uint64_t> reported;
 
-  ImportNames(host_, WriteCsv(csv), [&](std::uint64_t bytesRead, std::uint64_t bytesTotal) {
+  const auto report = [&](std::uint64_t bytesRead, std::uint64_t bytesTotal) {
     EXPECT_EQ(bytesTotal, csv.size());
     reported.push_back(bytesRead);
-  });
+  };
+  ImportNames(host_, WriteCsv(csv), {.skipKnown = false, .progress = report, .onRead = {}});
 
   EXPECT_GT(reported.size(), 2U);
   EXPECT_TRUE(std::is_sorted(reported.begin(), reported.end()));
   EXPECT_EQ(reported.back(), csv.size());
+}
+
+TEST_F(AnImport, RefusesATransactionWhoseRequestIsInTheBooks) {
+  Seed();
+  Transactions(kTwoBills);
+
+  EXPECT_THAT(FaultsOf(std::string(kTwoBills) + kThirdBill),
+              ElementsAre(AllOf(StartsWith("3: "), HasSubstr("\"request-1\""), HasSubstr("in transaction 1;")),
+                          AllOf(StartsWith("5: "), HasSubstr("\"request-2\""), HasSubstr("in transaction 2;"))));
+  EXPECT_EQ(Number("SELECT count(*) FROM txn"), 2);
+}
+
+TEST_F(AnImport, OfAFileThatHasGrownPassesOverWhatIsInTheBooks) {
+  Seed();
+  Transactions(kTwoBills);
+
+  const ImportResult result = NewOnes(std::string(kTwoBills) + kThirdBill);
+
+  EXPECT_EQ(result.rows, 6);
+  EXPECT_EQ(result.passedOver, 2);
+  EXPECT_EQ(result.transactions, 1);
+  EXPECT_EQ(result.lines, 2);
+  EXPECT_EQ(result.intercompanyRows, 1);
+  EXPECT_EQ(result.transactionIds.first, 3);
+  EXPECT_EQ(result.transactionIds.last, 3);
+  EXPECT_EQ(Number("SELECT sum(amount) FROM txn_line WHERE amount > 0"), 6000);
+  EXPECT_EQ(Number("SELECT max(id) FROM txn_line"), 6);
+}
+
+TEST_F(AnImport, PassesOverATransactionInTheBooksWhateverElseItsRowsSay) {
+  Seed();
+  Transactions(kTwoBills);
+
+  const ImportResult result = NewOnes(
+      "B1,bill,2024-01-31,Nobody,,Closed Account,-10,,,,\nB1,,,,,Rent,ten,,9,request-1,\n"
+      "B2,bill,2024-02-29,,,Rent,20,,9,request-2,\n");
+
+  EXPECT_EQ(result.passedOver, 2);
+  EXPECT_EQ(result.transactions, 0);
+}
+
+TEST_F(AnImport, DoesNotRecogniseATransactionWithoutARequest) {
+  Seed();
+  const char* const bill = "A,bill,2024-01-31,,,Rent,1,,,,\nA,,,,,Accounts Payable,-1,,,,\n";
+  Transactions(bill);
+
+  const ImportResult result = NewOnes(bill);
+
+  EXPECT_EQ(result.passedOver, 0);
+  EXPECT_EQ(result.transactions, 1);
+}
+
+TEST_F(AnImport, RefusesATransactionOfWhoseRequestsSomeAreInTheBooks) {
+  Seed();
+  Transactions(kTwoBills);
+
+  EXPECT_THAT(Faults([&] {
+                NewOnes(
+                    "B1,bill,2024-01-31,,,Accounts Payable,-10,,,,\nB1,,,,,Rent,4,,9,request-1,\n"
+                    "B1,,,,,Rent,6,,9,request-new,\n");
+              }),
+              ElementsAre(AllOf(StartsWith("3: "), HasSubstr("\"request-1\""), HasSubstr("other requests"))));
+}
+
+TEST_F(AnImport, RefusesTwoTransactionsOfAFileWithOneRequest) {
+  Seed();
+
+  EXPECT_THAT(FaultsOf(std::string(kThirdBill) +
+                       "\nC1,check,2024-01-31,,,Checking,-10,,,,\n\nC1,,,,,Rent,10,,9,request-1,\n"
+                       "B1,bill,2024-02-29,,,Rent,20,,9,request-1,\nB1,,,,,Accounts Payable,-20,,,,\n"),
+              ElementsAre(AllOf(StartsWith("8: "), HasSubstr("\"request-1\""), HasSubstr("begins in line 5 "))));
+}
+
+TEST_F(AnImport, TakesABillWithTwoLinesOfOneRequest) {
+  Seed();
+
+  const ImportResult result = Transactions(
+      "B1,bill,2024-01-31,,,Accounts Payable,-10,,,,\nB1,,,,,Rent,4,,9,request-1,\nB1,,,,,Rent,6,,9,request-1,\n");
+
+  EXPECT_EQ(result.intercompanyRows, 2);
+}
+
+TEST_F(AnImport, RefusesAJournalEntryWithTwoLinesOfOneRequest) {
+  Seed();
+
+  EXPECT_THAT(FaultsOf("J,journal,2024-01-31,,,Rent,1,,9,req,\nJ,,,,,Due to Alder,-1,,,,\n"
+                       "J,,,,,Rent,2,,9,req,\nJ,,,,,Due to Alder,-2,,,,\n"),
+              ElementsAre(AllOf(StartsWith("4: "), HasSubstr("\"req\""))));
+}
+
+TEST_F(AnImport, NamesAllBadRowsOfAFile) {
+  EXPECT_THAT(Faults([&] { Names("name,kind\nA,vendor\nB,friend\nC,vendor,\n\xFF,vendor\nD,vendor\nA,vendor\n"); }),
+              ElementsAre(AllOf(StartsWith("3: "), HasSubstr("\"friend\"")), StartsWith("4: it has 3 fields"),
+                          AllOf(StartsWith("5: "), HasSubstr("UTF-8")),
+                          AllOf(StartsWith("7: "), HasSubstr("already a name \"A\""))));
+  EXPECT_EQ(Number("SELECT count(*) FROM name"), 0);
+}
+
+TEST_F(AnImport, NamesTheFirstHundredBadRowsAndCountsTheOthers) {
+  std::string csv = "name,kind\n";
+  for (int number = 0; number < 130; ++number) csv += "Vendor " + std::to_string(number) + ",friend\n";
+
+  std::uint64_t more = 0;
+  std::uint64_t last = 0;
+  std::string message;
+  try {
+    Names(csv);
+  } catch (const BadRows& bad) {
+    more = bad.More();
+    last = bad.First().back().line;
+    message = bad.what();
+  }
+
+  EXPECT_EQ(more, 30U);
+  EXPECT_EQ(last, 101U);
+  EXPECT_THAT(message, AllOf(HasSubstr("rows.csv has 130 faults:\n  line 2: "), EndsWith("and 30 more.")));
+}
+
+TEST_F(AnImport, DoesNotComplainAboutSubAccountsOfABadRow) {
+  EXPECT_THAT(
+      Faults([&] {
+        Accounts(
+            "name,type\nUtilities,Wine\nutilities:Water,Expense\nUtilities:Water:Hot,Expense\n"
+            "Utilities:Power,Beer\nTravel:Air,Expense\n");
+      }),
+      ElementsAre(AllOf(StartsWith("2: "), HasSubstr("\"Wine\"")), AllOf(StartsWith("5: "), HasSubstr("\"Beer\"")),
+                  AllOf(StartsWith("6: "), HasSubstr("add that account first"))));
+}
+
+TEST_F(AnImport, DoesNotComplainAboutSubNamesOfARowThatCannotBeTold) {
+  EXPECT_THAT(Faults([&] { Names("name,kind\nHollis, CPAs,vendor\nHollis:West,vendor\n"); }),
+              ElementsAre(StartsWith("2: it has 3 fields")));
+}
+
+TEST_F(AnImport, ComplainsAboutSubAccountsOfAnAccountThatIsThere) {
+  Accounts("name,type\nUtilities,Expense\n");
+
+  EXPECT_THAT(Faults([&] { Accounts("name,type\nUtilities,Expense\nUtilities:Water,Bank\n"); }),
+              ElementsAre(HasSubstr("already an account"), HasSubstr("same type")));
+}
+
+TEST_F(AnImport, NamesEachBadRowOfATransactionAndNothingThatFollowsFromThem) {
+  Seed();
+
+  EXPECT_THAT(FaultsOf("B1,bill,31.1.2024,,,Rent,10,,,,\nB1,,,,,Wine,-4,,,,\nB1,,,,,Rent,five,,,,\n"
+                       "C1,check,2024-01-31,,,Checking,-10,,,,\nC1,,,,,Rent,9,,,,\n"),
+              ElementsAre(AllOf(StartsWith("2: "), HasSubstr("31.1.2024")), AllOf(StartsWith("3: "), HasSubstr("Wine")),
+                          AllOf(StartsWith("4: "), HasSubstr("five")), AllOf(StartsWith("5: "), HasSubstr("-1.00"))));
+}
+
+TEST_F(AnImport, DoesNotComplainAboutTransactionsAroundARowThatCannotBeTold) {
+  Seed();
+
+  EXPECT_THAT(FaultsOf("B1,bill,2024-01-31,,,Rent,10,,,,\n,,,,,Accounts Payable,-10,,,,\n"
+                       "too,few\n"
+                       "C1,,,,,Rent,10,,,,\n"
+                       "D1,bill,2024-01-31,,,Rent,10,,,,\nD1,,,,,Accounts Payable,-9,,,,\n"),
+              ElementsAre(HasSubstr("3: The key transaction is empty"), StartsWith("4: it has 2 fields"),
+                          AllOf(StartsWith("6: "), HasSubstr("sum to 1.00"))));
+}
+
+TEST_F(AnImport, NamesBadRowsBeforeAQuoteThatIsNeverClosed) {
+  Seed();
+
+  EXPECT_THAT(
+      FaultsOf("B1,bill,2024-01-31,,,Wine,10,,,,\nB1,,,,,Rent,-9,\"open,,,\n"),
+      ElementsAre(AllOf(StartsWith("2: "), HasSubstr("Wine")), AllOf(StartsWith("3: "), HasSubstr("never closed"))));
+}
+
+TEST_F(AnImport, NamesRowsOfOneTransactionThatStandApartRatherThanTheirSums) {
+  Seed();
+
+  EXPECT_THAT(FaultsOf("A,bill,2024-01-31,,,Rent,1,,,,\n"
+                       "B,bill,2024-01-31,,,Rent,1,,,,\n"
+                       "A,,,,,Accounts Payable,-1,,,,\nB,,,,,Accounts Payable,-1,,,,\nA,,,,,Rent,0,,,,\n"),
+              ElementsAre(AllOf(StartsWith("2: "), HasSubstr("\"A\" stand apart: lines 2 and 4;")),
+                          AllOf(StartsWith("3: "), HasSubstr("\"B\" stand apart: lines 3 and 5;"))));
+}
+
+TEST_F(AnImport, CountsRowsThatStandApartOnceBeyondTheFirstHundredToo) {
+  Seed();
+  std::string rows;
+  for (int number = 0; number < 100; ++number) rows += "T" + std::to_string(number) + ",loan,,,,Rent,1,,,,\n";
+  rows += "A,bill,2024-01-31,,,Rent,1,,,,\nB,bill,2024-01-31,,,Rent,1,,,,\nA,,,,,Rent,-1,,,,\n";
+
+  EXPECT_THAT(Refusal(rows), AllOf(HasSubstr(" has 102 faults:"), EndsWith("and 2 more.")));
+}
+
+TEST_F(AnImport, TellsTheFilesShaBeforeItsFaults) {
+  std::string told;
+  ImportOptions options;
+  options.onRead = [&](const std::string& sha256) {
+    told = sha256;
+  };
+
+  EXPECT_THROW(ImportNames(host_, WriteCsv("name,kind\nA,friend\n"), options), BadRows);
+
+  EXPECT_EQ(told, Sha256Of("name,kind\nA,friend\n"));
+}
+
+TEST_F(AnImport, ReadsWhatAStreamHandsOutBitByBit) {
+  const std::string csv = "name,kind\nA,vendor\n\"B, C\",customer\n";
+  std::size_t at = 0;
+  const auto read = [&](char* into, std::size_t) -> std::size_t {
+    if (at == csv.size()) return 0;
+    *into = csv[at++];
+    return 1;
+  };
+  std::vector<std::uint64_t> totals;
+  ImportOptions options;
+  options.progress = [&](std::uint64_t, std::uint64_t total) {
+    totals.push_back(total);
+  };
+
+  const ImportResult result = ImportNames(host_, CsvSource("standard input", read), options);
+
+  EXPECT_EQ(result.names, 2);
+  EXPECT_EQ(result.sha256, Sha256Of(csv));
+  EXPECT_THAT(totals, testing::Each(0U));
+}
+
+TEST_F(AnImport, NamesTheStreamWithTheBadRow) {
+  bool isRead = false;
+  const auto read = [&](char* into, std::size_t) -> std::size_t {
+    return std::exchange(isRead, true) ? 0 : std::string_view("name\n").copy(into, 5);
+  };
+
+  EXPECT_THAT(MessageOf<BadRows>([&] { ImportNames(host_, CsvSource("standard input", read)); }),
+              StartsWith("standard input, line 1: "));
+}
+
+TEST_F(AnImport, SaysThatAFolderIsNone) {
+  EXPECT_THAT(MessageOf<InvalidInput>([&] { ImportNames(host_, folder_ / "."); }), HasSubstr("is a folder"));
 }
 
 }  // namespace

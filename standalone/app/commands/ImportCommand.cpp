@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/app/terminal/ProgressBar.h"
+#include "standalone/app/terminal/Terminal.h"
 #include "standalone/desk/Import.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Text.h"
@@ -18,10 +20,20 @@ namespace app {
 
 namespace {
 
+constexpr const char* kStandardInput = "-";
+
 struct ImportOptions {
   std::string file;
   std::string csv;
+  bool skipKnown = false;
+  bool again = false;
+  bool dryRun = false;
 };
+
+desk::CsvToImport CsvOf(const std::string& text) {
+  if (text == kStandardInput) return desk::CsvStream{.name = "standard input", .read = ReadInput};
+  return FilePath(text);
+}
 
 std::string Summary(const desk::Imported& result) {
   std::string text;
@@ -36,23 +48,44 @@ std::string Summary(const desk::Imported& result) {
   return text.empty() ? "nothing" : text;
 }
 
+std::string ReportOf(const ImportOptions& options, const desk::Imported& result) {
+  std::string text = fmt::format("{} {} from {}", options.dryRun ? "Would import" : "Imported", Summary(result),
+                                 options.csv == kStandardInput ? "standard input" : standalone::Shown(options.csv));
+  if (result.passedOver != 0) text += fmt::format("; passed over {} transactions that are known", result.passedOver);
+  if (options.dryRun) text += "; nothing was written";
+  return text + ".\n";
+}
+
 void RunImport(Invocation& invocation, const ImportOptions& options, desk::Importable what) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   desk::Imported result;
   {
     ProgressBar bar("Importing " + options.csv);
-    result = desk::Import(company, what, FilePath(options.csv),
-                          [&bar](std::uint64_t read, std::uint64_t total) { bar.Show(read, total); });
+    result = desk::Import(company, what, CsvOf(options.csv),
+                          {.skipKnown = options.skipKnown,
+                           .again = options.again,
+                           .dryRun = options.dryRun,
+                           .progress = [&bar](std::uint64_t read, std::uint64_t total) {
+                             bar.Show(read, total);
+                           }});
   }
-  invocation.Report(desk::JsonOf(result),
-                    fmt::format("Imported {} from {}.\n", Summary(result), standalone::Shown(options.csv)));
+  Json json = desk::JsonOf(result);
+  json["dryRun"] = options.dryRun;
+  invocation.Report(json, ReportOf(options, result));
 }
 
 void AddOne(CLI::App& parent, Invocation& invocation, desk::Importable what, const char* name, const char* description,
             const char* example) {
   const auto options = std::make_shared<ImportOptions>();
   CLI::App& command = AddFileCommand(parent, name, description, example, options->file);
-  command.add_option("CSV", options->csv, "The CSV file: UTF-8, with a header row")->required();
+  command.add_option("CSV", options->csv, "The CSV file: UTF-8, with a header row; a pipe, or - for standard input")
+      ->required();
+  command.add_flag("--again", options->again, "Also a file that was imported before");
+  command.add_flag("--dry-run", options->dryRun, "Say what would be imported or refused, and write nothing");
+  if (what == desk::Importable::kTransactions) {
+    command.add_flag("--skip-known", options->skipKnown,
+                     "Pass over transactions whose partner's requests are in the books");
+  }
   invocation.When(command, [options, what](Invocation& run) { RunImport(run, *options, what); });
 }
 
@@ -63,7 +96,7 @@ void AddImport(CLI::App& program, Invocation& invocation) {
   import.require_subcommand(1);
   import.footer(
       "Example:\n  multientity import accounts alder.company samples/alder/accounts.csv\n\n"
-      "A file with a bad row changes nothing; the row is named with its line and what is wrong with it.");
+      "A file with bad rows changes nothing; they are named with their lines and what is wrong with them.");
   AddOne(
       import, invocation, desk::Importable::kAccounts, "accounts",
       "Add accounts. Columns: name (colon-separated; parents first), type (such as Bank), and optionally special (a\n"

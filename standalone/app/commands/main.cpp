@@ -50,6 +50,17 @@ ExitCode FailNotKnown(bool json, std::string_view message) {
   return kExitNotKnown;
 }
 
+// A line for each row.
+ExitCode FailBadRows(bool json, const standalone::BadRows& bad) {
+  PrintError(json ? JsonText({{"error",
+                               {{"exit", kExitBadInput},
+                                {"message", bad.what()},
+                                {"rows", desk::JsonOf(bad.First())},
+                                {"more", bad.More()}}}})
+                  : standalone::ShownLines(fmt::format("multientity: {}\n", bad.what())));
+  return kExitBadInput;
+}
+
 // What the module refuses could have been done; what the desk refuses before it asks is not acceptable.
 ExitCode FailRefused(bool json, const desk::Refusal& refusal) {
   const ExitCode code = refusal.status ? kExitNotDone : kExitBadInput;
@@ -157,6 +168,8 @@ ExitCode RunCommand(Invocation& invocation) {
     return kExitDone;
   } catch (const desk::Refused& refused) {
     return FailRefused(json, refused.Value());
+  } catch (const standalone::BadRows& bad) {
+    return FailBadRows(json, bad);
   } catch (const standalone::InvalidInput& error) {
     return Fail(json, kExitBadInput, error.what());
   } catch (const standalone::CompanyFileError& error) {

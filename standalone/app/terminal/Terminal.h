@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,10 @@ void PrintTheSameEverywhere() noexcept;
 bool ErrorsGoToATerminal() noexcept;
 // Whether standard input comes from a person's terminal.
 bool InputComesFromATerminal() noexcept;
+
+// Up to so many bytes of standard input as they are, 0 at its end. Throws standalone::InvalidInput when it cannot be
+// read.
+std::size_t ReadInput(char* into, std::size_t most);
 
 // Lets a write to a closed pipe fail like any other write instead of ending the program.
 void IgnoreClosedPipes() noexcept;

@@ -3,8 +3,10 @@
 
 #include <cerrno>
 #include <csignal>
+#include <system_error>
 
 #include "standalone/app/terminal/Terminal.h"
+#include "standalone/values/Errors.h"
 
 namespace app {
 
@@ -21,6 +23,15 @@ bool ErrorsGoToATerminal() noexcept {
 
 bool InputComesFromATerminal() noexcept {
   return isatty(STDIN_FILENO) != 0;
+}
+
+std::size_t ReadInput(char* into, std::size_t most) {
+  while (true) {
+    const ssize_t count = ::read(STDIN_FILENO, into, most);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno == EINTR) continue;
+    throw standalone::InvalidInput("standard input cannot be read: " + std::generic_category().message(errno));
+  }
 }
 
 void IgnoreClosedPipes() noexcept {

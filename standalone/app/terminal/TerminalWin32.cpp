@@ -10,6 +10,7 @@
 // After <windows.h>, whose types it uses.
 #include <shellapi.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -66,6 +67,14 @@ bool ErrorsGoToATerminal() noexcept {
 
 bool InputComesFromATerminal() noexcept {
   return IsConsole(STD_INPUT_HANDLE);
+}
+
+std::size_t ReadInput(char* into, std::size_t most) {
+  // Otherwise line ends are translated and a file ends at Ctrl-Z.
+  static const int madeBinary = _setmode(_fileno(stdin), _O_BINARY);
+  const int count = madeBinary < 0 ? -1 : _read(_fileno(stdin), into, static_cast<unsigned int>(most));
+  if (count >= 0) return static_cast<std::size_t>(count);
+  throw standalone::InvalidInput("standard input cannot be read: " + std::generic_category().message(errno));
 }
 
 // A write to a closed pipe is like any other there.

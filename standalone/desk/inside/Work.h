@@ -55,7 +55,16 @@ class Work {
       return std::forward<Operation>(operation)();
     });
   }
-  // The same for accountants, too.
+  // The same in a unit of work that is taken back whatever comes of it.
+  template <typename Operation>
+  auto RehearseAsAdministrator(std::string_view action, Operation&& operation) {
+    RequireAdministrator(action);
+    return Host().Rehearse([&] {
+      RequireAdministrator(action);
+      return std::forward<Operation>(operation)();
+    });
+  }
+  // As RequireAdministrator(), for accountants, too.
   void RequireAdministratorOrAccountant(std::string_view what);
   // Within a unit of work: whether the user is an administrator or has the right now, or one of them.
   bool HasRight(standalone::FeatureRight right);

@@ -140,6 +140,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "see-rejections";
     case Remedy::kMoveAsTheStateAllows:
       return "move-as-the-state-allows";
+    case Remedy::kImportAgain:
+      return "import-again";
   }
   return nullptr;
 }
@@ -275,9 +277,17 @@ Json JsonOf(const Settings& settings) {
 }
 
 Json JsonOf(const Imported& imported) {
-  return {{"rows", imported.rows},   {"accounts", imported.accounts},
-          {"names", imported.names}, {"transactions", imported.transactions},
-          {"lines", imported.lines}, {"intercompanyLines", imported.intercompanyLines}};
+  return {{"rows", imported.rows},
+          {"accounts", imported.accounts},
+          {"names", imported.names},
+          {"transactions", imported.transactions},
+          {"lines", imported.lines},
+          {"intercompanyLines", imported.intercompanyLines},
+          {"passedOver", imported.passedOver}};
+}
+
+Json JsonOf(const standalone::BadRow& row) {
+  return {{"line", row.line}, {"reason", row.reason}};
 }
 
 Json JsonOf(const NewLogLine& line) {

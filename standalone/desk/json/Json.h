@@ -21,6 +21,7 @@
 #include "standalone/desk/Users.h"
 #include "standalone/desk/results/Person.h"
 #include "standalone/desk/results/Refusal.h"
+#include "standalone/values/Errors.h"
 
 // The results of the desk for programs, the same from every front end. Dates are YYYY-MM-DD, amounts decimal texts
 // without separators, debits positive; what is not there is null. Keys stay in the order in which they were added.
@@ -33,6 +34,7 @@ Json JsonOf(const Name& name);
 Json JsonOf(const User& user);
 Json JsonOf(const Settings& settings);
 Json JsonOf(const Imported& imported);
+Json JsonOf(const standalone::BadRow& row);
 Json JsonOf(const AuditedDeed& deed);
 Json JsonOf(const AuditVerdict& verdict);
 Json JsonOf(const LogLine& line);

@@ -77,6 +77,7 @@ enum class Remedy {
   kTransactionHasChanged,  // it is gone from the books or of another type than its intercompany line says
   kSeeRejections,
   kMoveAsTheStateAllows,
+  kImportAgain,  // if that is meant
 };
 
 struct Refusal {

@@ -10,9 +10,14 @@ namespace standalone {
 namespace {
 
 constexpr std::size_t kFieldBytes = 1U << 16U;
+constexpr const char* kTooLong = "a field is longer than 65536 bytes";
 constexpr std::size_t kMostFields = 100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr int kEnd = std::char_traits<char>::eof();
+
+constexpr bool MayMeanSomething(char character) {
+  return character == ',' || character == '\n' || character == '\r' || character == '"';
+}
 
 bool Contains(std::span<const std::string_view> names, std::string_view name) {
   return std::find(names.begin(), names.end(), name) != names.end();
@@ -98,6 +103,7 @@ bool CsvReader::ReadField() {
   std::string& field = NewField();
   if (Peek() == '"') ReadQuoted(field);
   while (true) {
+    AddPlain(field);
     const int character = Get();
     if (character == ',') return true;
     if (character == '\n' || character == kEnd) return false;
@@ -129,8 +135,19 @@ void CsvReader::ReadQuoted(std::string& field) {
 }
 
 void CsvReader::Add(std::string& field, int character) const {
-  if (field.size() == kFieldBytes) RefuseAt(line_, "a field is longer than 65536 bytes");
+  if (field.size() == kFieldBytes) RefuseAt(line_, kTooLong);
   field += static_cast<char>(character);
+}
+
+// What stands in the block up to the next character that may mean something.
+void CsvReader::AddPlain(std::string& field) {
+  const std::string_view rest = block_.substr(at_);
+  const auto* const end = std::find_if(rest.begin(), rest.end(), MayMeanSomething);
+  const auto length = static_cast<std::size_t>(end - rest.begin());
+  if (length > kFieldBytes - field.size()) RefuseAt(line_, kTooLong);
+  field.append(rest.begin(), end);
+  at_ += length;
+  bytesRead_ += length;
 }
 
 int CsvReader::Get() {

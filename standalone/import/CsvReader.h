@@ -48,6 +48,7 @@ class CsvReader {
   bool ReadField();
   void ReadQuoted(std::string& field);
   void Add(std::string& field, int character) const;
+  void AddPlain(std::string& field);
   int Get();
   int Peek();
   bool ReadBlock();

@@ -57,6 +57,8 @@ class SqliteDatabase final : public Database {
   std::int64_t ChangedRows() const noexcept override;
 
  private:
+  friend class Overwriting;
+
   SqliteDatabase(const std::filesystem::path& name, const char* nameForEngine, std::chrono::milliseconds busyTimeout);
 
   bool BeginTransaction(Access access) override;

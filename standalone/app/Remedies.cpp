@@ -96,6 +96,10 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
              "multientity transaction set-state --help tells";
     case Remedy::kImportAgain:
       return "if that is meant, import it once more with --again";
+    case Remedy::kBackUpThenReplace:
+      return "make a backup of it first with: multientity backup FILE TO, then add --replace to restore all the same";
+    case Remedy::kReplace:
+      return "add --replace to restore the backup in its place; what is there is moved aside, not deleted";
   }
   return {};
 }

@@ -69,9 +69,10 @@ std::vector<AuditChange> ChangesIn(std::string_view text, std::int64_t number) t
   }
   return changes;
 } catch (const nlohmann::json::exception&) {
-  throw CompanyFileError("Line " + std::to_string(number) +
-                         " of the audit trail cannot be read: what it changed is no list of changes. Verify the trail "
-                         "and restore the company file from a backup.");
+  const std::string what = "line " + std::to_string(number) + " of the audit trail";
+  throw DamagedFile("The company file is damaged (" + what +
+                        " cannot be read: what it changed is no list of changes). Restore it from a backup.",
+                    what);
 }
 
 AuditLine LineOf(const Rows& row) {
@@ -141,6 +142,20 @@ AuditCheck AuditTable::Check() {
     check.head = DigestOf(rows);
   }
   return check;
+}
+
+std::int64_t AuditTable::CountLinesInCommon(AuditTable& other) {
+  std::int64_t count = 0;
+  Rows own = all_.Query();
+  Rows others = other.all_.Query();
+  while (own.Step() && others.Step() && DigestOf(own) == DigestOf(others)) ++count;
+  return count;
+}
+
+std::optional<AuditLine> AuditTable::Last() {
+  Rows last = last_.Query();
+  if (!last.Step()) return std::nullopt;
+  return LineOf(last);
 }
 
 }  // namespace standalone

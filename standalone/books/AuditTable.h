@@ -71,6 +71,9 @@ class AuditTable {
   void ForEach(const AuditFilter& filter, const std::function<void(const AuditLine& line)>& take);
   // Reads the whole trail.
   AuditCheck Check();
+  // How many lines of this trail and of another company's are the same from the first one on.
+  std::int64_t CountLinesInCommon(AuditTable& other);
+  std::optional<AuditLine> Last();
 
  private:
   Statement last_;

@@ -148,6 +148,10 @@ const std::filesystem::path& StandaloneHost::CompanyFilePath() const noexcept {
   return parts_->file.Path();
 }
 
+CompanyFile& StandaloneHost::File() noexcept {
+  return parts_->file;
+}
+
 Database& StandaloneHost::Data() noexcept {
   return parts_->file.Data();
 }

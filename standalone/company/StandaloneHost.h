@@ -104,6 +104,7 @@ class StandaloneHost {
   bool CurrentUserIsAccountant();
 
   const std::filesystem::path& CompanyFilePath() const noexcept;
+  CompanyFile& File() noexcept;
   Database& Data() noexcept;
   AccountTable& Accounts() noexcept;
   NameTable& Names() noexcept;

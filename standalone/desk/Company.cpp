@@ -5,6 +5,7 @@
 
 #include "standalone/books/UserTable.h"
 #include "standalone/company/CompanyFile.h"
+#include "standalone/desk/Openings.h"
 #include "standalone/desk/inside/OpenCompany.h"
 
 namespace desk {
@@ -12,28 +13,6 @@ namespace desk {
 namespace {
 
 static_assert(std::string_view(kFirstUser) == standalone::kAdministratorName);
-
-Opening OpeningOf(const standalone::Opening& done) {
-  Opening opening{.broughtForward = {}, .onlyRead = done.onlyRead};
-  if (done.migrated) {
-    opening.broughtForward = BroughtForward{.from = done.migrated->from,
-                                            .to = done.migrated->to,
-                                            .before = done.migrated->before,
-                                            .left = done.migrated->left};
-  }
-  return opening;
-}
-
-standalone::OpenOptions HowToOpen(const CompanyOptions& options) {
-  standalone::OpenOptions how;
-  how.networkShares.mayBeWorkedOn = options.networkShare;
-  if (options.onOpened) {
-    how.tell = [tell = options.onOpened](const standalone::Opening& done) {
-      tell(OpeningOf(done));
-    };
-  }
-  return how;
-}
 
 NewLogLine LogLineOf(const Util::Ops::Line& line) {
   return {static_cast<std::int32_t>(line.level), static_cast<std::int32_t>(line.eventType), line.shortName,
@@ -55,8 +34,9 @@ void CreateCompany(const NewCompany& company) {
 }
 
 Company::Company(const std::filesystem::path& file, CompanyOptions options)
-    : opened_(std::make_unique<OpenCompany>(file, options.user, HowToOpen(options), std::move(options.onAnswer),
-                                            std::move(options.onSaved))) {
+    : opened_(std::make_unique<OpenCompany>(file, options.user,
+                                            HowToOpen(options.networkShare, std::move(options.onOpened)),
+                                            std::move(options.onAnswer), std::move(options.onSaved))) {
   if (!options.onLogLine) return;
   opened_->Host().Log().SetObserver(
       [tell = std::move(options.onLogLine)](const Util::Ops::Line& line) { tell(LogLineOf(line)); });

@@ -14,7 +14,6 @@ namespace desk {
 
 namespace {
 
-using standalone::Account;
 using standalone::Quoted;
 
 void RefuseOwnRealm(Work& work, const standalone::RealmId& realm) {
@@ -24,14 +23,15 @@ void RefuseOwnRealm(Work& work, const standalone::RealmId& realm) {
               Remedy::kNameThePartnersRealm);
 }
 
-std::optional<Account> Find(Work& work, const std::optional<std::string>& given) {
+std::optional<standalone::Account> Find(Work& work, const std::optional<std::string>& given) {
   if (!given) return std::nullopt;
   return work.Host().Accounts().Require(*given);
 }
 
 // Those that are not given stay as the relation has them, if there is one.
-void RefuseOneAccountForBoth(Work& work, const standalone::RealmId& realm, const std::optional<Account>& dueFrom,
-                             const std::optional<Account>& dueTo) {
+void RefuseOneAccountForBoth(Work& work, const standalone::RealmId& realm,
+                             const std::optional<standalone::Account>& dueFrom,
+                             const std::optional<standalone::Account>& dueTo) {
   if (!dueFrom && !dueTo) return;
   DBMultiEntityRelation relation{};
   static_cast<void>(work.Host().Relations().Find(realm.Text(), relation));
@@ -42,8 +42,9 @@ void RefuseOneAccountForBoth(Work& work, const standalone::RealmId& realm, const
               Remedy::kGiveTwoAccounts);
 }
 
-void RefuseOtherTypes(Work& work, const std::optional<Account>& dueFrom, const std::optional<Account>& dueTo) {
-  const auto refuse = [&work](std::string_view role, const Account& account, std::string_view wanted) {
+void RefuseOtherTypes(Work& work, const std::optional<standalone::Account>& dueFrom,
+                      const std::optional<standalone::Account>& dueTo) {
+  const auto refuse = [&work](std::string_view role, const standalone::Account& account, std::string_view wanted) {
     work.Refuse("the " + std::string(role) + " account " + Quoted(account.fullName) + " is of the type " +
                     standalone::AccountTypeName(account.type) + ", which is no " + std::string(wanted),
                 Remedy::kChooseAssetAndLiability);
@@ -52,15 +53,16 @@ void RefuseOtherTypes(Work& work, const std::optional<Account>& dueFrom, const s
   if (dueTo && !standalone::IsLiability(dueTo->type)) refuse("due-to", *dueTo, "liability");
 }
 
-void Append(std::vector<MEAccountInfo>& accounts, const std::optional<Account>& account, MEAccountRole role) {
+void Append(std::vector<MEAccountInfo>& accounts, const std::optional<standalone::Account>& account,
+            MEAccountRole role) {
   if (!account) return;
   accounts.push_back(
       {.name = std::string_view(account->fullName), .type = account->type, .accountId = account->id, .role = role});
 }
 
 std::vector<MEAccountInfo> AccountsOf(Work& work, const standalone::RealmId& realm, const RelationAccounts& given) {
-  const std::optional<Account> dueFrom = Find(work, given.dueFrom);
-  const std::optional<Account> dueTo = Find(work, given.dueTo);
+  const std::optional<standalone::Account> dueFrom = Find(work, given.dueFrom);
+  const std::optional<standalone::Account> dueTo = Find(work, given.dueTo);
   RefuseOneAccountForBoth(work, realm, dueFrom, dueTo);
   if (!given.ofAnyType) RefuseOtherTypes(work, dueFrom, dueTo);
   std::vector<MEAccountInfo> accounts;

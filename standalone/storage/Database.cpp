@@ -121,6 +121,7 @@ void Database::Fail(const Failure& failure) {
   }
   if (isConstraint) throw ConstraintViolation(failure.reason);
   if (failure.kind == Failure::Kind::kInUse) throw FileInUse(failure.complaint);
+  if (failure.kind == Failure::Kind::kDamaged) throw DamagedFile(failure.complaint, failure.reason);
   throw CompanyFileError(failure.complaint);
 }
 
@@ -132,7 +133,7 @@ void Database::Spoil(std::string reason) {
 
 void Database::ThrowSpoiled() const {
   if (mayBeSaved_) throw OutcomeUnknown("It is not known whether the work was saved. " + spoiled_.complaint);
-  if (spoiled_.kind == Failure::Kind::kDamaged) throw CompanyFileError(spoiled_.complaint);
+  if (spoiled_.kind == Failure::Kind::kDamaged) throw DamagedFile(spoiled_.complaint, spoiled_.reason);
   const std::string saved = isPartSaved_ ? "Only what came before the question was saved. " : "Nothing was saved. ";
   throw UnitOfWorkError(saved + spoiled_.complaint);
 }

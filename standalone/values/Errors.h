@@ -21,6 +21,23 @@ class FileInUse : public CompanyFileError {
   using CompanyFileError::CompanyFileError;
 };
 
+// It is no company file.
+class NotACompanyFile : public CompanyFileError {
+ public:
+  using CompanyFileError::CompanyFileError;
+};
+
+// It is damaged: only a backup helps.
+class DamagedFile : public CompanyFileError {
+ public:
+  DamagedFile(const std::string& message, std::string reason) : CompanyFileError(message), reason_(std::move(reason)) {}
+  // What is damaged, as a part of a sentence.
+  const std::string& Reason() const noexcept { return reason_; }
+
+ private:
+  std::string reason_;
+};
+
 // A value that a person or a file handed in is not acceptable. The message names the value and what would be right.
 class InvalidInput : public std::runtime_error {
  public:

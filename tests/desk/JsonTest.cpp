@@ -295,7 +295,7 @@ TEST(AsJson, ARefusalWithoutStatusAndRemedyHasNullForThem) {
 }
 
 TEST(AsJson, EachRemedyButNoneHasAName) {
-  for (int number = 1; number <= static_cast<int>(Remedy::kImportAgain); ++number) {
+  for (int number = 1; number <= static_cast<int>(Remedy::kReplace); ++number) {
     const Json json =
         JsonOf(Refusal{.what = UseCase::kImport, .status = {}, .why = "no", .remedy = static_cast<Remedy>(number)});
     EXPECT_TRUE(json["remedy"].is_string()) << number;

@@ -35,8 +35,11 @@ struct AuditOptions {
 // What somebody did, before what he did it to.
 std::string VerbOf(const std::string& action) {
   static const std::vector<std::pair<std::string_view, std::string_view>> verbs{
+      {"company.backup", "began the backup"},
+      {"company.backup.fail", "could not finish the backup"},
       {"company.make", "made"},
       {"company.migrate", "brought forward"},
+      {"company.restore", "restored the company from the backup"},
       {"import", "imported"},
       {"journal.record", "recorded"},
       {"journal.remove", "removed"},

@@ -43,11 +43,11 @@ ExitCode Fail(bool json, ExitCode code, std::string_view message) {
   return code;
 }
 
-ExitCode FailNotKnown(bool json, std::string_view message) {
-  const std::string_view hint = HintWhenNotKnown();
-  PrintError(json ? JsonText({{"error", {{"exit", kExitNotKnown}, {"message", message}, {"hint", hint}}}})
-                  : fmt::format("multientity: {}\n  {}\n", message, hint));
-  return kExitNotKnown;
+// `hint` is what to type to put it right.
+ExitCode FailWithHint(bool json, ExitCode code, std::string_view message, std::string_view hint) {
+  PrintError(json ? JsonText({{"error", {{"exit", code}, {"message", message}, {"hint", hint}}}})
+                  : fmt::format("multientity: {}\n  {}\n", standalone::Shown(message), hint));
+  return code;
 }
 
 // A line for each row.
@@ -115,6 +115,8 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   AddAccounts(program, invocation);
   AddNames(program, invocation);
   AddAudit(program, invocation);
+  AddBackup(program, invocation);
+  AddRestore(program, invocation);
   AddUsers(program, invocation);
   AddSettings(program, invocation);
   AddRelation(program, invocation);
@@ -172,12 +174,14 @@ ExitCode RunCommand(Invocation& invocation) {
     return FailBadRows(json, bad);
   } catch (const standalone::InvalidInput& error) {
     return Fail(json, kExitBadInput, error.what());
+  } catch (const standalone::DamagedFile& error) {
+    return FailWithHint(json, kExitCompanyFile, error.what(), "multientity restore BACKUP FILE --replace");
   } catch (const standalone::CompanyFileError& error) {
     return Fail(json, kExitCompanyFile, error.what());
   } catch (const OutputFailed& error) {
     return FailToTell(invocation, error);
   } catch (const standalone::OutcomeUnknown& error) {
-    return FailNotKnown(json, error.what());
+    return FailWithHint(json, kExitNotKnown, error.what(), HintWhenNotKnown());
   } catch (const std::exception& error) {
     return Fail(json, kExitNotDone, error.what());
   }
@@ -205,8 +209,12 @@ CLI::App& AddFileCommand(CLI::App& parent, const char* name, const char* descrip
                          std::string& file) {
   CLI::App& command = *parent.add_subcommand(name, description);
   command.add_option("FILE", file, "The company file")->required();
-  command.footer(fmt::format("Example:\n  multientity {}\n\n{}", example, kGlobalOptionsHelp));
+  AddFooter(command, example);
   return command;
+}
+
+void AddFooter(CLI::App& command, const char* example) {
+  command.footer(fmt::format("Example:\n  multientity {}\n\n{}", example, kGlobalOptionsHelp));
 }
 
 }  // namespace app

@@ -15,10 +15,10 @@ void Work::RequireAdministrator(std::string_view action) {
          Remedy::kAskAnAdministrator);
 }
 
-void Work::RequireAdministratorOrAccountant(std::string_view what) {
+void Work::RequireAdministratorOrAccountant(std::string_view what, std::string_view done) {
   if (IsAdministrator() || Host().CurrentUserIsAccountant()) return;
   Refuse("The user " + standalone::Quoted(Host().CurrentUser().name) + " is no administrator and no accountant; " +
-             std::string(what) + " may only be seen by them.",
+             std::string(what) + " may only be " + std::string(done) + " by them.",
          Remedy::kAskAnAdministrator);
 }
 

@@ -64,8 +64,9 @@ class Work {
       return std::forward<Operation>(operation)();
     });
   }
-  // As RequireAdministrator(), for accountants, too.
-  void RequireAdministratorOrAccountant(std::string_view what);
+  // As RequireAdministrator(), for accountants, too; `what` begins "... may only be seen by them", or `done` instead of
+  // seen.
+  void RequireAdministratorOrAccountant(std::string_view what, std::string_view done = "seen");
   // Within a unit of work: whether the user is an administrator or has the right now, or one of them.
   bool HasRight(standalone::FeatureRight right);
   bool HasOneOf(std::initializer_list<standalone::FeatureRight> rights);

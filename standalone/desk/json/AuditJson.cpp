@@ -1,5 +1,6 @@
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/Text.h"
 
 namespace desk {
 
@@ -31,6 +32,21 @@ Json JsonOf(const AuditVerdict& verdict) {
           {"lines", verdict.lines},
           {"head", verdict.head},
           {"breakAt", OrNull(verdict.breakAt)}};
+}
+
+Json JsonOf(const BackedUp& made) {
+  return {{"file", standalone::PathText(made.file)},
+          {"bytes", made.bytes},
+          {"auditLines", made.auditLines},
+          {"head", made.head}};
+}
+
+Json JsonOf(const Restored& done) {
+  return {{"file", standalone::PathText(done.file)},
+          {"auditLines", done.auditLines},
+          {"head", done.head},
+          {"auditLinesGivenUp", done.givenUp},
+          {"movedAside", done.aside.empty() ? Json() : Json(standalone::PathText(done.aside))}};
 }
 
 }  // namespace desk

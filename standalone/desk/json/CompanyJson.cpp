@@ -8,6 +8,10 @@ namespace {
 
 const char* NameOf(UseCase what) noexcept {
   switch (what) {
+    case UseCase::kBackUp:
+      return "back-up";
+    case UseCase::kRestore:
+      return "restore";
     case UseCase::kImport:
       return "import";
     case UseCase::kListAccounts:
@@ -142,6 +146,10 @@ const char* NameOf(Remedy remedy) noexcept {
       return "move-as-the-state-allows";
     case Remedy::kImportAgain:
       return "import-again";
+    case Remedy::kBackUpThenReplace:
+      return "back-up-then-replace";
+    case Remedy::kReplace:
+      return "replace";
   }
   return nullptr;
 }

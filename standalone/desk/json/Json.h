@@ -8,6 +8,7 @@
 
 #include "standalone/desk/Accounts.h"
 #include "standalone/desk/Audit.h"
+#include "standalone/desk/Backup.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/Import.h"
 #include "standalone/desk/Log.h"
@@ -37,6 +38,8 @@ Json JsonOf(const Imported& imported);
 Json JsonOf(const standalone::BadRow& row);
 Json JsonOf(const AuditedDeed& deed);
 Json JsonOf(const AuditVerdict& verdict);
+Json JsonOf(const BackedUp& made);
+Json JsonOf(const Restored& done);
 Json JsonOf(const LogLine& line);
 Json JsonOf(const NewLogLine& line);
 Json JsonOf(const Relation& relation);

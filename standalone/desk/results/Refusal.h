@@ -10,6 +10,8 @@ namespace desk {
 
 // What a person asked for.
 enum class UseCase {
+  kBackUp,
+  kRestore,
   kImport,
   kListAccounts,
   kListNames,
@@ -78,6 +80,8 @@ enum class Remedy {
   kSeeRejections,
   kMoveAsTheStateAllows,
   kImportAgain,  // if that is meant
+  kBackUpThenReplace,  // what would be given up for the backup
+  kReplace,            // what is there is kept beside it
 };
 
 struct Refusal {

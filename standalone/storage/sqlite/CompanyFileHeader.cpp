@@ -26,7 +26,7 @@ std::uint32_t BigEndian(const Header& header, std::size_t offset) {
 }
 
 [[noreturn]] void ThrowNotOurs(const std::filesystem::path& file) {
-  throw CompanyFileError(PathText(file) + " is not a company file. Name a file that was made by 'init'.");
+  throw NotACompanyFile(PathText(file) + " is not a company file. Name a file that was made by 'init'.");
 }
 
 [[noreturn]] void ThrowNotReadable(const std::filesystem::path& file) {

@@ -21,7 +21,8 @@ class Overwriting {
   // Leaves the file as it was unless this was finished.
   ~Overwriting();
 
-  // Once this returns, the new content is on the disk. Throws CompanyFileError, and the file is as it was.
+  // Once this returns, the new content is on the disk. Throws CompanyFileError: the file is as it was then, unless the
+  // disk failed at the very end.
   void Finish();
 
  private:

@@ -96,8 +96,8 @@ std::size_t RequireKnownVersion(SqliteDatabase& database, std::size_t newest) {
 }
 
 void ThrowDamaged(const std::filesystem::path& file, const std::string& reason) {
-  throw CompanyFileError("The company file " + PathText(file) + " is damaged (" + reason +
-                         "). Restore it from a backup.");
+  throw DamagedFile("The company file " + PathText(file) + " is damaged (" + reason + "). Restore it from a backup.",
+                    reason);
 }
 
 void ThrowNewer(const std::filesystem::path& file, std::int64_t version, std::size_t newest) {

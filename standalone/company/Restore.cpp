@@ -1,0 +1,208 @@
+#include "standalone/company/Restore.h"
+
+#include <system_error>
+
+#include "platform/DiskFiles.h"
+#include "standalone/books/UserTable.h"
+#include "standalone/company/Backup.h"
+#include "standalone/storage/sqlite/CompanyFileHeader.h"
+#include "standalone/storage/sqlite/DraftFile.h"
+#include "standalone/storage/sqlite/LogOrigin.h"
+#include "standalone/storage/sqlite/Overwriting.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace standalone {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+bool IsThere(const std::filesystem::path& file) {
+  std::error_code ignored;
+  return std::filesystem::exists(std::filesystem::symlink_status(file, ignored));
+}
+
+// What can be moved aside: a file, and what an engine keeps beside it.
+constexpr const char* kParts[] = {"", "-wal", "-shm", "-journal"};
+
+bool IsAnythingThere(const std::filesystem::path& file) {
+  return IsThere(file) || !LeftBeside(file).empty();
+}
+
+// The file goes first, so that no program takes it for a company without what belongs to it.
+std::filesystem::path MoveAside(const std::filesystem::path& file) {
+  const std::filesystem::path first = WithSuffix(file, ".damaged");
+  std::filesystem::path name = first;
+  for (int number = 1; IsAnythingThere(name); ++number) name = WithSuffix(first, "." + std::to_string(number));
+  for (const char* const part : kParts) {
+    if (!IsThere(WithSuffix(file, part))) continue;
+    if (!platform::RenameUnlessTaken(WithSuffix(file, part), WithSuffix(name, part))) {
+      throw std::system_error(std::make_error_code(std::errc::file_exists));
+    }
+  }
+  return name;
+}
+
+// Through a connection of its own, but for a company that is kept for one program alone.
+AuditCheck TrailAfterwards(CompanyFile& company, SchemaSpan schema) {
+  if (company.IsWorkedOnAlone()) return RequireWhole(company.Data(), schema);
+  SqliteDatabase database(company.Path(), kBusyTimeout);
+  return RequireWhole(database, schema);
+}
+
+// After a failure of the disk that may have come before or after what was to be done.
+bool IsAsItWas(CompanyFile& company, const std::string& headBefore, const std::string& failure) {
+  try {
+    AuditTable audit(company.Data());
+    return InReadingUnit(company.Data(), [&] { return audit.Check(); }).head == headBefore;
+  } catch (const std::exception&) {
+    throw OutcomeUnknown("It is not known whether the company was restored. " + failure);
+  }
+}
+
+struct Comparison {
+  AuditCheck trail;  // of the company
+  BeforeRestore before;
+};
+
+// The company as it is now, and the backup.
+Comparison Compare(Database& database, const std::string& user, Database& backup) {
+  AuditTable own(database);
+  AuditTable others(backup);
+  const UnitOfWork reading(database, Access::kRead);
+  const UnitOfWork readingBackup(backup, Access::kRead);
+  Comparison compared{.trail = own.Check(), .before = {}};
+  compared.before.userIsAdministrator = IsAdministrator(database, user);
+  compared.before.linesToGiveUp = compared.trail.lines - own.CountLinesInCommon(others);
+  if (compared.before.linesToGiveUp != 0) compared.before.lastToGiveUp = own.Last();
+  return compared;
+}
+
+// On a read-only medium nobody does, and others who write are waited for.
+void RequireWritable(Database& company) {
+  const UnitOfWork writing(company, Access::kWrite);
+}
+
+}  // namespace
+
+bool IsAdministrator(Database& database, const std::string& user) {
+  UserTable users(database);
+  return InReadingUnit(database, [&] { return users.Require(user).administrator; });
+}
+
+BackupCopy::BackupCopy(const std::filesystem::path& backup, const OpenOptions& options)
+    : backup_(backup), options_(options) {
+  try {
+    RequireCompanyFileHeader(backup, options.schema.size());
+    const std::filesystem::path file = copy_.emplace(backup, options.busyTimeout).File();
+    const std::optional<Migrated> migrated = BringForward(file, {.name = backup,
+                                                                 .steps = options.schema,
+                                                                 .patience = milliseconds::zero(),
+                                                                 .keepsCopy = false,
+                                                                 .roomAdvice = copy_->RoomAdvice()});
+    // One that is brought forward has taken its log in.
+    if (!migrated) RequireOwnLog(file, backup);
+    schemaVersion_ = migrated ? migrated->from : options.schema.size();
+    database_ = std::make_unique<SqliteDatabase>(file, milliseconds::zero());
+    database_->SetName(backup);
+    database_->SetRoomAdvice(copy_->RoomAdvice());
+    trail_ = RequireWhole(*database_, options.schema);
+  } catch (const DamagedFile& damage) {
+    throw CompanyFileError("The backup " + PathText(backup) + " is damaged (" + damage.Reason() +
+                           ") and was not restored. Choose another one.");
+  }
+}
+
+AuditStamp BackupCopy::Stamp(const std::string& user) const {
+  return StampNow(options_.clock, user);
+}
+
+void BackupCopy::Record(const std::string& user, const std::optional<AuditCheck>& company, std::int64_t givenUp) {
+  AuditDeed deed{
+      .action = "company.restore", .subject = PathText(backup_.filename()), .transactions = {}, .changes = {}};
+  const auto tell = [&deed](const char* field, std::optional<std::string> before, std::optional<std::string> after) {
+    deed.changes.push_back({field, std::move(before), std::move(after)});
+  };
+  const auto before = [&company](const std::string& text) {
+    return company ? std::optional(text) : std::nullopt;
+  };
+  const AuditCheck was = company.value_or(AuditCheck{});
+  tell("audit lines", before(std::to_string(was.lines)), std::to_string(trail_.lines));
+  tell("SHA-256 of the last one", before(was.head), trail_.head);
+  if (givenUp != 0) tell("audit lines given up", {}, std::to_string(givenUp));
+  if (schemaVersion_ != options_.schema.size()) {
+    tell("schema version", std::to_string(schemaVersion_), std::to_string(options_.schema.size()));
+  }
+  UnitOfWork unit(*database_, Access::kWrite);
+  AuditTable(*database_).Append(Stamp(user), deed);
+  unit.Commit();
+}
+
+Restored BackupCopy::PutInto(CompanyFile& company, const std::string& user,
+                             const std::function<void(const BeforeRestore& before)>& allow) {
+  SqliteDatabase& target = company.Data();
+  if (target.QueryText("PRAGMA journal_mode = WAL") != "wal") {
+    throw CompanyFileError("The company file " + PathText(company.Path()) +
+                           " was not restored: no write-ahead log can be kept beside it. Check its disk.");
+  }
+  RequireWritable(target);
+  TakePageSizeOf(target, *database_);
+  std::int64_t givenUp = 0;
+  std::string headBefore;  // once it may be replaced
+  try {
+    std::optional<Comparison> compared;
+    // Nobody else changes a company that this program keeps for itself alone.
+    if (company.IsWorkedOnAlone()) compared = Compare(target, user, *database_);
+    Overwriting overwriting(*database_, target);
+    if (!compared) {
+      SqliteDatabase reading(company.Path(), milliseconds::zero());
+      compared = Compare(reading, user, *database_);
+    }
+    allow(compared->before);
+    givenUp = compared->before.linesToGiveUp;
+    Record(user, compared->trail, givenUp);
+    headBefore = compared->trail.head;
+    overwriting.Finish();
+  } catch (const FileInUse& inUse) {
+    throw UnitOfWorkError(std::string("Nothing was restored. ") + inUse.what());
+  } catch (const CompanyFileError& failure) {
+    if (headBefore.empty() || IsAsItWas(company, headBefore, failure.what())) throw;
+  }
+  try {
+    AuditCheck trail = TrailAfterwards(company, options_.schema);
+    return {.auditLines = trail.lines, .head = std::move(trail.head), .givenUp = givenUp, .aside = {}};
+  } catch (const DamagedFile& damage) {
+    throw CompanyFileError("The company file " + PathText(company.Path()) +
+                           " was restored, but what was written is damaged (" + damage.Reason() +
+                           "). Check its disk, and restore it once more.");
+  }
+}
+
+Restored BackupCopy::PutInPlaceOf(const std::filesystem::path& file, const std::string& user) {
+  RequireFileName(file);
+  Record(user, /*company=*/{}, /*givenUp=*/0);
+  Restored restored;
+  const auto fail = [&](const std::string& why) {
+    const std::string where = restored.aside.empty() ? "" : " What was there lies in " + PathText(restored.aside) + ".";
+    throw CompanyFileError("The company file " + PathText(file) + " was not restored. " + why + where);
+  };
+  try {
+    DraftFile draft(file);
+    if (IsThere(file)) platform::TakeRightsOf(file, draft.Path());
+    database_->CopyInto(draft.Path());
+    AuditCheck trail = TrailOfDraft(draft.Path(), file, options_.schema);
+    restored.auditLines = trail.lines;
+    restored.head = std::move(trail.head);
+    if (IsAnythingThere(file)) restored.aside = MoveAside(file);
+    if (!draft.Publish(file)) throw CompanyFileError("Another program has just made a file of that name.");
+  } catch (const std::system_error& error) {
+    fail("Check that its folder exists, that you may write there and that nobody has the file open (" +
+         error.code().message() + ").");
+  } catch (const CompanyFileError& error) {
+    fail(error.what());
+  }
+  return restored;
+}
+
+}  // namespace standalone

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <sstream>
 #include <thread>
@@ -538,4 +539,149 @@ Tally KillMigrations(const Scene& scene, const std::filesystem::path& nextProgra
     timing.Learn(killAfter, run, isMoved);
   }
   return tally;
+}
+
+namespace {
+
+std::string BytesOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+// A company that has gone on since its backup was made, and a backup of it as it went on.
+class BackedUpCompany {
+ public:
+  explicit BackedUpCompany(const Scene& scene) : scene_(scene), file_(MakeBooks(scene)) {
+    before_ = InspectCopy(file_).contents;
+    RunToItsEnd(scene_, {"backup", file_.string(), Backup().string()});
+    RunToItsEnd(scene_, ImportWish(file_, scene_.directory / "import.csv", "import", kImportedSince)->Words());
+    RunToItsEnd(scene_, {"backup", file_.string(), LaterBackup().string()});
+    after_ = InspectCopy(file_).contents;
+    backupBytes_ = BytesOf(Backup());
+  }
+
+  const std::filesystem::path& File() const noexcept { return file_; }
+  std::filesystem::path Backup() const { return scene_.directory / "alder.backup"; }
+  std::vector<std::string> Restore() const { return RestoreOf(Backup()); }
+  void GoOnAgain() const { RunToItsEnd(scene_, RestoreOf(LaterBackup())); }
+
+  // Whether the company holds what the backup does; throws unless it holds that or what it held before, all of it.
+  bool IsRestored() const {
+    if (BytesOf(Backup()) != backupBytes_) throw BooksBroken("The backup has changed");
+    const Inspection found = InspectCopy(file_);
+    if (!found.faults.empty()) throw BooksBroken(found.faults.front());
+    if (found.contents != before_ && found.contents != after_)
+      throw BooksBroken("It holds neither the one nor the other");
+    RunToItsEnd(scene_, {"audit", "verify", file_.string()});
+    return found.contents == before_;
+  }
+
+ private:
+  static constexpr int kImportedSince = 300;
+
+  std::vector<std::string> RestoreOf(const std::filesystem::path& backup) const {
+    return {"restore", backup.string(), file_.string(), "--replace"};
+  }
+  std::filesystem::path LaterBackup() const { return scene_.directory / "later.backup"; }
+
+  Scene scene_;
+  std::filesystem::path file_;
+  Contents before_;
+  Contents after_;
+  std::string backupBytes_;
+};
+
+// Runs what is told until it has been killed so often. `judge` says whether its work was done, or throws BooksBroken.
+Tally KillAgainAndAgain(const Scene& scene, const std::filesystem::path& watched, Timing timing, std::uint64_t seed,
+                        int kills, const std::function<std::vector<std::string>()>& prepare,
+                        const std::function<bool()>& judge) {
+  Random random(seed);
+  Tally tally;
+  const Stopwatch stopwatch(tally);
+  while (tally.kills < kills) {
+    const std::vector<std::string> words = prepare();
+    const nanoseconds killAfter = timing.NextKill(random);
+    const Stamps stamps(watched);
+    const ProgramRun run =
+        Run(CommandOf(scene, words), {.directory = scene.directory, .watchedFile = watched, .killAfter = killAfter});
+    const Traces traces = stamps.Until(Stamps(watched));
+    const Report report = ReportOf(run);
+    const auto fail = [&](const std::string& fault) {
+      throw BooksBroken("multientity " + Joined(words) + AfterMilliseconds(killAfter) + ' ' + Description(run) + fault +
+                        "\nAll is as it was left: " + scene.directory.string());
+    };
+    bool isDone = false;
+    try {
+      isDone = judge();
+    } catch (const std::exception& fault) {
+      fail(fault.what());
+    }
+    if (report.kind == Report::Kind::kDone && !isDone) fail("Reported as done, but it is not");
+    if (report.kind == Report::Kind::kFailed || report.kind == Report::Kind::kRefused) fail("It failed");
+    Count(tally, run, MomentOf(run, report, isDone, traces));
+    timing.Learn(killAfter, run, isDone);
+  }
+  return tally;
+}
+
+}  // namespace
+
+Tally KillBackups(const Scene& scene, std::uint64_t seed, int kills) {
+  const std::filesystem::path file = MakeBooks(scene);
+  const Contents books = InspectCopy(file).contents;
+  std::filesystem::path backup;
+  auto prepare = [&, number = 0]() mutable {
+    backup = scene.directory / ("backup-" + std::to_string(++number));
+    return std::vector<std::string>{"backup", file.string(), backup.string()};
+  };
+  const Timing timing(RunToItsEnd(scene, prepare()).took);
+  return KillAgainAndAgain(scene, file, timing, seed, kills, prepare, [&] {
+    const bool isMade = std::filesystem::exists(backup);
+    for (const std::filesystem::path& made : {file, backup}) {
+      if (made == backup && !isMade) continue;
+      const Inspection found = InspectCopy(made);
+      if (!found.faults.empty()) throw BooksBroken(found.faults.front());
+      if (found.contents != books) throw BooksBroken("The books are not the same in " + made.string());
+      RunToItsEnd(scene, {"audit", "verify", made.string()});
+    }
+    return isMade;
+  });
+}
+
+Tally KillRestores(const Scene& scene, std::uint64_t seed, int kills) {
+  const BackedUpCompany company(scene);
+  const Timing timing(RunToItsEnd(scene, company.Restore()).took);
+  bool isRestored = true;
+  const auto prepare = [&] {
+    if (isRestored) company.GoOnAgain();
+    return company.Restore();
+  };
+  return KillAgainAndAgain(scene, company.File(), timing, seed, kills, prepare,
+                           [&] { return isRestored = company.IsRestored(); });
+}
+
+Tally KillReplacements(const Scene& scene, std::uint64_t seed, int kills) {
+  const BackedUpCompany company(scene);
+  const Timing timing(RunToItsEnd(scene, company.Restore()).took);
+  const std::filesystem::path aside = company.File().string() + ".damaged";
+  constexpr std::size_t kPage = 4096;
+  std::string damaged = BytesOf(company.File());
+  damaged.replace(kPage, kPage, kPage, 'x');
+  const auto prepare = [&] {
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+      std::filesystem::remove(company.File().string() + suffix);
+      std::filesystem::remove(aside.string() + suffix);
+    }
+    WriteFile(company.File(), damaged);
+    return company.Restore();
+  };
+  return KillAgainAndAgain(scene, company.File(), timing, seed, kills, prepare, [&] {
+    const bool isThere = std::filesystem::exists(company.File());
+    if (isThere && BytesOf(company.File()) == damaged) return false;
+    if (BytesOf(aside) != damaged) throw BooksBroken("The damaged company is gone");
+    // Between the two names there is none, and the restore is asked for again.
+    if (!isThere) RunToItsEnd(scene, company.Restore());
+    if (!company.IsRestored()) throw BooksBroken("It was not restored");
+    return isThere;
+  });
 }

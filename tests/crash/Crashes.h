@@ -106,5 +106,13 @@ Tally KillImports(const Scene& scene, std::uint64_t seed, int kills, int transac
 Tally KillMigrations(const Scene& scene, const std::filesystem::path& nextProgram,
                      const std::filesystem::path& oldCompany, std::uint64_t seed, int kills);
 
+// Backups that are killed while they are made. The company stays whole, and a backup that is there is whole, too.
+Tally KillBackups(const Scene& scene, std::uint64_t seed, int kills);
+
+// Restores that are killed: of a company that is sound, which is whole before and after, and of one that is damaged,
+// which is kept. The backup stays as it is.
+Tally KillRestores(const Scene& scene, std::uint64_t seed, int kills);
+Tally KillReplacements(const Scene& scene, std::uint64_t seed, int kills);
+
 // Companies that are killed while they are made. Each is there, complete, or not there.
 Tally KillInits(const Scene& scene, std::uint64_t seed, int kills);

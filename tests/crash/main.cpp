@@ -26,6 +26,7 @@ struct Options {
   int importKills = 40;
   int importTransactions = 4000;
   int initKills = 60;
+  int backupKills = 60;  // and as many of restores, of sound and of damaged companies
   int migrationKills = 200;
   std::filesystem::path nextProgram = MULTIENTITY_NEXT_PROGRAM;
 };
@@ -103,6 +104,11 @@ void Crash(const Options& options, const std::filesystem::path& directory) {
                          options.migrationKills / 2));
   }
   Print("making a company", KillInits(NewScene(options, directory / "init"), options.seed, options.initKills));
+  Print("making a backup", KillBackups(NewScene(options, directory / "backup"), options.seed, options.backupKills));
+  Print("restoring a company",
+        KillRestores(NewScene(options, directory / "restore"), options.seed, options.backupKills));
+  Print("replacing a damaged company",
+        KillReplacements(NewScene(options, directory / "replace"), options.seed, options.backupKills));
   RequireDangerOf(alone, kDangerousMoments);
   RequireDangerOf(two, kDangerousMomentsOfTwo);
 }
@@ -123,11 +129,16 @@ int main(int argumentCount, char** arguments) {
   program.add_option("--init-kills", options.initKills, "Of companies that are made")->capture_default_str();
   program.add_option("--migration-kills", options.migrationKills, "Of companies that are brought to the next version")
       ->capture_default_str();
+  program.add_option("--backup-kills", options.backupKills, "Of backups, of restores, of damaged companies replaced")
+      ->capture_default_str();
   CLI11_PARSE(program, argumentCount, arguments);
 
   std::printf("seed %llu\n", static_cast<unsigned long long>(options.seed));
   std::fflush(stdout);
   const std::filesystem::path directory = options.directory / ("multientity-crash-" + std::to_string(getpid()));
+  // A restore that is killed leaves its temporary folder.
+  std::filesystem::create_directories(directory / "temporary");
+  setenv("TMPDIR", (directory / "temporary").c_str(), /*overwrite=*/1);
   try {
     Crash(options, directory);
   } catch (const std::exception& error) {

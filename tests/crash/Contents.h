@@ -50,8 +50,8 @@ struct Contents {
 // What was found in a file: what is wrong with it, in words, and what it holds if it can be read.
 struct Inspection {
   std::vector<std::string> faults{};
-  // Entries, intercompany rows and lines of the audit trail that have lost each other, in words; faults where all journal
-  // entries are intercompany ones and nobody has damaged the file, as opening it does not look for them.
+  // Entries, intercompany rows and lines of the audit trail that have lost each other, in words; faults where all
+  // journal entries are intercompany ones and nobody has damaged the file, as opening it does not look for them.
   std::vector<std::string> separated{};
   Contents contents{};
 };

@@ -79,7 +79,7 @@ enum class Remedy {
   kTransactionHasChanged,  // it is gone from the books or of another type than its intercompany line says
   kSeeRejections,
   kMoveAsTheStateAllows,
-  kImportAgain,  // if that is meant
+  kImportAgain,        // if that is meant
   kBackUpThenReplace,  // what would be given up for the backup
   kReplace,            // what is there is kept beside it
 };

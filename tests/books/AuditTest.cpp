@@ -175,7 +175,7 @@ TEST_F(TheAuditTrail, IsAskedByUserActionAndTransaction) {
 TEST_F(TheAuditTrail, SaysWhichLineCannotBeRead) {
   Tamper("UPDATE audit SET changes = 'nonsense' WHERE id = 1");
 
-  EXPECT_THAT(MessageOf<CompanyFileError>([&] { NumbersOf({}); }), HasSubstr("Line 1 of the audit trail"));
+  EXPECT_THAT(MessageOf<CompanyFileError>([&] { NumbersOf({}); }), HasSubstr("line 1 of the audit trail"));
 }
 
 }  // namespace

@@ -445,16 +445,9 @@ class MovedCompany {
   }
 
   const std::filesystem::path& File() const noexcept { return file_; }
-  std::vector<std::string> Listing() const { return {"accounts", file_.string()}; }
+  std::vector<std::string> Listing() const { return ListingOf(file_); }
 
-  void PutBack() const {
-    const std::vector<std::filesystem::path> beside = FilesBeside();
-    for (const std::filesystem::path& path : beside) std::filesystem::remove(path);
-    for (const char* suffix : {"", "-wal"}) {
-      const std::filesystem::path part = original_.string() + suffix;
-      if (std::filesystem::exists(part)) std::filesystem::copy_file(part, file_.string() + suffix);
-    }
-  }
+  void PutBack() const { Replace(original_, file_); }
 
   // What is wrong after a kill; says whether the company is the next program's by then.
   std::vector<std::string> FaultsAfter(const Scene& next, bool& isMoved) const {
@@ -462,7 +455,10 @@ class MovedCompany {
     Compare("the company", file_, faults);
     std::size_t copies = ComparedCopies(faults);
 
-    const ProgramRun former = Run(CommandOf(scene_, Listing()), {.directory = scene_.directory});
+    // The program of today may bring an older company forward itself.
+    const std::filesystem::path copy = scene_.directory / "former.company";
+    Replace(file_, copy);
+    const ProgramRun former = Run(CommandOf(scene_, ListingOf(copy)), {.directory = scene_.directory});
     isMoved = former.code != 0;
     if (isMoved && former.err.find("newer program") == std::string::npos) {
       faults.push_back("the program of today says: " + former.err);
@@ -476,13 +472,24 @@ class MovedCompany {
   }
 
  private:
+  static std::vector<std::string> ListingOf(const std::filesystem::path& file) { return {"accounts", file.string()}; }
+
   // The company itself included.
-  std::vector<std::filesystem::path> FilesBeside() const {
+  static std::vector<std::filesystem::path> FilesBeside(const std::filesystem::path& file) {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(file_.parent_path())) {
-      if (entry.path().filename().string().starts_with(file_.filename().string())) files.push_back(entry.path());
+    for (const auto& entry : std::filesystem::directory_iterator(file.parent_path())) {
+      if (entry.path().filename().string().starts_with(file.filename().string())) files.push_back(entry.path());
     }
     return files;
+  }
+
+  static void Replace(const std::filesystem::path& from, const std::filesystem::path& file) {
+    const std::vector<std::filesystem::path> beside = FilesBeside(file);
+    for (const std::filesystem::path& path : beside) std::filesystem::remove(path);
+    for (const char* suffix : {"", "-wal"}) {
+      const std::filesystem::path part = from.string() + suffix;
+      if (std::filesystem::exists(part)) std::filesystem::copy_file(part, file.string() + suffix);
+    }
   }
 
   void Compare(const std::string& what, const std::filesystem::path& file, std::vector<std::string>& faults) const {
@@ -493,7 +500,7 @@ class MovedCompany {
 
   std::size_t ComparedCopies(std::vector<std::string>& faults) const {
     std::size_t copies = 0;
-    for (const std::filesystem::path& path : FilesBeside()) {
+    for (const std::filesystem::path& path : FilesBeside(file_)) {
       const std::string name = path.filename().string();
       if (name.find(".before-") == std::string::npos || name.find(".new") != std::string::npos ||
           name.find(".copy") != std::string::npos) {

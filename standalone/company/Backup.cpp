@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "platform/DiskFiles.h"
+#include "standalone/company/FileNames.h"
 #include "standalone/storage/sqlite/DraftFile.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
@@ -11,47 +11,32 @@ namespace standalone {
 
 namespace {
 
-[[noreturn]] void ThrowNotMade(const std::filesystem::path& backup, const std::string& reason) {
+[[noreturn]] void ThrowNoBackup(const std::filesystem::path& backup, const std::string& reason) {
   throw CompanyFileError("The backup " + PathText(backup) + " was not made. " + reason);
 }
 
 [[noreturn]] void ThrowTaken(const std::filesystem::path& backup) {
-  ThrowNotMade(backup, "There is a file of that name; choose another name, or move that file away first.");
+  ThrowNoBackup(backup, "There is a file of that name; choose another name, or move that file away first.");
 }
 
-DraftFile MakeDraft(const std::filesystem::path& backup) {
+DraftFile DraftOf(const std::filesystem::path& backup) {
   try {
     return DraftFile(backup);
   } catch (const std::system_error& error) {
-    ThrowNotMade(backup, "Check that its folder exists and that you may write there (" + error.code().message() + ").");
+    ThrowNoBackup(backup,
+                  "Check that its folder exists and that you may write there (" + error.code().message() + ").");
   }
 }
 
 }  // namespace
 
-std::filesystem::path LeftBeside(const std::filesystem::path& file) {
-  for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
-    std::filesystem::path left = WithSuffix(file, suffix);
-    std::error_code ignored;
-    if (std::filesystem::exists(std::filesystem::symlink_status(left, ignored))) return left;
-  }
-  return {};
-}
-
-void RequireFileName(const std::filesystem::path& file) {
-  const bool hasNul = file.native().find('\0') != std::filesystem::path::string_type::npos;
-  if (!file.empty() && !hasNul && !platform::NamesAStream(file)) return;
-  throw InvalidInput("The name " + Quoted(PathText(file)) + " is none of a file. Give the path of one.");
-}
-
 void RequireFreeForBackup(const std::filesystem::path& backup) {
   RequireFileName(backup);
-  std::error_code ignored;
-  if (std::filesystem::exists(std::filesystem::symlink_status(backup, ignored))) ThrowTaken(backup);
+  if (IsThere(backup)) ThrowTaken(backup);
   const std::filesystem::path left = LeftBeside(backup);
   if (left.empty()) return;
-  ThrowNotMade(backup, PathText(left) +
-                           " is left of another company of that name; choose another name, or move that file away.");
+  ThrowNoBackup(backup, PathText(left) +
+                            " is left of another company of that name; choose another name, or move that file away.");
 }
 
 AuditCheck TrailOfDraft(const std::filesystem::path& draft, const std::filesystem::path& name, SchemaSpan schema) {
@@ -76,7 +61,7 @@ AuditCheck RequireWhole(SqliteDatabase& database, SchemaSpan schema) {
 
 Backup MakeBackup(SqliteDatabase& company, const std::filesystem::path& backup, SchemaSpan schema) {
   RequireFreeForBackup(backup);
-  DraftFile draft = MakeDraft(backup);
+  DraftFile draft = DraftOf(backup);
   bool isPublished = false;
   Backup made;
   try {
@@ -86,10 +71,10 @@ Backup MakeBackup(SqliteDatabase& company, const std::filesystem::path& backup, 
         .bytes = std::filesystem::file_size(draft.Path()), .auditLines = trail.lines, .head = std::move(trail.head)};
     isPublished = draft.Publish(backup);
   } catch (const DamagedFile& damage) {
-    ThrowNotMade(backup,
-                 "What was copied is damaged (" + damage.Reason() + "). Check the company and the disk of the backup.");
+    ThrowNoBackup(
+        backup, "What was copied is damaged (" + damage.Reason() + "). Check the company and the disk of the backup.");
   } catch (const std::exception& error) {
-    ThrowNotMade(backup, error.what());
+    ThrowNoBackup(backup, error.what());
   }
   if (!isPublished) ThrowTaken(backup);
   return made;

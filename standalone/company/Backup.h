@@ -15,9 +15,6 @@ struct Backup {
   std::string head;  // the SHA-256 of its last audit line
 };
 
-// What lies beside a company has its name with a suffix. Throws InvalidInput for a name that is none.
-void RequireFileName(const std::filesystem::path& file);
-
 // Throws CompanyFileError when a file of that name is there, or something that its engine would take for its own.
 void RequireFreeForBackup(const std::filesystem::path& backup);
 
@@ -32,8 +29,5 @@ AuditCheck TrailOfDraft(const std::filesystem::path& draft, const std::filesyste
 
 // Searches through all of a company, and its audit trail, whatever its size. Throws DamagedFile.
 AuditCheck RequireWhole(SqliteDatabase& database, SchemaSpan schema);
-
-// What lies beside `file` under the name of an engine's log; empty when nothing does.
-std::filesystem::path LeftBeside(const std::filesystem::path& file);
 
 }  // namespace standalone

@@ -8,6 +8,7 @@
 #include "standalone/books/AuditTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/books/UserTable.h"
+#include "standalone/company/FileNames.h"
 #include "standalone/storage/sqlite/CompanyFileHeader.h"
 #include "standalone/storage/sqlite/DraftFile.h"
 #include "standalone/storage/sqlite/LogOrigin.h"
@@ -83,15 +84,11 @@ void Configure(SqliteDatabase& database) {
                          ". Choose another name, or move the file away first.");
 }
 
-// What an engine has left beside a company that is gone it would take for the new one's.
 void RequireNothingLeft(const std::filesystem::path& path) {
-  for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
-    const std::filesystem::path left = WithSuffix(path, suffix);
-    std::error_code ignored;
-    if (!std::filesystem::exists(std::filesystem::symlink_status(left, ignored))) continue;
-    throw CompanyFileError("The company file " + PathText(path) + " cannot be made: " + PathText(left) +
-                           " is left of another company of that name. Choose another name, or move that file away.");
-  }
+  const std::filesystem::path left = LeftBeside(path);
+  if (left.empty()) return;
+  throw CompanyFileError("The company file " + PathText(path) + " cannot be made: " + PathText(left) +
+                         " is left of another company of that name. Choose another name, or move that file away.");
 }
 
 DraftFile MakeDraft(const std::filesystem::path& path) {
@@ -126,19 +123,6 @@ void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
   // Kept in the file; done last, so that the header is complete in the file itself. No other program opens a draft, and
   // a write-ahead log of one program alone needs no memory in common, which a network share does not have.
   database.Execute("PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL");
-}
-
-// What lies beside a company has its name with a suffix, which a NUL would cut off again.
-const std::filesystem::path& RequireFileName(const std::filesystem::path& path) {
-  if (path.empty()) throw InvalidInput("The name of the company file is empty. Give the path of a file.");
-  if (path.native().find('\0') != std::filesystem::path::string_type::npos) {
-    throw InvalidInput("The name of the company file " + Quoted(PathText(path)) + " holds a NUL. Leave it out.");
-  }
-  if (platform::NamesAStream(path)) {
-    throw InvalidInput("The name of the company file " + Quoted(PathText(path)) +
-                       " has a colon, which names a stream within a file on this system. Choose a name without one.");
-  }
-  return path;
 }
 
 // What lies beside a company lies beside its file: the engine's log, the operations log, the remote switches.
@@ -228,8 +212,7 @@ void CompanyFile::Create(const std::filesystem::path& path, const NewCompany& co
   RequireFileName(path);
   RequireText("The company name", company.name, 1, kCompanyNameLength);
   RequireCurrencyCode(company.homeCurrency);
-  std::error_code ignored;
-  if (std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) ThrowThere(path);
+  if (IsThere(path)) ThrowThere(path);
   RequirePlaceToWork(path, shares);
   RequireNothingLeft(path);
 

@@ -83,7 +83,7 @@ platform::SharedFile Open(const std::filesystem::path& file) {
   }
 }
 
-bool IsThere(const std::filesystem::path& file) {
+bool IsAFileThere(const std::filesystem::path& file) {
   std::error_code ignored;
   return std::filesystem::exists(file, ignored);
 }
@@ -122,7 +122,7 @@ std::vector<LogLine> LogReader::LastLines(std::size_t count) const {
   std::optional<platform::SharedFile> newer;
   for (std::size_t number = 0; lines.size() < count && most > 0; ++number) {
     const std::filesystem::path name = number == 0 ? file_ : OlderLog(file_, number);
-    if (!IsThere(name)) {
+    if (!IsAFileThere(name)) {
       if (number == 0) continue;
       break;
     }

@@ -5,6 +5,7 @@
 #include "platform/DiskFiles.h"
 #include "standalone/books/UserTable.h"
 #include "standalone/company/Backup.h"
+#include "standalone/company/FileNames.h"
 #include "standalone/storage/sqlite/CompanyFileHeader.h"
 #include "standalone/storage/sqlite/DraftFile.h"
 #include "standalone/storage/sqlite/LogOrigin.h"
@@ -17,11 +18,6 @@ namespace standalone {
 namespace {
 
 using std::chrono::milliseconds;
-
-bool IsThere(const std::filesystem::path& file) {
-  std::error_code ignored;
-  return std::filesystem::exists(std::filesystem::symlink_status(file, ignored));
-}
 
 // What can be moved aside: a file, and what an engine keeps beside it.
 constexpr const char* kParts[] = {"", "-wal", "-shm", "-journal"};

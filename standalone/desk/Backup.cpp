@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "standalone/company/Backup.h"
+#include "standalone/company/FileNames.h"
 #include "standalone/company/Restore.h"
 #include "standalone/desk/Openings.h"
 #include "standalone/desk/inside/LocalTimes.h"

@@ -98,6 +98,9 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
       return "if that is meant, import it once more with --again";
     case Remedy::kBackUpThenReplace:
       return "make a backup of it first with: multientity backup FILE TO, then add --replace to restore all the same";
+    case Remedy::kMakeAnotherCompany:
+      return "another currency needs a company of its own; make one with: multientity init FILE --name NAME "
+             "--home-currency CODE";
     case Remedy::kReplace:
       return "add --replace to restore the backup in its place; what is there is moved aside, not deleted";
   }

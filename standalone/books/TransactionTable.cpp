@@ -33,6 +33,7 @@ TransactionTable::TransactionTable(Database& database)
       post_(database, Writes::kBookings, "UPDATE txn SET posted = 1 WHERE id = ?1"),
       header_(database, "SELECT id, type, date, name_id, posted, partner_confirmed FROM txn WHERE id = ?1"),
       anyLine_(database, "SELECT 1 FROM txn_line WHERE id = ?1"),
+      anyLineAtAll_(database, "SELECT 1 FROM txn_line LIMIT 1"),
       lineType_(database,
                 "SELECT 1 FROM txn_line JOIN txn ON txn.id = txn_id WHERE txn_line.id = ?1 "
                 "AND txn.type = ?2"),
@@ -79,6 +80,10 @@ std::optional<TransactionHeader> TransactionTable::FindHeader(std::int32_t txnId
 
 bool TransactionTable::LineExists(std::int32_t lineId, std::int32_t view) {
   return view == 0 ? anyLine_.Query(lineId).Step() : lineType_.Query(lineId, view).Step();
+}
+
+bool TransactionTable::HasLines() {
+  return anyLineAtAll_.Query().Step();
 }
 
 LineView TransactionTable::FindLine(std::int32_t lineId, std::int32_t view) {

@@ -70,6 +70,8 @@ class TransactionTable {
   std::optional<TransactionHeader> FindHeader(std::int32_t txnId);
   // False when there is no such line; `view` is the type to see it under, 0 for any.
   bool LineExists(std::int32_t lineId, std::int32_t view);
+  // Whether any transaction has one.
+  bool HasLines();
   // Blank when there is no such line.
   LineView FindLine(std::int32_t lineId, std::int32_t view);
   // The same if it is a line of that transaction.
@@ -94,6 +96,7 @@ class TransactionTable {
   Statement post_;
   Statement header_;
   Statement anyLine_;
+  Statement anyLineAtAll_;
   Statement lineType_;
   Statement line_;
   Statement lineOf_;

@@ -1,6 +1,7 @@
 #include "standalone/desk/Settings.h"
 
 #include "standalone/books/SettingsTable.h"
+#include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/Work.h"
@@ -15,6 +16,13 @@ Settings SettingsOf(const standalone::Settings& settings) {
           .multiCurrency = settings.multiCurrency,
           .sampleFile = settings.sampleFile,
           .accountantsCopy = settings.accountantsCopy};
+}
+
+// Each line's amount is one of the currency in which it was booked.
+void RequireNoLines(Work& work, const std::string& currency) {
+  if (!work.Host().Transactions().HasLines()) return;
+  work.Refuse("the home currency stays " + currency + ": there are lines in the books, whose amounts are of it",
+              Remedy::kMakeAnotherCompany);
 }
 
 }  // namespace
@@ -33,6 +41,7 @@ Settings ChangeSetting(Company& company, std::string_view setting, std::string_v
     const standalone::Settings before = work.Host().Settings().Get();
     work.Host().Settings().Set(setting, value);
     const standalone::Settings& after = work.Host().Settings().Get();
+    if (after.homeCurrency != before.homeCurrency) RequireNoLines(work, before.homeCurrency);
     work.Host().Record(DeedOfSettings(before, after));
     return SettingsOf(after);
   });

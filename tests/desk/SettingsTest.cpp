@@ -93,5 +93,18 @@ TEST_F(TheSettings, AreThoseThatAnotherProgramHasWritten) {
   EXPECT_EQ(ReadSettings(*company_).homeCurrency, "EUR");
 }
 
+TEST_F(TheSettings, KeepTheCurrencyOfWhatIsBooked) {
+  RelateBirch();
+  ImportMarch();
+  const std::string before = Everything();
+
+  const Refusal refusal = RefusalOf([&] { ChangeSetting(*company_, "home-currency", "CAD"); });
+
+  EXPECT_EQ(refusal.remedy, Remedy::kMakeAnotherCompany);
+  EXPECT_THAT(refusal.why, testing::HasSubstr("USD"));
+  EXPECT_EQ(Everything(), before);
+  EXPECT_EQ(ChangeSetting(*company_, "home-currency", "USD").homeCurrency, "USD");
+}
+
 }  // namespace
 }  // namespace desk

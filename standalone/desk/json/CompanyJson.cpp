@@ -148,6 +148,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "import-again";
     case Remedy::kBackUpThenReplace:
       return "back-up-then-replace";
+    case Remedy::kMakeAnotherCompany:
+      return "make-another-company";
     case Remedy::kReplace:
       return "replace";
   }

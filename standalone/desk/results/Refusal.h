@@ -79,9 +79,10 @@ enum class Remedy {
   kTransactionHasChanged,  // it is gone from the books or of another type than its intercompany line says
   kSeeRejections,
   kMoveAsTheStateAllows,
-  kImportAgain,        // if that is meant
-  kBackUpThenReplace,  // what would be given up for the backup
-  kReplace,            // what is there is kept beside it
+  kImportAgain,         // if that is meant
+  kBackUpThenReplace,   // what would be given up for the backup
+  kMakeAnotherCompany,  // for another currency
+  kReplace,             // what is there is kept beside it
 };
 
 struct Refusal {

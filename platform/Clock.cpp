@@ -52,6 +52,9 @@ void FillSystemTime(Clock::TimePoint moment, _SYSTEMTIME& filled) {
 }
 
 bool CanDateBy(Clock::TimePoint moment) {
+  // Beyond all those years; at the ends of what the clock counts, whole seconds cannot be told.
+  constexpr std::chrono::days kFarthest{366 * 250};
+  if (moment.time_since_epoch() > kFarthest || moment.time_since_epoch() < -kFarthest) return false;
   const int year = LocalTimeOf(moment).tm_year + kYearOfTm;
   return year >= kFirstYearOfDates && year <= kLastYear;
 }

@@ -9,7 +9,7 @@
 namespace platform {
 
 std::string SystemUserName() {
-  constexpr std::size_t kLargestEntry = 16 * 1024;
+  constexpr std::size_t kLargestEntry = std::size_t{16} * 1024;
   const uid_t id = geteuid();
   std::vector<char> buffer(kLargestEntry);
   passwd entry{};

@@ -268,7 +268,7 @@ std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options, const 
                                 [&options](const Migrated& done, Database& database) {
                                   AuditTable(database).Append(StampNow(options.clock, /*user=*/{}), DeedOf(done));
                                 },
-                            .roomAdvice = onlyRead ? copy_->RoomAdvice() : std::string()});
+                            .roomAdvice = onlyRead ? std::optional(copy_->RoomAdvice()) : std::nullopt});
   }
   if (options.tell && (opening.migrated || onlyRead)) options.tell(opening);
   return onlyRead ? file : path_;

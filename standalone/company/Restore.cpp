@@ -9,6 +9,7 @@
 #include "standalone/storage/sqlite/CompanyFileHeader.h"
 #include "standalone/storage/sqlite/DraftFile.h"
 #include "standalone/storage/sqlite/LogOrigin.h"
+#include "standalone/storage/sqlite/OpenAlone.h"
 #include "standalone/storage/sqlite/Overwriting.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
@@ -27,9 +28,9 @@ bool IsAnythingThere(const std::filesystem::path& file) {
 }
 
 // The file goes first, so that no program takes it for a company without what belongs to it.
-std::filesystem::path MoveAside(const std::filesystem::path& file) {
+void MoveAside(const std::filesystem::path& file, std::filesystem::path& name) {
   const std::filesystem::path first = WithSuffix(file, ".damaged");
-  std::filesystem::path name = first;
+  name = first;
   for (int number = 1; IsAnythingThere(name); ++number) name = WithSuffix(first, "." + std::to_string(number));
   for (const char* const part : kParts) {
     if (!IsThere(WithSuffix(file, part))) continue;
@@ -37,7 +38,18 @@ std::filesystem::path MoveAside(const std::filesystem::path& file) {
       throw std::system_error(std::make_error_code(std::errc::file_exists));
     }
   }
-  return name;
+}
+
+// Who works on a damaged company all the same would book into a file that is out of the way. What the engine cannot
+// read nobody works on.
+void RequireUnused(const std::filesystem::path& file) {
+  if (!IsThere(file)) return;
+  try {
+    if (OpenAlone(file, file) != nullptr) return;
+  } catch (const CompanyFileError&) {
+    return;
+  }
+  throw FileInUse("The company file " + PathText(file) + " is in use by another program. Close it there first.");
 }
 
 // Through a connection of its own, but for a company that is kept for one program alone.
@@ -90,8 +102,12 @@ bool IsAdministrator(Database& database, const std::string& user) {
 BackupCopy::BackupCopy(const std::filesystem::path& backup, const OpenOptions& options)
     : backup_(backup), options_(options) {
   try {
-    RequireCompanyFileHeader(backup, options.schema.size());
-    const std::filesystem::path file = copy_.emplace(backup, options.busyTimeout).File();
+    // What lies beside a file lies beside the file itself, not beside a link to it.
+    std::error_code error;
+    std::filesystem::path original = std::filesystem::canonical(backup, error);
+    if (error) original = backup;
+    RequireCompanyFileHeader(original, options.schema.size());
+    const std::filesystem::path file = copy_.emplace(original, options.busyTimeout).File();
     const std::optional<Migrated> migrated = BringForward(file, {.name = backup,
                                                                  .steps = options.schema,
                                                                  .patience = milliseconds::zero(),
@@ -172,6 +188,9 @@ Restored BackupCopy::PutInto(CompanyFile& company, const std::string& user,
     throw CompanyFileError("The company file " + PathText(company.Path()) +
                            " was restored, but what was written is damaged (" + damage.Reason() +
                            "). Check its disk, and restore it once more.");
+  } catch (const std::exception& failure) {
+    throw CompanyFileError("The company file " + PathText(company.Path()) +
+                           " was restored, but could not be searched through (" + failure.what() + ").");
   }
 }
 
@@ -190,7 +209,8 @@ Restored BackupCopy::PutInPlaceOf(const std::filesystem::path& file, const std::
     AuditCheck trail = TrailOfDraft(draft.Path(), file, options_.schema);
     restored.auditLines = trail.lines;
     restored.head = std::move(trail.head);
-    if (IsAnythingThere(file)) restored.aside = MoveAside(file);
+    RequireUnused(file);
+    if (IsAnythingThere(file)) MoveAside(file, restored.aside);
     if (!draft.Publish(file)) throw CompanyFileError("Another program has just made a file of that name.");
   } catch (const std::system_error& error) {
     fail("Check that its folder exists, that you may write there and that nobody has the file open (" +

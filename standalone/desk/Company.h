@@ -62,7 +62,7 @@ struct CompanyOptions {
   std::function<void(const Opening& opening)> onOpened;
   std::function<void(const NewLogLine& line)> onLogLine;
   std::function<void(std::int32_t status)> onAnswer;  // of the module
-  std::function<void()> onSaved = {};                 // work is in the company file; throws nothing
+  std::function<void()> onSaved = nullptr;            // work is in the company file; throws nothing
 };
 
 // A company that is open for one user, on the thread that opened it; one at a time in a process, as the module has one

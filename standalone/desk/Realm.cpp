@@ -60,7 +60,8 @@ RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>
       check.before = work.RememberedRealm();
       check.blocked = MultiEntityDriver::BlockUserIfRealmReset(reported);
       check.after = work.RememberedRealm();
-      if (check.after != check.before) {
+      // The module remembers one where none was; another one is somebody else's doing, while a question was open.
+      if (!check.before && check.after) {
         work.RequireAdministrator(kChangeOfRealm);
         work.Host().Record(DeedOfRealm(check.before, check.after.value_or("")));
       }

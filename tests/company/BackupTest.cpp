@@ -306,6 +306,41 @@ TEST_F(ABackup, TakesThePlaceOfADamagedFileWhichIsKept) {
 #endif
 }
 
+TEST_F(ABackup, DoesNotTakeADamagedFileAwayFromWhoWorksOnIt) {
+  Make();
+  StandaloneHost host(path_);
+  FileOf(host).Execute("DROP TRIGGER txn_post");
+  const std::string before = ReadFile(path_);
+
+  EXPECT_THAT(MessageOf<CompanyFileError>([&] { BackupCopy(backup_, {}).PutInPlaceOf(path_, kAdministratorName); }),
+              HasSubstr("is in use by another program"));
+
+  EXPECT_EQ(ReadFile(path_), before);
+  EXPECT_THAT(FilesThere(), testing::Not(testing::Contains(HasSubstr(".damaged"))));
+}
+
+TEST_F(ABackup, ThatALinkNamesIsRestoredWithItsLog) {
+#ifdef _WIN32
+  GTEST_SKIP() << "who may make links on Windows is another matter";
+#else
+  const std::filesystem::path other = folder_ / "other.company";
+  const std::filesystem::path crashed = folder_ / "crashed.company";
+  {
+    StandaloneHost host(path_);
+    FileOf(host).QueryText("PRAGMA wal_checkpoint(TRUNCATE)");
+    Add(host, "Walker");
+    WriteFile(crashed, ReadFile(path_));
+    WriteFile(crashed.string() + "-wal", ReadFile(path_.string() + "-wal"));
+  }
+  std::filesystem::create_directory(folder_ / "links");
+  std::filesystem::create_symlink(crashed, folder_ / "links" / "latest.company");
+
+  BackupCopy(folder_ / "links" / "latest.company", {}).PutInPlaceOf(other, kAdministratorName);
+
+  EXPECT_THAT(NamesIn(other), UnorderedElementsAre("Walker"));
+#endif
+}
+
 TEST_F(ABackup, ThatIsDamagedIsNotRestored) {
   Make();
   Spoil(backup_);

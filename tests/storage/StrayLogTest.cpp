@@ -106,6 +106,25 @@ TEST_F(AfterACrash, AnOlderBackupIsNoticedWhenTheLogBeginsWithWhatTheTrailDoesNo
   EXPECT_THAT(RefusalAfterTheCrash(), HasSubstr("do not belong together"));
 }
 
+TEST_F(AfterACrash, AnOlderBackupIsNoticedThoughAPageIsWhatItOnceWas) {
+  StandaloneHost host(path_);
+  const auto remember = [&host](const char* day) {
+    host.Request(Access::kWrite, [&] { host.Preferences().Set("MEPromptLaunchDate", day); });
+  };
+  remember("20240101");
+  MoveLogIntoFile(host);
+  const std::string backup = ReadFile(path_);
+  remember("20240102");
+  Work(host, 2);
+  MoveLogIntoFile(host);
+  remember("20240101");
+  Work(host, 1);
+  Crash();
+  WriteFile(CrashedFile(), backup);
+
+  EXPECT_THAT(RefusalAfterTheCrash(), HasSubstr("do not belong together"));
+}
+
 TEST_F(AfterACrash, AFileThatWentOnElsewhereIsNoticedThoughItsTrailIsAsLong) {
   StandaloneHost host(path_);
   Work(host, 3);

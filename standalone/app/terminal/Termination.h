@@ -20,7 +20,7 @@ struct TerminationHandlers {
   // Once.
   std::function<void(TerminationCause cause)> onEnd;
   // Each line that is longer than kLongestTypedLine, which is dropped; as soon as it is.
-  std::function<void()> onLongLine = {};
+  std::function<void()> onLongLine = nullptr;
 };
 
 // Watches standard input and what asks the program to end, as long as this lives; one at a time. Afterwards the program

@@ -1,6 +1,7 @@
 #include "standalone/storage/sqlite/LogOrigin.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <fstream>
@@ -11,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -35,8 +37,15 @@ constexpr std::size_t kCellsOfLeaf = 8;
 constexpr std::size_t kCellsOfInterior = 12;
 // Deeper than any table grows.
 constexpr int kDeepest = 20;
+// A page of this place in a file the engine leaves alone.
+constexpr std::uint64_t kLockByte = 0x40000000;
+// Of the file's header.
+constexpr std::size_t kSchemaVersion = 60;
+
 // What lies on the leaf itself of every row, however long it is.
-constexpr std::size_t kLocalBytes = 480;
+std::size_t LocalBytes(std::size_t pageSize) {
+  return (pageSize - 12) * 32 / 255 - 23;
+}
 
 std::uint32_t Number(const Page& page, std::size_t at, std::size_t bytes) {
   std::uint32_t value = 0;
@@ -76,7 +85,12 @@ class Pages {
   void Lay(std::uint32_t page, std::uint64_t offset) { laid_[page] = offset; }
 
   // Empty for one that is not there.
-  Page InFile(std::uint32_t page) { return Read(file_, std::uint64_t{page - 1} * pageSize_); }
+  Page InFile(std::uint32_t page) {
+    read_.insert(page);
+    return Read(file_, std::uint64_t{page - 1} * pageSize_);
+  }
+  // The pages that were asked for of the file.
+  const std::set<std::uint32_t>& ReadInFile() const noexcept { return read_; }
   Page Get(std::uint32_t page) {
     const auto found = laid_.find(page);
     return found == laid_.end() ? InFile(page) : Read(log_, found->second);
@@ -96,13 +110,14 @@ class Pages {
   std::ifstream log_;
   std::uint32_t pageSize_;
   std::map<std::uint32_t, std::uint64_t> laid_;
+  std::set<std::uint32_t> read_;
 };
 
 Row RowAt(const Page& leaf, std::size_t cell) {
   std::size_t at = Number(leaf, kCellsOfLeaf + 2 * cell, 2);
   const std::uint64_t length = VariableNumber(leaf, at);
   Row row{.id = static_cast<std::int64_t>(VariableNumber(leaf, at)), .beginning = {}};
-  const std::size_t kept = std::min<std::size_t>({length, kLocalBytes, leaf.size() - at});
+  const std::size_t kept = std::min<std::size_t>({length, LocalBytes(leaf.size()), leaf.size() - at});
   const auto begin = leaf.begin() + static_cast<std::ptrdiff_t>(at);
   row.beginning.assign(begin, begin + static_cast<std::ptrdiff_t>(kept));
   return row;
@@ -155,7 +170,11 @@ constexpr std::int64_t kLast = std::numeric_limits<std::int64_t>::max();
 class Replay {
  public:
   Replay(const std::filesystem::path& file, std::uint32_t pageSize, std::uint32_t root)
-      : pages_(file, pageSize), root_(root), inFile_(FindRow(pages_, root, kLast)), end_(inFile_) {}
+      : pageSize_(pageSize),
+        pages_(file, pageSize),
+        root_(root),
+        inFile_(FindRow(pages_, root, kLast)),
+        end_(inFile_) {}
 
   void Take(const LogFrame& frame) {
     open_.emplace_back(frame.page, frame.offset);
@@ -170,7 +189,12 @@ class Replay {
     return std::nullopt;
   }
 
+  // What of the file tells where its trail ends.
+  const std::set<std::uint32_t>& PagesOfTheTrail() const noexcept { return pages_.ReadInFile(); }
+
  private:
+  bool IsLockPageAmong(std::uint32_t pages) const noexcept { return pages > kLockByte / pageSize_; }
+
   void EndTransaction(std::uint32_t pages) {
     std::set<std::uint32_t> written;
     for (const auto& [page, offset] : open_) {
@@ -179,7 +203,10 @@ class Replay {
     }
     open_.clear();
     // One that writes every page asks nothing of the file before it, as when a backup is restored.
-    isAnew_ = isAnew_ || written.size() >= pages;
+    if (written.size() + (IsLockPageAmong(pages) ? 1 : 0) >= pages) {
+      isAnew_ = true;
+      stray_.reset();
+    }
     const std::optional<Row> end = FindRow(pages_, root_, kLast);
     if (inFile_ && end && end_ && end->id > end_->id + 1 && !stray_ && !isAnew_) {
       stray_ = StrayLog{.fileEndsWith = inFile_->id, .logGoesOnWith = end->id};
@@ -187,6 +214,7 @@ class Replay {
     end_ = end;
   }
 
+  std::uint32_t pageSize_;
   Pages pages_;
   std::uint32_t root_;
   std::optional<Row> inFile_;
@@ -196,12 +224,14 @@ class Replay {
   std::optional<StrayLog> stray_;
 };
 
-// A page that is in the file as the log has it was moved there: the log and the file belong together.
-bool HasBegunToMove(const std::filesystem::path& file, std::uint32_t pageSize) {
+// A page of the trail that is in the file as the log has it was moved there: the log and the file belong together.
+// Other pages may become what they once were; the trail only grows.
+bool HasBegunToMove(const std::filesystem::path& file, std::uint32_t pageSize, const std::set<std::uint32_t>& trail) {
   Pages pages(file, pageSize);
   bool hasBegun = false;
   ForEachFrame(file, pageSize, [&](const LogFrame& frame) {
-    hasBegun = hasBegun || std::ranges::equal(pages.InFile(frame.page), frame.content);
+    if (hasBegun || !trail.contains(frame.page)) return;
+    hasBegun = std::ranges::equal(pages.InFile(frame.page), frame.content);
   });
   return hasBegun;
 }
@@ -212,7 +242,7 @@ std::optional<StrayLog> FindStrayLog(const std::filesystem::path& companyFile, s
   Replay replay(companyFile, pageSize, root);
   ForEachFrame(companyFile, pageSize, [&](const LogFrame& frame) { replay.Take(frame); });
   const std::optional<StrayLog> stray = replay.Finding();
-  if (!stray || HasBegunToMove(companyFile, pageSize)) return std::nullopt;
+  if (!stray || HasBegunToMove(companyFile, pageSize, replay.PagesOfTheTrail())) return std::nullopt;
   return stray;
 }
 
@@ -223,22 +253,54 @@ std::optional<StrayLog> FindStrayLogOf(SqliteDatabase& database, const std::file
                       static_cast<std::uint32_t>(root));
 }
 
+// False also while nobody may look.
+bool LooksStray(const std::filesystem::path& file) {
+  try {
+    SqliteDatabase database(file, std::chrono::milliseconds::zero());
+    database.AllowCheckpointOnClose(false);
+    return FindStrayLogOf(database, file).has_value();
+  } catch (const FileInUse&) {
+    return false;
+  }
+}
+
+// One of a schema of before has none, whatever its log has.
+bool HasTrail(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::array<char, kSchemaVersion + 4> header{};
+  stream.read(header.data(), header.size());
+  return stream.gcount() == static_cast<std::streamsize>(header.size()) && header.back() >= 2;
+}
+
+[[noreturn]] void ThrowStray(const std::filesystem::path& name, const StrayLog& stray) {
+  throw CompanyFileError(
+      "The company file " + PathText(name) + " and its write-ahead log " + PathText(WithSuffix(name, "-wal")) +
+      " do not belong together: the file's audit trail ends with line " + std::to_string(stray.fileEndsWith) +
+      ", and the log goes on with line " + std::to_string(stray.logGoesOnWith) +
+      " of another state, as after a backup was copied over a company that had crashed. Nothing was changed. Put back "
+      "the file to which the log belongs, or move the log away to go on from the file as it is.");
+}
+
 }  // namespace
 
 void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
+  constexpr std::chrono::seconds kPatience{10};
+  constexpr std::chrono::milliseconds kPause{20};
   std::error_code none;
   const std::filesystem::path log = WithSuffix(companyFile, "-wal");
-  if (std::filesystem::file_size(log, none) == 0 || none) return;
-  const std::unique_ptr<SqliteDatabase> alone = OpenAlone(companyFile, name);
-  if (alone == nullptr) return;
-  const std::optional<StrayLog> stray = FindStrayLogOf(*alone, companyFile);
-  if (!stray) return;
-  throw CompanyFileError(
-      "The company file " + PathText(name) + " and its write-ahead log " + PathText(log) +
-      " do not belong together: the file's audit trail ends with line " + std::to_string(stray->fileEndsWith) +
-      ", and the log goes on with line " + std::to_string(stray->logGoesOnWith) +
-      " of another state, as after a backup was copied over a company that had crashed. Nothing was changed. Put back "
-      "the file to which the log belongs, or move the log away to go on from the file as it is.");
+  if (std::filesystem::file_size(log, none) == 0 || none || !HasTrail(companyFile)) return;
+  for (const auto deadline = std::chrono::steady_clock::now() + kPatience;;) {
+    if (const std::unique_ptr<SqliteDatabase> alone = OpenAlone(companyFile, name)) {
+      if (const std::optional<StrayLog> stray = FindStrayLogOf(*alone, companyFile)) ThrowStray(name, *stray);
+      return;
+    }
+    // Others may be writing, or looking as this does; what they refuse must not be opened beside them.
+    if (!LooksStray(companyFile)) return;
+    if (std::chrono::steady_clock::now() >= deadline) {
+      throw FileInUse("The company file " + PathText(name) + " is in use by another program. Try again later.");
+    }
+    std::this_thread::sleep_for(kPause);
+  }
 }
 
 }  // namespace standalone

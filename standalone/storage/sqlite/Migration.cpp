@@ -34,7 +34,7 @@ constexpr const char* kCheckDisk =
     "Check that its disk has room; if it has, go on with the older program and report this.";
 
 std::string CheckDisk(const MigrationOptions& options) {
-  return options.roomAdvice.empty() ? kCheckDisk : options.roomAdvice;
+  return options.roomAdvice.value_or(kCheckDisk);
 }
 
 [[noreturn]] void ThrowAsItWas(const MigrationOptions& options, const std::string& reason, const std::string& advice) {
@@ -318,7 +318,7 @@ std::optional<Migrated> BringForward(const std::filesystem::path& file, const Mi
   const auto deadline = std::chrono::steady_clock::now() + options.patience;
   for (;;) {
     if (std::unique_ptr<SqliteDatabase> database = OpenAlone(file, options.name)) {
-      if (!options.roomAdvice.empty()) database->SetRoomAdvice(options.roomAdvice);
+      if (options.roomAdvice) database->SetRoomAdvice(*options.roomAdvice);
       const std::size_t version = RequireKnownVersion(*database, options.steps.size());
       if (version == options.steps.size()) return std::nullopt;
       return Migrate(std::move(database), file, options, version);

@@ -38,7 +38,8 @@ struct MigrationOptions {
   bool keepsCopy = true;
   // Writes down what was done, in the unit of work that does it.
   std::function<void(const Migrated& done, Database& database)> record = nullptr;
-  std::string roomAdvice = {};  // what to do when there is no room, unless that is on the company's own disk
+  std::optional<std::string> roomAdvice =
+      std::nullopt;  // what to do when there is no room, unless that is on the company's own disk
 };
 
 // Brings the schema of a company file up to date, wholly or not at all: nothing when it is. No other program has the

@@ -10,7 +10,7 @@ namespace {
 
 using Digest = std::array<unsigned char, crypto_hash_sha256_BYTES>;
 
-static_assert(kSha256Digits == 2 * crypto_hash_sha256_BYTES);
+static_assert(kSha256Digits == std::size_t{2} * crypto_hash_sha256_BYTES);
 
 const unsigned char* BytesOf(std::string_view text) {
   return reinterpret_cast<const unsigned char*>(text.data());

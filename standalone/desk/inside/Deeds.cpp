@@ -13,7 +13,6 @@ namespace desk {
 
 namespace {
 
-using standalone::AuditChange;
 using standalone::AuditDeed;
 using standalone::TransactionRange;
 

@@ -201,7 +201,7 @@ Holdings HoldingsOf(SqliteDatabase& database) {
 std::string Sha256OfFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   Sha256 digest;
-  std::array<char, 64 * 1024> piece{};
+  std::array<char, std::size_t{64} * 1024> piece{};
   while (stream.read(piece.data(), piece.size()), stream.gcount() > 0) {
     digest.Add({piece.data(), static_cast<std::size_t>(stream.gcount())});
   }

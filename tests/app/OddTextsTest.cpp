@@ -170,12 +170,12 @@ TEST_F(Books, ARememberedRealmIdDoesNotSteerTheScreen) {
 }
 
 TEST_F(EmptyDirectory, TheNameOfAFileDoesNotSteerTheScreen) {
-  const std::string file = std::string(kSteering) + "\nmultientity: done";
+  const std::string file = std::string(kSteering) + "\nmultientity, done";
 
   const Outcome outcome = Run({"accounts", file});
 
   EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_THAT(outcome.err, HasSubstr(std::string(kSteeringShown) + "\\x0Amultientity: done"));
+  EXPECT_THAT(outcome.err, HasSubstr(std::string(kSteeringShown) + "\\x0Amultientity, done"));
   EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1);
 }
 

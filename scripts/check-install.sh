@@ -47,7 +47,7 @@ loaded_from_elsewhere_by() {
 
 # What is in $1 needs nothing but itself and what every system with a C++ runtime has.
 needs_only_itself() {
-  local system='^((linux-vdso|ld-linux-x86-64|libc|libm|libgcc_s|libstdc\+\+)\.so|(KERNEL32|USER32|SHELL32|msvcrt)\.dll$)'
+  local system='^((linux-vdso|ld-linux-x86-64|libc|libm|libgcc_s|libstdc\+\+)\.so|(ADVAPI32|KERNEL32|USER32|SHELL32|msvcrt)\.dll$)'
   local loaded strangers
   loaded=$(loaded_from_elsewhere_by "$1") && [ -n "$loaded" ] || return 1
   strangers=$(grep -vE "$system" <<<"$loaded" || true)

@@ -163,7 +163,7 @@ void AddAudit(CLI::App& program, Invocation& invocation) {
   show.add_option("--by", options->by, "What this user did");
   show.add_option("--what", options->what,
                   "What was done: company, import, journal, transaction, relation, rejected, "
-                  "user, settings or realm, or more closely, such as journal.remove");
+                  "user, settings, realm or reminder, or more closely, such as journal.remove");
   show.add_option("--from", options->from, "First day, YYYY-MM-DD; open when left out");
   show.add_option("--to", options->to, "Last day, YYYY-MM-DD; open when left out");
   show.add_option("--txn", options->txn, "What was done to this transaction");

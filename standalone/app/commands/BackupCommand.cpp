@@ -36,9 +36,9 @@ std::string TrailText(std::int64_t lines, const std::string& head) {
 void BackUp(Invocation& invocation, const BackupOptions& options) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   const desk::BackedUp made = desk::BackUp(company, FilePath(options.to));
-  invocation.Report(desk::JsonOf(made),
-                    fmt::format("Made the backup {} of {}, {} bytes, and found it sound. {}", options.to, options.file,
-                                made.bytes, TrailText(made.auditLines, made.head)));
+  invocation.Report(desk::JsonOf(made), fmt::format("Made the backup {} of {}, {} bytes, and found it sound. {}",
+                                                    standalone::Shown(options.to), standalone::Shown(options.file),
+                                                    made.bytes, TrailText(made.auditLines, made.head)));
 }
 
 std::string RestoredText(const RestoreOptions& options, const desk::Restored& done) {

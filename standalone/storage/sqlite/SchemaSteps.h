@@ -174,7 +174,6 @@ CREATE TABLE audit (
   changes TEXT NOT NULL,
   CHECK ((first_txn_id IS NULL) = (last_txn_id IS NULL))
 ) STRICT;
-CREATE INDEX audit_txn ON audit (first_txn_id) WHERE first_txn_id IS NOT NULL;
 CREATE TRIGGER audit_insert BEFORE INSERT ON audit BEGIN
   SELECT RAISE(ABORT, 'the audit trail grows at its end only')
     WHERE NEW.id IS NOT (SELECT ifnull(max(id), 0) + 1 FROM audit);

@@ -125,14 +125,6 @@ void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
   database.Execute("PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL");
 }
 
-// What lies beside a company lies beside its file: the engine's log, the operations log, the remote switches.
-std::filesystem::path BehindItsLinks(const std::filesystem::path& path) {
-  std::error_code error;
-  if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, error))) return path;
-  std::filesystem::path file = std::filesystem::canonical(path, error);
-  return error ? path : file;
-}
-
 std::filesystem::path FolderOf(const std::filesystem::path& path) {
   const std::filesystem::path folder = path.parent_path();
   return folder.empty() ? "." : folder;

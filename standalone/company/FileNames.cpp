@@ -27,6 +27,13 @@ bool IsThere(const std::filesystem::path& file) {
   return std::filesystem::exists(std::filesystem::symlink_status(file, ignored));
 }
 
+std::filesystem::path BehindItsLinks(const std::filesystem::path& path) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, error))) return path;
+  std::filesystem::path file = std::filesystem::canonical(path, error);
+  return error ? path : file;
+}
+
 std::filesystem::path LeftBeside(const std::filesystem::path& file) {
   for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
     std::filesystem::path left = WithSuffix(file, suffix);

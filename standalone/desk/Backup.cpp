@@ -75,14 +75,6 @@ void RequireOtherFile(const RestoreOrder& order) {
                                  " are the same file; name the company that the backup is to be restored to.");
 }
 
-// The file behind a link is replaced, not the link.
-std::filesystem::path BehindLinks(const std::filesystem::path& file) {
-  std::error_code error;
-  if (!std::filesystem::is_symlink(std::filesystem::symlink_status(file, error))) return file;
-  std::filesystem::path target = std::filesystem::canonical(file, error);
-  return error ? file : target;
-}
-
 void RequireReplacing(const RestoreOrder& order, const std::string& why) {
   if (!order.replaces) Refuse(why, Remedy::kReplace);
   if (std::filesystem::is_regular_file(order.file)) return;
@@ -101,8 +93,7 @@ standalone::Restored PutInto(standalone::CompanyFile& company, standalone::Backu
 // Nothing when there is no company, or none that can be opened and the order replaces it.
 std::optional<standalone::Restored> PutIntoWhatIsThere(standalone::BackupCopy& backup, const RestoreOrder& order,
                                                        const standalone::OpenOptions& options) {
-  std::error_code ignored;
-  if (!std::filesystem::exists(std::filesystem::symlink_status(order.file, ignored))) return std::nullopt;
+  if (!standalone::IsThere(order.file)) return std::nullopt;
   try {
     standalone::CompanyFile company(order.file, options);
     return PutInto(company, backup, order);
@@ -120,7 +111,8 @@ standalone::Restored MakeCompanyOf(standalone::BackupCopy& backup, const Restore
   if (!order.replaces && !left.empty()) {
     Refuse(PathText(left) + " is left of another company of that name.", Remedy::kReplace);
   }
-  return backup.PutInPlaceOf(BehindLinks(order.file), order.user);
+  // The file behind a link is replaced, not the link.
+  return backup.PutInPlaceOf(standalone::BehindItsLinks(order.file), order.user);
 }
 
 }  // namespace

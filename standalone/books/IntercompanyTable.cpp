@@ -61,8 +61,6 @@ IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
            "ORDER BY id"),
       withRelation_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 LIMIT 1"),
       withRequest_(database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 LIMIT 1"),
-      journalEntryOfRequest_(
-          database, "SELECT 1 FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2 AND txn_type = 8"),
       anyOfTransaction_(database, "SELECT 1 FROM me_transaction WHERE txn_id = ?1"),
       states_(database, "SELECT DISTINCT state, of_before FROM me_transaction"),
       ofBefore_(database, "SELECT of_before FROM me_transaction WHERE txn_id = ?1 AND target_id = ?2") {}
@@ -133,10 +131,6 @@ bool IntercompanyTable::HasAnyWith(std::int64_t relationId) {
 
 bool IntercompanyTable::HasRequest(std::int64_t relationId, std::string_view requestId) {
   return withRequest_.Query(relationId, requestId).Step();
-}
-
-bool IntercompanyTable::HasJournalEntryOf(std::int64_t relationId, std::string_view requestId) {
-  return journalEntryOfRequest_.Query(relationId, requestId).Step();
 }
 
 bool IntercompanyTable::HasAnyState(bool (*is)(BookedState state)) {

@@ -40,8 +40,6 @@ class IntercompanyTable {
   bool HasAnyOf(std::int32_t txnId);
   bool HasAnyWith(std::int64_t relationId);
   bool HasRequest(std::int64_t relationId, std::string_view requestId);
-  // The same among the rows of journal entries.
-  bool HasJournalEntryOf(std::int64_t relationId, std::string_view requestId);
   // Whether any row's state is one for which `is` answers true; each state is asked for once.
   bool HasAnyState(bool (*is)(BookedState state));
   // Whether the row was booked with version 1.0; false when there is none. When all rows were listed, that is known of
@@ -63,7 +61,6 @@ class IntercompanyTable {
   Statement all_;
   Statement withRelation_;
   Statement withRequest_;
-  Statement journalEntryOfRequest_;
   Statement anyOfTransaction_;
   Statement states_;
   Statement ofBefore_;

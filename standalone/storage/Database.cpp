@@ -46,12 +46,7 @@ void Database::Commit() {
   }
   inUnit_ = false;
   hasNoticedOthers_ = false;
-  if (HasWritten() && onSaved_) onSaved_();
-}
-
-// Of the unit that is open or was committed last.
-bool Database::HasWritten() const noexcept {
-  return access_ == Access::kWrite && readVersion_ != readVersionAtBegin_;
+  if (HasUnitWritten() && onSaved_) onSaved_();
 }
 
 // A unit that has written nothing ends like any other, and what was read is kept.

@@ -111,11 +111,11 @@ class Database {
   // Asked once others have written; anything but an empty answer is why this connection must not go on.
   virtual std::string WhyOthersStopThis() = 0;
 
-  bool HasWritten() const noexcept;
   void DropWhatTheUnitKept() noexcept;
   void RequireUsable(Writes writes);
   [[noreturn]] void Fail() { Fail(WhyFailed()); }
   bool IsSpoiled() const noexcept { return !spoiled_.reason.empty(); }
+  // The unit that is open or was committed last.
   bool HasUnitWritten() const noexcept { return access_ == Access::kWrite && readVersion_ != readVersionAtBegin_; }
   void Spoil(std::string reason);
   [[noreturn]] void ThrowSpoiled() const;

@@ -13,6 +13,7 @@ struct Sizes {
   std::vector<std::int64_t> listedLines{10'000, 100'000, 1'000'000};
   std::int64_t storedLines = 1'000'000;
   std::int64_t importedTransactions = 100'000;
+  std::int64_t reportedTransactions = 100'000;
   std::int32_t accounts = 50'000;
   std::int32_t relations = 1'000;
 };
@@ -23,6 +24,7 @@ void AddPeriodListing(Table& table, const std::filesystem::path& folder, const S
 void AddRecording(Table& table, const std::filesystem::path& folder);
 void AddRequests(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
 void AddImporting(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
+void AddLookingUp(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
 void AddFreeAccounts(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
 
 // The sample company with that many lines, made at the first question.
@@ -37,6 +39,8 @@ void Require(bool isSame, const char* what);
 void PrintListingGrowth(const Table& table, const Sizes& sizes);
 void PrintListingMemory(const std::filesystem::path& folder, const Sizes& sizes);
 void PrintImportMemory(const std::filesystem::path& folder, const Sizes& sizes);
+// What hledger needs for reports of the same transactions, where it is installed.
+void PrintJournalReports(const std::filesystem::path& folder, const Sizes& sizes);
 // What the ledger program needs for as many entries, where it is installed.
 void PrintLedger(const std::filesystem::path& folder, const Sizes& sizes);
 

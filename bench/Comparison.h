@@ -24,6 +24,7 @@ struct Comparison {
 
 inline constexpr const char* kOurs = "multientity";
 inline constexpr const char* kByHand = "by hand";
+inline constexpr const char* kByHandAddedBySql = "by hand, added up by SQL";
 inline constexpr const char* kByHandAsText = "by hand, formatted by SQL";
 
 // How often a side that waits for the disk is measured, and how many requests each time.

@@ -1,5 +1,6 @@
 #include "bench/HandWritten.h"
 
+#include <fmt/format.h>
 #include <sqlite3.h>
 
 #include <array>
@@ -8,8 +9,11 @@
 #include <ostream>
 #include <stdexcept>
 #include <unordered_map>
+#include <utility>
 
 #include "MultiEntityHost/Enumerations.h"
+#include "bench/HandWrittenTrail.h"
+#include "platform/SystemUser.h"
 
 namespace bench {
 
@@ -56,7 +60,17 @@ enum PeriodColumn {
 };
 
 constexpr const char* kCount = "SELECT count(*) FROM me_transaction";
-constexpr const char* kRelation = "SELECT id FROM me_relation WHERE realm_id = ?1";
+// What an entry is booked to, as people call it.
+constexpr const char* kBooked = R"sql(
+SELECT r.id, r.partner_name, e.full_name, d.full_name, n.full_name, c.home_currency FROM company c
+ CROSS JOIN me_relation r ON r.realm_id = ?1
+ CROSS JOIN account e ON e.id = ?2
+ CROSS JOIN account d ON d.id = ?3
+ CROSS JOIN name n ON n.id = ?4
+ WHERE c.id = 1)sql";
+
+enum BookedColumn { kBookedRelation, kBookedPartner, kBookedExpense, kBookedDueTo, kBookedName, kBookedCurrency };
+
 constexpr const char* kInsertHeader = "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, ?3, ?4)";
 constexpr const char* kInsertLine = "INSERT INTO txn_line (txn_id, account_id, amount, memo) VALUES (?1, ?2, ?3, ?4)";
 constexpr const char* kInsertRow =
@@ -69,9 +83,15 @@ SELECT 1 FROM me_relation r
    AND (EXISTS (SELECT 1 FROM me_transaction WHERE relation_id = r.id AND request_id = ?2)
         OR EXISTS (SELECT 1 FROM me_rejected_transaction WHERE request_id = ?2)))sql";
 constexpr const char* kRow = R"sql(
-SELECT m.id, m.txn_id, m.txn_type FROM me_transaction m
- WHERE m.relation_id = (SELECT id FROM me_relation WHERE realm_id = ?1) AND m.request_id = ?2
+SELECT m.id, m.txn_id, m.txn_type, m.target_id, r.partner_name, l.amount, c.home_currency FROM company c
+ CROSS JOIN me_relation r ON r.realm_id = ?1
+ CROSS JOIN me_transaction m ON m.relation_id = r.id AND m.request_id = ?2
+ CROSS JOIN txn_line l ON l.id = m.target_id
+ WHERE c.id = 1 AND m.state = 1 AND m.of_before = 0
  ORDER BY m.id LIMIT 1)sql";
+
+enum RowColumn { kRowId, kRowTxnId, kRowType, kRowLineId, kRowPartner, kRowAmount, kRowCurrency };
+
 constexpr const char* kConfirm = "UPDATE txn SET partner_confirmed = 1 WHERE id = ?1 AND type = ?2";
 constexpr const char* kSetState = "UPDATE me_transaction SET state = ?2 WHERE id = ?1";
 // No receivables (1), no payables (5), no non-posting account (15), none of the special kind that never carries an
@@ -81,6 +101,10 @@ WITH used (id) AS MATERIALIZED (
   SELECT due_from_account_id FROM me_relation UNION SELECT due_to_account_id FROM me_relation)
 SELECT id, full_name, type FROM account
  WHERE +parent_id IS NULL AND type NOT IN (1, 5) AND type < 15 AND special_kind <> 5 AND id NOT IN used)sql";
+
+constexpr const char* kLastOfTrail = "SELECT * FROM audit ORDER BY id DESC LIMIT 1";
+constexpr const char* kAppendToTrail = "INSERT INTO audit VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11)";
+constexpr const char* kInsertFile = "INSERT OR IGNORE INTO imported_file VALUES (?1, ?2)";
 
 // For the free accounts of a large chart.
 constexpr std::size_t kRoomForAccounts = 40'000;
@@ -156,6 +180,27 @@ class SharedTexts {
   std::vector<Util::TString> texts_;
 };
 
+constexpr std::string_view kUser = "Admin";
+
+DateType32 DayOf(HandWritten::Moment now) {
+  constexpr int kYearOfTm = 1900;
+  const std::tm local = platform::LocalTimeOf(now);
+  return {local.tm_year + kYearOfTm, local.tm_mon + 1, local.tm_mday};
+}
+
+std::string MoneyWithCurrency(std::int64_t minorUnits, std::string_view currency) {
+  return PlainAmount(minorUnits).append(" ").append(currency);
+}
+
+std::string PartnerAndRealm(std::string_view partner, std::string_view realmId) {
+  return std::string(partner).append(" (").append(realmId).append(")");
+}
+
+const char* NameOfType(std::int64_t type) {
+  if (type == kTxnTypeJournalEntry) return "journal entry ";
+  return type == kTxnTypeBill ? "bill " : "check ";
+}
+
 struct ListingTexts {
   Util::TString currency{"USD"};
   SharedTexts realms;
@@ -205,7 +250,8 @@ void HandWritten::Closer::operator()(sqlite3_stmt* statement) const noexcept {
   sqlite3_finalize(statement);
 }
 
-HandWritten::HandWritten(const std::filesystem::path& file) {
+HandWritten::HandWritten(const std::filesystem::path& file, std::string clockSetTo)
+    : clockSetTo_(std::move(clockSetTo)), systemUser_(platform::SystemUserName()) {
   sqlite3* database = nullptr;
   const int opened = sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
   database_.reset(database);
@@ -221,7 +267,7 @@ HandWritten::HandWritten(const std::filesystem::path& file) {
   count_ = Prepare(kCount);
   period_ = Prepare((std::string(kPeriodColumns) + kPeriodRows).c_str());
   periodText_ = Prepare((std::string(kPeriodTextColumns) + kPeriodRows).c_str());
-  relation_ = Prepare(kRelation);
+  booked_ = Prepare(kBooked);
   insertHeader_ = Prepare(kInsertHeader);
   insertLine_ = Prepare(kInsertLine);
   insertRow_ = Prepare(kInsertRow);
@@ -231,6 +277,9 @@ HandWritten::HandWritten(const std::filesystem::path& file) {
   confirm_ = Prepare(kConfirm);
   setState_ = Prepare(kSetState);
   freeAccounts_ = Prepare(kFreeAccounts);
+  lastOfTrail_ = Prepare(kLastOfTrail);
+  appendToTrail_ = Prepare(kAppendToTrail);
+  insertFile_ = Prepare(kInsertFile);
 }
 
 void HandWritten::ListPeriod(DateType32 from, DateType32 to, std::vector<METxnInfo>& list) {
@@ -269,38 +318,66 @@ std::size_t HandWritten::CountRows() {
   return count;
 }
 
-std::int64_t HandWritten::Record(std::string_view realmId, std::int32_t expenseAccount, std::int32_t dueToAccount,
-                                 std::int64_t amount, std::string_view requestId, std::int32_t nameId,
-                                 std::string_view memo, DateType32 date) {
+std::int64_t HandWritten::Record(const Entry& entry, Moment now) {
   Run(begin_);
-  BindAll(relation_, realmId);
-  if (!Step(relation_)) Fail();
-  const std::int64_t relationId = sqlite3_column_int64(relation_, 0);
-  Reset(relation_);
-  const std::int64_t id =
-      InsertEntry(kTxnTypeJournalEntry, date, nameId, memo, memo, expenseAccount, dueToAccount, amount);
-  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_.get()) - 1, relationId, requestId,
+  BindAll(booked_, std::string_view(entry.realmId), std::int64_t{entry.expenseAccount},
+          std::int64_t{entry.dueToAccount}, std::int64_t{entry.nameId});
+  if (!Step(booked_)) Fail();
+  const std::string_view name = Text(booked_, kBookedName);
+  const DateType32 today = DayOf(now);
+  const std::int64_t id = InsertEntry(kTxnTypeJournalEntry, today, entry.nameId, name, name, entry.expenseAccount,
+                                      entry.dueToAccount, entry.amount);
+  BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_.get()) - 1,
+          sqlite3_column_int64(booked_, kBookedRelation), std::string_view(entry.requestId),
           std::int64_t{kTxnTypeJournalEntry}, std::int64_t{MEStateEstablished});
   Run(insertRow_);
+  ChangesText changes;
+  changes.Add("partner", PartnerAndRealm(Text(booked_, kBookedPartner), entry.realmId));
+  changes.Add("request", entry.requestId);
+  changes.Add("date", IsoDate(today.Value()));
+  changes.Add("amount", MoneyWithCurrency(entry.amount, Text(booked_, kBookedCurrency)));
+  changes.Add("account", Text(booked_, kBookedExpense));
+  changes.Add("liability account", Text(booked_, kBookedDueTo));
+  changes.Add("name", name);
+  changes.Add("memo", name);
+  changes.Add("state", "established");
+  AppendToTrail(now, "journal.record", id, id, NameOfType(kTxnTypeJournalEntry) + std::to_string(id), changes.End());
+  Reset(booked_);
   Run(commit_);
   return id;
 }
 
-void HandWritten::Begin() {
+void HandWritten::Import(const std::vector<Booking>& bookings, const std::filesystem::path& csv, Moment now) {
   Run(begin_);
+  std::int64_t intercompany = 0;
+  std::int64_t last = 0;
+  for (const Booking& booking : bookings) {
+    last = Insert(booking);
+    if (booking.relationId != 0) ++intercompany;
+  }
+  const auto count = static_cast<std::int64_t>(bookings.size());
+  const std::string digest = DigestOfFile(csv);
+  const std::string lines = std::to_string(2 * count);
+  ChangesText changes;
+  changes.Add("SHA-256", digest);
+  changes.Add("rows", lines);
+  changes.Add("transactions", std::to_string(count));
+  changes.Add("lines", lines);
+  changes.Add("intercompany lines", std::to_string(intercompany));
+  BindAll(insertFile_, std::string_view(digest),
+          AppendToTrail(now, "import", last - count + 1, last, csv.filename().string(), changes.End()));
+  Run(insertFile_);
+  Run(commit_);
 }
 
-void HandWritten::Insert(const Booking& booking) {
+std::int64_t HandWritten::Insert(const Booking& booking) {
   const std::int64_t id = InsertEntry(booking.type, booking.date, booking.nameId, booking.memo, "Services",
                                       booking.account, booking.otherAccount, booking.amount);
-  if (booking.relationId == 0) return;
+  if (booking.relationId == 0) return id;
   BindAll(insertRow_, id, sqlite3_last_insert_rowid(database_.get()) - 1, std::int64_t{booking.relationId},
           std::string_view(booking.requestId), std::int64_t{booking.type}, std::int64_t{booking.state});
   Run(insertRow_);
-}
-
-void HandWritten::Commit() {
-  Run(commit_);
+  return id;
 }
 
 bool HandWritten::Exists(std::string_view realmId, std::string_view requestId) {
@@ -310,22 +387,42 @@ bool HandWritten::Exists(std::string_view realmId, std::string_view requestId) {
   return exists;
 }
 
-bool HandWritten::Establish(std::string_view realmId, std::string_view requestId) {
+bool HandWritten::Establish(std::string_view realmId, std::string_view requestId, Moment now) {
   Run(begin_);
   BindAll(row_, realmId, requestId);
   const bool exists = Step(row_);
-  const std::int64_t id = sqlite3_column_int64(row_, 0);
-  const std::int64_t txnId = sqlite3_column_int64(row_, 1);
-  const std::int64_t type = sqlite3_column_int64(row_, 2);
-  Reset(row_);
   if (exists) {
+    const std::int64_t txnId = sqlite3_column_int64(row_, kRowTxnId);
+    const std::int64_t type = sqlite3_column_int64(row_, kRowType);
     BindAll(confirm_, txnId, type);
     Run(confirm_);
-    BindAll(setState_, id, std::int64_t{MEStateEstablished});
+    BindAll(setState_, sqlite3_column_int64(row_, kRowId), std::int64_t{MEStateEstablished});
     Run(setState_);
+    ChangesText changes;
+    changes.Change("state", "sent", "established");
+    const std::string money = MoneyWithCurrency(sqlite3_column_int64(row_, kRowAmount), Text(row_, kRowCurrency));
+    const std::string subject = fmt::format("{}{}, line {}, for {}, request {}, {}", NameOfType(type), txnId,
+                                            sqlite3_column_int64(row_, kRowLineId),
+                                            PartnerAndRealm(Text(row_, kRowPartner), realmId), requestId, money);
+    AppendToTrail(now, "transaction.state", txnId, txnId, subject, changes.End());
   }
+  Reset(row_);
   Run(commit_);
   return exists;
+}
+
+std::int64_t HandWritten::AppendToTrail(Moment now, std::string_view action, std::int64_t firstTxn,
+                                        std::int64_t lastTxn, std::string_view subject, std::string_view changes) {
+  if (!Step(lastOfTrail_)) Fail();
+  const std::int64_t number = sqlite3_column_int64(lastOfTrail_, 0) + 1;
+  const std::string previous = DigestOfLine(lastOfTrail_);
+  Reset(lastOfTrail_);
+  const auto at = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch());
+  BindAll(appendToTrail_, number, std::string_view(previous), static_cast<std::int64_t>(at.count()),
+          std::string_view(clockSetTo_), kUser, std::string_view(systemUser_), action, firstTxn, lastTxn, subject,
+          changes);
+  Run(appendToTrail_);
+  return number;
 }
 
 HandWritten::AccountMap HandWritten::FreeAccounts(const std::vector<std::string>& typeNames) {

@@ -4,15 +4,14 @@
 #include "bench/AllocationCount.h"
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
+#include "bench/SameRows.h"
 #include "bench/SampleCompany.h"
-#include "standalone/company/StandaloneHost.h"
-#include "standalone/import/Import.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/Import.h"
 
 namespace bench {
 
 namespace {
-
-using standalone::StandaloneHost;
 
 // In MiB: the page caches of the company file and of the table of what was imported so far, 2 MB each, and little else.
 constexpr std::int64_t kMostAtPeak = 5;
@@ -55,31 +54,26 @@ std::vector<HandWritten::Booking> Bookings(std::int64_t transactions) {
   return bookings;
 }
 
-void InsertAll(HandWritten& hand, const std::vector<HandWritten::Booking>& bookings) {
-  hand.Begin();
-  for (const HandWritten::Booking& booking : bookings) hand.Insert(booking);
-  hand.Commit();
-}
-
 std::filesystem::path ImportFile(const std::filesystem::path& folder, std::int64_t transactions) {
   std::filesystem::path csv = folder / fmt::format("transactions-{}.csv", transactions);
   if (!std::filesystem::exists(csv)) WriteImportFile(csv, transactions);
   return csv;
 }
 
+void ImportAtTheDesk(desk::Company& company, const std::filesystem::path& csv) {
+  desk::Import(company, desk::Importable::kTransactions, csv);
+}
+
 void RequireSameImports(const std::filesystem::path& folder) {
   constexpr std::int64_t kTransactions = 1'000;
-  const std::filesystem::path ours = CopyOf(CompanyWith(folder, 0), ".import-check");
-  const std::filesystem::path theirs = CopyOf(CompanyWith(folder, 0), ".import-check-by-hand");
-  {
-    StandaloneHost host(ours);
-    standalone::ImportTransactions(host, ImportFile(folder, kTransactions));
-  }
-  {
-    HandWritten hand(theirs);
-    InsertAll(hand, Bookings(kTransactions));
-  }
-  Require(ContentOf(ours) == ContentOf(theirs), "the imported companies differ");
+  const std::filesystem::path csv = ImportFile(folder, kTransactions);
+  RequireSameRows(
+      CompanyWith(folder, 0), "the imported companies differ",
+      [&](const std::filesystem::path& copy) {
+        desk::Company opened(copy);
+        ImportAtTheDesk(opened, csv);
+      },
+      [&](HandWritten& hand, Moments moments) { hand.Import(Bookings(kTransactions), csv, moments.front()); });
 }
 
 }  // namespace
@@ -96,18 +90,18 @@ void AddImporting(Table& table, const std::filesystem::path& folder, const Sizes
       [empty, csv](benchmark::State& state) {
         for (auto _ : state) {
           state.PauseTiming();
-          StandaloneHost host(CopyOf(empty, ".import"));
+          desk::Company opened(CopyOf(empty, ".import"));
           state.ResumeTiming();
-          standalone::ImportTransactions(host, csv);
+          ImportAtTheDesk(opened, csv);
         }
       },
-      [empty, transactions](benchmark::State& state) {
+      [empty, csv, transactions](benchmark::State& state) {
         const std::vector<HandWritten::Booking> bookings = Bookings(transactions);
         for (auto _ : state) {
           state.PauseTiming();
           HandWritten hand(CopyOf(empty, ".import-by-hand"));
           state.ResumeTiming();
-          InsertAll(hand, bookings);
+          hand.Import(bookings, csv, platform::SystemClock().Now());
         }
       });
 }
@@ -116,10 +110,10 @@ void PrintImportMemory(const std::filesystem::path& folder, const Sizes& sizes) 
   fmt::print("\n| peak memory of the import | peak | at most |\n|---|---:|---:|\n");
   const std::int64_t fewest = sizes.importedTransactions;
   for (const std::int64_t transactions : {fewest, fewest * 3, fewest * 10}) {
-    StandaloneHost host(CopyOf(CompanyWith(folder, 0), ".import-memory"));
+    desk::Company opened(CopyOf(CompanyWith(folder, 0), ".import-memory"));
     const std::filesystem::path csv = ImportFile(folder, transactions);
     const AllocationCount count;
-    standalone::ImportTransactions(host, csv);
+    ImportAtTheDesk(opened, csv);
     fmt::print("| {} transactions | {:.1f} MiB | {} MiB |\n", transactions, InMebibytes(count.Peak()), kMostAtPeak);
   }
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "standalone/company/StandaloneHost.h"
+#include "standalone/desk/inside/OpenCompany.h"
 
 namespace bench {
 
@@ -20,6 +21,12 @@ struct Logging {
     standalone::HostOptions options;
     options.log.least = least;
     return options;
+  }
+  // As the desk has a company open, whose log is one of everything.
+  desk::OpenCompany Open(const std::filesystem::path& company) const {
+    standalone::LogLimits limits;
+    limits.least = least;
+    return {company, standalone::kAdministratorName, {}, nullptr, nullptr, limits};
   }
 };
 

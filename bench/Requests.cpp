@@ -7,9 +7,15 @@
 #include "bench/Benchmarks.h"
 #include "bench/HandWritten.h"
 #include "bench/Logging.h"
+#include "bench/SameRows.h"
 #include "bench/SampleCompany.h"
 #include "standalone/company/Session.h"
 #include "standalone/company/StandaloneHost.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/Transactions.h"
+#include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/Work.h"
 
 namespace bench {
 
@@ -39,17 +45,6 @@ class Walk {
   std::int64_t at_ = 0;
 };
 
-struct Request {
-  std::string realm;
-  std::string id;
-};
-
-// Line number n belongs to transaction n + (n - 1) / 3.
-Request RequestOf(std::int64_t line) {
-  const std::int64_t transaction = line + (line - 1) / 3;
-  return {RealmId(static_cast<std::int32_t>(1 + transaction % kPartners)), RequestId(line)};
-}
-
 // Every other question is about a request that the company does not know.
 std::vector<Request> Questions(std::int64_t lines, std::int64_t count) {
   Walk walk(lines);
@@ -77,11 +72,27 @@ MEStatusCode Ask(StandaloneHost& host, const Request& request) {
   });
 }
 
-MEStatusCode Establish(StandaloneHost& host, const Request& request) {
-  return host.Request(Access::kWrite, [&] {
-    return MultiEntityDriver::UpdateTransactionWithState(std::string_view(request.realm), std::string_view(request.id),
-                                                         MEStateEstablished);
-  });
+// As the desk does when the partner has answered.
+void EstablishAtTheDesk(desk::Company& company, const Request& request) {
+  desk::SetState(company, standalone::RealmId(request.realm), standalone::RequestId(request.id),
+                 standalone::TransactionState::kEstablished);
+}
+
+// The operation of the module and the line of the audit trail, without what the desk asks besides.
+bool EstablishByModule(desk::OpenCompany& company, const Request& request) {
+  desk::Work work(company, desk::UseCase::kSetTransactionState);
+  return work.Write([&] {
+    DBMultiEntityRelation relation{};
+    DBMultiEntityTransaction row{};
+    work.Host().Relations().Find(request.realm, relation);
+    work.Host().Intercompany().FindRequest(relation.relationId, request.id, row);
+    const desk::IntercompanyLine before = desk::LineReader(work).ReadRequest(row);
+    const MEStatusCode answer = MultiEntityDriver::UpdateTransactionWithState(
+        std::string_view(request.realm), std::string_view(request.id), MEStateEstablished);
+    return work.Recorded(answer, [&] {
+      return desk::DeedOfState(before, {standalone::TransactionState::kEstablished, before.state.ofBefore});
+    });
+  }) == MEStatusSuccess;
 }
 
 void RequireSameAnswers(const std::filesystem::path& company, std::int64_t lines) {
@@ -115,50 +126,79 @@ void AddExistence(Table& table, const std::filesystem::path& folder, std::int64_
       });
 }
 
-void RequireSameChanges(const std::filesystem::path& folder) {
-  constexpr std::int64_t kLines = 1'000;
-  const std::filesystem::path ours = CopyOf(CompanyWith(folder, kLines), ".states-check");
-  const std::filesystem::path theirs = CopyOf(CompanyWith(folder, kLines), ".states-check-by-hand");
-  const auto changeSome = [](auto&& establish) {
-    Walk walk(kLines);
-    for (int count = 0; count < 100; ++count) Require(establish(RequestOf(walk.Next())), "the state did not change");
-  };
-  {
-    StandaloneHost host(ours);
-    const Session session(host);
-    changeSome([&](const Request& request) { return Establish(host, request) == MEStatusSuccess; });
-  }
-  {
-    HandWritten hand(theirs);
-    changeSome([&](const Request& request) { return hand.Establish(request.realm, request.id); });
-  }
-  Require(ContentOf(ours) == ContentOf(theirs), "the changed states differ");
+constexpr std::int64_t kCheckedLines = 1'000;
+constexpr std::size_t kCheckedChanges = 100;
+
+void RequireSameChanges(const std::filesystem::path& folder,
+                        const std::function<void(const std::filesystem::path& company)>& changeSome) {
+  RequireSameRows(CompanyWith(folder, kCheckedLines), "the changed states differ", changeSome,
+                  [](HandWritten& hand, Moments moments) {
+                    Require(moments.size() == kCheckedChanges, "a change has no line of its own in the audit trail");
+                    Walk walk(kCheckedLines);
+                    for (const HandWritten::Moment moment : moments) {
+                      const Request request = RequestOf(walk.Next());
+                      Require(hand.Establish(request.realm, request.id, moment), "the state did not change");
+                    }
+                  });
 }
 
-void AddStateChange(Table& table, const std::filesystem::path& folder, std::int64_t lines, const Logging& logging) {
+template <typename OpenedCompany, typename EstablishOne>
+void ChangeSome(OpenedCompany& company, EstablishOne&& establish) {
+  Walk walk(kCheckedLines);
+  for (std::size_t count = 0; count < kCheckedChanges; ++count) establish(company, RequestOf(walk.Next()));
+}
+
+Body EstablishByHand(const std::filesystem::path& company, std::int64_t lines) {
+  return [company, walk = Walk(lines)](benchmark::State& state) mutable {
+    HandWritten hand(company);
+    Repeat(state, [&] {
+      const Request request = RequestOf(walk.Next());
+      if (!hand.Establish(request.realm, request.id, platform::SystemClock().Now())) {
+        state.SkipWithError("the state did not change");
+      }
+    });
+  };
+}
+
+void AddStateChangeByModule(Table& table, const std::filesystem::path& folder, std::int64_t lines,
+                            const Logging& logging) {
   const std::string title = logging.TitleOf(fmt::format("state change by request id among {} rows", lines));
   if (!table.Wants(title)) return;
   const std::filesystem::path company = CompanyWith(folder, lines);
-  RequireSameChanges(folder);
+  RequireSameChanges(folder, [&](const std::filesystem::path& copy) {
+    desk::OpenCompany opened = logging.Open(copy);
+    ChangeSome(opened, EstablishByModule);
+  });
   const std::filesystem::path ours = CopyOf(company, logging.SuffixOf(".states").c_str());
   const std::filesystem::path theirs = CopyOf(company, logging.SuffixOf(".states-by-hand").c_str());
   table.Add(
       {.what = title, .target = 1.2, .waitsForDisk = true},
       [ours, logging, walk = Walk(lines)](benchmark::State& state) mutable {
-        StandaloneHost host(ours, standalone::kAdministratorName, logging.Options());
-        const Session session(host);
+        desk::OpenCompany opened = logging.Open(ours);
         Repeat(state, [&] {
-          if (Establish(host, RequestOf(walk.Next())) != MEStatusSuccess)
-            state.SkipWithError("the state did not change");
+          if (!EstablishByModule(opened, RequestOf(walk.Next()))) state.SkipWithError("the state did not change");
         });
       },
-      [theirs, walk = Walk(lines)](benchmark::State& state) mutable {
-        HandWritten hand(theirs);
-        Repeat(state, [&] {
-          const Request request = RequestOf(walk.Next());
-          if (!hand.Establish(request.realm, request.id)) state.SkipWithError("the state did not change");
-        });
-      });
+      EstablishByHand(theirs, lines));
+}
+
+void AddStateChangeAtTheDesk(Table& table, const std::filesystem::path& folder, std::int64_t lines) {
+  const std::string title = fmt::format("state change by request id among {} rows at the desk", lines);
+  if (!table.Wants(title)) return;
+  const std::filesystem::path company = CompanyWith(folder, lines);
+  RequireSameChanges(folder, [](const std::filesystem::path& copy) {
+    desk::Company opened(copy);
+    ChangeSome(opened, EstablishAtTheDesk);
+  });
+  const std::filesystem::path ours = CopyOf(company, ".states-at-the-desk");
+  const std::filesystem::path theirs = CopyOf(company, ".states-at-the-desk-by-hand");
+  table.Add(
+      {.what = title, .target = 1.2, .waitsForDisk = true},
+      [ours, walk = Walk(lines)](benchmark::State& state) mutable {
+        desk::Company opened(ours);
+        Repeat(state, [&] { EstablishAtTheDesk(opened, RequestOf(walk.Next())); });
+      },
+      EstablishByHand(theirs, lines));
 }
 
 }  // namespace
@@ -166,8 +206,9 @@ void AddStateChange(Table& table, const std::filesystem::path& folder, std::int6
 void AddRequests(Table& table, const std::filesystem::path& folder, const Sizes& sizes) {
   for (const Logging& logging : kLoggings) {
     AddExistence(table, folder, sizes.storedLines, logging);
-    AddStateChange(table, folder, sizes.storedLines, logging);
+    AddStateChangeByModule(table, folder, sizes.storedLines, logging);
   }
+  AddStateChangeAtTheDesk(table, folder, sizes.storedLines);
 }
 
 }  // namespace bench

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <random>
 
+#include "standalone/books/AuditTable.h"
 #include "standalone/company/CompanyFile.h"
 
 namespace bench {
@@ -75,7 +76,7 @@ WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < {0})
 INSERT INTO me_transaction (txn_id, target_id, relation_id, request_id, txn_type, state)
   SELECT i, 2 * i - 1, 1 + i % 20,
          printf('%08x-0000-4000-8000-%012x', ((i - i / 4) * 2654435761) & 4294967295, i - i / 4),
-         CASE i % 4 WHEN 1 THEN 9 WHEN 2 THEN 3 ELSE 8 END, 2 FROM n WHERE i % 4 <> 0;
+         CASE i % 4 WHEN 1 THEN 9 WHEN 2 THEN 3 ELSE 8 END, 1 FROM n WHERE i % 4 <> 0;
 )sql";
 
 // Types as a chart has them: few banks and balance-sheet accounts, many of income and expense.
@@ -160,10 +161,32 @@ void MakeChart(const std::filesystem::path& file, std::int32_t accounts, std::in
 std::string ContentOf(const std::filesystem::path& company) {
   SqliteDatabase database(company, standalone::kBusyTimeout);
   return database.QueryText(R"sql(
-SELECT (SELECT json_group_array(json_array(id, type, date, name_id, memo, posted, partner_confirmed)) FROM txn)
+SELECT (SELECT json_group_array(json_array(id, type, date, name_id, memo, document_number, posted, partner_confirmed))
+          FROM txn)
     || (SELECT json_group_array(json_array(id, txn_id, account_id, amount, memo)) FROM txn_line)
-    || (SELECT json_group_array(json_array(txn_id, target_id, relation_id, request_id, txn_type, state))
-          FROM me_transaction))sql");
+    || (SELECT json_group_array(json_array(txn_id, target_id, relation_id, request_id, txn_type, state, of_before))
+          FROM me_transaction)
+    || (SELECT json_group_array(json_array(target_id, names, earlier_target_id)) FROM me_own_request)
+    || (SELECT json_group_array(json_array(id, previous, at, clock, user, system_user, action, first_txn_id, last_txn_id,
+                                           subject, changes)) FROM audit)
+    || (SELECT json_group_array(json_array(sha256, audit_id)) FROM imported_file))sql");
+}
+
+std::vector<platform::Clock::TimePoint> MomentsOfTrail(const std::filesystem::path& company) {
+  SqliteDatabase database(company, standalone::kBusyTimeout);
+  standalone::AuditTable trail(database);
+  std::vector<platform::Clock::TimePoint> moments;
+  UnitOfWork unit(database, Access::kRead);
+  trail.ForEach({},
+                [&](const standalone::AuditLine& line) { moments.emplace_back(std::chrono::milliseconds(line.at)); });
+  unit.Commit();
+  return moments;
+}
+
+// Line number n belongs to transaction n + (n - 1) / 3.
+Request RequestOf(std::int64_t line) {
+  const std::int64_t transaction = line + (line - 1) / 3;
+  return {RealmId(static_cast<std::int32_t>(1 + transaction % kPartners)), RequestId(line)};
 }
 
 void WriteImportFile(const std::filesystem::path& csv, std::int64_t transactions) {

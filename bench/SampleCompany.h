@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
+
+#include "platform/Clock.h"
 
 namespace bench {
 
@@ -42,8 +45,16 @@ std::string RealmId(std::int32_t partner);
 // The request id of the number-th intercompany line, counted from 1.
 std::string RequestId(std::int64_t number);
 
-// The state of every intercompany line of a sample company.
-inline constexpr std::int16_t kSampleState = 2;
+// A request as both companies know it.
+struct Request {
+  std::string realm;
+  std::string id;
+};
+// That of an intercompany line, which are counted from 1.
+Request RequestOf(std::int64_t line);
+
+// The state of every intercompany line of a sample company: sent, so that the partner may answer.
+inline constexpr std::int16_t kSampleState = 1;
 
 // Makes a company with that many intercompany lines, a third each of bills, checks and journal entries, all of them in
 // 2025 and every fourth transaction an ordinary bill between them. Names stand up to two levels deep.
@@ -52,8 +63,11 @@ void MakeCompany(const std::filesystem::path& file, std::int64_t lines);
 // Makes a company with that many accounts of all types, a fifth of them sub-accounts, and relations that use two each.
 void MakeChart(const std::filesystem::path& file, std::int32_t accounts, std::int32_t relations);
 
-// The transactions of a company file, their lines and their intercompany rows as text, which is never empty.
+// The transactions of a company file, their lines, their intercompany rows, which of them are own requests, the audit
+// trail and the files that were imported as text, which is never empty.
 std::string ContentOf(const std::filesystem::path& company);
+// When each line of the audit trail was written.
+std::vector<platform::Clock::TimePoint> MomentsOfTrail(const std::filesystem::path& company);
 
 // Writes an import file of that many transactions for a company made with no lines, of the same mix.
 void WriteImportFile(const std::filesystem::path& csv, std::int64_t transactions);

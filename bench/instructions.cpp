@@ -26,8 +26,10 @@
 #include "bench/SampleCompany.h"
 #include "standalone/company/Session.h"
 #include "standalone/company/StandaloneHost.h"
-#include "standalone/import/Import.h"
-#include "standalone/values/Dates.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/Import.h"
+#include "standalone/desk/Journal.h"
+#include "standalone/desk/Transactions.h"
 #include "support/MemoryHost.h"
 #include "support/MultiEntityPrivateAccess.h"
 
@@ -261,42 +263,55 @@ void CountOnCompanyFile(const std::filesystem::path& folder) {
     std::vector<METxnInfo> list;
     hand.ListPeriod(kFrom, kTo, list);
   });
-  const std::string realm = RealmId(2);
-  const std::string request = RequestId(1);
+  const Request known = RequestOf(1);
   Count("company file: ten questions for a request id", TenTimes([&] {
           host.Request(Access::kRead, [&] {
-            return MultiEntityDriver::DoesTransactionExist(std::string_view(realm), std::string_view(request));
+            return MultiEntityDriver::DoesTransactionExist(std::string_view(known.realm), std::string_view(known.id));
           });
         }));
-  Count("by hand: ten questions for a request id", TenTimes([&] { hand.Exists(realm, request); }));
-  Count("company file: ten state changes by request id", TenTimes([&] {
-          host.Request(Access::kWrite, [&] {
-            return MultiEntityDriver::UpdateTransactionWithState(std::string_view(realm), std::string_view(request),
-                                                                 MEStateEstablished);
-          });
-        }));
-  Count("by hand: ten state changes by request id", TenTimes([&] { hand.Establish(realm, request); }));
-  std::int64_t next = kLines;
-  Count("company file: recording ten journal entries", TenTimes([&] {
-          std::uint32_t txnId = 0;
-          const std::string newRequest = RequestId(++next);
-          host.Request(Access::kWrite, [&] {
-            MEAccountInfo expense;
-            expense.accountId = ExpenseAccount(3);
-            MECNameInfo name;
-            name.nameId = 131;
-            return MultiEntityDriver::RecordGeneralJournalEntry(std::string_view(realm), expense, DueToAccount(2),
-                                                                "1,234.50", std::string_view(newRequest), name, txnId);
-          });
-        }));
-  Count("by hand: recording ten journal entries", TenTimes([&] {
-          hand.Record(realm, ExpenseAccount(3), DueToAccount(2), 123'450, RequestId(++next), 131,
-                      "Region 2:Vendor 1:Branch 1", platform::Today(platform::SystemClock()));
-        }));
+  Count("by hand: ten questions for a request id", TenTimes([&] { hand.Exists(known.realm, known.id); }));
   Count("company file: accounts free for relations", [&] {
     std::unordered_map<long, std::pair<std::string, std::string>> list;
     host.Request(Access::kRead, [&] { return MultiEntityDriver::GetAccountsList(list, MEAccountFilterUnused, ""); });
   });
+}
+
+// What writes, with its line of the audit trail.
+void CountAtTheDesk(const std::filesystem::path& folder) {
+  constexpr std::int64_t kLines = 2'000;
+  const std::filesystem::path file = folder / "desk.company";
+  MakeCompany(file, kLines);
+  desk::Company company(file);
+  HandWritten hand(file);
+  platform::Clock& clock = platform::SystemClock();
+  std::int64_t sent = 0;
+  Count("desk: ten state changes by request id", TenTimes([&] {
+          const Request request = RequestOf(++sent);
+          desk::SetState(company, standalone::RealmId(request.realm), standalone::RequestId(request.id),
+                         standalone::TransactionState::kEstablished);
+        }));
+  Count("by hand: ten state changes by request id", TenTimes([&] {
+          const Request request = RequestOf(++sent);
+          hand.Establish(request.realm, request.id, clock.Now());
+        }));
+  std::int64_t next = kLines;
+  Count("desk: recording ten journal entries", TenTimes([&] {
+          desk::RecordJournalEntry(company, {.partner = standalone::RealmId(RealmId(2)),
+                                             .request = standalone::RequestId(RequestId(++next)),
+                                             .amount = standalone::LineAmount("1,234.50"),
+                                             .expense = desk::Existing{"Operating Expenses:Department 3"},
+                                             .dueTo = {},
+                                             .name = desk::Existing{"Region 3:Vendor 2:Branch 1"}});
+        }));
+  Count("by hand: recording ten journal entries", TenTimes([&] {
+          hand.Record({.realmId = RealmId(2),
+                       .expenseAccount = ExpenseAccount(3),
+                       .dueToAccount = DueToAccount(2),
+                       .amount = 123'450,
+                       .requestId = RequestId(++next),
+                       .nameId = 131},
+                      clock.Now());
+        }));
 }
 
 // The first import is the uncounted one; the second goes into another company.
@@ -304,13 +319,13 @@ void CountImport(const std::filesystem::path& folder) {
   const std::filesystem::path csv = folder / "counted.csv";
   WriteImportFile(csv, 500);
   int companies = 0;
-  Count("company file: import of 500 transactions", [&] {
-    const std::filesystem::path company = folder / ("import" + std::to_string(++companies) + ".company");
+  Count("desk: import of 500 transactions", [&] {
+    const std::filesystem::path file = folder / ("import" + std::to_string(++companies) + ".company");
     CALLGRIND_TOGGLE_COLLECT;
-    MakeCompany(company, 0);
-    StandaloneHost host(company);
+    MakeCompany(file, 0);
+    desk::Company company(file);
     CALLGRIND_TOGGLE_COLLECT;
-    standalone::ImportTransactions(host, csv);
+    desk::Import(company, desk::Importable::kTransactions, csv);
   });
 }
 
@@ -324,6 +339,7 @@ int main(int count, char** arguments) {
     bench::CountOperations();
     const bench::WorkFolder folder(std::filesystem::temp_directory_path());
     bench::CountOnCompanyFile(folder.Path());
+    bench::CountAtTheDesk(folder.Path());
     bench::CountImport(folder.Path());
     return EXIT_SUCCESS;
   } catch (const std::exception& error) {

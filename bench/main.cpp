@@ -64,11 +64,12 @@ Sizes QuickSizes() {
   sizes.listedLines = {10'000, 100'000};
   sizes.storedLines = 100'000;
   sizes.importedTransactions = 10'000;
+  sizes.reportedTransactions = 10'000;
   return sizes;
 }
 
 Sizes CheckedSizes() {
-  return {.listedLines = {1'000}, .storedLines = 1'000, .importedTransactions = 1'000};
+  return {.listedLines = {1'000}, .storedLines = 1'000, .importedTransactions = 1'000, .reportedTransactions = 8'000};
 }
 
 void WarnOfFolderInMemory(const std::filesystem::path& folder) {
@@ -87,6 +88,7 @@ void AddAll(Table& table, const std::filesystem::path& folder, const Sizes& size
   AddRecording(table, folder);
   AddRequests(table, folder, sizes);
   AddImporting(table, folder, sizes);
+  AddLookingUp(table, folder, sizes);
   AddFreeAccounts(table, folder, sizes);
 }
 
@@ -114,6 +116,7 @@ void Measure(const Options& options) {
   PrintListingGrowth(table, sizes);
   if (table.Wants("peak memory of the period listing")) PrintListingMemory(folder.Path(), sizes);
   if (table.Wants("peak memory of the import")) PrintImportMemory(folder.Path(), sizes);
+  if (table.Wants("hledger")) PrintJournalReports(folder.Path(), sizes);
   if (table.Wants("ledger")) PrintLedger(folder.Path(), sizes);
 }
 

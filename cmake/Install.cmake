@@ -13,7 +13,7 @@ install(DIRECTORY host/MultiEntityHost host_helpers/MultiEntityHostHelpers
   DESTINATION ${header_dir} FILES_MATCHING PATTERN "*.h")
 install(FILES CHANGELOG.md LICENSE README.md THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY examples/embedding DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(DIRECTORY examples/embedding examples/exchange DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # On Windows, the C++ runtime that the library shares with its host.
 set(runtime_library_names)
@@ -43,6 +43,22 @@ if(TARGET multientity)
   set_target_properties(multientity PROPERTIES
     BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN;$ORIGIN/${library_from_program}")
   install(TARGETS multientity RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  # What shells and man know of the commands, as the program itself tells it.
+  if(UNIX)
+    set(told_dir ${PROJECT_BINARY_DIR}/told)
+    install(CODE "
+      file(MAKE_DIRECTORY \"${told_dir}\")
+      foreach(what IN ITEMS man \"completion bash\" \"completion zsh\")
+        separate_arguments(words UNIX_COMMAND \"\${what}\")
+        string(REPLACE \" \" \"-\" name \"\${what}\")
+        execute_process(COMMAND \"$<TARGET_FILE:multientity>\" \${words} OUTPUT_FILE \"${told_dir}/\${name}\"
+          COMMAND_ERROR_IS_FATAL ANY)
+      endforeach()")
+    install(FILES ${told_dir}/man DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 RENAME multientity.1)
+    install(FILES ${told_dir}/completion-bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+      RENAME multientity)
+    install(FILES ${told_dir}/completion-zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions RENAME _multientity)
+  endif()
   # Looked for beside the program.
   install(TARGETS AddinBridge
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}

@@ -24,6 +24,7 @@ bundle_licence(nlohmann-json nlohmann-json3-dev)
 bundle_licence(tomlplusplus libtomlplusplus-dev)
 bundle_licence(sqlite libsqlite3-dev)
 bundle_licence(libsodium libsodium-dev)
+bundle_licence(unicode unicode-data)
 
 if(MINGW)
   bundle_licence(gcc-runtime gcc-mingw-w64-base)

@@ -26,6 +26,12 @@ void TakeRightsOf(const std::filesystem::path& model, const std::filesystem::pat
 // taken.
 bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem::path& name);
 
+// Brings to the disk what was written to a file.
+void BringToDisk(const std::filesystem::path& file);
+
+// Removes a file and brings that to the disk.
+void Remove(const std::filesystem::path& file);
+
 // Whether the file has more than one name on its disk.
 bool HasOtherNames(const std::filesystem::path& file);
 

@@ -43,7 +43,7 @@ class Descriptor {
 };
 
 // A folder that cannot be brought to the disk by itself, as on some network disks, is left to the system.
-void BringToDisk(const std::filesystem::path& folder) {
+void BringFolderToDisk(const std::filesystem::path& folder) {
   const Descriptor descriptor(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
   if (descriptor.IsOpen()) fsync(descriptor.Number());
 }
@@ -93,8 +93,18 @@ bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem:
     }
     unlink(file.c_str());
   }
-  BringToDisk(name.parent_path());
+  BringFolderToDisk(name.parent_path());
   return true;
+}
+
+void BringToDisk(const std::filesystem::path& file) {
+  const Descriptor descriptor(file, O_RDONLY);
+  if (!descriptor.IsOpen() || fsync(descriptor.Number()) != 0) ThrowSystemError(file);
+}
+
+void Remove(const std::filesystem::path& file) {
+  if (unlink(file.c_str()) != 0) ThrowSystemError(file);
+  BringFolderToDisk(file.parent_path());
 }
 
 bool HasOtherNames(const std::filesystem::path& file) {

@@ -68,6 +68,16 @@ bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem:
   ThrowSystemError(name);
 }
 
+void BringToDisk(const std::filesystem::path& file) {
+  const OpenFile opened(file, GENERIC_WRITE);
+  if (!opened.IsOpen() || FlushFileBuffers(opened.Handle()) == 0) ThrowSystemError(file);
+}
+
+// The file system brings the changes of names to the disk in their order.
+void Remove(const std::filesystem::path& file) {
+  if (DeleteFileW(file.c_str()) == 0) ThrowSystemError(file);
+}
+
 bool HasOtherNames(const std::filesystem::path& file) {
   const OpenFile opened(file);
   BY_HANDLE_FILE_INFORMATION information{};

@@ -14,7 +14,8 @@ case $preset in
     compiler=()
     emulator=()
     program=multientity
-    own=(lib/libMultiEntity.Native.so lib/libsqlite3.so.0 lib/libsodium.so.23)
+    own=(lib/libMultiEntity.Native.so lib/libsqlite3.so.0 lib/libsodium.so.23 share/man/man1/multientity.1
+      share/bash-completion/completions/multientity share/zsh/site-functions/_multientity)
     ;;
   windows)
     compiler=(-DCMAKE_SYSTEM_NAME=Windows -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix)
@@ -61,8 +62,8 @@ holds_everything() {
   local docs=share/doc/MultiEntityNative name
   for name in "bin/$program" bin/AddinBridge.DLL "${own[@]}" include/MultiEntityNative/MultiEntity/MultiEntityDriver.h \
     include/MultiEntityNative/MultiEntityHost/HostServices.h lib/cmake/MultiEntityNative/MultiEntityNativeConfig.cmake \
-    $docs/{CHANGELOG.md,LICENSE,README.md,THIRD-PARTY.md,docs/embedding.md,examples/embedding/main.cpp} \
-    $docs/third-party/{CLI11,fmt,libsodium,nlohmann-json,sqlite,tomlplusplus}.txt; do
+    $docs/{CHANGELOG.md,LICENSE,README.md,THIRD-PARTY.md,docs/embedding.md,examples/embedding/main.cpp,examples/exchange/read_envelope.py} \
+    $docs/third-party/{CLI11,fmt,libsodium,nlohmann-json,sqlite,tomlplusplus,unicode}.txt; do
     [ -s "$1/$name" ] || { printf 'The package lacks %s.\n' "$name" >&2; return 1; }
   done
 }

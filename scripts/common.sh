@@ -3,9 +3,11 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libfmt-dev
-  libsodium-dev)
+  libsodium-dev python3 unicode-data)
 test_packages=(git libgtest-dev libgmock-dev clang-format-19 clang-tidy-19 binutils clang-19 llvm-19 libclang-rt-19-dev
-  python3 librapidcheck-dev valgrind)
+  librapidcheck-dev valgrind ledger python3-nacl)
+# What the plays hand the books to.
+play_packages=(hledger)
 bench_packages=(libbenchmark-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
 # Who has an npm of another origin keeps it.

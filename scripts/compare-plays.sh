@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Plays the main job and the life of an intercompany bill with the Windows program and with the native one, and compares
-# what they print:
+# Plays the main job, the life of an intercompany bill, the exchange of requests and the day of a bookkeeper with the
+# Windows program and with the native one, and compares what they print:
 #
 #   scripts/compare-plays.sh NATIVE WINDOWS DIRECTORY
 #
 # NATIVE and WINDOWS are programs that can be started here, DIRECTORY receives the company files. Prints what the
-# Windows program did. Exits with 1 when something is not as expected, or differs in more than the time of day.
+# Windows program did. Exits with 1 when something is not as expected, or differs in more than the time of day and
+# the request ids that are made anew.
 set -euo pipefail
 
 if [[ $# -ne 3 ]]; then
@@ -17,14 +18,18 @@ native=$1
 windows=$2
 directory=$3
 mkdir -p -- "$directory"
-# Both are played on one day.
+# Both programs play on one day.
 export MULTIENTITY_NOW
 MULTIENTITY_NOW=$(date +%F)T12:00:00
 
 # What one play tells of the time at which it is played, and how long it is until a day begins; the digest of an audit
-# trail tells of its times.
+# trail tells of its times. A request id that is made anew is another one each time, and so is the
+# fingerprint of a company, and of a letter what names who is to take it. The folder of the letters is the play's.
 without_times() {
-  sed -E 's/[0-9]{2}:[0-9]{2}:[0-9]{2}/HH:MM:SS/g; s/[0-9]{2,} seconds/SS seconds/g; s/[0-9a-f]{64}/DIGEST/g' -- "$1"
+  sed -E 's/[0-9]{2}:[0-9]{2}:[0-9]{2}/HH:MM:SS/g; s/[0-9]{2,} seconds/SS seconds/g; s/[0-9a-f]{64}/DIGEST/g
+    s/[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}/REQUEST/g
+    s/[0-9a-f]{16}-/ADDRESS-/g; s/[^ ]*[\\/]shared/FOLDER/g
+    s/[0-9]{5}( [0-9]{5}){5}/FINGERPRINT/g' -- "$1"
 }
 
 # compare JOB: plays it with both programs.
@@ -42,4 +47,8 @@ compare() {
 compare main-job
 echo
 compare bill-life
-echo "The native program printed the same, but for the time of day."
+echo
+compare exchange
+echo
+compare bookkeeper
+echo "The native program printed the same, but for the time of day and new request ids."

@@ -5,8 +5,8 @@
 # when one of them has grown by more than 5 %. With --write, BASELINE is written anew. FOLDER takes the profiles. Ends
 # with 77 when the counts are shown but cannot be compared, because BASELINE is of other tools.
 #
-# What the project and SQLite run themselves is counted, not the system's libraries beneath them: what a heap costs
-# depends on its state, and the processor chooses the string functions.
+# What the project, SQLite and libsodium run themselves is counted, not the system's libraries beneath them: what a heap
+# costs depends on its state, and the processor chooses the string functions.
 set -euo pipefail
 
 program=$(realpath "$1")
@@ -23,6 +23,8 @@ version_of() {
 toolchain="$(uname -m), gcc $(${CXX:-c++} -dumpfullversion), SQLite $(version_of libsqlite3-0)"
 toolchain+=", fmt $(version_of libfmt-dev)"
 toolchain+=", toml++ $(version_of libtomlplusplus-dev)"
+toolchain+=", nlohmann/json $(version_of nlohmann-json3-dev)"
+toolchain+=", libsodium $(version_of libsodium23)"
 
 rm -rf "$folder"
 mkdir -p "$folder"
@@ -37,7 +39,7 @@ mkdir -p "$folder"
 }
 
 "$(dirname "$0")/instructions_of_profile.py" "$folder" "$(basename "$program")" libMultiEntity.Native.so libsqlite3.so \
-  >"$folder/counts.txt"
+  libsodium.so >"$folder/counts.txt"
 
 if [ "$mode" = --write ]; then
   { printf '# Instructions of each piece of work, as scripts/count-instructions.sh counts them; %s\n' "$toolchain"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# scripts/fuzz.sh BUILD NAME   runs a fuzz target of a build for FUZZ_SECONDS, or half a minute, from its corpus in
+# scripts/fuzz.sh BUILD NAME   runs a fuzz target of a build for FUZZ_SECONDS, or ten seconds, from its corpus in
 #                              tests/fuzz/corpus; what it finds on the way stays in BUILD/corpus for the next run
 # Its output goes to BUILD/fuzz-NAME.log. An input that breaks a property is kept as BUILD/found/NAME-*;
 # "BUILD/bin/NAMEFuzzer FILE" plays it again.
@@ -9,9 +9,9 @@ build=$1
 name=$2
 log=$build/fuzz-$name.log
 
-declare -A longest=([Import]=2048 [CommandLine]=512 [Facade]=512)
+declare -A longest=([Import]=2048 [CommandLine]=512 [Facade]=512 [Envelope]=2048 [Fact]=1024 [TextBlock]=1024)
 
-options=(-max_total_time="${FUZZ_SECONDS:-30}" -timeout=20 -max_len="${longest[$name]:-128}"
+options=(-max_total_time="${FUZZ_SECONDS:-10}" -timeout=20 -max_len="${longest[$name]:-128}"
   -artifact_prefix="$build/found/$name-" -print_final_stats=1)
 if [ -e "tests/fuzz/$name.dict" ]; then options+=(-dict="tests/fuzz/$name.dict"); fi
 

@@ -50,19 +50,6 @@ log_has() {
   contains "$trace" "log level ${1%% *} event ${rest%% *} ${rest#* }" 'the log'
 }
 
-# prepare ARGUMENT...: runs the program without showing more than the command line; it must succeed.
-prepare() {
-  printf '   $ %s\n' "$(typed "$@")"
-  ask "$@"
-  [[ $exit_code -eq 0 ]] || unexpected_here "ended with exit code $exit_code: $complaint"
-}
-
-# look ARGUMENT...: runs the program and shows what it prints, but not what the log gains; it must succeed.
-look() {
-  prepare "$@"
-  show "$output" ''
-}
-
 # open_company FILE SAMPLE NAME PARTNER REALM: a company's books with the relation to its partner and a year of
 # transactions.
 open_company() {

@@ -88,7 +88,7 @@ entry_date=$(json_value "$entry" date)
 step "A bill of a company that Birch is not related to is refused."
 run_to_exit 2 - journal record birch.company --realm 5999000000001 --amount 75.00 --request unknown-partner-1 \
   --expense "$kAccount" --name "$kVendor"
-contains "$complaint" 'there is no relation with a partner of realm "5999000000001"' "the refusal"
+contains "$complaint" 'there is no relation with the partner "5999000000001"' "the refusal"
 log_gained
 
 step "Robin may look at journal entries but not create them: a booking by Robin is refused."

@@ -13,7 +13,7 @@ if [[ -n "$(ls -A)" && ! -e .played ]]; then
   echo "$0: $2 is not empty; give a new directory" >&2
   exit 2
 fi
-rm -rf -- samples ./*.company* output.txt errors.txt
+rm -rf -- samples shared ./*.company* ./*.journal ./*.invitation ./*.letters output.txt errors.txt
 touch .played
 mkdir samples
 cp -r -- "$samples"/alder "$samples"/birch samples/
@@ -103,6 +103,20 @@ run_to_exit() {
   fi
   [[ $status == "$expected" ]] || unexpected_here "the module answered $status instead of $expected"
   [[ $exit_code -eq $expected_exit ]] || unexpected_here "ended with exit code $exit_code instead of $expected_exit"
+}
+
+# prepare ARGUMENT...: runs the program without showing more than the command line; it must succeed.
+prepare() {
+  printf '   $ %s\n' "$(typed "$@")"
+  ask "$@"
+  [[ $exit_code -eq 0 ]] || unexpected_here "ended with exit code $exit_code: $complaint"
+}
+
+# look ARGUMENT...: runs the program and shows what it prints, but not what the log gains; it must succeed.
+look() {
+  prepare "$@"
+  show "$output" ''
+  show "$complaint" ''
 }
 
 # The log gained exactly these lines, each "LEVEL EVENT OPERATION: MESSAGE".

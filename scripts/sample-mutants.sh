@@ -5,6 +5,6 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 commit=$(git rev-parse --short=7 HEAD || echo 1)
-arguments=(--sample "${MUTATION_SAMPLE:-40}" --seed "${MUTATION_SEED:-$((16#$commit))}")
+arguments=(--sample "${MUTATION_SAMPLE:-24}" --seed "${MUTATION_SEED:-$((16#$commit))}")
 echo "tests/mutation/mutate.py ${arguments[*]}"
 exec python3 tests/mutation/mutate.py "${arguments[@]}"

@@ -71,7 +71,7 @@ bool Dialogue::AskThePerson(const desk::Question& question) const {
 }
 
 void Dialogue::TellAnswer(const desk::Question& question, bool accepted, const char* by) const {
-  screen_.Tell({{"event", "answered"}, {"answer", accepted ? "yes" : "no"}, {"by", by}},
+  screen_.Tell({{"event", "answered"}, {"answer", standalone::YesOrNo(accepted)}, {"by", by}},
                fmt::format("  Answered: {} ({})\n", accepted ? question.accept : question.decline, by));
 }
 

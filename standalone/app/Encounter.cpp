@@ -12,8 +12,12 @@ Encounter::Encounter(const Invocation& invocation, std::string file, std::option
       screen_(invocation.options.json ? Screen([this](const Json& event) { events_.push_back(event); }) : Screen()),
       dialogue_(screen_, "message-shown", answer, PersonAtTheTerminal(screen_)) {}
 
-desk::Person Encounter::Person() const {
-  return {.answer = [this](const desk::Question& question) { return dialogue_.Answer(question); },
+desk::Person Encounter::Person() {
+  return {.answer =
+              [this](const desk::Question& question) {
+                hasAsked_ = true;
+                return dialogue_.Answer(question);
+              },
           .show =
               [this](std::string_view url, const desk::PluginScreen& shown) {
                 ShowPluginScreen(screen_, file_, url, shown);

@@ -21,12 +21,14 @@ class Encounter {
   ~Encounter() = default;
 
   // This outlives it.
-  desk::Person Person() const;
+  desk::Person Person();
+  bool HasAsked() const noexcept { return hasAsked_; }
   // In the order in which they happened; empty when they were printed.
   const Json& Events() const noexcept { return events_; }
 
  private:
   std::string file_;
+  bool hasAsked_ = false;
   Json events_ = Json::array();
   Screen screen_;
   Dialogue dialogue_;

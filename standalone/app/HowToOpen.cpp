@@ -40,6 +40,30 @@ void Tell(bool json, const std::string& file, const desk::Opening& opening) {
   PrintError(JsonText({{"note", note}}));
 }
 
+std::string LookalikesText(const desk::Lookalikes& found) {
+  const bool accounts = found.list == desk::Lookalikes::List::kAccounts;
+  std::string text;
+  for (const desk::Lookalikes::Pair& pair : found.first) {
+    text += fmt::format("{}{} is like {}", text.empty() ? "" : ", ", standalone::Quoted(pair.name),
+                        standalone::Quoted(pair.other));
+  }
+  const auto told = static_cast<std::int64_t>(found.first.size());
+  if (found.count > told) text += fmt::format(", and {} more", found.count - told);
+  return fmt::format(
+      "among the {}, {}: they differ only by capitals or by how accents are written; look whether both are meant",
+      accounts ? "accounts" : "names", text);
+}
+
+void Tell(bool json, const desk::Lookalikes& found) {
+  if (!json) {
+    PrintError(fmt::format("note: {}\n", standalone::Shown(LookalikesText(found))));
+    return;
+  }
+  Json note{{"message", LookalikesText(found)}};
+  note.update(desk::JsonOf(found));
+  PrintError(JsonText({{"note", note}}));
+}
+
 }  // namespace
 
 desk::CompanyOptions HowToOpen(Invocation& invocation, const std::string& file) {
@@ -54,6 +78,9 @@ desk::CompanyOptions HowToOpen(Invocation& invocation, const std::string& file) 
   };
   options.onSaved = [&invocation] {
     invocation.TakeSaved();
+  };
+  options.onLookalikes = [json = invocation.options.json](const desk::Lookalikes& found) {
+    Tell(json, found);
   };
   if (invocation.options.trace) {
     options.onLogLine = [&trace = invocation.trace](const desk::NewLogLine& line) {

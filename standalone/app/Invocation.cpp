@@ -6,6 +6,7 @@
 
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Columns.h"
+#include "standalone/values/Errors.h"
 
 namespace app {
 
@@ -17,11 +18,18 @@ std::string TraceText(const desk::NewLogLine& line, bool json) {
   return JsonText({{"log", desk::JsonOf(line)}});
 }
 
+void AddCsvOption(CLI::App& command, GlobalOptions& options) {
+  command.add_flag("--csv", options.csv, "The list as CSV with all of its columns, for a spreadsheet");
+}
+
 void Invocation::When(CLI::App& command, Action action) {
   command.callback([this, action = std::move(action)] { action_ = action; });
 }
 
 void Invocation::Run() {
+  if (options.csv && options.json) {
+    throw standalone::InvalidInput("--csv and --json exclude each other; give the one in which the list is wanted");
+  }
   action_(*this);
 }
 
@@ -34,6 +42,14 @@ void Invocation::Report(const Json& forPrograms, std::string_view forPeople) con
   if (answer_) json["status"] = *answer_;
   json.update(forPrograms);
   Print(JsonText(json));
+}
+
+void Invocation::ReportList(const Json& forPrograms, CsvColumns columns, std::string_view forPeople) const {
+  if (!options.csv) {
+    Report(forPrograms, forPeople);
+    return;
+  }
+  PrintData(CsvText(columns, forPrograms.front()));
 }
 
 }  // namespace app

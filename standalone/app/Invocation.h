@@ -7,7 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "standalone/app/terminal/Csv.h"
 #include "standalone/app/terminal/Output.h"
+#include "standalone/app/terminal/Table.h"
 #include "standalone/desk/Company.h"
 
 namespace CLI {
@@ -22,10 +24,16 @@ struct GlobalOptions {
   bool json = false;
   bool trace = false;
   bool networkShare = false;
+  bool wide = false;
+  bool usualCompany = false;  // the company is the one that the environment names
+  bool csv = false;           // of lists only
 };
 
 // The line as standard error has it, an object on one line for programs.
 std::string TraceText(const desk::NewLogLine& line, bool json);
+
+// For a command that reports a list.
+void AddCsvOption(CLI::App& command, GlobalOptions& options);
 
 // One run of the program: the command that was chosen, and what it reports.
 class Invocation {
@@ -48,6 +56,8 @@ class Invocation {
 
   // Prints the outcome in the form that was asked for; programs are told what the module answered, too.
   void Report(const Json& forPrograms, std::string_view forPeople) const;
+  // The same for a list, which is the first value for programs; spreadsheets get it as CSV.
+  void ReportList(const Json& forPrograms, CsvColumns columns, std::string_view forPeople) const;
 
   // In the order in which they were written.
   std::vector<desk::NewLogLine> trace;

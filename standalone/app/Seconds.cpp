@@ -1,9 +1,11 @@
 #include "standalone/app/Seconds.h"
 
+#include "standalone/values/Counted.h"
+
 namespace app {
 
 std::string SecondsText(std::chrono::seconds seconds) {
-  return std::to_string(seconds.count()) + (seconds.count() == 1 ? " second" : " seconds");
+  return standalone::Counted(seconds.count(), "second");
 }
 
 }  // namespace app

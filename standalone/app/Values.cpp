@@ -20,7 +20,7 @@ constexpr std::int32_t kLargestId = std::numeric_limits<std::int32_t>::max() - 1
 
 std::filesystem::path FilePath(std::string_view text) {
   if (text.empty()) throw standalone::InvalidInput("the file name is empty; give the path of a file");
-  return {std::u8string(text.begin(), text.end())};
+  return standalone::PathOfText(text);
 }
 
 std::int32_t RecordId(std::string_view what, std::string_view text) {

@@ -13,8 +13,22 @@
 namespace app {
 
 // What the help says of a realm id and a request id.
-inline constexpr const char* kRealmHelp = "The partner company's realm id, 1 to 19 characters";
-inline constexpr const char* kRequestHelp = "The request id that both companies know, 1 to 36 characters";
+inline constexpr const char* kRealmHelp = "The partner company's realm id, 1 to 19 bytes";
+// What may follow options that take one of a few words; the help shows them and the shells complete them.
+inline constexpr const char* kRelationStates = "pending|established|without-accounts|deactivated";
+inline constexpr const char* kTransactionStates = "entered|sent|came-back|established|closed";
+inline constexpr const char* kTransactionTypes = "bill|check|journal";
+inline constexpr const char* kRejectableTypes = "bill|check";
+inline constexpr char kBetweenWords = '|';
+// Of what was set to the value that it has.
+inline constexpr const char* kNothingHasChanged = "Nothing has changed";
+inline constexpr const char* kPartnerHelp = "The partner company: its realm id, or its name in the relation";
+// Both are one option; the second name is that of the first programs.
+inline constexpr const char* kPartnerOption = "--partner,--realm";
+inline constexpr const char* kRequestHelp = "The request id that both companies know, 1 to 36 bytes";
+// Of an account.
+inline constexpr const char* kAccountHelp =
+    "An account, by number, by record number, such as #12, or by colon-separated name";
 
 std::filesystem::path FilePath(std::string_view text);
 

@@ -31,11 +31,18 @@ const std::string& BeforeTheFirst() {
   return zeros;
 }
 
+// Longer than most.
+constexpr std::size_t kRoomForLine = 1024;
+
 std::string DigestOf(const Rows& line) {
   std::string netstrings;
+  netstrings.reserve(kRoomForLine);
   for (int column = 0; column < kColumnCount; ++column) {
     const std::string_view text = line.Text(column);
-    netstrings.append(std::to_string(text.size())).append(1, ':').append(text).append(1, ',');
+    netstrings += std::to_string(text.size());
+    netstrings += ':';
+    netstrings += text;
+    netstrings += ',';
   }
   return Sha256Of(netstrings);
 }
@@ -44,16 +51,53 @@ constexpr const char* kField = "field";
 constexpr const char* kBefore = "before";
 constexpr const char* kAfter = "after";
 
-std::string TextOf(const std::vector<AuditChange>& changes) {
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const AuditChange& change : changes) {
-    nlohmann::ordered_json entry{{kField, change.field}};
-    if (change.before) entry[kBefore] = *change.before;
-    if (change.after) entry[kAfter] = *change.after;
-    list.push_back(std::move(entry));
-  }
+std::string Escaped(std::string_view value) {
   constexpr int kOnOneLine = -1;
-  return list.dump(kOnOneLine, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
+  return nlohmann::json(value).dump(kOnOneLine, ' ', /*ensure_ascii=*/false, nlohmann::json::error_handler_t::replace);
+}
+
+// Goes on to the end, which compilers turn into wide steps.
+bool StandsAsItIs(std::string_view value) noexcept {
+  unsigned char odd = 0;
+  for (const char character : value) {
+    const auto byte = static_cast<unsigned char>(character);
+    odd |= static_cast<unsigned char>((byte < 0x20) | (byte > 0x7E) | (byte == '"') | (byte == '\\'));
+  }
+  return odd == 0;
+}
+
+// Nearly every text stands in JSON as it is.
+void AppendQuoted(std::string& json, std::string_view value) {
+  if (!StandsAsItIs(value)) {
+    json += Escaped(value);
+    return;
+  }
+  json += '"';
+  json += value;
+  json += '"';
+}
+
+void AppendMember(std::string& json, const char* key, const std::optional<std::string>& value) {
+  if (!value) return;
+  json.append(",\"").append(key).append("\":");
+  AppendQuoted(json, *value);
+}
+
+// Longer than most of those of a recording.
+constexpr std::size_t kRoomForChanges = 640;
+
+std::string TextOf(const std::vector<AuditChange>& changes) {
+  std::string json;
+  if (changes.size() > 1) json.reserve(kRoomForChanges);
+  json = "[";
+  for (const AuditChange& change : changes) {
+    json.append(json.size() == 1 ? "{\"" : ",{\"").append(kField).append("\":");
+    AppendQuoted(json, change.field);
+    AppendMember(json, kBefore, change.before);
+    AppendMember(json, kAfter, change.after);
+    json += '}';
+  }
+  return json += ']';
 }
 
 std::optional<std::string> TextIn(const nlohmann::json& entry, const char* key) {
@@ -95,7 +139,7 @@ AuditLine LineOf(const Rows& row) {
 
 // Nothing that is held of bookings or lists tells of the trail.
 AuditTable::AuditTable(Database& database)
-    : last_(database, "SELECT * FROM audit WHERE id = (SELECT max(id) FROM audit)"),
+    : last_(database, "SELECT * FROM audit ORDER BY id DESC LIMIT 1"),
       byNumber_(database, "SELECT * FROM audit WHERE id = ?1"),
       insert_(database, Writes::kBookings,
               "INSERT INTO audit VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, nullif(?8, 0), nullif(?9, 0), ?10, ?11)"),

@@ -5,6 +5,7 @@
 
 #include "standalone/values/Errors.h"
 #include "standalone/values/ListNames.h"
+#include "standalone/values/Suggestions.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -21,11 +22,6 @@ Name ReadName(const Rows& rows) {
   name.fullName = rows.Text(3);
   name.kind = static_cast<NameKind>(rows.Int16(4));
   return name;
-}
-
-std::optional<Name> ReadOne(Rows rows) {
-  if (!rows.Step()) return std::nullopt;
-  return ReadName(rows);
 }
 
 }  // namespace
@@ -47,8 +43,23 @@ NameTable::NameTable(Database& database)
       all_(database, "SELECT id, parent_id, name, full_name, kind FROM name ORDER BY full_name"),
       byId_(database, "SELECT id, parent_id, name, full_name, kind FROM name WHERE id = ?1"),
       byFullName_(database, "SELECT id, parent_id, name, full_name, kind FROM name WHERE full_name = ?1"),
+      beyondAscii_(database,
+                   "SELECT full_name FROM name WHERE full_name GLOB '*[^ -~]*' AND full_name <> ?1 ORDER BY id"),
+      lengthBelow_(database,
+                   "WITH RECURSIVE below (id) AS (VALUES (?1) "
+                   "UNION ALL SELECT name.id FROM name JOIN below ON parent_id = below.id) "
+                   "SELECT max(length(CAST(full_name AS BLOB))) FROM name WHERE id IN below"),
+      rename_(database, Writes::kLists,
+              "WITH RECURSIVE below (id) AS (VALUES (?1) "
+              "UNION ALL SELECT name.id FROM name JOIN below ON parent_id = below.id) "
+              "UPDATE name SET name = iif(id = ?1, ?2, name), "
+              "full_name = ?3 || substr(full_name, length(?4) + 1) WHERE id IN below"),
+      use_(database,
+           "SELECT (SELECT count(*) FROM txn WHERE name_id = ?1), (SELECT count(*) FROM name WHERE parent_id = ?1)"),
       insert_(database, Writes::kLists,
-              "INSERT INTO name (parent_id, name, full_name, kind) VALUES (nullif(?1, 0), ?2, ?3, ?4)") {}
+              "INSERT INTO name (parent_id, name, full_name, kind) VALUES (nullif(?1, 0), ?2, ?3, ?4)"),
+      delete_(database, Writes::kLists, "DELETE FROM name WHERE id = ?1"),
+      last_(database) {}
 
 std::vector<Name> NameTable::List() {
   std::vector<Name> names;
@@ -57,7 +68,9 @@ std::vector<Name> NameTable::List() {
   return names;
 }
 
+// A booking names it, has it looked up and tells of it.
 std::optional<Name> NameTable::Find(std::int32_t id) {
+  if (const Name* const last = last_.Held(); last != nullptr && last->id == id) return *last;
   return ReadOne(byId_.Query(id));
 }
 
@@ -66,11 +79,14 @@ std::optional<Name> NameTable::FindByFullName(std::string_view fullName) {
 }
 
 Name NameTable::Require(std::string_view idOrFullName) {
-  const std::optional<std::int32_t> id = ParseRecordNumber(idOrFullName);
+  std::optional<std::int32_t> id = ParseMarkedRecordNumber(idOrFullName);
+  if (!id) id = ParseRecordNumber(idOrFullName);
   std::optional<Name> name = id ? Find(*id) : FindByFullName(NormalizedFullName("The name", idOrFullName));
   if (name) return *std::move(name);
+  std::vector<std::string> known;
+  for (const Name& other : List()) known.push_back(other.fullName);
   throw InvalidInput("There is no name " + Quoted(idOrFullName) +
-                     "; give its number or its full name, as 'names' lists them.");
+                     "; give its number or its full name, as 'names' lists them." + DidYouMean(idOrFullName, known));
 }
 
 Name NameTable::Create(std::string_view fullName, NameKind kind) {
@@ -85,13 +101,58 @@ Name NameTable::Create(std::string_view fullName, NameKind kind) {
                          ", which does not exist; add that name first.");
     }
     added.parentId = parent->id;
+    added.fullName = FullNameUnder(parent->fullName, added.name);
   }
-  if (FindByFullName(added.fullName)) {
-    throw ConstraintViolation("There is already a name " + Quoted(added.fullName) + "; choose another one.");
-  }
+  RequireFreeName(added.fullName, added.id);
   insert_.Run(added.parentId, added.name, added.fullName, static_cast<std::int16_t>(kind));
   added.id = static_cast<std::int32_t>(database_.LastInsertedId());
   return added;
+}
+
+AlikeNames NameTable::ForAlike(std::string_view butFor) {
+  AlikeNames names([this](std::string_view fullName) -> std::optional<std::string> {
+    if (std::optional<Name> found = FindByFullName(fullName)) return std::move(found->fullName);
+    return std::nullopt;
+  });
+  Rows rows = beyondAscii_.Query(butFor);
+  while (rows.Step()) names.Add(rows.Text(0));
+  return names;
+}
+
+std::optional<Name> NameTable::ReadOne(Rows rows) {
+  if (!rows.Step()) return std::nullopt;
+  return last_.Hold(ReadName(rows));
+}
+
+void NameTable::RequireFreeName(std::string_view fullName, std::int32_t id) {
+  const std::optional<Name> taken = FindByFullName(fullName);
+  if (!taken || taken->id == id) return;
+  throw ConstraintViolation("There is already a name " + Quoted(taken->fullName) + "; choose another one.");
+}
+
+std::int64_t NameTable::LongestBelow(std::int32_t id) {
+  Rows rows = lengthBelow_.Query(id);
+  rows.Step();
+  return rows.Int64(0);
+}
+
+std::int64_t NameTable::Rename(std::int32_t id, std::string_view ownName) {
+  const std::optional<Name> name = Find(id);
+  if (!name) throw InvalidInput("There is no name " + std::to_string(id) + ".");
+  const std::string fullName = RenamedFullName("The name", name->fullName, ownName);
+  RequireFreeName(fullName, id);
+  RequireRoomBelow(LongestBelow(id), name->fullName, fullName);
+  return rename_.Run(id, LastPart(fullName), fullName, name->fullName) - 1;
+}
+
+NameUse NameTable::UseOf(std::int32_t id) {
+  Rows rows = use_.Query(id);
+  rows.Step();
+  return {.transactions = rows.Int64(0), .subNames = rows.Int64(1)};
+}
+
+void NameTable::Delete(std::int32_t id) {
+  if (delete_.Run(id) == 0) throw InvalidInput("There is no name " + std::to_string(id) + ".");
 }
 
 }  // namespace standalone

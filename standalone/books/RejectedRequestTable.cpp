@@ -35,6 +35,9 @@ RejectedRequestTable::RejectedRequestTable(Database& database)
                               "AND request_id >= ?2 AND request_id < ?2 || '!' AND trim(request_id) = ?2 "
                               "UNION ALL SELECT request_id FROM me_rejected_transaction WHERE relation_id = ?1 "
                               "AND request_id >= ' ' AND request_id < '!' AND trim(request_id) = ?2 LIMIT 1"),
+      ofRelationButForCase_(database,
+                            "SELECT request_id FROM me_rejected_transaction WHERE relation_id = ?1 "
+                            "AND request_id IN (lower(?2), upper(?2)) AND request_id <> ?2 LIMIT 1"),
       delete_(database, Writes::kBookings, "DELETE FROM me_rejected_transaction WHERE request_id = ?1"),
       deleteOfRelation_(database, Writes::kBookings,
                         "DELETE FROM me_rejected_transaction WHERE request_id = ?1 AND relation_id = ?2") {}
@@ -58,6 +61,12 @@ DBMultiEntityRejectedTxnReceiver RejectedRequestTable::Find(std::int32_t relatio
 std::optional<std::string> RejectedRequestTable::FindButForBlanks(std::int32_t relationId, std::string_view requestId) {
   const std::string_view bare = Trimmed(requestId);
   Rows found = ofRelationButForBlanks_.Query(relationId, bare);
+  if (!found.Step()) return std::nullopt;
+  return std::string(found.Text(0));
+}
+
+std::optional<std::string> RejectedRequestTable::FindButForCase(std::int32_t relationId, std::string_view requestId) {
+  Rows found = ofRelationButForCase_.Query(relationId, requestId);
   if (!found.Step()) return std::nullopt;
   return std::string(found.Text(0));
 }

@@ -24,6 +24,8 @@ class RejectedRequestTable {
   DBMultiEntityRejectedTxnReceiver Find(std::int32_t relationId, std::string_view requestId);
   // A request id of that partner that is the same but for blanks at its ends.
   std::optional<std::string> FindButForBlanks(std::int32_t relationId, std::string_view requestId);
+  // The same for one that is all in small letters or all in capitals, of ASCII, and differs by that only.
+  std::optional<std::string> FindButForCase(std::int32_t relationId, std::string_view requestId);
   // False when there is none.
   bool Remove(std::string_view requestId);
   // Those of one partner only.
@@ -35,6 +37,7 @@ class RejectedRequestTable {
   Statement byRequest_;
   Statement ofRelation_;
   Statement ofRelationButForBlanks_;
+  Statement ofRelationButForCase_;
   Statement delete_;
   Statement deleteOfRelation_;
 };

@@ -56,24 +56,36 @@ RelationTable::RelationTable(Database& database)
 
 // A partner's messages ask for the same relation again and again.
 bool RelationTable::Find(std::string_view realmId, DBMultiEntityRelation& row) {
-  ByRealm& held = held_.Get([](ByRealm&) {});
-  if (const auto found = held.find(realmId); found != held.end()) {
+  Held& held = held_.Get([](Held&) {});
+  if (const auto found = held.byRealm.find(realmId); found != held.byRealm.end()) {
     row = found->second;
     return true;
   }
   Rows rows = byRealm_.Query(realmId);
   if (!rows.Step()) return false;
-  Read(rows, row);
-  if (held.size() == kMostHeld) held.clear();
-  held.emplace(realmId, row);
+  row = Hold(held, rows);
   return true;
 }
 
 bool RelationTable::FindById(std::int64_t id, DBMultiEntityRelation& row) {
+  Held& held = held_.Get([](Held&) {});
+  if (const auto found = held.byId.find(id); found != held.byId.end()) {
+    row = *found->second;
+    return true;
+  }
   Rows rows = byId_.Query(id);
   if (!rows.Step()) return false;
-  Read(rows, row);
+  row = Hold(held, rows);
   return true;
+}
+
+const DBMultiEntityRelation& RelationTable::Hold(Held& held, const Rows& rows) {
+  if (held.byRealm.size() == kMostHeld) held = {};
+  DBMultiEntityRelation row;
+  Read(rows, row);
+  const DBMultiEntityRelation& kept = held.byRealm.insert_or_assign(std::string(Field(row.realmId)), row).first->second;
+  held.byId.insert_or_assign(kept.relationId, &kept);
+  return kept;
 }
 
 void RelationTable::List(std::vector<DBMultiEntityRelation>& rows) {

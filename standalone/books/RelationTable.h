@@ -21,7 +21,7 @@ class RelationTable {
  public:
   explicit RelationTable(Database& database);
 
-  // False when there is none. By realm each is read once as long as nobody changes a list.
+  // False when there is none. Each is read once as long as nobody changes a list.
   bool Find(std::string_view realmId, DBMultiEntityRelation& row);
   bool FindById(std::int64_t id, DBMultiEntityRelation& row);
   void List(std::vector<DBMultiEntityRelation>& rows);
@@ -41,8 +41,16 @@ class RelationTable {
  private:
   using ByRealm = std::unordered_map<std::string, DBMultiEntityRelation, TextHash, std::equal_to<>>;
 
+  // Those that were read.
+  struct Held {
+    ByRealm byRealm;
+    std::unordered_map<std::int64_t, const DBMultiEntityRelation*> byId;
+  };
+
+  const DBMultiEntityRelation& Hold(Held& held, const Rows& rows);
+
   Database& database_;
-  ReadOnce<ByRealm> held_;
+  ReadOnce<Held> held_;
   Statement byRealm_;
   Statement byId_;
   Statement all_;

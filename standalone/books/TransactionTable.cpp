@@ -27,11 +27,21 @@ LineView ReadWithMemo(Rows rows) {
 TransactionTable::TransactionTable(Database& database)
     : database_(database),
       insertHeader_(database, Writes::kBookings,
-                    "INSERT INTO txn (type, date, name_id, memo) VALUES (?1, ?2, nullif(?3, 0), ?4)"),
+                    "INSERT INTO txn (type, date, name_id, memo, document_number) "
+                    "VALUES (?1, ?2, nullif(?3, 0), ?4, ?5)"),
       insertLine_(database, Writes::kBookings,
                   "INSERT INTO txn_line (txn_id, account_id, amount, memo) VALUES (?1, ?2, ?3, ?4)"),
       post_(database, Writes::kBookings, "UPDATE txn SET posted = 1 WHERE id = ?1"),
-      header_(database, "SELECT id, type, date, name_id, posted, partner_confirmed FROM txn WHERE id = ?1"),
+      nextId_(database, "SELECT ifnull(max(id), 0) + 1 FROM txn"),
+      header_(database, "SELECT id, type, date, name_id, posted, memo, document_number FROM txn WHERE id = ?1"),
+      document_(database,
+                "SELECT id FROM txn WHERE type = ?1 AND name_id IS nullif(?2, 0) AND document_number = ?3 "
+                "AND posted = 1 AND NOT EXISTS "
+                "(SELECT 1 FROM txn_link WHERE txn_id = txn.id AND kind = 'reverses') AND NOT EXISTS "
+                "(SELECT 1 FROM txn_link AS reversal WHERE earlier_txn_id = txn.id AND kind = 'reverses' "
+                "AND NOT EXISTS (SELECT 1 FROM txn_link WHERE earlier_txn_id = reversal.txn_id AND kind = 'reverses')) "
+                "ORDER BY id LIMIT 1"),
+      linesOf_(database, "SELECT id, account_id, amount, memo FROM txn_line WHERE txn_id = ?1 ORDER BY id"),
       anyLine_(database, "SELECT 1 FROM txn_line WHERE id = ?1"),
       anyLineAtAll_(database, "SELECT 1 FROM txn_line LIMIT 1"),
       lineType_(database,
@@ -52,7 +62,8 @@ TransactionTable::TransactionTable(Database& database)
       confirm_(database, Writes::kBookings, "UPDATE txn SET partner_confirmed = 1 WHERE id = ?1 AND type = ?2") {}
 
 std::int32_t TransactionTable::AddHeader(const NewTransaction& transaction) {
-  insertHeader_.Run(transaction.type, transaction.date.Value(), transaction.nameId, transaction.memo);
+  insertHeader_.Run(transaction.type, transaction.date.Value(), transaction.nameId, transaction.memo,
+                    transaction.documentNumber);
   return static_cast<std::int32_t>(database_.LastInsertedId());
 }
 
@@ -65,6 +76,12 @@ void TransactionTable::Post(std::int32_t txnId) {
   post_.Run(txnId);
 }
 
+std::int32_t TransactionTable::NextId() {
+  Rows rows = nextId_.Query();
+  rows.Step();
+  return rows.Int32(0);
+}
+
 std::optional<TransactionHeader> TransactionTable::FindHeader(std::int32_t txnId) {
   Rows rows = header_.Query(txnId);
   if (!rows.Step()) return std::nullopt;
@@ -74,8 +91,25 @@ std::optional<TransactionHeader> TransactionTable::FindHeader(std::int32_t txnId
   header.date = DateOf(rows.Int64(2));
   header.nameId = rows.Int32(3);
   header.posted = rows.Bool(4);
-  header.partnerConfirmed = rows.Bool(5);
+  header.memo = rows.Text(5);
+  header.documentNumber = rows.Text(6);
   return header;
+}
+
+std::optional<std::int32_t> TransactionTable::FindDocument(std::int16_t type, std::int32_t nameId,
+                                                           std::string_view documentNumber) {
+  Rows rows = document_.Query(type, nameId, documentNumber);
+  if (!rows.Step()) return std::nullopt;
+  return rows.Int32(0);
+}
+
+std::vector<PostedLine> TransactionTable::LinesOf(std::int32_t txnId) {
+  std::vector<PostedLine> lines;
+  for (Rows rows = linesOf_.Query(txnId); rows.Step();) {
+    lines.push_back(
+        {.id = rows.Int32(0), .accountId = rows.Int32(1), .amount = rows.Int64(2), .memo = std::string(rows.Text(3))});
+  }
+  return lines;
 }
 
 bool TransactionTable::LineExists(std::int32_t lineId, std::int32_t view) {

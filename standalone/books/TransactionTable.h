@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "MultiEntityHost/DateType32.h"
 #include "MultiEntityHost/TString.h"
@@ -23,6 +25,7 @@ struct NewTransaction {
   DateType32 date;
   std::int32_t nameId = 0;  // 0 without a name
   std::string_view memo;
+  std::string_view documentNumber;  // what the paper calls it
 };
 
 // A date as the file keeps it.
@@ -51,7 +54,16 @@ struct TransactionHeader {
   DateType32 date;
   std::int32_t nameId = 0;
   bool posted = false;
-  bool partnerConfirmed = false;
+  std::string memo;
+  std::string documentNumber;
+};
+
+// A line as it was posted.
+struct PostedLine {
+  std::int32_t id = 0;
+  std::int32_t accountId = 0;
+  std::int64_t amount = 0;
+  std::string memo;
 };
 
 // The company's bills, checks and journal entries. The lines of a posted transaction, of which there are two or more,
@@ -67,7 +79,14 @@ class TransactionTable {
   std::int32_t AddLine(std::int32_t txnId, const NewLine& line);
   void Post(std::int32_t txnId);
 
+  // No transaction has this number yet or a higher one.
+  std::int32_t NextId();
   std::optional<TransactionHeader> FindHeader(std::int32_t txnId);
+  // The oldest posted one of that type, name (0 without one) and document number that is not reversed and reverses
+  // none.
+  std::optional<std::int32_t> FindDocument(std::int16_t type, std::int32_t nameId, std::string_view documentNumber);
+  // By id.
+  std::vector<PostedLine> LinesOf(std::int32_t txnId);
   // False when there is no such line; `view` is the type to see it under, 0 for any.
   bool LineExists(std::int32_t lineId, std::int32_t view);
   // Whether any transaction has one.
@@ -94,7 +113,10 @@ class TransactionTable {
   Statement insertHeader_;
   Statement insertLine_;
   Statement post_;
+  Statement nextId_;
   Statement header_;
+  Statement document_;
+  Statement linesOf_;
   Statement anyLine_;
   Statement anyLineAtAll_;
   Statement lineType_;

@@ -4,15 +4,12 @@
 #include <utility>
 
 #include "standalone/values/Errors.h"
+#include "standalone/values/Suggestions.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
 
 namespace {
-
-[[noreturn]] void ThrowNoUser(std::string_view name) {
-  throw InvalidInput("There is no user " + Quoted(name) + "; 'users' lists them.");
-}
 
 User ReadUser(const Rows& rows) {
   User user;
@@ -79,8 +76,10 @@ std::optional<User> UserTable::Find(std::string_view name) {
 
 User UserTable::Require(std::string_view name) {
   std::optional<User> user = Find(name);
-  if (!user) ThrowNoUser(name);
-  return *std::move(user);
+  if (user) return *std::move(user);
+  std::vector<std::string> known;
+  for (const User& other : List()) known.push_back(other.name);
+  throw InvalidInput("There is no user " + Quoted(name) + "; 'users' lists them." + DidYouMean(name, known));
 }
 
 User UserTable::Add(const User& user) {

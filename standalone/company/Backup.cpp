@@ -30,8 +30,12 @@ DraftFile DraftOf(const std::filesystem::path& backup) {
 
 }  // namespace
 
-void RequireFreeForBackup(const std::filesystem::path& backup) {
+void RequireFreeForBackup(const std::filesystem::path& backup, const std::filesystem::path& company) {
   RequireFileName(backup);
+  if (IsBesideCompany(backup, company)) {
+    ThrowNoBackup(backup, "That is the name of what belongs to the company " + PathText(company) +
+                              " and lies beside it; choose another name.");
+  }
   if (IsThere(backup)) ThrowTaken(backup);
   const std::filesystem::path left = LeftBeside(backup);
   if (left.empty()) return;
@@ -60,7 +64,7 @@ AuditCheck RequireWhole(SqliteDatabase& database, SchemaSpan schema) {
 }
 
 Backup MakeBackup(SqliteDatabase& company, const std::filesystem::path& backup, SchemaSpan schema) {
-  RequireFreeForBackup(backup);
+  RequireFreeForBackup(backup, company.Name());
   DraftFile draft = DraftOf(backup);
   bool isPublished = false;
   Backup made;

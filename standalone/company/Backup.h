@@ -15,8 +15,9 @@ struct Backup {
   std::string head;  // the SHA-256 of its last audit line
 };
 
-// Throws CompanyFileError when a file of that name is there, or something that its engine would take for its own.
-void RequireFreeForBackup(const std::filesystem::path& backup);
+// Throws CompanyFileError when a file of that name is there, or something that its engine would take for its own, or
+// when the name is one that what lies beside the company has, or will have.
+void RequireFreeForBackup(const std::filesystem::path& backup, const std::filesystem::path& company);
 
 // Copies all that is committed in a company, outside of units of work and while others may work on it, to a file of its
 // owner's that is there once it is complete, on the disk and found sound in all of it. Throws CompanyFileError, and

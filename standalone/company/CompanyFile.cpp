@@ -11,17 +11,15 @@
 #include "standalone/company/FileNames.h"
 #include "standalone/storage/sqlite/CompanyFileHeader.h"
 #include "standalone/storage/sqlite/DraftFile.h"
+#include "standalone/storage/sqlite/Journals.h"
 #include "standalone/storage/sqlite/LogOrigin.h"
+#include "standalone/values/Currency.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
 
 namespace {
-
-constexpr const char* YesOrNo(bool value) {
-  return value ? "yes" : "no";
-}
 
 constexpr const char* kMakeCompany = "company.make";
 constexpr const char* kMigrateCompany = "company.migrate";
@@ -30,12 +28,14 @@ AuditDeed DeedOf(const NewCompany& company) {
   return {.action = kMakeCompany,
           .subject = "the company",
           .transactions = {},
-          .changes = {{.field = "company-name", .before = {}, .after = company.name},
-                      {.field = "home-currency", .before = {}, .after = company.homeCurrency},
-                      {.field = "multi-currency", .before = {}, .after = YesOrNo(company.multiCurrency)},
-                      {.field = "sample-file", .before = {}, .after = YesOrNo(company.sampleFile)},
-                      {.field = "accountants-copy", .before = {}, .after = YesOrNo(company.accountantsCopy)},
-                      {.field = "user", .before = {}, .after = kAdministratorName}}};
+          .changes = {
+              {.field = "company-name", .before = {}, .after = company.name},
+              {.field = "home-currency", .before = {}, .after = company.homeCurrency},
+              {.field = "decimals", .before = {}, .after = std::to_string(DecimalsOf(company.homeCurrency).Count())},
+              {.field = "multi-currency", .before = {}, .after = YesOrNo(company.multiCurrency)},
+              {.field = "sample-file", .before = {}, .after = YesOrNo(company.sampleFile)},
+              {.field = "accountants-copy", .before = {}, .after = YesOrNo(company.accountantsCopy)},
+              {.field = "user", .before = {}, .after = kAdministratorName}}};
 }
 
 AuditDeed DeedOf(const Migrated& done) {
@@ -59,6 +59,7 @@ void InsertCompany(Database& database, const NewCompany& company) {
   UnitOfWork unit(database, Access::kWrite);
   SettingsTable(database).Begin({.companyName = company.name,
                                  .homeCurrency = company.homeCurrency,
+                                 .decimals = DecimalsOf(company.homeCurrency),
                                  .multiCurrency = company.multiCurrency,
                                  .sampleFile = company.sampleFile,
                                  .accountantsCopy = company.accountantsCopy});
@@ -125,17 +126,16 @@ void FillDraft(const std::filesystem::path& draft, const NewCompany& company) {
   database.Execute("PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL");
 }
 
-std::filesystem::path FolderOf(const std::filesystem::path& path) {
-  const std::filesystem::path folder = path.parent_path();
-  return folder.empty() ? "." : folder;
-}
-
 // What the engine writes: the file, its journals and new ones beside it. The first that may not be written.
 std::optional<std::filesystem::path> WriteProtectedPart(const std::filesystem::path& path) {
-  for (const char* const suffix : {"", "-wal", "-shm", "-journal"}) {
-    std::filesystem::path part = WithSuffix(path, suffix);
+  const auto isWriteProtected = [](const std::filesystem::path& part) {
     std::error_code ignored;
-    if (std::filesystem::exists(part, ignored) && !platform::MayWrite(part)) return part;
+    return std::filesystem::exists(part, ignored) && !platform::MayWrite(part);
+  };
+  if (isWriteProtected(path)) return path;
+  for (const char* const suffix : kJournalSuffixes) {
+    std::filesystem::path part = WithSuffix(path, suffix);
+    if (isWriteProtected(part)) return part;
   }
   return std::nullopt;
 }
@@ -172,7 +172,7 @@ std::string WhyNotWorkedOn(const std::filesystem::path& path, OnlyRead why) {
   const std::string reason = company + std::string(OnlyReadText(why));
   switch (why) {
     case OnlyRead::kReadOnlyMedium:
-      return company + "is on a read-only medium. Copy it to a disk to work on it.";
+      return reason + ". Copy it to a disk to work on it.";
     case OnlyRead::kNetworkShare:
       return reason + ", " + std::string(kWhyNotOnAShare) + "Move it to a disk of this machine to work on it" +
              std::string(kHowOnAShare);
@@ -226,7 +226,6 @@ CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& o
   const std::optional<OnlyRead> onlyRead = WhyOnlyRead(path_, options.networkShares);
   isAlone_ = !onlyRead && options.networkShares.mayBeWorkedOn && options.networkShares.isOne(path_);
   const std::filesystem::path file = FileToOpen(options, onlyRead, isOlder);
-  if (!isOlder) RequireOwnLog(file, path_);
   database_ = std::make_unique<SqliteDatabase>(file, options.busyTimeout);
   database_->SetName(path_);
   if (copy_) database_->SetRoomAdvice(copy_->RoomAdvice());
@@ -243,12 +242,16 @@ CompanyFile::CompanyFile(const std::filesystem::path& path, const OpenOptions& o
 // The file to open: the company's own, or a copy of it.
 std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options, const std::optional<OnlyRead>& onlyRead,
                                               bool isOlder) {
-  if (!onlyRead && !isOlder) return path_;
+  if (!onlyRead && !isOlder) {
+    RequireOwnLog(path_, path_);
+    return path_;
+  }
   // What lies beside a file lies beside the file itself, not beside a link to it.
   std::error_code error;
   std::filesystem::path file = std::filesystem::canonical(path_, error);
   if (error) file = std::filesystem::absolute(path_);
   if (onlyRead) file = copy_.emplace(file, options.busyTimeout).File();
+  RequireOwnLog(file, path_);
   Opening opening{.migrated = {}, .onlyRead = onlyRead};
   if (isOlder) {
     opening.migrated =
@@ -267,11 +270,11 @@ std::filesystem::path CompanyFile::FileToOpen(const OpenOptions& options, const 
 }
 
 std::filesystem::path CompanyFile::LogPath(const std::filesystem::path& companyFile) {
-  return WithSuffix(companyFile, ".log");
+  return WithSuffix(companyFile, kLogFileSuffix);
 }
 
 std::filesystem::path CompanyFile::RemotePath(const std::filesystem::path& companyFile) {
-  return WithSuffix(companyFile, ".remote.toml");
+  return WithSuffix(companyFile, kRemoteFileSuffix);
 }
 
 }  // namespace standalone

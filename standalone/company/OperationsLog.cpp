@@ -1,14 +1,16 @@
 #include "standalone/company/OperationsLog.h"
 
 #include <fmt/chrono.h>
-#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <exception>
+#include <limits>
 
 #include "standalone/company/LogFile.h"
 #include "standalone/values/Columns.h"
@@ -23,6 +25,30 @@ constexpr std::size_t kPieceBytes = 32 << 10;
 
 // Of a line's four numbers and what stands between its columns.
 constexpr std::size_t kRoomForNumbers = 64;
+
+// Writes columns into room that is long enough for them.
+class ColumnWriter {
+ public:
+  explicit ColumnWriter(char* at) noexcept : at_(at) {}
+
+  void Put(char letter) noexcept { *at_++ = letter; }
+  void Put(std::string_view text) noexcept { at_ = std::copy(text.begin(), text.end(), at_); }
+  void Put(std::int32_t number) noexcept { at_ = std::to_chars(at_, at_ + kMostDigits, number).ptr; }
+  void PutColumn(auto value) noexcept {
+    Put(value);
+    Put('\t');
+  }
+  void PutThreeDigits(std::int32_t number) noexcept {
+    for (const std::int32_t unit : {100, 10, 1}) Put(static_cast<char>('0' + number / unit % 10));
+  }
+
+  const char* End() const noexcept { return at_; }
+
+ private:
+  static constexpr std::ptrdiff_t kMostDigits = std::numeric_limits<std::int32_t>::digits10 + 2;
+
+  char* at_;
+};
 
 }  // namespace
 
@@ -80,11 +106,19 @@ void OperationsLog::AppendColumns(const Line& line) {
   const std::size_t before = pending_.size();
   pending_.resize(before + secondText_.size() + userColumn_.size() + sourceFile.size() + shortName.size() +
                   signature.size() + kRoomForNumbers);
-  const char* const end =
-      fmt::format_to(pending_.data() + before, FMT_COMPILE("{}.{:03}Z\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t"), secondText_,
-                     now % 1000, userColumn_, static_cast<std::int32_t>(line.level),
-                     static_cast<std::int32_t>(line.eventType), sourceFile, line.sourceLine, shortName, signature);
-  pending_.resize(static_cast<std::size_t>(end - pending_.data()));
+  ColumnWriter out(pending_.data() + before);
+  out.Put(std::string_view(secondText_));
+  out.Put('.');
+  out.PutThreeDigits(static_cast<std::int32_t>((now % 1000 + 1000) % 1000));
+  out.PutColumn('Z');
+  out.PutColumn(std::string_view(userColumn_));
+  out.PutColumn(static_cast<std::int32_t>(line.level));
+  out.PutColumn(static_cast<std::int32_t>(line.eventType));
+  out.PutColumn(sourceFile);
+  out.PutColumn(static_cast<std::int32_t>(line.sourceLine));
+  out.PutColumn(shortName);
+  out.PutColumn(signature);
+  pending_.resize(static_cast<std::size_t>(out.End() - pending_.data()));
   AppendEscaped(pending_, line.message);
 }
 

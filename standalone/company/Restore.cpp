@@ -6,6 +6,7 @@
 #include "standalone/books/UserTable.h"
 #include "standalone/company/Backup.h"
 #include "standalone/company/FileNames.h"
+#include "standalone/company/MovingAside.h"
 #include "standalone/storage/sqlite/CompanyFileHeader.h"
 #include "standalone/storage/sqlite/DraftFile.h"
 #include "standalone/storage/sqlite/LogOrigin.h"
@@ -20,24 +21,24 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// What can be moved aside: a file, and what an engine keeps beside it.
-constexpr const char* kParts[] = {"", "-wal", "-shm", "-journal"};
-
-bool IsAnythingThere(const std::filesystem::path& file) {
-  return IsThere(file) || !LeftBeside(file).empty();
+// `name` tells where it goes as soon as it does.
+void MoveAside(const std::filesystem::path& file, std::filesystem::path& name) {
+  MovingAside moving(file);
+  name = moving.Name();
+  try {
+    bool goesOn = true;
+    while (goesOn) goesOn = moving.Step();
+  } catch (...) {
+    moving.GiveUp();
+    throw;
+  }
 }
 
-// The file goes first, so that no program takes it for a company without what belongs to it.
-void MoveAside(const std::filesystem::path& file, std::filesystem::path& name) {
-  const std::filesystem::path first = WithSuffix(file, ".damaged");
-  name = first;
-  for (int number = 1; IsAnythingThere(name); ++number) name = WithSuffix(first, "." + std::to_string(number));
-  for (const char* const part : kParts) {
-    if (!IsThere(WithSuffix(file, part))) continue;
-    if (!platform::RenameUnlessTaken(WithSuffix(file, part), WithSuffix(name, part))) {
-      throw std::system_error(std::make_error_code(std::errc::file_exists));
-    }
-  }
+// The file may have been on its way when another try ended.
+void TakeRightsOfWhatIsThere(const std::filesystem::path& file, const std::filesystem::path& draft) {
+  if (!IsAnythingThere(file)) return;
+  const std::filesystem::path model = IsThere(file) ? file : MovingAside(file).Name();
+  if (IsThere(model)) platform::TakeRightsOf(model, draft);
 }
 
 // Who works on a damaged company all the same would book into a file that is out of the way. What the engine cannot
@@ -71,6 +72,7 @@ bool IsAsItWas(CompanyFile& company, const std::string& headBefore, const std::s
 
 struct Comparison {
   AuditCheck trail;  // of the company
+  std::string user;  // as the company calls them
   BeforeRestore before;
 };
 
@@ -80,8 +82,9 @@ Comparison Compare(Database& database, const std::string& user, Database& backup
   AuditTable others(backup);
   const UnitOfWork reading(database, Access::kRead);
   const UnitOfWork readingBackup(backup, Access::kRead);
-  Comparison compared{.trail = own.Check(), .before = {}};
-  compared.before.userIsAdministrator = IsAdministrator(database, user);
+  User known = UserTable(database).Require(user);
+  Comparison compared{.trail = own.Check(), .user = std::move(known.name), .before = {}};
+  compared.before.userIsAdministrator = known.administrator;
   compared.before.linesToGiveUp = compared.trail.lines - own.CountLinesInCommon(others);
   if (compared.before.linesToGiveUp != 0) compared.before.lastToGiveUp = own.Last();
   return compared;
@@ -108,13 +111,12 @@ BackupCopy::BackupCopy(const std::filesystem::path& backup, const OpenOptions& o
     if (error) original = backup;
     RequireCompanyFileHeader(original, options.schema.size());
     const std::filesystem::path file = copy_.emplace(original, options.busyTimeout).File();
+    RequireOwnLog(file, backup);
     const std::optional<Migrated> migrated = BringForward(file, {.name = backup,
                                                                  .steps = options.schema,
                                                                  .patience = milliseconds::zero(),
                                                                  .keepsCopy = false,
                                                                  .roomAdvice = copy_->RoomAdvice()});
-    // One that is brought forward has taken its log in.
-    if (!migrated) RequireOwnLog(file, backup);
     schemaVersion_ = migrated ? migrated->from : options.schema.size();
     database_ = std::make_unique<SqliteDatabase>(file, milliseconds::zero());
     database_->SetName(backup);
@@ -124,6 +126,25 @@ BackupCopy::BackupCopy(const std::filesystem::path& backup, const OpenOptions& o
     throw CompanyFileError("The backup " + PathText(backup) + " is damaged (" + damage.Reason() +
                            ") and was not restored. Choose another one.");
   }
+}
+
+std::string BackupCopy::Fault() {
+  try {
+    RequireWhole(*database_, options_.schema);
+    return {};
+  } catch (const DamagedFile& damage) {
+    return damage.Reason();
+  } catch (const std::exception& failure) {
+    return failure.what();
+  }
+}
+
+void BackupCopy::RequireSound(const std::string& what) {
+  const std::string fault = Fault();
+  if (fault.empty()) return;
+  throw CompanyFileError(what + ": the copy of the backup " + PathText(backup_) +
+                         " that is kept meanwhile is damaged (" + fault + "). " + copy_->CheckAdvice() +
+                         " Then restore it once more.");
 }
 
 AuditStamp BackupCopy::Stamp(const std::string& user) const {
@@ -159,10 +180,11 @@ Restored BackupCopy::PutInto(CompanyFile& company, const std::string& user,
                            " was not restored: no write-ahead log can be kept beside it. Check its disk.");
   }
   RequireWritable(target);
-  TakePageSizeOf(target, *database_);
   std::int64_t givenUp = 0;
   std::string headBefore;  // once it may be replaced
+  const std::string whatWas = "The company file " + PathText(company.Path());
   try {
+    TakePageSizeOf(target, *database_);
     std::optional<Comparison> compared;
     // Nobody else changes a company that this program keeps for itself alone.
     if (company.IsWorkedOnAlone()) compared = Compare(target, user, *database_);
@@ -173,40 +195,56 @@ Restored BackupCopy::PutInto(CompanyFile& company, const std::string& user,
     }
     allow(compared->before);
     givenUp = compared->before.linesToGiveUp;
-    Record(user, compared->trail, givenUp);
+    Record(compared->user, compared->trail, givenUp);
     headBefore = compared->trail.head;
     overwriting.Finish();
   } catch (const FileInUse& inUse) {
     throw UnitOfWorkError(std::string("Nothing was restored. ") + inUse.what());
   } catch (const CompanyFileError& failure) {
-    if (headBefore.empty() || IsAsItWas(company, headBefore, failure.what())) throw;
+    if (headBefore.empty() || IsAsItWas(company, headBefore, failure.what())) {
+      RequireSound(whatWas + " was not restored");
+      throw;
+    }
   }
   try {
     AuditCheck trail = TrailAfterwards(company, options_.schema);
     return {.auditLines = trail.lines, .head = std::move(trail.head), .givenUp = givenUp, .aside = {}};
   } catch (const DamagedFile& damage) {
-    throw CompanyFileError("The company file " + PathText(company.Path()) +
-                           " was restored, but what was written is damaged (" + damage.Reason() +
+    RequireSound(whatWas + " was restored, but what was written is damaged");
+    throw CompanyFileError(whatWas + " was restored, but what was written is damaged (" + damage.Reason() +
                            "). Check its disk, and restore it once more.");
   } catch (const std::exception& failure) {
-    throw CompanyFileError("The company file " + PathText(company.Path()) +
-                           " was restored, but could not be searched through (" + failure.what() + ").");
+    throw CompanyFileError(whatWas + " was restored, but could not be searched through (" + failure.what() + ").");
+  }
+}
+
+AuditCheck BackupCopy::WriteTo(const std::filesystem::path& draft, const std::filesystem::path& name,
+                               const std::string& user) {
+  try {
+    Record(InReadingUnit(*database_, [&] { return UserTable(*database_).Require(user).name; }), /*company=*/{},
+           /*givenUp=*/0);
+    database_->CopyInto(draft);
+    return TrailOfDraft(draft, name, options_.schema);
+  } catch (const CompanyFileError& failure) {
+    RequireSound("What was to be written cannot be read");
+    const auto* const damage = dynamic_cast<const DamagedFile*>(&failure);
+    if (damage == nullptr) throw;
+    throw CompanyFileError("What was written beside it is damaged (" + damage->Reason() + "). Check its disk.");
   }
 }
 
 Restored BackupCopy::PutInPlaceOf(const std::filesystem::path& file, const std::string& user) {
   RequireFileName(file);
-  Record(user, /*company=*/{}, /*givenUp=*/0);
   Restored restored;
   const auto fail = [&](const std::string& why) {
-    const std::string where = restored.aside.empty() ? "" : " What was there lies in " + PathText(restored.aside) + ".";
+    const std::string where =
+        restored.aside.empty() || IsThere(file) ? "" : " What was there lies in " + PathText(restored.aside) + ".";
     throw CompanyFileError("The company file " + PathText(file) + " was not restored. " + why + where);
   };
   try {
     DraftFile draft(file);
-    if (IsThere(file)) platform::TakeRightsOf(file, draft.Path());
-    database_->CopyInto(draft.Path());
-    AuditCheck trail = TrailOfDraft(draft.Path(), file, options_.schema);
+    TakeRightsOfWhatIsThere(file, draft.Path());
+    AuditCheck trail = WriteTo(draft.Path(), file, user);
     restored.auditLines = trail.lines;
     restored.head = std::move(trail.head);
     RequireUnused(file);

@@ -50,7 +50,14 @@ class BackupCopy {
   Restored PutInPlaceOf(const std::filesystem::path& file, const std::string& user);
 
  private:
+  // What has become of it in its temporary folder, in words; empty while nothing has.
+  std::string Fault();
+  // Throws CompanyFileError when that is why `what` ended as it did.
+  void RequireSound(const std::string& what);
   AuditStamp Stamp(const std::string& user) const;
+  // Records it, writes it to a draft of that name's, and searches through that.
+  AuditCheck WriteTo(const std::filesystem::path& draft, const std::filesystem::path& name, const std::string& user);
+  // `user` is called as the company calls them.
   void Record(const std::string& user, const std::optional<AuditCheck>& company, std::int64_t givenUp);
 
   std::filesystem::path backup_;

@@ -6,7 +6,6 @@
 #include "platform/LoopPlatform.h"
 #include "standalone/books/LinesAhead.h"
 #include "standalone/services/ChartOfAccountsService.h"
-#include "standalone/services/JournalService.h"
 #include "standalone/services/MoneyService.h"
 #include "standalone/services/MultiEntityStore.h"
 #include "standalone/services/NameListService.h"
@@ -16,6 +15,7 @@
 #include "standalone/services/RemoteConfiguration.h"
 #include "standalone/services/RuntimeService.h"
 #include "standalone/services/TargetLinesService.h"
+#include "standalone/storage/ReadOnce.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -76,6 +76,7 @@ struct StandaloneHost::Parts {
   CompanyFile file;
   UserTable users;
   User user;
+  ReadOnce<bool> foundUser{file.Data()};
   OperationsLog log;
   RemoteConfiguration remote;
   MessagesService messages;
@@ -88,6 +89,15 @@ struct StandaloneHost::Parts {
   AuditTable audit{file.Data()};
   bool hasRecorded = false;  // in the unit of work that is open
   ImportedFileTable importedFiles{file.Data()};
+  LedgerQueries ledger{file.Data()};
+  LinkTable links{file.Data()};
+  OwnRequestTable ownRequests{file.Data()};
+  AttachmentTable attachments{file.Data()};
+  PairingTable pairings{file.Data()};
+  FactTable facts{file.Data()};
+  InboxTable inbox{file.Data()};
+  OutboxTable outbox{file.Data()};
+  standalone::ClosedBooks closedBooks{file.Data()};
   RelationTable relations{file.Data()};
   IntercompanyTable intercompany{file.Data(), linesAhead};
   RejectedRequestTable rejected{file.Data()};
@@ -100,13 +110,13 @@ struct StandaloneHost::Parts {
   DatabasePreferencesService databasePreferences{preferenceTable};
   PreferencesService preferences{settings, application};
   MultiEntityStore multiEntity{relations, intercompany, rejected, clock};
-  PermissionsService permissions{file.Data(), users, user.id};
+  PermissionsService permissions{file.Data(), users, user};
   ChartOfAccountsService chart{file.Data(), accounts};
   NameListService nameList{file.Data(), names};
-  JournalService journal{file.Data(), chart, names, transactions, intercompany, clock};
+  JournalService journal{file.Data(), chart, names, transactions, intercompany, settings, clock};
   TargetLinesService lines{transactions, linesAhead, accounts, nameList};
   QueryEngineService queries{transactions};
-  MoneyService money;
+  MoneyService money{settings};
   HostServices services{.ops = log,
                         .runtime = runtime,
                         .killSwitches = remote,
@@ -140,8 +150,23 @@ const User& StandaloneHost::CurrentUser() const noexcept {
   return parts_->user;
 }
 
+void StandaloneHost::FindUserAgain() {
+  if (parts_->foundUser.Held() != nullptr) return;
+  std::optional<User> found = parts_->users.Find(parts_->user.name);
+  if (!found) {
+    throw UnitOfWorkError("The company file " + PathText(CompanyFilePath()) + " has no user " +
+                          Quoted(parts_->user.name) +
+                          " any more, as after a restore. Nothing can be done in it; open it again as another user.");
+  }
+  parts_->user = *std::move(found);
+  parts_->foundUser.Hold(true);
+}
+
 bool StandaloneHost::CurrentUserIsAccountant() {
-  return InReadingUnit(Data(), [this] { return parts_->users.IsAccountant(parts_->user.id); });
+  return InReadingUnit(Data(), [this] {
+    FindUserAgain();
+    return parts_->users.IsAccountant(parts_->user.id);
+  });
 }
 
 const std::filesystem::path& StandaloneHost::CompanyFilePath() const noexcept {
@@ -212,6 +237,42 @@ ImportedFileTable& StandaloneHost::ImportedFiles() noexcept {
   return parts_->importedFiles;
 }
 
+LedgerQueries& StandaloneHost::Ledger() noexcept {
+  return parts_->ledger;
+}
+
+LinkTable& StandaloneHost::Links() noexcept {
+  return parts_->links;
+}
+
+OwnRequestTable& StandaloneHost::OwnRequests() noexcept {
+  return parts_->ownRequests;
+}
+
+AttachmentTable& StandaloneHost::Attachments() noexcept {
+  return parts_->attachments;
+}
+
+PairingTable& StandaloneHost::Pairings() noexcept {
+  return parts_->pairings;
+}
+
+FactTable& StandaloneHost::Facts() noexcept {
+  return parts_->facts;
+}
+
+InboxTable& StandaloneHost::Inbox() noexcept {
+  return parts_->inbox;
+}
+
+OutboxTable& StandaloneHost::Outbox() noexcept {
+  return parts_->outbox;
+}
+
+ClosedBooks& StandaloneHost::ClosedBooks() noexcept {
+  return parts_->closedBooks;
+}
+
 std::int64_t StandaloneHost::Record(const AuditDeed& deed) {
   // Whoever opens the company after a crash relies on it.
   if (std::exchange(parts_->hasRecorded, true)) throw std::logic_error("a unit of work adds one line to the trail");
@@ -241,6 +302,10 @@ void StandaloneHost::SetRemovalUnderWay(std::function<bool()> predicate) {
 
 void StandaloneHost::DeleteRejectedOf(std::optional<std::int32_t> relationId) noexcept {
   parts_->multiEntity.DeleteRejectedOf(relationId);
+}
+
+void StandaloneHost::BookAs(BookingWish wish) {
+  parts_->journal.BookAs(std::move(wish));
 }
 
 StandaloneHost::LoggedUnit::~LoggedUnit() {

@@ -14,10 +14,19 @@
 #include "platform/Clock.h"
 #include "platform/LoopEvents.h"
 #include "standalone/books/AccountTable.h"
+#include "standalone/books/AttachmentTable.h"
 #include "standalone/books/AuditTable.h"
+#include "standalone/books/ClosedBooks.h"
+#include "standalone/books/FactTable.h"
 #include "standalone/books/ImportedFileTable.h"
+#include "standalone/books/InboxTable.h"
 #include "standalone/books/IntercompanyTable.h"
+#include "standalone/books/LedgerQueries.h"
+#include "standalone/books/LinkTable.h"
 #include "standalone/books/NameTable.h"
+#include "standalone/books/OutboxTable.h"
+#include "standalone/books/OwnRequestTable.h"
+#include "standalone/books/PairingTable.h"
 #include "standalone/books/PendingWork.h"
 #include "standalone/books/PreferenceTable.h"
 #include "standalone/books/RejectedRequestTable.h"
@@ -29,6 +38,7 @@
 #include "standalone/company/MessageLoop.h"
 #include "standalone/company/OperationsLog.h"
 #include "standalone/services/ApplicationService.h"
+#include "standalone/services/JournalService.h"
 #include "standalone/services/MessagesService.h"
 #include "standalone/values/Errors.h"
 
@@ -70,6 +80,7 @@ class StandaloneHost {
   auto Request(Access access, Operation&& operation) {
     const LoggedUnit loggedUnit(*this);
     UnitOfWork unit(Data(), access);
+    FindUserAgain();
     if constexpr (std::is_void_v<std::invoke_result_t<Operation>>) {
       std::forward<Operation>(operation)();
       unit.Commit();
@@ -89,6 +100,7 @@ class StandaloneHost {
   auto Rehearse(Operation&& operation) {
     const LoggedUnit loggedUnit(*this);
     UnitOfWork unit(Data(), Access::kWrite);
+    FindUserAgain();
     auto result = std::forward<Operation>(operation)();
     unit.TakeBack();
     return result;
@@ -98,8 +110,12 @@ class StandaloneHost {
   // of the line.
   std::int64_t Record(const AuditDeed& deed);
 
-  // The user that was selected, as the file had it when the host was made.
+  // The user that was selected, as the file had it when it was last looked at.
   const User& CurrentUser() const noexcept;
+  // Looks, within a unit of work and by the name: what others have put in the place of the company, as by a restore,
+  // may give the user's number to somebody else. Every request begins with it. Throws UnitOfWorkError when there is no
+  // user of that name any more.
+  void FindUserAgain();
   // Whether that user is marked an accountant now.
   bool CurrentUserIsAccountant();
 
@@ -123,6 +139,15 @@ class StandaloneHost {
   PendingWork& Pending() noexcept;
   AuditTable& Audit() noexcept;
   ImportedFileTable& ImportedFiles() noexcept;
+  LedgerQueries& Ledger() noexcept;
+  LinkTable& Links() noexcept;
+  OwnRequestTable& OwnRequests() noexcept;
+  AttachmentTable& Attachments() noexcept;
+  PairingTable& Pairings() noexcept;
+  FactTable& Facts() noexcept;
+  InboxTable& Inbox() noexcept;
+  OutboxTable& Outbox() noexcept;
+  standalone::ClosedBooks& ClosedBooks() noexcept;
   OperationsLog& Log() noexcept;
 
   // Told, on the thread of the loop, of each timer that the module arms and of each that is due, right before its
@@ -135,6 +160,9 @@ class StandaloneHost {
 
   // Whose rejected transactions the module deletes, by the relation with the partner; everybody's without one.
   void DeleteRejectedOf(std::optional<std::int32_t> relationId) noexcept;
+
+  // How the module books journal entries from now on.
+  void BookAs(BookingWish wish);
 
   // Answers whether the module is just removing a journal entry, which alone may delete one that carries an
   // intercompany row. Without a predicate nobody may.

@@ -42,6 +42,8 @@ struct AuditQuery {
   std::string user;    // empty for everybody
   std::string action;  // "journal" is also for "journal.record"; empty for all
   Period period;       // days of this place
+  // Also what was done to those that reverse, correct or move it, that it reverses, corrects or moves, and so on, as
+  // the trail tells, which knows of those that were removed, too.
   std::optional<std::int32_t> txnId;
 };
 

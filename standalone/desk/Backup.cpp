@@ -1,6 +1,5 @@
 #include "standalone/desk/Backup.h"
 
-#include <chrono>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "standalone/desk/Openings.h"
 #include "standalone/desk/inside/LocalTimes.h"
 #include "standalone/desk/inside/Work.h"
+#include "standalone/values/Counted.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
@@ -52,18 +52,15 @@ void RequireAdministrator(bool isOne, const std::string& user, const std::filesy
 }
 
 std::string Described(const standalone::AuditLine& line) {
-  const std::chrono::sys_time at{std::chrono::milliseconds(line.at)};
-  const standalone::DayAndTime time =
-      LocalTimeAt(std::chrono::time_point_cast<platform::Clock::TimePoint::duration>(at));
-  return "line " + std::to_string(line.number) + " of " + standalone::FormatDayAndTime(time, ' ') + ", by " +
-         (line.user.empty() ? "the program" : line.user) + ": " + line.action + " " + line.subject;
+  return "line " + std::to_string(line.number) + " of " + standalone::FormatDayAndTime(LocalTimeAt(line.at), ' ') +
+         ", by " + (line.user.empty() ? "the program" : line.user) + ": " + line.action + " " + line.subject;
 }
 
 void RequireNothingToGiveUp(const standalone::BeforeRestore& before, const std::filesystem::path& file) {
   if (before.linesToGiveUp == 0) return;
   const bool isOne = before.linesToGiveUp == 1;
-  Refuse("The audit trail of " + PathText(file) + " has " + std::to_string(before.linesToGiveUp) +
-             (isOne ? " line" : " lines") + " that the backup lacks, so what " + (isOne ? "it tells" : "they tell") +
+  Refuse("The audit trail of " + PathText(file) + " has " + standalone::Counted(before.linesToGiveUp, "line") +
+             " that the backup lacks, so what " + (isOne ? "it tells" : "they tell") +
              " of would be given up. The last one is " + Described(*before.lastToGiveUp) + ".",
          Remedy::kBackUpThenReplace);
 }
@@ -120,7 +117,7 @@ standalone::Restored MakeCompanyOf(standalone::BackupCopy& backup, const Restore
 BackedUp BackUp(Company& company, const std::filesystem::path& to) {
   Work work(company.Opened(), UseCase::kBackUp);
   work.RequireAdministratorOrAccountant("a backup", "made");
-  standalone::RequireFreeForBackup(to);
+  standalone::RequireFreeForBackup(to, work.Host().CompanyFilePath());
   RecordBackup(work, "company.backup", to);
   try {
     standalone::Backup made = standalone::MakeBackup(work.Host().File().Data(), to);

@@ -37,6 +37,7 @@ Company::Company(const std::filesystem::path& file, CompanyOptions options)
     : opened_(std::make_unique<OpenCompany>(file, options.user,
                                             HowToOpen(options.networkShare, std::move(options.onOpened)),
                                             std::move(options.onAnswer), std::move(options.onSaved))) {
+  opened_->SetLookalikesObserver(std::move(options.onLookalikes));
   if (!options.onLogLine) return;
   opened_->Host().Log().SetObserver(
       [tell = std::move(options.onLogLine)](const Util::Ops::Line& line) { tell(LogLineOf(line)); });

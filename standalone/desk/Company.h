@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/desk/results/Lookalikes.h"
 #include "standalone/values/OnlyRead.h"
 
 namespace desk {
@@ -63,6 +64,7 @@ struct CompanyOptions {
   std::function<void(const NewLogLine& line)> onLogLine;
   std::function<void(std::int32_t status)> onAnswer;  // of the module
   std::function<void()> onSaved = nullptr;            // work is in the company file; throws nothing
+  std::function<void(const Lookalikes& names)> onLookalikes = nullptr;
 };
 
 // A company that is open for one user, on the thread that opened it; one at a time in a process, as the module has one

@@ -1,8 +1,11 @@
 #include "standalone/desk/Import.h"
 
+#include <utility>
+
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/LocalTimes.h"
+#include "standalone/desk/inside/NotedNames.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/import/Import.h"
 #include "standalone/values/Dates.h"
@@ -38,15 +41,10 @@ struct FileNameOf {
   std::string operator()(const CsvStream& stream) const { return stream.name; }
 };
 
-std::string MomentText(std::int64_t milliseconds) {
-  const std::chrono::sys_time<std::chrono::milliseconds> at{std::chrono::milliseconds(milliseconds)};
-  const auto moment = std::chrono::time_point_cast<platform::Clock::TimePoint::duration>(at);
-  return standalone::FormatDayAndTime(LocalTimeAt(moment), ' ');
-}
-
 std::string FirstImportText(const standalone::AuditLine& line) {
   return "as " + standalone::Quoted(line.subject) + " by " + line.user + " (" + line.systemUser + ") on " +
-         MomentText(line.at) + ", line " + std::to_string(line.number) + " of the audit trail";
+         standalone::FormatDayAndTime(LocalTimeAt(line.at), ' ') + ", line " + std::to_string(line.number) +
+         " of the audit trail";
 }
 
 // Nothing when nobody has imported that file.
@@ -69,16 +67,24 @@ standalone::AuditDeed DeedOfImport(const std::string& name, const standalone::Im
     if (count != 0) facts.emplace_back(what, std::to_string(count));
   }
   if (isAgain) facts.emplace_back("imported before", "yes");
-  standalone::AuditDeed deed = DeedOf("import", name, {}, facts);
+  standalone::AuditDeed deed = DeedOf("import", name, {}, std::move(facts));
   if (result.transactions != 0) deed.transactions = result.transactionIds;
   return deed;
+}
+
+Lookalikes LookalikesOf(Importable what, const standalone::ImportResult& result) {
+  Lookalikes lookalikes{.list = what == Importable::kAccounts ? Lookalikes::List::kAccounts : Lookalikes::List::kNames,
+                        .count = result.alikeCount,
+                        .first = {}};
+  for (const auto& [name, other] : result.alike) lookalikes.first.push_back({.name = name, .other = other});
+  return lookalikes;
 }
 
 // Within a unit of work that writes.
 class Importing {
  public:
   Importing(Work& work, Importable what, std::string name, const HowToImport& how)
-      : work_(work), what_(what), name_(std::move(name)), how_(how) {}
+      : work_(work), noted_(work), what_(what), name_(std::move(name)), how_(how) {}
 
   Imported Run(standalone::CsvSource& source) {
     const standalone::ImportOptions options{
@@ -88,6 +94,7 @@ class Importing {
     const standalone::ImportResult result = ImportOf(what_)(work_.Host(), std::move(source), options);
     const std::int64_t line = work_.Host().Record(DeedOfImport(name_, result, first_.has_value()));
     if (result.rows != 0) work_.Host().ImportedFiles().Add(result.sha256, line);
+    if (result.alikeCount != 0) noted_.Note(LookalikesOf(what_, result));
     return {.rows = result.rows,
             .accounts = result.accounts,
             .names = result.names,
@@ -96,6 +103,7 @@ class Importing {
             .intercompanyLines = result.intercompanyRows,
             .passedOver = result.passedOver};
   }
+  void TellNoted() const { noted_.Tell(); }
 
  private:
   void NoticeFirstImport(const std::string& source, const std::string& sha256) {
@@ -105,6 +113,7 @@ class Importing {
   }
 
   Work& work_;
+  NotedNames noted_;
   Importable what_;
   std::string name_;
   const HowToImport& how_;
@@ -121,7 +130,10 @@ Imported Import(Company& company, Importable what, const CsvToImport& csv, const
   const auto import = [&] {
     return importing.Run(source);
   };
-  return how.dryRun ? work.RehearseAsAdministrator(kAnImport, import) : work.WriteAsAdministrator(kAnImport, import);
+  const Imported imported =
+      how.dryRun ? work.RehearseAsAdministrator(kAnImport, import) : work.WriteAsAdministrator(kAnImport, import);
+  importing.TellNoted();
+  return imported;
 }
 
 }  // namespace desk

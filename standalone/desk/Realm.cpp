@@ -3,12 +3,17 @@
 #include <exception>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/books/RelationTable.h"
+#include "standalone/books/RowFields.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/PersonAtWork.h"
 #include "standalone/desk/inside/Work.h"
+#include "standalone/values/Text.h"
 
 namespace desk {
 
@@ -21,6 +26,18 @@ RealmOutcome OutcomeOf(const RealmCheck& check, const std::optional<standalone::
   if (check.blocked) return RealmOutcome::kReset;
   if (check.after != realm->Text()) return RealmOutcome::kNotChecked;
   return check.before ? RealmOutcome::kUnchanged : RealmOutcome::kRememberedNow;
+}
+
+// A company that bore its partner's realm id would be related to itself.
+void RefusePartnersRealm(Work& work, const standalone::RealmId& realm) {
+  std::vector<DBMultiEntityRelation> relations;
+  work.Host().Relations().List(relations);
+  for (const DBMultiEntityRelation& relation : relations) {
+    if (standalone::Trimmed(standalone::Field(relation.realmId)) != standalone::Trimmed(realm.Text())) continue;
+    work.Refuse("the realm " + standalone::Quoted(realm.Text()) + " is that of the partner " +
+                    standalone::Quoted(standalone::Field(relation.partnerName)) + ", not this company's own",
+                Remedy::kNameTheCompanysRealm);
+  }
 }
 
 template <typename Operation>
@@ -39,15 +56,19 @@ std::optional<std::string> RememberedRealm(Company& company) {
   return work.Read([&] { return work.RememberedRealm(); });
 }
 
-void RememberRealm(Company& company, const standalone::RealmId& realm) {
+bool RememberRealm(Company& company, const standalone::RealmId& realm) {
   Work work(company.Opened(), UseCase::kChangeRealm);
   std::string text = realm.Text();
-  work.WriteAsAdministrator(kChangeOfRealm, [&] {
+  return work.WriteAsAdministrator(kChangeOfRealm, [&] {
+    RefusePartnersRealm(work, realm);
+    RefuseWhilePaired(work);
     const std::optional<std::string> before = work.RememberedRealm();
     if (!MultiEntityDriver::SetMECacheRealmId(text.data())) {
       throw std::runtime_error("the realm id " + realm.Text() + " could not be stored in the company file");
     }
+    if (before == realm.Text()) return false;
     work.Host().Record(DeedOfRealm(before, realm.Text()));
+    return true;
   });
 }
 
@@ -60,9 +81,11 @@ RealmCheck CheckRealm(Company& company, const std::optional<standalone::RealmId>
       check.before = work.RememberedRealm();
       check.blocked = MultiEntityDriver::BlockUserIfRealmReset(reported);
       check.after = work.RememberedRealm();
-      // The module remembers one where none was; another one is somebody else's doing, while a question was open.
-      if (!check.before && check.after) {
+      // The module remembers one where none was, unless the check is switched off, which only it knows beforehand;
+      // another one is somebody else's doing, while a question was open.
+      if (realm && !check.before && check.after) {
         work.RequireAdministrator(kChangeOfRealm);
+        RefusePartnersRealm(work, *realm);
         work.Host().Record(DeedOfRealm(check.before, check.after.value_or("")));
       }
       check.outcome = OutcomeOf(check, realm);

@@ -13,8 +13,9 @@ class Company;
 // The realm id under which the company does intercompany work, as its file remembers it.
 std::optional<std::string> RememberedRealm(Company& company);
 
-// For administrators. std::runtime_error when it cannot be stored.
-void RememberRealm(Company& company, const standalone::RealmId& realm);
+// For administrators. False when it is the one that the file remembers already; std::runtime_error when it cannot be
+// stored.
+bool RememberRealm(Company& company, const standalone::RealmId& realm);
 
 enum class RealmOutcome {
   kNoRealm,  // the company reports none; blocked

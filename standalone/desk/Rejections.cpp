@@ -10,6 +10,9 @@
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/OwnTransactions.h"
+#include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/Partners.h"
 #include "standalone/desk/inside/Texts.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/values/Amount.h"
@@ -41,7 +44,8 @@ class WrittenAmounts {
   std::vector<DBMultiEntityRejectedTxnReceiver>::const_iterator next_ = rows_.cbegin();
 };
 
-Rejection RejectionOf(const MERejectedTxnInfo& listed, std::string writtenAmount, const std::string& currency) {
+Rejection RejectionOf(const MERejectedTxnInfo& listed, std::string writtenAmount,
+                      const standalone::Settings& settings) {
   Rejection rejection{.type = listed.txnType,
                       .state = standalone::TransactionState{listed.state},
                       .realm = TextOf(listed.realmId),
@@ -50,10 +54,17 @@ Rejection RejectionOf(const MERejectedTxnInfo& listed, std::string writtenAmount
                       .writtenAmount = std::move(writtenAmount),
                       .amount = {},
                       .partnerTxnId = TextOf(listed.partnerTxnId)};
-  if (const std::optional<std::int64_t> amount = standalone::ParseAmount(rejection.writtenAmount)) {
-    rejection.amount = standalone::Money{.minorUnits = *amount, .currency = currency};
+  if (const std::optional<std::int64_t> amount = standalone::ParseAmount(rejection.writtenAmount, settings.decimals)) {
+    rejection.amount =
+        standalone::Money{.minorUnits = *amount, .currency = settings.homeCurrency, .decimals = settings.decimals};
   }
   return rejection;
+}
+
+bool IsWanted(const Rejection& rejection, const RejectionFilter& filter, const std::optional<std::string>& realm) {
+  return (!realm || rejection.realm == *realm) &&
+         (!filter.type || rejection.type == static_cast<std::int16_t>(*filter.type)) &&
+         (!filter.request || rejection.requestId == filter.request->Text());
 }
 
 DBMultiEntityRelation RequireRelation(Work& work, const standalone::RealmId& realm) {
@@ -71,10 +82,19 @@ DBMultiEntityRejectedTxnReceiver RowOf(const RejectionToSave& rejection) {
   return row;
 }
 
+constexpr standalone::FeatureRight RightToSee(std::int32_t txnType) noexcept {
+  return {txnType == kTxnTypeBill ? kFeatureBills : kFeatureChecks, kActionView};
+}
+
 // The module tells of one that does not exist.
 void RequireRightFor(Work& work, const DBMultiEntityRejectedTxnReceiver& row) {
   if (row.relationId == 0) return;
-  work.RequireRight({row.txnType == kTxnTypeBill ? kFeatureBills : kFeatureChecks, kActionView});
+  work.RequireRight(RightToSee(row.txnType));
+}
+
+void RequireAmount(Work& work, const RejectionToSave& rejection) {
+  const standalone::Settings& settings = work.Host().Settings().Get();
+  standalone::RequireAmount(rejection.amount.Text(), settings.homeCurrency, settings.decimals);
 }
 
 // Names the partner to the store as long as it lives.
@@ -93,48 +113,67 @@ class OnlyOf {
 
 }  // namespace
 
-void SaveRejection(Company& company, const RejectionToSave& rejection) {
+std::string SaveRejection(Company& company, const RejectionToSave& rejection) {
   Work work(company.Opened(), UseCase::kSaveRejection);
+  std::string realm = rejection.partner.Text();
   work.AskToWrite([&] {
+    // Who has no right learns that from the module, whichever partner is named.
+    if (work.HasRight(RightToSee(static_cast<std::int32_t>(rejection.type)))) {
+      RequireAmount(work, rejection);
+      realm = RealmOf(work, rejection.partner).Text();
+      DBMultiEntityRelation relation{};
+      if (work.Host().Relations().Find(realm, relation)) {
+        RefuseRejectionByHand(work, relation.relationId, rejection.request.Text());
+        RefuseBooked(work, relation.relationId, rejection.request.Text());
+      }
+    }
     const MEStatusCode answer = MultiEntityDriver::SaveRejectedTransaction(
-        std::string_view(rejection.request.Text()), static_cast<std::int16_t>(rejection.type),
-        std::string_view(rejection.realm.Text()), std::string_view(rejection.amount.Text()),
-        std::string_view(rejection.partnerTxnId.Text()));
-    return work.Recorded(answer,
-                         [&] { return DeedOfSaving(RequireRelation(work, rejection.realm), RowOf(rejection)); });
+        std::string_view(rejection.request.Text()), static_cast<std::int16_t>(rejection.type), std::string_view(realm),
+        std::string_view(rejection.amount.Text()), std::string_view(rejection.partnerTxnId.Text()));
+    return work.Recorded(
+        answer, [&] { return DeedOfSaving(RequireRelation(work, standalone::RealmId(realm)), RowOf(rejection)); });
   });
+  return realm;
 }
 
-std::vector<Rejection> ListRejections(Company& company) {
+std::vector<Rejection> ListRejections(Company& company, const RejectionFilter& filter) {
   Work work(company.Opened(), UseCase::kListRejections);
   std::vector<Rejection> rejections;
+  std::optional<std::string> realm;
   work.AskToRead([&] {
+    if (filter.partner && work.HasOneOf({{kFeatureBills, kActionView}, {kFeatureChecks, kActionView}}))
+      realm = standalone::Field(RequirePartner(work, filter.partner->Text()).realmId);
     std::vector<MERejectedTxnInfo> listed;
     const MEStatusCode answer = MultiEntityDriver::GetAllRejectedTransaction(listed);
     if (answer != MEStatusSuccess) return answer;
     std::vector<DBMultiEntityRejectedTxnReceiver> rows;
     work.Host().Rejected().List(rows);
     WrittenAmounts written(std::move(rows));
-    const std::string currency = work.Host().Settings().Get().homeCurrency;
+    const standalone::Settings settings = work.Host().Settings().Get();
     for (const MERejectedTxnInfo& entry : listed) {
-      rejections.push_back(RejectionOf(entry, written.Of(entry), currency));
+      rejections.push_back(RejectionOf(entry, written.Of(entry), settings));
     }
     return answer;
   });
+  std::erase_if(rejections, [&](const Rejection& rejection) { return !IsWanted(rejection, filter, realm); });
   return rejections;
 }
 
-void DeleteRejection(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request) {
+std::string DeleteRejection(Company& company, const Partner& partner, const standalone::RequestId& request) {
   Work work(company.Opened(), UseCase::kDeleteRejection);
+  std::string realm;
   work.AskToWrite([&] {
     work.RequireOneOf({{kFeatureBills, kActionView}, {kFeatureChecks, kActionView}});
-    const DBMultiEntityRelation partner = RequireRelation(work, realm);
-    const DBMultiEntityRejectedTxnReceiver row = work.Host().Rejected().Find(partner.relationId, request.Text());
+    const DBMultiEntityRelation relation = RequireRelation(work, RealmOf(work, partner));
+    realm = relation.realmId;
+    const DBMultiEntityRejectedTxnReceiver row = work.Host().Rejected().Find(relation.relationId, request.Text());
     RequireRightFor(work, row);
-    const OnlyOf only(work.Host(), partner.relationId);
+    RefuseRejectionByHand(work, relation.relationId, request.Text());
+    const OnlyOf only(work.Host(), relation.relationId);
     return work.Recorded(MultiEntityDriver::DeleteRejectedTransaction(std::string_view(request.Text())),
-                         [&] { return DeedOfForgetting(partner, row); });
+                         [&] { return DeedOfForgetting(relation, row); });
   });
+  return realm;
 }
 
 }  // namespace desk

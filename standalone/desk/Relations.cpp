@@ -1,82 +1,76 @@
 #include "standalone/desk/Relations.h"
 
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/AccountTable.h"
+#include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/RelationTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/Partners.h"
+#include "standalone/desk/inside/RelationAccounts.h"
 #include "standalone/desk/inside/RelationRows.h"
+#include "standalone/desk/inside/Reversing.h"
 #include "standalone/desk/inside/Work.h"
-#include "standalone/values/AccountTypes.h"
 #include "standalone/values/Text.h"
 
 namespace desk {
 
 namespace {
 
-using standalone::Quoted;
-
-void RefuseOwnRealm(Work& work, const standalone::RealmId& realm) {
-  const std::optional<std::string> own = work.RememberedRealm();
-  if (!own || standalone::Trimmed(*own) != standalone::Trimmed(realm.Text())) return;
-  work.Refuse("the realm " + Quoted(realm.Text()) + " is this company's own, and a relation is with another company",
-              Remedy::kNameThePartnersRealm);
-}
-
-std::optional<standalone::Account> Find(Work& work, const std::optional<std::string>& given) {
-  if (!given) return std::nullopt;
-  return work.Host().Accounts().Require(*given);
-}
-
-// Those that are not given stay as the relation has them, if there is one.
-void RefuseOneAccountForBoth(Work& work, const standalone::RealmId& realm,
-                             const std::optional<standalone::Account>& dueFrom,
-                             const std::optional<standalone::Account>& dueTo) {
-  if (!dueFrom && !dueTo) return;
-  DBMultiEntityRelation relation{};
-  static_cast<void>(work.Host().Relations().Find(realm.Text(), relation));
-  const std::int32_t from = dueFrom ? dueFrom->id : relation.dueFromAccountId;
-  const std::int32_t to = dueTo ? dueTo->id : relation.dueToAccountId;
-  if (from != to) return;
-  work.Refuse("the due-from and the due-to account are one, " + Quoted((dueFrom ? dueFrom : dueTo)->fullName),
-              Remedy::kGiveTwoAccounts);
-}
-
-void RefuseOtherTypes(Work& work, const std::optional<standalone::Account>& dueFrom,
-                      const std::optional<standalone::Account>& dueTo) {
-  const auto refuse = [&work](std::string_view role, const standalone::Account& account, std::string_view wanted) {
-    work.Refuse("the " + std::string(role) + " account " + Quoted(account.fullName) + " is of the type " +
-                    standalone::AccountTypeName(account.type) + ", which is no " + std::string(wanted),
-                Remedy::kChooseAssetAndLiability);
-  };
-  if (dueFrom && !standalone::IsAsset(dueFrom->type)) refuse("due-from", *dueFrom, "asset");
-  if (dueTo && !standalone::IsLiability(dueTo->type)) refuse("due-to", *dueTo, "liability");
-}
-
-void Append(std::vector<MEAccountInfo>& accounts, const std::optional<standalone::Account>& account,
-            MEAccountRole role) {
-  if (!account) return;
-  accounts.push_back(
-      {.name = std::string_view(account->fullName), .type = account->type, .accountId = account->id, .role = role});
-}
-
-std::vector<MEAccountInfo> AccountsOf(Work& work, const standalone::RealmId& realm, const RelationAccounts& given) {
-  const std::optional<standalone::Account> dueFrom = Find(work, given.dueFrom);
-  const std::optional<standalone::Account> dueTo = Find(work, given.dueTo);
-  RefuseOneAccountForBoth(work, realm, dueFrom, dueTo);
-  if (!given.ofAnyType) RefuseOtherTypes(work, dueFrom, dueTo);
-  std::vector<MEAccountInfo> accounts;
-  Append(accounts, dueFrom, MEAccountRoleDueFrom);
-  Append(accounts, dueTo, MEAccountRoleDueTo);
-  return accounts;
-}
-
 // None for whoever may not change relations, which the module says before it looks at any.
 std::vector<MEAccountInfo> CheckedAccounts(Work& work, const standalone::RealmId& realm,
                                            const RelationAccounts& given) {
   if (!work.MayManageRelations()) return {};
   RefuseOwnRealm(work, realm);
-  return AccountsOf(work, realm, given);
+  const PairOfAccounts chosen = ChooseAccounts(work, realm, given);
+  if (chosen.dueFrom) RefuseReserved(work, chosen.dueFrom->id);
+  if (chosen.dueTo) RefuseReserved(work, chosen.dueTo->id);
+  return AccountsForModule(chosen);
+}
+
+std::optional<DBMultiEntityRelation> FindRelation(Work& work, const standalone::RealmId& realm) {
+  DBMultiEntityRelation relation{};
+  if (!work.Host().Relations().Find(realm.Text(), relation)) return std::nullopt;
+  return relation;
+}
+
+void RefuseToLeave(Work& work, const DBMultiEntityRelation& relation, const MEAccountInfo& given) {
+  const bool isDueFrom = given.role == MEAccountRoleDueFrom;
+  const std::int32_t accountId = isDueFrom ? relation.dueFromAccountId : relation.dueToAccountId;
+  if (accountId == given.accountId) return;
+  const std::optional<std::int32_t> booked = work.Host().Intercompany().FirstOn(relation.relationId, accountId);
+  if (!booked) return;
+  work.Refuse("the " + std::string(isDueFrom ? "due-from" : "due-to") + " account of " + PartnerText(relation) +
+                  " stays " + standalone::Quoted(work.Host().Accounts().FullNameOf(accountId).view()) + ", on which " +
+                  TextOf(work.Host().Transactions().FindHeader(*booked).value()) + " is booked",
+              Remedy::kKeepTheAccount);
+}
+
+// With other accounts, what they hold and what is open with the partner would no longer agree.
+void RefuseToLeaveWhatIsBooked(Work& work, const std::optional<DBMultiEntityRelation>& relation,
+                               const std::vector<MEAccountInfo>& accounts) {
+  if (!relation) return;
+  for (const MEAccountInfo& account : accounts) RefuseToLeave(work, *relation, account);
+}
+
+// The one that is made anew; the module says of any other that it is there.
+std::optional<DBMultiEntityRelation> FindTakenUpAgain(Work& work, const standalone::RealmId& realm) {
+  std::optional<DBMultiEntityRelation> relation = FindRelation(work, realm);
+  if (relation && relation->state != MEStatePending && relation->state != MEStateWithoutAccounts) relation.reset();
+  return relation;
+}
+
+void RefuseOneAccountAlone(Work& work, const RelationAccounts& given) {
+  if (given.dueFrom.has_value() == given.dueTo.has_value()) return;
+  work.Refuse("only the " + std::string(given.dueFrom ? "due-from" : "due-to") +
+                  " account is given; a relation is given both or keeps both",
+              Remedy::kGiveBothAccounts);
 }
 
 // What changes the relation with `realm`, and the audit trail tells.
@@ -87,8 +81,7 @@ MEStatusCode Recorded(Work& work, const standalone::RealmId& realm, Change&& cha
 }
 
 template <typename Ask>
-Relation ShowFound(Company& company, Ask&& ask) {
-  Work work(company.Opened(), UseCase::kReadRelations);
+Relation ShowFound(Work& work, Ask&& ask) {
   Relation relation;
   work.AskToRead([&] {
     DBMultiEntityRelation row{};
@@ -105,53 +98,72 @@ void CreateRelation(Company& company, const NewRelation& relation) {
   standalone::RequireStored(relation.state);
   Work work(company.Opened(), UseCase::kCreateRelation);
   work.AskToWrite([&] {
+    if (work.MayManageRelations()) RefusePaired(work, relation.realm.Text());
     return Recorded(work, relation.realm, [&] {
+      std::vector<MEAccountInfo> accounts = CheckedAccounts(work, relation.realm, relation.accounts);
+      RefuseToLeaveWhatIsBooked(work, FindTakenUpAgain(work, relation.realm), accounts);
       return MultiEntityDriver::CreateRelation(std::string_view(relation.realm.Text()),
                                                std::string_view(relation.partner.Text()), MERelationType{relation.type},
-                                               static_cast<MEState>(relation.state),
-                                               CheckedAccounts(work, relation.realm, relation.accounts));
+                                               static_cast<MEState>(relation.state), std::move(accounts));
     });
   });
 }
 
-void UpdateRelation(Company& company, const RelationChange& change) {
+std::string UpdateRelation(Company& company, const RelationChange& change) {
   MERelationInfo info;
-  info.realmId = std::string_view(change.realm.Text());
   if (change.state) info.state = static_cast<MEState>(standalone::RequireStored(*change.state));
   Work work(company.Opened(), UseCase::kUpdateRelation);
+  std::string changed;
   work.AskToWrite([&] {
-    info.accounts = CheckedAccounts(work, change.realm, change.accounts);
-    return Recorded(work, change.realm, [&] { return MultiEntityDriver::UpdateRelation(info); });
+    info.realmId = std::string_view(change.partner.Text());
+    if (!work.MayManageRelations()) return MultiEntityDriver::UpdateRelation(info);
+    const standalone::RealmId realm = RealmOf(work, change.partner);
+    changed = realm.Text();
+    RefusePaired(work, changed);
+    info.realmId = std::string_view(changed);
+    RefuseOneAccountAlone(work, change.accounts);
+    info.accounts = CheckedAccounts(work, realm, change.accounts);
+    RefuseToLeaveWhatIsBooked(work, FindRelation(work, realm), info.accounts);
+    return Recorded(work, realm, [&] { return MultiEntityDriver::UpdateRelation(info); });
   });
+  return changed;
 }
 
-Deleted DeleteRelation(Company& company, const standalone::RealmId& realm, bool force) {
+Deleted DeleteRelation(Company& company, const Partner& partner, bool force) {
   Work work(company.Opened(), UseCase::kDeleteRelation);
-  Deleted deleted = Deleted::kRemoved;
+  Deleted deleted;
   work.AskToWrite([&] {
+    if (!work.MayManageRelations()) return MultiEntityDriver::DeleteRelation(std::string_view(partner.Text()), force);
+    const standalone::RealmId realm = RealmOf(work, partner);
+    deleted.realm = realm.Text();
+    RefusePaired(work, deleted.realm);
     const MEStatusCode answer =
         Recorded(work, realm, [&] { return MultiEntityDriver::DeleteRelation(std::string_view(realm.Text()), force); });
     DBMultiEntityRelation left{};
-    if (answer == MEStatusSuccess && work.Host().Relations().Find(realm.Text(), left)) deleted = Deleted::kDeactivated;
+    deleted.deactivated = answer == MEStatusSuccess && work.Host().Relations().Find(realm.Text(), left);
     return answer;
   });
   return deleted;
 }
 
-Relation ShowRelation(Company& company, const standalone::RealmId& realm) {
-  return ShowFound(company, [&](DBMultiEntityRelation& row) {
+Relation ShowRelation(Company& company, const Partner& partner) {
+  Work work(company.Opened(), UseCase::kReadRelations);
+  return ShowFound(work, [&](DBMultiEntityRelation& row) {
+    const standalone::RealmId realm = RealmOf(work, partner);
     return MultiEntityDriver::GetRelation(std::string_view(realm.Text()), row);
   });
 }
 
 Relation ShowRelation(Company& company, std::int32_t id) {
-  return ShowFound(company, [id](DBMultiEntityRelation& row) { return MultiEntityDriver::GetRelationById(id, row); });
+  Work work(company.Opened(), UseCase::kReadRelations);
+  return ShowFound(work, [id](DBMultiEntityRelation& row) { return MultiEntityDriver::GetRelationById(id, row); });
 }
 
-std::vector<Relation> ListRelations(Company& company) {
+std::vector<Relation> ListRelations(Company& company, const std::optional<standalone::RelationState>& state) {
   Work work(company.Opened(), UseCase::kReadRelations);
   std::vector<Relation> relations;
   work.AskToRead([&] { return ReadRelations(work, relations); });
+  if (state) std::erase_if(relations, [&state](const Relation& relation) { return relation.state != *state; });
   return relations;
 }
 

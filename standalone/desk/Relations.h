@@ -5,20 +5,15 @@
 #include <string>
 #include <vector>
 
+#include "standalone/desk/results/Partner.h"
 #include "standalone/desk/results/Relation.h"
+#include "standalone/desk/results/RelationAccounts.h"
 #include "standalone/values/CheckedText.h"
 #include "standalone/values/States.h"
 
 namespace desk {
 
 class Company;
-
-// Accounts as people give them: by record number or colon-separated name. Both or none.
-struct RelationAccounts {
-  std::optional<std::string> dueFrom;  // an asset
-  std::optional<std::string> dueTo;    // a liability
-  bool ofAnyType = false;              // takes others, too, as far as the module does
-};
 
 struct NewRelation {
   standalone::RealmId realm;
@@ -29,7 +24,7 @@ struct NewRelation {
 };
 
 struct RelationChange {
-  standalone::RealmId realm;
+  Partner partner;
   std::optional<standalone::RelationState> state;  // kept when left out
   RelationAccounts accounts;                       // kept when left out
 };
@@ -40,16 +35,21 @@ struct RelationChange {
 
 // A relation that is pending or without accounts is taken up again.
 void CreateRelation(Company& company, const NewRelation& relation);
-void UpdateRelation(Company& company, const RelationChange& change);
+// Returns the partner's realm id.
+std::string UpdateRelation(Company& company, const RelationChange& change);
 
-enum class Deleted { kRemoved, kDeactivated };  // the latter while transactions refer to the relation
+struct Deleted {
+  std::string realm;         // the partner's
+  bool deactivated = false;  // kept while transactions refer to the relation
+};
 // A pending one only with `force`.
-Deleted DeleteRelation(Company& company, const standalone::RealmId& realm, bool force);
+Deleted DeleteRelation(Company& company, const Partner& partner, bool force);
 
-Relation ShowRelation(Company& company, const standalone::RealmId& realm);
+Relation ShowRelation(Company& company, const Partner& partner);
 Relation ShowRelation(Company& company, std::int32_t id);
-// In the order in which they were made.
-std::vector<Relation> ListRelations(Company& company);
+// In the order in which they were made; on request those in one state only.
+std::vector<Relation> ListRelations(Company& company,
+                                    const std::optional<standalone::RelationState>& state = std::nullopt);
 std::vector<std::string> ListRealms(Company& company, bool withAccountsOnly);
 
 }  // namespace desk

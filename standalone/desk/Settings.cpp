@@ -4,6 +4,7 @@
 #include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/Work.h"
 
 namespace desk {
@@ -13,9 +14,12 @@ namespace {
 Settings SettingsOf(const standalone::Settings& settings) {
   return {.companyName = settings.companyName,
           .homeCurrency = settings.homeCurrency,
+          .decimals = settings.decimals,
           .multiCurrency = settings.multiCurrency,
           .sampleFile = settings.sampleFile,
-          .accountantsCopy = settings.accountantsCopy};
+          .accountantsCopy = settings.accountantsCopy,
+          .closingDate =
+              settings.closingDate == NullDate() ? std::nullopt : std::optional<DateType32>(settings.closingDate)};
 }
 
 // Each line's amount is one of the currency in which it was booked.
@@ -35,15 +39,17 @@ Settings ReadSettings(Company& company) {
   });
 }
 
-Settings ChangeSetting(Company& company, std::string_view setting, std::string_view value) {
+ChangedSettings ChangeSetting(Company& company, std::string_view setting, std::string_view value) {
   Work work(company.Opened(), UseCase::kChangeSettings);
   return work.WriteAsAdministrator("a change of settings", [&] {
     const standalone::Settings before = work.Host().Settings().Get();
     work.Host().Settings().Set(setting, value);
     const standalone::Settings& after = work.Host().Settings().Get();
-    if (after.homeCurrency != before.homeCurrency) RequireNoLines(work, before.homeCurrency);
-    work.Host().Record(DeedOfSettings(before, after));
-    return SettingsOf(after);
+    if (after.homeCurrency != before.homeCurrency) {
+      RequireNoLines(work, before.homeCurrency);
+      RefuseWhilePaired(work);
+    }
+    return ChangedSettings{SettingsOf(after), work.RecordChanges(DeedOfSettings(before, after))};
   });
 }
 

@@ -3,17 +3,25 @@
 #include <algorithm>
 #include <span>
 #include <string>
+#include <tuple>
 
 #include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/books/AccountTable.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/RelationTable.h"
+#include "standalone/books/RowFields.h"
+#include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/Partners.h"
+#include "standalone/desk/inside/TypeRights.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/values/AccountTypes.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
 
 namespace desk {
 
@@ -49,17 +57,42 @@ std::vector<IntercompanyLine> List(Company& company, Ask&& ask) {
   return lines;
 }
 
-ProgramFeature FeatureOf(std::int16_t txnType) noexcept {
-  switch (txnType) {
-    case kTxnTypeBill:
-      return kFeatureBills;
-    case kTxnTypeCheck:
-      return kFeatureChecks;
-    case kTxnTypeJournalEntry:
-      return kFeatureJournalEntries;
-    default:
-      return kFeatureNone;
-  }
+// By date; those of one day as they were entered.
+bool IsEarlier(const IntercompanyLine& left, const IntercompanyLine& right) {
+  const std::int32_t order = left.date.value_or(NullDate()).Compare(right.date.value_or(NullDate()));
+  if (order != 0) return order < 0;
+  return std::tie(left.txnId, left.lineId) < std::tie(right.txnId, right.lineId);
+}
+
+// What a filter names, as the books have it.
+struct Named {
+  std::optional<std::string> realm;
+  std::optional<std::int32_t> account;
+};
+
+Named NamedBy(Company& company, const LineFilter& filter) {
+  Work work(company.Opened(), UseCase::kListTransactions);
+  Named named;
+  work.Read([&] {
+    // Who may see none is told that, and nothing else.
+    if (!work.HasOneOf(
+            {{kFeatureBills, kActionView}, {kFeatureChecks, kActionView}, {kFeatureJournalEntries, kActionView}})) {
+      return;
+    }
+    if (filter.partner) named.realm = standalone::Field(RequirePartner(work, filter.partner->Text()).realmId);
+    if (filter.account) named.account = work.Host().Accounts().Require(*filter.account).id;
+  });
+  return named;
+}
+
+bool IsWanted(const IntercompanyLine& line, const LineFilter& filter, const Named& named) {
+  const auto isAccount = [&named](const std::optional<ListItem>& item) {
+    return item && item->id == *named.account;
+  };
+  return (!named.realm || line.realm == *named.realm) && (!filter.type || line.type == *filter.type) &&
+         (!filter.state || filter.state->Is(line.state)) &&
+         (!filter.request || line.requestId == filter.request->Text()) &&
+         (!named.account || isAccount(line.account) || isAccount(line.otherAccount));
 }
 
 // What the module asks of who moves a line by its own number.
@@ -97,6 +130,12 @@ std::string MovesText(standalone::BookedState from) {
               Remedy::kMoveAsTheStateAllows);
 }
 
+// A transaction that several partners share is confirmed by the last of them.
+void ConfirmIfEstablished(Work& work, const DBMultiEntityTransaction& row) {
+  if (work.Host().Intercompany().CountOpenOf(row.txnId) != 0) return;
+  work.Host().Transactions().ConfirmByPartner(row.txnId, row.txnType);
+}
+
 // The row that is to be moved, and the right that the module asks for to do it.
 struct Move {
   DBMultiEntityTransaction row{};  // blank when it is not there, of which the module tells
@@ -112,7 +151,7 @@ bool MayMove(const Move& move) {
 // The module moves from any state to any other.
 template <typename Change>
 MEStatusCode ChangeState(Work& work, const Move& move, standalone::BookedState& now, Change&& change) {
-  const IntercompanyLine before = LineReader(work).Read(move.row);
+  const IntercompanyLine before = LineReader(work).ReadRequest(move.row);
   now = {move.to, before.state.ofBefore};
   if (move.row.txnId != 0 && std::ranges::count(standalone::MovesFrom(before.state), move.to) == 0) {
     if (!MayMove(move)) return MEStatusPermissionDenied;
@@ -135,10 +174,22 @@ std::vector<IntercompanyLine> ListIntercompanyLines(Company& company, std::int32
   });
 }
 
-std::vector<IntercompanyLine> ListIntercompanyLines(Company& company, const Period& period) {
-  return List(company, [&period](std::vector<METxnInfo>& listed) {
+WantedState::WantedState(std::string_view text) : text_(text), number_(standalone::ParseTransactionState(text)) {}
+
+bool WantedState::Is(standalone::BookedState state) const {
+  if (state.number != number_) return false;
+  return text_ == std::to_string(static_cast<std::int16_t>(number_)) ||
+         standalone::EqualIgnoringCase(text_, standalone::StateName(state));
+}
+
+std::vector<IntercompanyLine> ListIntercompanyLines(Company& company, const Period& period, const LineFilter& filter) {
+  const Named named = NamedBy(company, filter);
+  std::vector<IntercompanyLine> lines = List(company, [&period](std::vector<METxnInfo>& listed) {
     return MultiEntityDriver::GetListOfTxnTargetEntries(listed, period.From(), period.To());
   });
+  std::erase_if(lines, [&](const IntercompanyLine& line) { return !IsWanted(line, filter, named); });
+  std::ranges::stable_sort(lines, IsEarlier);
+  return lines;
 }
 
 std::vector<std::int16_t> TypesNotShown(Company& company) {
@@ -152,22 +203,24 @@ std::vector<std::int16_t> TypesNotShown(Company& company) {
   return types;
 }
 
-standalone::BookedState SetState(Company& company, const standalone::RealmId& realm,
-                                 const standalone::RequestId& request, standalone::TransactionState state) {
+MovedRequest SetState(Company& company, const Partner& partner, const standalone::RequestId& request,
+                      standalone::TransactionState state) {
   Work work(company.Opened(), UseCase::kSetTransactionState);
-  standalone::BookedState now;
+  MovedRequest moved;
   work.AskToWrite([&] {
     if (!MayModifyAny(work)) return MEStatusPermissionDenied;
+    moved.realm = RealmOf(work, partner).Text();
     DBMultiEntityRelation relation{};
     Move move{.row = {}, .permission = MEPermissionModifyTransactions, .to = state};
-    work.Host().Relations().Find(realm.Text(), relation);
+    work.Host().Relations().Find(moved.realm, relation);
     work.Host().Intercompany().FindRequest(relation.relationId, request.Text(), move.row);
-    return ChangeState(work, move, now, [&] {
+    RefuseStateByHand(work, relation.relationId);
+    return ChangeState(work, move, moved.state, [&] {
       return MultiEntityDriver::UpdateTransactionWithState(
-          std::string_view(realm.Text()), std::string_view(request.Text()), static_cast<MEState>(state));
+          std::string_view(moved.realm), std::string_view(request.Text()), static_cast<MEState>(state));
     });
   });
-  return now;
+  return moved;
 }
 
 standalone::BookedState SetState(Company& company, std::int32_t txnId, std::int32_t lineId,
@@ -179,18 +232,28 @@ standalone::BookedState SetState(Company& company, std::int32_t txnId, std::int3
     Move move{.row = {}, .permission = {}, .to = state};
     work.Host().Intercompany().Find(txnId, lineId, move.row);
     move.permission = PermissionToLeave(move.row.state);
+    // The module tells of each right that it is asked for.
+    if (IsAnsweredByTheExchange(work, move.row.relationId) && MayMove(move)) {
+      RefuseStateByHand(work, move.row.relationId);
+    }
     return ChangeState(work, move, now, [&] {
-      return MultiEntityDriver::UpdateTransactionWithState(txnId, lineId, static_cast<MEState>(state));
+      const MEStatusCode answer =
+          MultiEntityDriver::UpdateTransactionWithState(txnId, lineId, static_cast<MEState>(state));
+      if (answer == MEStatusSuccess) ConfirmIfEstablished(work, move.row);
+      return answer;
     });
   });
   return now;
 }
 
-void RequireKnownRequest(Company& company, const standalone::RealmId& realm, const standalone::RequestId& request) {
+std::string RequireKnownRequest(Company& company, const Partner& partner, const standalone::RequestId& request) {
   Work work(company.Opened(), UseCase::kFindRequest);
+  std::string realm;
   work.AskToRead([&] {
-    return MultiEntityDriver::DoesTransactionExist(std::string_view(realm.Text()), std::string_view(request.Text()));
+    realm = RealmOf(work, partner).Text();
+    return MultiEntityDriver::DoesTransactionExist(std::string_view(realm), std::string_view(request.Text()));
   });
+  return realm;
 }
 
 }  // namespace desk

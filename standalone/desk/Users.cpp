@@ -63,15 +63,14 @@ User AddUser(Company& company, const User& user) {
   });
 }
 
-User ChangeUser(Company& company, const User& user) {
+ChangedUser ChangeUser(Company& company, const User& user) {
   const standalone::User record = RecordOf(user);
   Work work(company.Opened(), UseCase::kChangeUsers);
   return work.WriteAsAdministrator(kChangeOfUsers, [&] {
     const std::optional<standalone::User> before = work.Host().Users().Find(record.name);
     work.Host().Users().Change(record);
     const standalone::User changed = work.Host().Users().Require(record.name);
-    work.Host().Record(DeedOfUser(before, changed));
-    return UserOf(changed);
+    return ChangedUser{UserOf(changed), work.RecordChanges(DeedOfUser(before, changed))};
   });
 }
 

@@ -20,6 +20,10 @@ struct User {
   std::vector<standalone::Right> rights;
 };
 
+struct ChangedUser : User {
+  bool hasChanged = false;  // had other marks or rights before
+};
+
 // For administrators and accountants.
 std::vector<User> ListUsers(Company& company);
 
@@ -27,7 +31,7 @@ std::vector<User> ListUsers(Company& company);
 // would leave the company without an administrator.
 User AddUser(Company& company, const User& user);
 // Replaces the marks and rights of the user with that name.
-User ChangeUser(Company& company, const User& user);
+ChangedUser ChangeUser(Company& company, const User& user);
 void RemoveUser(Company& company, const std::string& name);
 
 // As what a user works with the relations in a role: 0 and 15 manage them, in 1 and others the rights for accounts

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "standalone/import/Faults.h"
+#include "standalone/values/Counted.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -47,7 +48,7 @@ bool CsvReader::NextRow() {
 
 void CsvReader::RequireFields() const {
   if (fieldCount_ != header_.size()) {
-    throw InvalidInput("it has " + std::to_string(fieldCount_) + " fields, but the header has " +
+    throw InvalidInput("it has " + Counted(static_cast<std::int64_t>(fieldCount_), "field") + ", but the header has " +
                        std::to_string(header_.size()) + "; put a field that holds a comma into double quotes");
   }
   for (std::size_t field = 0; field < fieldCount_; ++field) {

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -24,7 +25,7 @@ namespace {
 constexpr std::uint64_t kRowsPerProgress = 256;
 
 constexpr std::array<std::string_view, 2> kAccountColumns{"name", "type"};
-constexpr std::array<std::string_view, 2> kAccountOptions{"special", "deleted"};
+constexpr std::array<std::string_view, 3> kAccountOptions{"special", "deleted", "number"};
 constexpr std::array<std::string_view, 2> kNameColumns{"name", "kind"};
 constexpr std::array<std::string_view, 7> kTransactionColumns{"transaction", "type",    "date",  "name",
                                                               "memo",        "account", "amount"};
@@ -127,9 +128,10 @@ class MissingItems {
 template <typename Item>
 class ListImport {
  public:
-  ListImport(StandaloneHost& host, const CsvReader& rows) : host_(host), rows_(rows), columns_(rows) {}
+  ListImport(StandaloneHost& host, const CsvReader& rows, ImportResult& result)
+      : host_(host), rows_(rows), result_(result), columns_(rows) {}
 
-  void Begin() {}
+  void Begin() { alike_ = Item::ForAlike(host_); }
   void TakeRow() {
     try {
       rows_.RequireFields();
@@ -137,7 +139,7 @@ class ListImport {
       if (FollowsFromAnother()) {
         NoteMissing();
       } else {
-        Item::Add(host_, item);
+        NoteAlike(Item::Add(host_, item));
       }
     } catch (const InvalidInput&) {
       NoteMissing();
@@ -151,6 +153,14 @@ class ListImport {
   void End() {}
 
  private:
+  void NoteAlike(const std::string& fullName) {
+    constexpr std::size_t kMostTold = 10;
+    if (std::optional<std::string> other = alike_->Find(fullName)) {
+      ++result_.alikeCount;
+      if (result_.alike.size() < kMostTold) result_.alike.push_back({fullName, *std::move(other)});
+    }
+    alike_->Add(fullName);
+  }
   std::string FullName() const {
     rows_.RequireFields();
     return NormalizedFullName(Item::kWhat, rows_[columns_.name]);
@@ -172,7 +182,9 @@ class ListImport {
 
   StandaloneHost& host_;
   const CsvReader& rows_;
+  ImportResult& result_;
   typename Item::Columns columns_;
+  std::optional<AlikeNames> alike_;  // once the unit of work has begun
   MissingItems missing_;
 };
 
@@ -181,7 +193,11 @@ struct AccountItem {
 
   struct Columns {
     explicit Columns(const CsvReader& rows)
-        : name(rows, "name"), type(rows, "type"), special(rows, "special"), deleted(rows, "deleted") {}
+        : name(rows, "name"),
+          type(rows, "type"),
+          special(rows, "special"),
+          deleted(rows, "deleted"),
+          number(rows, "number") {}
 
     NewAccount Read(const CsvReader& rows) const {
       NewAccount account;
@@ -193,13 +209,19 @@ struct AccountItem {
       if (const std::string_view text = rows[deleted]; !text.empty()) {
         account.deleted = ParseYesNo("The mark deleted", text);
       }
+      if (const std::string_view text = rows[number]; !text.empty()) account.number = text;
       return account;
     }
 
-    CsvReader::Column name, type, special, deleted;
+    CsvReader::Column name, type, special, deleted, number;
   };
 
-  static void Add(StandaloneHost& host, const NewAccount& account) { host.Accounts().Create(account); }
+  // The name that others must not be like; none for an account marked deleted.
+  static std::string Add(StandaloneHost& host, const NewAccount& account) {
+    Account added = host.Accounts().Create(account);
+    return added.deleted ? std::string() : std::move(added.fullName);
+  }
+  static AlikeNames ForAlike(StandaloneHost& host) { return host.Accounts().ForAlike(); }
   static bool IsThere(StandaloneHost& host, std::string_view fullName) {
     return host.Accounts().FindByFullName(fullName).has_value();
   }
@@ -221,7 +243,10 @@ struct NameItem {
     CsvReader::Column name, kind;
   };
 
-  static void Add(StandaloneHost& host, const NewListItem& item) { host.Names().Create(item.fullName, item.kind); }
+  static std::string Add(StandaloneHost& host, const NewListItem& item) {
+    return host.Names().Create(item.fullName, item.kind).fullName;
+  }
+  static AlikeNames ForAlike(StandaloneHost& host) { return host.Names().ForAlike(); }
   static bool IsThere(StandaloneHost& host, std::string_view fullName) {
     return host.Names().FindByFullName(fullName).has_value();
   }
@@ -232,7 +257,7 @@ template <typename Item>
 ImportResult ImportList(StandaloneHost& host, CsvSource& csv, CsvReader& rows, const ImportOptions& options) {
   ImportResult result;
   Faults faults;
-  ListImport<Item> import(host, rows);
+  ListImport<Item> import(host, rows, result);
   ImportRows(host, csv, rows, options, result, faults, import);
   return result;
 }

@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "standalone/books/AlikeNames.h"
 #include "standalone/books/AuditTable.h"
 #include "standalone/import/CsvSource.h"
 
@@ -30,6 +32,8 @@ struct ImportResult {
   std::int64_t lines = 0;
   std::int64_t intercompanyRows = 0;
   std::int64_t passedOver = 0;      // transactions that were in the books
+  std::int64_t alikeCount = 0;      // of the accounts or names that are like others (AlikeNames.h)
+  std::vector<AlikePair> alike;     // the first ten of them
   TransactionRange transactionIds;  // of those that were added, if any were
   std::string sha256;               // of the file
 };
@@ -40,7 +44,7 @@ struct ImportResult {
 // only follows from another fault. What is no CSV ends the reading. A file that cannot be read is InvalidInput.
 //
 // Accounts: name (colon-separated; parents come before their sub-accounts), type (a name such as "Bank", or a number),
-// and optionally special (a number) and deleted (yes or no).
+// and optionally special (a number), deleted (yes or no) and number (the account's, such as 4000.10).
 ImportResult ImportAccounts(StandaloneHost& host, CsvSource&& csv, const ImportOptions& options = {});
 
 // Names: name (colon-separated; parents come before), kind (customer, vendor, employee, other).

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <set>
 
 #include "standalone/company/StandaloneHost.h"
 #include "standalone/values/AccountTypes.h"
 #include "standalone/values/Amount.h"
 #include "standalone/values/ListNames.h"
+#include "standalone/values/Money.h"
 
 namespace standalone {
 
@@ -41,6 +43,14 @@ TransactionImport::TransactionImport(StandaloneHost& host, const CsvReader& rows
       faults_(faults),
       columns_(rows),
       seenKeys_(host.Data()) {}
+
+void TransactionImport::Begin() {
+  const Settings& settings = host_.Settings().Get();
+  currency_ = settings.homeCurrency;
+  decimals_ = settings.decimals;
+  closedThrough_ = settings.closingDate;
+  seenKeys_.Begin();
+}
 
 void TransactionImport::TakeRow() {
   const std::string_view key = KeyOfRow();
@@ -122,16 +132,27 @@ void TransactionImport::RefuseApart() {
 // The partner comes first, so that a transaction that is in the books is recognised whatever else its rows say.
 void TransactionImport::TakeIntoOpen() {
   Line& line = NewLine();
+  const bool isFirst = std::exchange(open_.awaitsHeader, false);
+  const std::optional<std::string> fault = isFirst ? FaultOfHeader() : std::nullopt;
   TakePartner(line);
-  if (std::exchange(open_.awaitsHeader, false)) {
-    TakeHeader();
-  } else if (open_.hasHeader) {
+  if (fault) throw InvalidInput(*fault);
+  if (!isFirst && open_.hasHeader) {
     RequireSame("type", columns_.type, open_.type);
     RequireSame("date", columns_.date, open_.date);
     RequireSame("name", columns_.name, open_.name);
     RequireSame("memo", columns_.memo, open_.memo);
   }
   TakeAmount(line);
+}
+
+// The header of a row with a bad partner holds for the rows behind it all the same.
+std::optional<std::string> TransactionImport::FaultOfHeader() {
+  try {
+    TakeHeader();
+    return std::nullopt;
+  } catch (const InvalidInput& fault) {
+    return fault.what();
+  }
 }
 
 void TransactionImport::TakeHeader() {
@@ -143,6 +164,13 @@ void TransactionImport::TakeHeader() {
   open_.day = ParseDate("The date", open_.date);
   open_.nameId = open_.name.empty() ? 0 : names_.Get(open_.name, [this] { return FindName(open_.name); });
   open_.hasHeader = true;
+  RequireOpenBooks();
+}
+
+void TransactionImport::RequireOpenBooks() const {
+  if (open_.day.Compare(closedThrough_) > 0) return;
+  throw InvalidInput("The date " + Quoted(open_.date) + " is not after " + FormatIsoDate(closedThrough_) +
+                     ", through which the books are closed; date it later, or have an administrator open them.");
 }
 
 void TransactionImport::RequireSame(const char* what, CsvReader::Column column, std::string_view first) const {
@@ -176,15 +204,28 @@ void TransactionImport::TakePartner(Line& line) {
     ++open_.requests;
   }
   line.state = state.empty() ? TransactionState::kEntered : ParseOwnTransactionState(state);
+  RequireLeftToTheExchange(line, request);
+}
+
+// What the partner knows of a request its letters tell, and nothing else.
+void TransactionImport::RequireLeftToTheExchange(const Line& line, std::string_view request) {
+  const std::int32_t pairing = livePairings_.Get(line.realm, [&] {
+    const std::optional<Pairing> live = host_.Pairings().FindLiveOf(line.relationId);
+    return live ? live->id : 0;
+  });
+  if (pairing == 0) return;
+  if (line.state != TransactionState::kEntered) {
+    throw InvalidInput("The state " + Quoted(StateName(line.state)) + " is one that the answers of the partner " +
+                       Quoted(line.realm) + " give, with whom this company is paired; leave it empty.");
+  }
+  if (!host_.Inbox().FindOfRelation(line.relationId, request) && !host_.Outbox().Find(pairing, request)) return;
+  throw InvalidInput(RequestText(request, line.realm) + " has come or gone by the exchange; leave it out.");
 }
 
 void TransactionImport::TakeAmount(Line& line) {
   const std::string_view text = rows_[columns_.amount];
-  const std::optional<std::int64_t> amount = ParseAmount(text);
-  if (!amount) {
-    throw InvalidInput("The amount " + Quoted(text) +
-                       " is none; write it as 1,234.50 or -1234.5, up to 99,999,999,999.99.");
-  }
+  const std::optional<std::int64_t> amount = ParseAmount(text, decimals_);
+  if (!amount) throw InvalidInput("The amount " + WhyNoAmount(text, currency_, decimals_) + ".");
   line.amount = *amount;
   line.memo = RequireText("The line memo", rows_[columns_.lineMemo], 0, kMemoLength);
   const std::string_view account = rows_[columns_.account];
@@ -192,8 +233,8 @@ void TransactionImport::TakeAmount(Line& line) {
   const std::optional<std::int64_t> sum = AddAmounts(open_.sum, *amount);
   if (!sum) {
     throw InvalidInput("The amount " + Quoted(text) + " brings the transaction " + Quoted(open_.key) +
-                       " from a sum of " + FormatAmount(open_.sum) + " beyond " +
-                       FormatAmount(std::numeric_limits<std::int64_t>::max()) +
+                       " from a sum of " + FormatAmount(open_.sum, decimals_) + " beyond " +
+                       FormatAmount(std::numeric_limits<std::int64_t>::max(), decimals_) +
                        "; divide it into several transactions.");
   }
   open_.sum = *sum;
@@ -275,8 +316,8 @@ void TransactionImport::RequirePostable() const {
     throw InvalidInput("The transaction " + Quoted(open_.key) + " has one row only; it needs two or more.");
   }
   if (open_.sum != 0) {
-    throw InvalidInput("The amounts of the transaction " + Quoted(open_.key) + " sum to " + FormatAmount(open_.sum) +
-                       "; debits and credits must sum to zero.");
+    throw InvalidInput("The amounts of the transaction " + Quoted(open_.key) + " sum to " +
+                       FormatAmount(open_.sum, decimals_) + "; debits and credits must sum to zero.");
   }
   if (open_.typeNumber == kTxnTypeJournalEntry && open_.lines[open_.lineCount - 1].relationId != 0) {
     throw InvalidInput("The last row of the journal entry " + Quoted(open_.key) +
@@ -286,8 +327,8 @@ void TransactionImport::RequirePostable() const {
 
 void TransactionImport::Book() {
   TransactionTable& transactions = host_.Transactions();
-  const std::int32_t id =
-      transactions.AddHeader({.type = open_.typeNumber, .date = open_.day, .nameId = open_.nameId, .memo = open_.memo});
+  const std::int32_t id = transactions.AddHeader(
+      {.type = open_.typeNumber, .date = open_.day, .nameId = open_.nameId, .memo = open_.memo, .documentNumber = ""});
   if (result_.transactions == 0) result_.transactionIds.first = id;
   result_.transactionIds.last = id;
   ++result_.transactions;
@@ -301,6 +342,16 @@ void TransactionImport::Book() {
   transactions.Post(id);
 }
 
+// What a partner owes is entered here; what is owed to a partner is booked from its request.
+bool TransactionImport::IsOwnRequest(const Line& line) {
+  if (open_.typeNumber != kTxnTypeJournalEntry) return false;
+  return line.accountId == dueFromAccounts_.Get(line.realm, [&] {
+    DBMultiEntityRelation relation{};
+    host_.Relations().FindById(line.relationId, relation);
+    return relation.dueFromAccountId;
+  });
+}
+
 void TransactionImport::BookPartner(std::int32_t txnId, std::int32_t lineId, const Line& line) {
   DBMultiEntityTransaction row{};
   row.txnId = txnId;
@@ -310,17 +361,17 @@ void TransactionImport::BookPartner(std::int32_t txnId, std::int32_t lineId, con
   row.txnType = open_.typeNumber;
   row.state = static_cast<std::int16_t>(line.state);
   host_.Intercompany().Add(row);
+  if (IsOwnRequest(line)) host_.OwnRequests().Add(lineId, std::nullopt);
   ++result_.intercompanyRows;
 }
 
 std::int32_t TransactionImport::FindAccount(std::string_view text) {
-  const std::optional<Account> account = host_.Accounts().FindByFullName(NormalizedFullName("The account name", text));
+  const std::optional<Account> account = host_.Accounts().FindTyped(text);
   if (!account) {
-    throw InvalidInput("There is no account " + Quoted(text) + "; write its full name, or import the account first.");
+    throw InvalidInput("There is no account " + Quoted(text) +
+                       "; write its number or its full name, or import the account first.");
   }
-  if (account->type == KrEnumerations::kNonPosting) {
-    throw InvalidInput("The account " + Quoted(text) + " is a non-posting account and takes no amounts.");
-  }
+  RequireTakesPostings(*account);
   return account->id;
 }
 

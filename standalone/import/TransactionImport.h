@@ -15,6 +15,7 @@
 #include "standalone/import/Faults.h"
 #include "standalone/import/Import.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/Decimals.h"
 #include "standalone/values/States.h"
 #include "standalone/values/Text.h"
 
@@ -46,7 +47,7 @@ class TransactionImport {
   TransactionImport(StandaloneHost& host, const CsvReader& rows, const ImportOptions& options, ImportResult& result,
                     Faults& faults);
 
-  void Begin() { seenKeys_.Begin(); }
+  void Begin();
   // Throws InvalidInput when it cannot be told to which transaction the row belongs.
   void TakeRow();
   // After the last row.
@@ -93,7 +94,9 @@ class TransactionImport {
   void Open(std::string_view key, bool followsLostRow);
   void RefuseApart();
   void TakeIntoOpen();
+  std::optional<std::string> FaultOfHeader();
   void TakeHeader();
+  void RequireOpenBooks() const;
   void RequireSame(const char* what, CsvReader::Column column, std::string_view first) const;
   Line& NewLine();
   void TakePartner(Line& line);
@@ -113,10 +116,12 @@ class TransactionImport {
   void Close();
   void RequirePostable() const;
   void Book();
+  bool IsOwnRequest(const Line& line);
   void BookPartner(std::int32_t txnId, std::int32_t lineId, const Line& line);
 
   std::int32_t FindAccount(std::string_view text);
   std::int32_t FindName(std::string_view text);
+  void RequireLeftToTheExchange(const Line& line, std::string_view request);
   std::int32_t FindRelation(std::string_view realm);
 
   StandaloneHost& host_;
@@ -132,10 +137,15 @@ class TransactionImport {
   };
   const Columns columns_;
 
+  std::string currency_;
+  Decimals decimals_ = kTwoDecimals;  // the company's, as long as the unit of work lasts
   SeenKeys seenKeys_;
   FoundIds accounts_;
   FoundIds names_;
   FoundIds relations_;
+  FoundIds livePairings_;     // by realm; 0 without one
+  FoundIds dueFromAccounts_;  // by realm
+  DateType32 closedThrough_;
   OpenTransaction open_;
   bool rowIsLost_ = false;  // whether it cannot be told to which transaction the row before belongs
 };

@@ -9,28 +9,24 @@
 
 namespace standalone {
 
-namespace {
-
-bool TakesPostings(const AccountFacts& account) {
-  return account.id != 0 && !account.deleted && account.type != KrEnumerations::kNonPosting;
-}
-
-}  // namespace
-
 EdListStatus JournalService::CreateGeneralJournalEntry(CAccnt& first, CAccnt& second, Util::TString amount,
                                                        JournalEntryIds& ids, std::int32_t nameId, Util::TString name) {
   return AsEdListStatus([&] {
     const AccountFacts& credited = accounts_.RecordOf(first.Handle());
     const AccountFacts& debited = accounts_.RecordOf(second.Handle());
     if (!TakesPostings(credited) || !TakesPostings(debited)) return kEdListFailure;
-    const std::optional<std::int64_t> minorUnits = ParseAmount(amount.view());
+    const std::optional<std::int64_t> minorUnits = ParseAmount(amount.view(), settings_.Get().decimals);
     const std::optional<Name> booked = names_.Find(nameId);
     if (!minorUnits || !booked) return kEdListFailure;
     const std::string_view memo = name.empty() ? std::string_view(booked->fullName) : name.view();
     RequireText("The name", memo, 1, kMemoLength);
 
-    const std::int32_t txnId = transactions_.AddHeader(
-        {.type = kTxnTypeJournalEntry, .date = platform::Today(clock_), .nameId = booked->id, .memo = memo});
+    const std::int32_t txnId =
+        transactions_.AddHeader({.type = kTxnTypeJournalEntry,
+                                 .date = wish_.date == NullDate() ? platform::Today(clock_) : wish_.date,
+                                 .nameId = booked->id,
+                                 .memo = wish_.memo ? std::string_view(*wish_.memo) : memo,
+                                 .documentNumber = ""});
     const std::optional<std::int32_t> targetId =
         AddLines(txnId, {.accountId = debited.id, .amount = *minorUnits, .memo = memo},
                  {.accountId = credited.id, .amount = -*minorUnits, .memo = memo});
@@ -51,8 +47,13 @@ EdListStatus JournalService::DeleteGeneralJournalEntry(std::uint32_t txnId) {
 }
 
 EdListStatus JournalService::UpdateMETransaction(std::int32_t txnId, std::int32_t viewType) {
-  return AsEdListStatus(
-      [&] { return transactions_.ConfirmByPartner(txnId, viewType) ? kEdListSuccess : kEdListFailure; });
+  return AsEdListStatus([&] {
+    const std::optional<TransactionHeader> header = transactions_.FindHeader(txnId);
+    if (!header || header->type != viewType) return kEdListFailure;
+    // The row that the partner has just established is written after this.
+    if (intercompany_.CountOpenOf(txnId) <= 1) transactions_.ConfirmByPartner(txnId, viewType);
+    return kEdListSuccess;
+  });
 }
 
 // Enters the two lines as neighbours and posts the entry; returns the id of the first. None when the file refuses it.

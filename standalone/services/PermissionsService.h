@@ -6,11 +6,12 @@
 
 namespace standalone {
 
-// The rights of the selected user as the company file has them now. An administrator may do everything.
+// The rights of the selected user as the company file has them now. An administrator may do everything. Whose number
+// changes is told by the user that is handed in, which outlives this.
 class PermissionsService final : public Permissions {
  public:
-  PermissionsService(Database& database, UserTable& users, std::int32_t userId)
-      : users_(users), userId_(userId), isAdministrator_(database) {}
+  PermissionsService(Database& database, UserTable& users, const User& user)
+      : users_(users), user_(user), isAdministrator_(database) {}
 
   bool CurrentUserIsAdminUser() override;
   bool FeaturePermissionAvailable(ProgramFeature feature, UserAction action, unsigned char option) override;
@@ -19,7 +20,7 @@ class PermissionsService final : public Permissions {
 
  private:
   UserTable& users_;
-  std::int32_t userId_;
+  const User& user_;
   ReadOnce<bool> isAdministrator_;
 };
 

@@ -31,6 +31,7 @@ void Database::Begin(Access access) {
     throw;
   }
   readVersionAtBegin_ = readVersion_;
+  rowsWrittenAtBegin_ = RowsWritten();
 }
 
 void Database::Commit() {
@@ -49,11 +50,11 @@ void Database::Commit() {
   if (HasUnitWritten() && onSaved_) onSaved_();
 }
 
-// A unit that has written nothing ends like any other, and what was read is kept.
+// A unit that has asked for nothing to be written ends like any other, and what was read is kept.
 void Database::TakeBack() {
   NoticeLostUnit();
   if (inUnit_ && IsSpoiled()) ThrowSpoiled();
-  if (inUnit_ && !HasUnitWritten()) {
+  if (inUnit_ && !HasUnitAsked()) {
     Commit();
   } else {
     Rollback();

@@ -106,6 +106,8 @@ class Database {
   // Null when it fails. The SQL outlives what is prepared.
   virtual std::unique_ptr<PreparedStatement> Prepare(const char* sql) = 0;
   virtual Failure WhyFailed() const = 0;
+  // By this connection, whatever became of them; without those of statements that failed.
+  virtual std::int64_t RowsWritten() const noexcept = 0;
   // A number that is another one once another connection has committed something.
   virtual bool ReadOthersVersion(std::int64_t& version) = 0;
   // Asked once others have written; anything but an empty answer is why this connection must not go on.
@@ -115,8 +117,10 @@ class Database {
   void RequireUsable(Writes writes);
   [[noreturn]] void Fail() { Fail(WhyFailed()); }
   bool IsSpoiled() const noexcept { return !spoiled_.reason.empty(); }
-  // The unit that is open or was committed last.
-  bool HasUnitWritten() const noexcept { return access_ == Access::kWrite && readVersion_ != readVersionAtBegin_; }
+  // The unit that is open or was committed last: whether it has asked for anything to be written, and whether anything
+  // was, which is not so when the row was refused or none was met.
+  bool HasUnitAsked() const noexcept { return access_ == Access::kWrite && readVersion_ != readVersionAtBegin_; }
+  bool HasUnitWritten() const noexcept { return HasUnitAsked() && RowsWritten() != rowsWrittenAtBegin_; }
   void Spoil(std::string reason);
   [[noreturn]] void ThrowSpoiled() const;
   void NoticeLostUnit();
@@ -126,6 +130,7 @@ class Database {
   std::vector<UnitBound*> unitBound_;
   std::uint64_t readVersion_ = 0;
   std::uint64_t readVersionAtBegin_ = 0;  // of the unit, where it may write
+  std::int64_t rowsWrittenAtBegin_ = 0;   // likewise
   std::uint64_t listsVersion_ = 0;
   std::int64_t othersVersion_ = 0;
   bool hasNoticedOthers_ = false;  // in the open unit, which nothing has spoiled since

@@ -11,8 +11,8 @@
 
 namespace standalone {
 
-// The rows of a running statement; the statement is ready to run again when this goes out of scope. Texts are valid
-// until the next step.
+// The rows of a running statement; the statement is ready to run again when this goes out of scope. Texts and
+// bytes are valid until the next step.
 class Rows {
  public:
   Rows(Database& database, PreparedStatement& statement) noexcept : database_(database), statement_(&statement) {}
@@ -36,6 +36,7 @@ class Rows {
   std::int16_t Int16(int column) const { return static_cast<std::int16_t>(Int64(column)); }
   bool Bool(int column) const { return Int64(column) != 0; }
   std::string_view Text(int column) const { return statement_->Text(column); }
+  std::string_view Bytes(int column) const { return statement_->Bytes(column); }
 
  private:
   Database& database_;
@@ -76,6 +77,7 @@ class Statement {
   bool Bind(int parameter, std::uint32_t value) { return prepared_->Bind(parameter, std::int64_t{value}); }
   bool Bind(int parameter, bool value) { return prepared_->Bind(parameter, std::int64_t{value}); }
   bool Bind(int parameter, std::string_view value) { return prepared_->Bind(parameter, value); }
+  bool Bind(int parameter, Blob value) { return prepared_->Bind(parameter, value); }
   bool Bind(int parameter, std::nullptr_t) { return prepared_->BindNull(parameter); }
   void Require(bool isBound) {
     if (!isBound) database_.Fail();

@@ -3,8 +3,11 @@
 #include <array>
 #include <charconv>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "standalone/values/Errors.h"
+#include "standalone/values/Suggestions.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -27,6 +30,13 @@ constexpr std::array<const char*, 16> kTypeNames{"Bank",
                                                  "Other Income",
                                                  "Other Expense",
                                                  "Non-Posting"};
+
+// Others call some types otherwise.
+std::string SuggestedType(std::string_view typed, const std::vector<std::string>& known) {
+  if (EqualIgnoringCase(typed, "cheque")) return DidYouMean("check", known);
+  if (EqualIgnoringCase(typed, "entry")) return DidYouMean("journal", known);
+  return DidYouMean(typed, known);
+}
 
 }  // namespace
 
@@ -90,7 +100,8 @@ std::int16_t ParseTransactionType(std::string_view text) {
   if (EqualIgnoringCase(text, "check")) return kTxnTypeCheck;
   if (EqualIgnoringCase(text, "journal")) return kTxnTypeJournalEntry;
   if (EqualIgnoringCase(text, "bill")) return kTxnTypeBill;
-  throw InvalidInput("The transaction type " + Quoted(text) + " is not known; the types are bill, check and journal.");
+  throw InvalidInput("The transaction type " + Quoted(text) + " is not known; the types are bill, check and journal." +
+                     SuggestedType(text, {"bill", "check", "journal"}));
 }
 
 RejectableType ParseRejectableType(std::string_view text) {
@@ -98,7 +109,9 @@ RejectableType ParseRejectableType(std::string_view text) {
     const auto number = static_cast<std::int16_t>(type);
     if (text == TransactionTypeName(number) || text == std::to_string(number)) return type;
   }
-  throw InvalidInput("type " + Quoted(text) + " is not acceptable; partners reject a bill or a check");
+  const std::string suggested = SuggestedType(text, {"bill", "check"});
+  throw InvalidInput("type " + Quoted(text) + " is not acceptable; partners reject a bill or a check" +
+                     (suggested.empty() ? suggested : '.' + suggested));
 }
 
 }  // namespace standalone

@@ -8,7 +8,6 @@ namespace standalone {
 namespace {
 
 constexpr std::size_t kGroup = 3;
-constexpr std::size_t kDecimals = 2;
 
 bool IsDigit(char character) {
   return character >= '0' && character <= '9';
@@ -27,33 +26,61 @@ bool IsWholePart(std::string_view text) {
   return true;
 }
 
-bool IsDecimals(std::string_view text) {
-  return (text.size() == 1 || text.size() == 2) && std::all_of(text.begin(), text.end(), IsDigit);
+bool AreDecimals(std::string_view text, Decimals most) {
+  return !text.empty() && text.size() <= most.Count() && std::all_of(text.begin(), text.end(), IsDigit);
+}
+
+struct Parts {
+  bool isNegative = false;
+  std::int64_t whole = 0;
+  std::string_view decimals;  // as they are written
+};
+
+// None when the whole part alone is beyond what a line carries.
+std::optional<std::int64_t> WholeOf(std::string_view text) {
+  if (!IsWholePart(text)) return std::nullopt;
+  std::int64_t whole = 0;
+  for (const char digit : text) {
+    if (digit == ',') continue;
+    whole = whole * 10 + (digit - '0');
+    if (whole > kLargestAmount) return std::nullopt;
+  }
+  return whole;
+}
+
+std::optional<Parts> PartsOf(std::string_view text, Decimals most) {
+  Parts parts{.isNegative = text.starts_with('-'), .whole = 0, .decimals = {}};
+  if (parts.isNegative || text.starts_with('+')) text.remove_prefix(1);
+  const std::size_t point = text.find('.');
+  if (point != std::string_view::npos) {
+    parts.decimals = text.substr(point + 1);
+    if (!AreDecimals(parts.decimals, most)) return std::nullopt;
+  }
+  const std::optional<std::int64_t> whole = WholeOf(text.substr(0, point));
+  if (!whole) return std::nullopt;
+  parts.whole = *whole;
+  return parts;
 }
 
 }  // namespace
 
-std::optional<std::int64_t> ParseAmount(std::string_view text) noexcept {
-  const bool isNegative = text.starts_with('-');
-  if (isNegative || text.starts_with('+')) text.remove_prefix(1);
-
-  const std::size_t point = text.find('.');
-  const std::string_view whole = text.substr(0, point);
-  if (!IsWholePart(whole)) return std::nullopt;
-  const std::string_view decimals = point == std::string_view::npos ? "0" : text.substr(point + 1);
-  if (!IsDecimals(decimals)) return std::nullopt;
-
-  std::int64_t amount = 0;
-  for (const char digit : whole) {
-    if (digit == ',') continue;
-    amount = amount * 10 + (digit - '0');
-    if (amount > kLargestAmount) return std::nullopt;
-  }
-  const std::int64_t tenths = decimals[0] - '0';
-  const std::int64_t hundredths = decimals.size() == 2 ? decimals[1] - '0' : 0;
-  amount = amount * 100 + tenths * 10 + hundredths;
+std::optional<std::int64_t> ParseAmount(std::string_view text, Decimals decimals) noexcept {
+  const std::optional<Parts> parts = PartsOf(text, decimals);
+  if (!parts) return std::nullopt;
+  std::int64_t amount = parts->whole;
+  for (const char digit : parts->decimals) amount = amount * 10 + (digit - '0');
+  for (std::size_t count = parts->decimals.size(); count < decimals.Count(); ++count) amount *= 10;
   if (amount > kLargestAmount) return std::nullopt;
-  return isNegative ? -amount : amount;
+  return parts->isNegative ? -amount : amount;
+}
+
+bool HasAmountForm(std::string_view text) noexcept {
+  return PartsOf(text, Decimals(Decimals::kMost)).has_value();
+}
+
+std::size_t WrittenDecimals(std::string_view amount) noexcept {
+  const std::size_t point = amount.find('.');
+  return point == std::string_view::npos ? 0 : amount.size() - point - 1;
 }
 
 std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) noexcept {
@@ -62,13 +89,15 @@ std::optional<std::int64_t> AddAmounts(std::int64_t left, std::int64_t right) no
   return fits ? std::optional(left + right) : std::nullopt;
 }
 
-std::string FormatAmount(std::int64_t minorUnits) {
+std::string FormatAmount(std::int64_t minorUnits, Decimals decimals) {
   const bool isNegative = minorUnits < 0;
   const auto bits = static_cast<std::uint64_t>(minorUnits);
+  const std::size_t count = decimals.Count();
   std::string text = std::to_string(isNegative ? 0U - bits : bits);
-  if (text.size() <= kDecimals) text.insert(0, kDecimals + 1 - text.size(), '0');
-  text.insert(text.size() - kDecimals, 1, '.');
-  for (std::size_t at = text.size() - kDecimals - 1; at > kGroup; at -= kGroup) text.insert(at - kGroup, 1, ',');
+  if (text.size() <= count) text.insert(0, count + 1 - text.size(), '0');
+  const std::size_t whole = text.size() - count;
+  if (count != 0) text.insert(whole, 1, '.');
+  for (std::size_t at = whole; at > kGroup; at -= kGroup) text.insert(at - kGroup, 1, ',');
   if (isNegative) text.insert(0, 1, '-');
   return text;
 }

@@ -1,6 +1,7 @@
 #include "standalone/values/Characters.h"
 
 #include <algorithm>
+#include <array>
 
 namespace standalone {
 
@@ -69,6 +70,17 @@ bool IsPrintableAscii(std::string_view text) noexcept {
     odd |= static_cast<unsigned char>((byte < 0x20) | (byte > 0x7E));
   }
   return odd == 0;
+}
+
+void AppendCharacter(std::string& out, char32_t number) {
+  constexpr unsigned kBitsOfAContinuation = 6;
+  constexpr std::array<char32_t, 3> kBeyond{0x80, 0x800, 0x10000};  // what one, two and three bytes have room for
+  const auto continuations = static_cast<unsigned>(std::ranges::upper_bound(kBeyond, number) - kBeyond.begin());
+  constexpr std::array<unsigned, 4> kLeads{0x00, 0xC0, 0xE0, 0xF0};
+  out += static_cast<char>(kLeads.at(continuations) | number >> (continuations * kBitsOfAContinuation));
+  for (unsigned left = continuations; left-- > 0;) {
+    out += static_cast<char>(0x80U | (number >> (left * kBitsOfAContinuation) & 0x3FU));
+  }
 }
 
 void AppendBytesInHex(std::string& out, std::string_view bytes) {

@@ -28,6 +28,9 @@ Character FirstCharacter(std::string_view text) noexcept;
 // Whether the text is printable ASCII, all of which is plain; quicker than looking at each character.
 bool IsPrintableAscii(std::string_view text) noexcept;
 
+// In UTF-8.
+void AppendCharacter(std::string& out, char32_t number);
+
 // Each byte as \xNN.
 void AppendBytesInHex(std::string& out, std::string_view bytes);
 

@@ -28,5 +28,11 @@ using RequestId = CheckedText<RequireRequestId>;
 using PartnerName = CheckedText<RequirePartnerName>;
 // The partner's own id of a transaction, 1 to 36 bytes.
 using PartnerTxnId = CheckedText<RequirePartnerTxnId>;
+// What a person says of a transaction or a line, 0 to 4000 bytes, without blanks at its ends.
+using Memo = CheckedText<RequireMemo>;
+// What the paper of a transaction calls it, 0 to 100 bytes, without blanks at its ends.
+using DocumentNumber = CheckedText<RequireDocumentNumber>;
+// Where the paper is, 1 to 4000 bytes.
+using Attachment = CheckedText<RequireAttachment>;
 
 }  // namespace standalone

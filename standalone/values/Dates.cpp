@@ -87,4 +87,10 @@ std::string FormatUtc(std::chrono::sys_time<std::chrono::milliseconds> moment) {
   return FormatDayAndTime(time, 'T') + "Z";
 }
 
+DateType32 DayAfter(DateType32 date) {
+  const std::chrono::year_month_day next(date.Days() + std::chrono::days(1));
+  return {static_cast<int>(next.year()), static_cast<int>(static_cast<unsigned>(next.month())),
+          static_cast<int>(static_cast<unsigned>(next.day()))};
+}
+
 }  // namespace standalone

@@ -14,6 +14,8 @@ DateType32 ParseDate(std::string_view what, std::string_view text);
 // YYYY-MM-DD; empty for the null date.
 std::string FormatIsoDate(DateType32 date);
 
+DateType32 DayAfter(DateType32 date);
+
 // A time of a day.
 struct DayAndTime {
   DateType32 day;

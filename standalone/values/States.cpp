@@ -4,9 +4,12 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "standalone/values/Errors.h"
+#include "standalone/values/Suggestions.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -69,10 +72,23 @@ std::optional<TransactionState> ReadTransactionState(std::string_view text) {
   return NumberedState<TransactionState>(text);
 }
 
+// Behind what a state may be.
+template <typename State, std::size_t kSize>
+std::string SuggestionFrom(const std::array<Name<State>, kSize>& names, std::string_view typed) {
+  std::vector<std::string> known;
+  for (const Name<State>& name : names) known.emplace_back(name.first);
+  return DidYouMean(typed, known);
+}
+
+std::string AfterAPoint(const std::string& suggestion) {
+  return suggestion.empty() ? suggestion : '.' + suggestion;
+}
+
 [[noreturn]] void ThrowNoRelationState(std::string_view text) {
   throw InvalidInput("state " + Quoted(text) +
                      " is not acceptable; give pending, established, without-accounts or deactivated, or a number from "
-                     "-32768 to 32767 other than 6");
+                     "-32768 to 32767 other than 6" +
+                     AfterAPoint(SuggestionFrom(kRelationStates, text)));
 }
 
 using enum TransactionState;
@@ -155,7 +171,8 @@ TransactionState ParseTransactionState(std::string_view text) {
   if (const std::optional<TransactionState> state = ReadTransactionState(text)) return *state;
   throw InvalidInput("state " + Quoted(text) +
                      " is not acceptable; give entered, sent, came-back, established, rejected or closed, or a number "
-                     "from -32768 to 32767");
+                     "from -32768 to 32767" +
+                     AfterAPoint(SuggestionFrom(kTransactionStates, text)));
 }
 
 TransactionState ParseOwnTransactionState(std::string_view text) {
@@ -164,7 +181,8 @@ TransactionState ParseOwnTransactionState(std::string_view text) {
     if (isNamed && *state != kRejected) return *state;
   }
   throw InvalidInput("The state " + Quoted(text) +
-                     " is not acceptable; give entered (0), sent (1), came-back (2), established (3) or closed (5).");
+                     " is not acceptable; give entered (0), sent (1), came-back (2), established (3) or closed (5)." +
+                     SuggestionFrom(kTransactionStates, text));
 }
 
 std::span<const TransactionState> MovesFrom(BookedState state) noexcept {

@@ -6,6 +6,7 @@
 
 #include "MultiEntityHost/MultiEntityRows.h"
 #include "standalone/values/Characters.h"
+#include "standalone/values/Counted.h"
 #include "standalone/values/Errors.h"
 
 namespace standalone {
@@ -31,6 +32,15 @@ std::string NameOf(const Character& odd) {
                                                                  : "the direction mark U+";
   AppendNumberInHex(name, odd.number);
   return name;
+}
+
+// Who types other letters than those of ASCII sees fewer of them than they take.
+std::string LengthOf(std::string_view text) {
+  std::string length = std::to_string(text.size()) + " bytes";
+  if (IsPrintableAscii(text)) return length;
+  std::size_t characters = 0;
+  for (std::string_view left = text; !left.empty(); left.remove_prefix(FirstCharacter(left).length)) ++characters;
+  return length + " in " + std::to_string(characters) + " characters";
 }
 
 char Lower(char character) {
@@ -72,9 +82,11 @@ std::string_view RequireText(std::string_view what, std::string_view text, std::
     throw InvalidInput(std::string(what) + " " + Quoted(text) + " " + reason + ".");
   };
   if (text.size() < least && text.empty()) throw InvalidInput(std::string(what) + " is empty; it needs a text.");
-  if (text.size() < least) refuse("is too short; it needs " + std::to_string(least) + " characters or more");
+  if (text.size() < least) {
+    refuse("is too short with " + LengthOf(text) + "; " + std::to_string(least) + " bytes are the least");
+  }
   if (text.size() > most) {
-    refuse("is too long with " + std::to_string(text.size()) + " bytes; " + std::to_string(most) + " are the most");
+    refuse("is too long with " + LengthOf(text) + "; " + std::to_string(most) + " bytes are the most");
   }
   if (!IsUtf8(text)) refuse("is not UTF-8; save it in that encoding");
   if (const std::optional<Character> odd = FirstOdd(text)) refuse("holds " + NameOf(*odd) + "; leave it out");
@@ -95,6 +107,18 @@ std::string_view RequirePartnerName(std::string_view text) {
 
 std::string_view RequirePartnerTxnId(std::string_view text) {
   return RequireText("The partner's transaction id", text, 1, kPartnerTxnIdLength);
+}
+
+std::string_view RequireMemo(std::string_view text) {
+  return RequireText("The memo", Trimmed(text), 0, kMemoLength);
+}
+
+std::string_view RequireDocumentNumber(std::string_view text) {
+  return RequireText("The document number", Trimmed(text), 0, kDocumentNumberLength);
+}
+
+std::string_view RequireAttachment(std::string_view text) {
+  return RequireText("The attachment", text, 1, kAttachmentLength);
 }
 
 std::string_view Trimmed(std::string_view text) noexcept {
@@ -135,6 +159,10 @@ std::string PathText(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+std::filesystem::path PathOfText(std::string_view text) {
+  return {std::u8string(text.begin(), text.end())};
+}
+
 std::filesystem::path WithSuffix(std::filesystem::path path, std::string_view suffix) {
   path += suffix;
   return path;
@@ -151,6 +179,11 @@ std::optional<std::int32_t> ParseRecordNumber(std::string_view text) noexcept {
   if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
   if (number < 1 || number > kLargestRecordNumber) return std::nullopt;
   return number;
+}
+
+std::optional<std::int32_t> ParseMarkedRecordNumber(std::string_view text) noexcept {
+  if (!text.starts_with('#')) return std::nullopt;
+  return ParseRecordNumber(text.substr(1));
 }
 
 bool ParseYesNo(std::string_view what, std::string_view text) {

@@ -27,7 +27,7 @@ TEST_F(Books, TheWholeChartOfAccountsIsListedDeletedAccountsIncluded) {
 TEST_F(Books, AccountsAreAlignedInColumnsForPeople) {
   const Outcome outcome = Run({"accounts", kFile, "--type", "Bank"});
 
-  EXPECT_EQ(outcome.out, "Id  Account\n--  --------\n 1  Checking\n");
+  EXPECT_EQ(outcome.out, "Id  Number  Account\n--  ------  --------\n 1          Checking\n");
 }
 
 TEST_F(Books, AccountsOfATypeAreListedWithoutTheDeletedOnes) {

@@ -56,7 +56,7 @@ TEST_F(Books, AnImportFromStandardInputIsTaken) {
   const Outcome outcome = program.End();
 
   EXPECT_EQ(outcome.exitCode, 0);
-  EXPECT_THAT(outcome.out, HasSubstr("Imported 1 names from standard input."));
+  EXPECT_THAT(outcome.out, HasSubstr("Imported 1 name from standard input."));
   EXPECT_THAT(Run({"names", kFile}).out, HasSubstr("Elm Freight"));
 }
 

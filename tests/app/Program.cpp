@@ -2,10 +2,13 @@
 #include "app/Program.h"
 
 #include <fcntl.h>
+#include <pty.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -117,6 +120,10 @@ Outcome RunProgram(const std::filesystem::path& directory, const std::vector<std
   return RunAndRead(directory, Joined({ProgramUnderTest()}, arguments));
 }
 
+Outcome RunOtherProgram(const std::filesystem::path& directory, const std::vector<std::string>& words) {
+  return RunAndRead(directory, Joined({"/usr/bin/env", "LC_ALL=C.UTF-8"}, words));
+}
+
 Outcome RunNextProgram(const std::filesystem::path& directory, const std::vector<std::string>& arguments) {
   return RunAndRead(directory, Joined(NextProgram(), arguments));
 }
@@ -182,6 +189,32 @@ Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const 
   const int exitCode = Spawn(redirections, Joined({ProgramUnderTest()}, arguments));
   close(ends[1]);
   return {exitCode, {}, ContentsOf(errors)};
+}
+
+Outcome RunProgramAtATerminal(unsigned short cells, const std::filesystem::path& directory,
+                              const std::vector<std::string>& arguments) {
+  const std::filesystem::path errors = directory / "standard-error";
+  const winsize size{.ws_row = 24, .ws_col = cells, .ws_xpixel = 0, .ws_ypixel = 0};
+  int ours = -1;
+  int its = -1;
+  if (openpty(&ours, &its, nullptr, nullptr, &size) != 0) {
+    throw std::system_error(errno, std::generic_category(), "openpty");
+  }
+  Redirections redirections;
+  redirections.ToDescriptor(STDOUT_FILENO, its);
+  redirections.ToFile(STDERR_FILENO, errors);
+  redirections.InDirectory(directory);
+  const int exitCode = Spawn(redirections, Joined({ProgramUnderTest()}, arguments));
+  close(its);
+  // What a short output fills is read once nobody has the other end open any more.
+  std::string out;
+  std::array<char, 4096> part{};
+  for (ssize_t count = read(ours, part.data(), part.size()); count > 0; count = read(ours, part.data(), part.size())) {
+    out.append(part.data(), static_cast<std::size_t>(count));
+  }
+  close(ours);
+  std::erase(out, '\r');
+  return {exitCode, out, ContentsOf(errors)};
 }
 
 Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,

@@ -61,6 +61,10 @@ Outcome RunProgramInto(const std::filesystem::path& output, const std::filesyste
 // Runs it with its standard output going to a pipe that nobody reads any more.
 Outcome RunProgramIntoAClosedPipe(const std::filesystem::path& directory, const std::vector<std::string>& arguments);
 
+// Runs it with its standard output going to a terminal of so many cells.
+Outcome RunProgramAtATerminal(unsigned short cells, const std::filesystem::path& directory,
+                              const std::vector<std::string>& arguments);
+
 // Runs it where no file may grow beyond this many blocks of 512 bytes, as on a disk that is full.
 Outcome RunProgramOnAFullDisk(int blocks, const std::filesystem::path& directory,
                               const std::vector<std::string>& arguments);
@@ -75,6 +79,9 @@ bool MayRunWithoutRights();
 Outcome RunProgramOnASmallDisk(const std::filesystem::path& directory, const std::string& file,
                                const std::vector<std::string>& arguments);
 bool MayMountASmallDisk();
+
+// Runs a program of others, of this system, that is found by its name and reads and writes UTF-8.
+Outcome RunOtherProgram(const std::filesystem::path& directory, const std::vector<std::string>& words);
 
 std::string ContentsOf(const std::filesystem::path& file);
 void Write(const std::filesystem::path& file, std::string_view text);

@@ -11,7 +11,7 @@ TEST_F(Books, ANewFileRemembersNoRealmAndIsGivenNoneByLooking) {
 }
 
 TEST_F(Books, ARealmThatWasSetIsRemembered) {
-  EXPECT_EQ(Answer({"realm", "set", kFile, "--realm", "9130"}), Json::parse(R"({"remembered":"9130"})"));
+  EXPECT_EQ(Answer({"realm", "set", kFile, "--realm", "9130"}), Json::parse(R"({"remembered":"9130","changed":true})"));
 
   EXPECT_EQ(Run({"realm", "show", kFile}).out, "The company file remembers the realm id 9130.\n");
 }
@@ -31,6 +31,39 @@ TEST_F(Books, ARealmOfTwentyCharactersIsNotRemembered) {
 
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_THAT(outcome.err, AllOf(HasSubstr("12345678901234567890"), HasSubstr("19")));
+}
+
+TEST_F(Books, TheRealmOfAPartnerIsNotTakenForTheCompanysOwn) {
+  RelateBirch();
+
+  const Outcome outcome = Run({"realm", "set", kFile, "--realm", "1001"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(
+      outcome.err,
+      "multientity: the realm \"1001\" is that of the partner \"Birch Services Company\", not this company's own\n"
+      "  give this company's own realm id; those of its partners are shown by: multientity relation list FILE\n");
+  EXPECT_EQ(Answer({"realm", "show", kFile}).at("remembered"), nullptr);
+}
+
+TEST_F(Books, TheFirstCheckTakesNoPartnersRealmForTheCompanysOwn) {
+  RelateBirch();
+
+  const Json error = ErrorOf({"realm", "check", kFile, "--realm", "1001"});
+
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("status"), nullptr);
+  EXPECT_EQ(error.at("remedy"), "name-the-companys-realm");
+  EXPECT_EQ(Answer({"realm", "show", kFile}).at("remembered"), nullptr);
+}
+
+TEST_F(Books, WithTheCheckSwitchedOffAPartnersRealmMayGoOnAsNoneIsRemembered) {
+  RelateBirch();
+  WriteFile("alder.company.remote.toml", "[values.MultiEntity]\nCheckForRealmReset = \"0\"\n");
+
+  EXPECT_EQ(Run({"realm", "check", kFile, "--realm", "1001"}).exitCode, 0);
+
+  EXPECT_EQ(Answer({"realm", "show", kFile}).at("remembered"), nullptr);
 }
 
 TEST_F(Books, TheFirstCheckHasTheFileRememberTheRealm) {

@@ -137,6 +137,29 @@ TEST_F(Books, ADueFromAccountThatIsNoAssetIsTakenWhenThePersonSaysSo) {
   Done(With(create, {"--any-account"}));
 }
 
+TEST_F(Books, APartnerIsCalledByNameWhereverOneIsGiven) {
+  RelateBirch();
+  ImportMarch();
+  const std::string birch = "birch services company";
+
+  EXPECT_EQ(Answer({"relation", "show", kFile, "--partner", birch}).at("relation").at("realm"), "1001");
+  EXPECT_EQ(Answer({"transactions", kFile, "--partner", birch}).at("transactions").size(), 3U);
+  EXPECT_EQ(Answer({"transaction", "exists", kFile, "--partner", birch, "--request", "request-bill"}).at("realm"),
+            "1001");
+  EXPECT_EQ(Answer({"relation", "update", kFile, "--partner", birch, "--state", "deactivated"}).at("realm"), "1001");
+}
+
+TEST_F(Books, ANewRelationNeedsTheRealmIdBesideTheName) {
+  EXPECT_THAT(Run({"relation", "create", kFile, "--partner", "Birch Services Company"}).err, HasSubstr("--realm"));
+}
+
+TEST_F(Books, RelationsInOneStateAreListedOnRequest) {
+  RelateBirch();
+
+  EXPECT_EQ(Answer({"relation", "list", kFile, "--state", "established"}).at("relations").size(), 1U);
+  EXPECT_EQ(Answer({"relation", "list", kFile, "--state", "pending"}).at("relations"), Json::array());
+}
+
 TEST_F(Books, ADueToAccountThatIsNoLiabilityIsTakenWhenThePersonSaysSo) {
   Done(kCreateCedar);
   const std::vector<std::string> update = {"relation",   "update",         kFile,      "--realm", "1002",
@@ -192,10 +215,14 @@ TEST_F(Books, AnUpdateChangesTheAccountsAndKeepsTheState) {
   EXPECT_EQ(relation.at("state"), "state 2");
 }
 
-TEST_F(Books, AnUpdateWithOneAccountIsInvalidData) {
+TEST_F(Books, AnUpdateWithOneAccountIsToldThatItNeedsBoth) {
   Done(kCreateCedar);
 
-  EXPECT_EQ(ErrorOf({"relation", "update", kFile, "--realm", "1002", "--due-from", "Checking"}).at("status"), 12);
+  const Json error = ErrorOf({"relation", "update", kFile, "--realm", "1002", "--due-from", "Checking"});
+
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("status"), nullptr);
+  EXPECT_EQ(error.at("remedy"), "give-both-accounts");
 }
 
 TEST_F(Books, AnUpdateWithAccountsOfAnotherRelationIsRefused) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "app/Books.h"
 
 using testing::ElementsAre;
@@ -61,6 +63,83 @@ TEST_F(March, ABillIsListedWithItsAccountNameAmountAndDate) {
 TEST_F(March, AmountsAreAlignedAtTheirRightForPeople) {
   EXPECT_THAT(Run({"transactions", kFile, "--to", "2024-03-15"}).out,
               testing::AllOf(HasSubstr("     40.00  USD  sent"), HasSubstr("  1,250.00  USD  established")));
+}
+
+TEST_F(March, TheListFitsTheTerminalAndSaysWhatItLeavesOut) {
+  if (IsWindowsProgram()) GTEST_SKIP() << "an emulated program has no console here";
+
+  const Outcome outcome = RunProgramAtATerminal(80, In("."), {"transactions", kFile, "--to", "2024-03-01"});
+
+  EXPECT_EQ(outcome.out,
+            "Date        Type  Txn  Partner      Name         Account      Amount  Cur  State\n"
+            "----------  ----  ---  -----------  -----------  -----------  ------  ---  -----\n"
+            "2024-03-01  bill    1  Birch Serv\u2026  Northern P\u2026  Due from B\u2026   40.00  USD  sent\n"
+            "----------  ----  ---  -----------  -----------  -----------  ------  ---  -----\n"
+            "Total                                                          40.00  USD\n"
+            "(--wide shows also: Line, Liability account, Request)\n");
+}
+
+TEST_F(March, TheListIsWholeAtANarrowTerminalWhenItIsAskedForSo) {
+  if (IsWindowsProgram()) GTEST_SKIP() << "an emulated program has no console here";
+
+  const Outcome outcome = RunProgramAtATerminal(80, In("."), {"transactions", kFile, "--wide"});
+
+  EXPECT_EQ(outcome.out, Run({"transactions", kFile}).out);
+}
+
+TEST_F(March, LinesAreListedByDateWhateverWasEnteredFirst) {
+  WriteFile("earlier.csv",
+            "transaction,type,date,name,memo,account,amount,partner_realm,request_id\n"
+            "B2,bill,2024-02-01,Northern Power,,Payables,-1.00,,\n"
+            "B2,bill,,,,Due from Birch,1.00,1001,earlier\n"
+            "C2,check,2024-03-01,Northern Power,,Checking,-2.00,,\n"
+            "C2,check,,,,Due from Birch,2.00,1001,same-day\n");
+  Done({"import", "transactions", kFile, "earlier.csv"});
+
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile})),
+              ElementsAre("earlier", "request-bill", "same-day", "request-check", "request-journal"));
+}
+
+TEST_F(March, ASpreadsheetGetsEveryColumnByTheNameThatItHasForPrograms) {
+  const Outcome outcome = Run({"transactions", kFile, "--to", "2024-03-01", "--csv"});
+
+  EXPECT_EQ(outcome.out,
+            "transaction,line,type,typeNumber,date,realm,partner,name.id,name.name,memo,account.id,account.name,"
+            "otherAccount.id,otherAccount.name,amount,currency,state,stateNumber,ofBefore,requestId\n"
+            "1,3,bill,9,2024-03-01,1001,Birch Services Company,1,Northern Power,," +
+                std::to_string(AccountId("Due from Birch")) +
+                ",Due from Birch,,,40.00,USD,sent,1,false,request-bill\n");
+}
+
+TEST_F(March, ASpreadsheetGetsTheHeaderOfAnEmptyListToo) {
+  const Outcome outcome = Run({"transactions", kFile, "--to", "1999-01-01", "--csv"});
+
+  EXPECT_THAT(outcome.out, testing::StartsWith("transaction,line,type,"));
+  EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 1);
+}
+
+TEST_F(March, ASpreadsheetAndAProgramCannotBothGetTheList) {
+  EXPECT_EQ(Run({"transactions", kFile, "--csv", "--json"}).exitCode, 2);
+}
+
+TEST_F(March, WhatAUserMayNotSeeIsSaidBesideASpreadsheet) {
+  Done({"users", "add", kFile, "Robin", "--right", "checks:view"});
+
+  const Outcome outcome = Run({"transactions", kFile, "--user", "Robin", "--csv"});
+
+  EXPECT_EQ(outcome.err, "note: You may not see bills and journal entries.\n");
+}
+
+TEST_F(March, TheListMayBeNarrowedDown) {
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile, "--type", "journal"})), ElementsAre("request-journal"));
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile, "--state", "established", "--account", "Due from Birch"})),
+              ElementsAre("request-check"));
+  EXPECT_THAT(RequestsIn(Answer({"transactions", kFile, "--request", "request-bill"})), ElementsAre("request-bill"));
+}
+
+TEST_F(March, WhatIsNoStateAndNoTypeIsNamed) {
+  EXPECT_THAT(Run({"transactions", kFile, "--state", "lost"}).err, HasSubstr("lost"));
+  EXPECT_THAT(Run({"transactions", kFile, "--type", "invoice"}).err, HasSubstr("invoice"));
 }
 
 TEST_F(March, OneTransactionIsListedByItsId) {

@@ -111,6 +111,22 @@ TEST_F(TheAuditTrail, CarriesTheSha256OfTheNetstringsOfTheLineBefore) {
                            "60:[{\"field\":\"state\",\"before\":\"pending\",\"after\":\"established\"}],"));
 }
 
+TEST_F(TheAuditTrail, WritesChangesAsJsonThatAnyProgramReads) {
+  AuditDeed deed = Deed("settings.change");
+  deed.changes = {{.field = "memo", .before = {}, .after = "5\" pipe, \\ and \x7F"},
+                  {.field = "na\tme", .before = "Söm", .after = "line\nbreak \x01"},
+                  {.field = "", .before = "", .after = {}},
+                  {.field = "\xE2\x80", .before = {}, .after = {}}};
+
+  Append(By("Anna"), deed);
+
+  EXPECT_EQ(FileOf(host_).QueryText("SELECT changes FROM audit WHERE id = 2"),
+            "[{\"field\":\"memo\",\"after\":\"5\\\" pipe, \\\\ and \x7F\"},"
+            "{\"field\":\"na\\tme\",\"before\":\"Söm\",\"after\":\"line\\nbreak \\u0001\"},"
+            "{\"field\":\"\",\"before\":\"\"},"
+            "{\"field\":\"\xEF\xBF\xBD\"}]");
+}
+
 TEST_F(TheAuditTrail, RefusesEveryChangeButAnotherLineAtItsEnd) {
   Append(By("Anna"), Deed("journal.record"));
 

@@ -50,8 +50,8 @@ class LinesReadAhead : public CompanyFixture {
 
   // Books a transaction of two lines with a row for the first one, whose id it returns.
   std::int32_t Book(std::int16_t type, std::int64_t amount, const char* memo) {
-    const std::int32_t txnId =
-        host_.Transactions().AddHeader({.type = type, .date = {2025, 6, 30}, .nameId = 0, .memo = ""});
+    const std::int32_t txnId = host_.Transactions().AddHeader(
+        {.type = type, .date = {2025, 6, 30}, .nameId = 0, .memo = "", .documentNumber = ""});
     const std::int32_t line = host_.Transactions().AddLine(txnId, {rent_, amount, memo});
     host_.Transactions().AddLine(txnId, {dueTo_, -amount, "Settlement"});
     host_.Transactions().Post(txnId);
@@ -535,7 +535,8 @@ TEST_F(ListsReadOnce, AreNotReadAgainBecauseOfABooking) {
   host_.Request(Access::kWrite, [&] {
     ASSERT_TRUE(host_.Services().permissions.CurrentUserIsAdminUser());
     ASSERT_EQ(NameOf(name), "Region");
-    host_.Transactions().AddHeader({.type = kTxnTypeBill, .date = DateType32(2024, 3, 1), .nameId = name, .memo = ""});
+    host_.Transactions().AddHeader(
+        {.type = kTxnTypeBill, .date = DateType32(2024, 3, 1), .nameId = name, .memo = "", .documentNumber = ""});
 
     const int statements = CountStatements(host_, [&] {
       EXPECT_TRUE(host_.Services().permissions.CurrentUserIsAdminUser());

@@ -38,6 +38,10 @@ class KnownRequests : public CompanyFixture {
   }
   auto Booked(std::string_view request) { return host_.Intercompany().FindRequestButForBlanks(birch_, request); }
   auto Rejected(std::string_view request) { return host_.Rejected().FindButForBlanks(birch_, request); }
+  auto BookedInOtherLetters(std::string_view request) {
+    return host_.Intercompany().FindRequestButForCase(birch_, request);
+  }
+  auto RejectedInOtherLetters(std::string_view request) { return host_.Rejected().FindButForCase(birch_, request); }
 
   StandaloneHost host_{path_};
   UnitOfWork unit_{host_.Data(), Access::kWrite};
@@ -79,9 +83,34 @@ TEST_F(KnownRequests, AreOthersWhenTheyDifferByMoreThanBlanksAtTheirEnds) {
   }
 }
 
+TEST_F(KnownRequests, AreFoundWhateverTheCaseOfTheLettersThatAreTyped) {
+  for (const char* const known : {"0193b38b-fb4c", "0193B38B-FB4D", "inv-7a", "r\u00e9f-1"}) {
+    Carry(birch_, known);
+    Reject(birch_, known);
+  }
+
+  for (const auto& [request, known] : {std::pair{"0193B38B-FB4C", "0193b38b-fb4c"},
+                                       {"0193b38B-Fb4c", "0193b38b-fb4c"},
+                                       {"0193b38b-fb4d", "0193B38B-FB4D"},
+                                       {"INV-7A", "inv-7a"},
+                                       {"iNV-7A", "inv-7a"},
+                                       {"R\u00e9F-1", "r\u00e9f-1"}}) {
+    EXPECT_THAT(BookedInOtherLetters(request), Optional(Eq(known))) << request;
+    EXPECT_THAT(RejectedInOtherLetters(request), Optional(Eq(known))) << request;
+  }
+  for (const char* const request : {"inv-7a", "INV-7", "INV-7AB", "INV_7A", "0193b38b-fb4e", "nv-7a"}) {
+    EXPECT_EQ(BookedInOtherLetters(request), std::nullopt) << request;
+    EXPECT_EQ(RejectedInOtherLetters(request), std::nullopt) << request;
+  }
+}
+
 TEST_F(KnownRequests, AreThoseOfOnePartner) {
   Carry(cedar_, "R-1");
   Reject(cedar_, " R-1");
+  Reject(cedar_, "R-1");
+
+  EXPECT_EQ(BookedInOtherLetters("r-1"), std::nullopt);
+  EXPECT_EQ(RejectedInOtherLetters("r-1"), std::nullopt);
 
   EXPECT_EQ(Booked("R-1 "), std::nullopt);
   EXPECT_EQ(Rejected("R-1 "), std::nullopt);

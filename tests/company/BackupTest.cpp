@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <fstream>
+#include <functional>
 #include <iterator>
 #include <stdexcept>
 #include <vector>
@@ -9,6 +11,7 @@
 #include "standalone/company/Restore.h"
 #include "standalone/values/Errors.h"
 #include "tests/company/CompanyFixture.h"
+#include "tests/support/EnvironmentVariable.h"
 
 namespace standalone {
 namespace {
@@ -267,6 +270,99 @@ TEST_F(ABackup, IsNotRestoredIntoACompanyThatIsOnlyRead) {
   EXPECT_THAT(MessageOf<UnitOfWorkError>([&] { PutInto(path_, onAShare); }), HasSubstr("network share"));
 
   EXPECT_THAT(NamesIn(path_), UnorderedElementsAre("Walker"));
+}
+
+class ABackupWhoseCopyIsSpoilt : public ABackup {
+ protected:
+  ABackupWhoseCopyIsSpoilt() {
+    std::filesystem::create_directory(folder_ / "temporary");
+    {
+      StandaloneHost host(path_);
+      const UnitOfWork unit(host.Data(), Access::kWrite);
+      // More than the engine keeps in memory.
+      for (int line = 0; line < 36'000; ++line) {
+        host.Audit().Append({.at = line, .clock = "", .user = "Admin", .systemUser = "root"},
+                            {.action = "name.add", .subject = "Walker", .transactions = {}, .changes = {}});
+      }
+      host.Data().Commit();
+    }
+    Make();
+  }
+
+  // What the disk of the temporary folder does to it.
+  void SpoilCopy() const {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_ / "temporary")) {
+      if (entry.path().filename() != "birch.backup") continue;
+      std::fstream stream(entry.path(), std::ios::binary | std::ios::in | std::ios::out);
+      const std::string nothing(entry.file_size() - (std::size_t{20} << 12U), 'x');
+      stream.seekp(std::streamoff{20} << 12U).write(nothing.data(), static_cast<std::streamsize>(nothing.size()));
+    }
+  }
+  static std::string FailureOf(const std::function<void()>& work) {
+    try {
+      work();
+    } catch (const DamagedFile& blamed) {
+      ADD_FAILURE() << blamed.what();
+    } catch (const CompanyFileError& failure) {
+      return failure.what();
+    }
+    return {};
+  }
+  auto NamesTheTemporaryFolder() const {
+    return AllOf(HasSubstr("the copy of the backup"),
+                 HasSubstr("Check the temporary folder " + (folder_ / "temporary").string()));
+  }
+
+#ifdef _WIN32
+  static constexpr const char* kVariable = "TMP";
+#else
+  static constexpr const char* kVariable = "TMPDIR";
+#endif
+  const EnvironmentVariable temporary_{kVariable, (folder_ / "temporary").string()};
+};
+
+TEST_F(ABackupWhoseCopyIsSpoilt, IsNotTakenForADamagedCompany) {
+  BackupCopy copy(backup_, {});
+  CompanyFile company(path_);
+  SpoilCopy();
+
+  const std::string failure = FailureOf([&] { copy.PutInto(company, kAdministratorName, Allow); });
+
+  EXPECT_THAT(failure, AllOf(HasSubstr("birch.company was not restored"), NamesTheTemporaryFolder()));
+  EXPECT_EQ(RequireWhole(company.Data(), SchemaSteps()).lines, 36'001);
+}
+
+TEST_F(ABackupWhoseCopyIsSpoilt, IsNamedWhenWhatWasWrittenIsFoundDamaged) {
+  BackupCopy copy(backup_, {});
+  CompanyFile company(path_);
+
+  const std::string failure = FailureOf(
+      [&] { copy.PutInto(company, kAdministratorName, [&](const BeforeRestore& /*before*/) { SpoilCopy(); }); });
+
+  EXPECT_THAT(failure, NamesTheTemporaryFolder());
+}
+
+TEST_F(ABackupWhoseCopyIsSpoilt, BecomesNoCompany) {
+  BackupCopy copy(backup_, {});
+  SpoilCopy();
+
+  const std::string failure = FailureOf([&] { copy.PutInPlaceOf(folder_ / "new.company", kAdministratorName); });
+
+  EXPECT_THAT(failure, AllOf(HasSubstr("new.company was not restored"), NamesTheTemporaryFolder()));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "new.company"));
+}
+
+TEST_F(ABackup, TellsWhoRestoredItAsTheCompanyCallsThem) {
+  Make();
+  BackupCopy copy(backup_, {});
+  {
+    CompanyFile company(path_);
+    copy.PutInto(company, "aDMIN", Allow);
+  }
+  BackupCopy(backup_, {}).PutInPlaceOf(folder_ / "new.company", "aDMIN");
+
+  EXPECT_EQ(LastDeed(path_).user, "Admin");
+  EXPECT_EQ(LastDeed(folder_ / "new.company").user, "Admin");
 }
 
 TEST_F(ABackup, BecomesACompanyUnderANewName) {

@@ -2,14 +2,40 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <csignal>
+#include <fstream>
+#include <thread>
+
 #include "standalone/company/CompanyFile.h"
+#include "standalone/storage/sqlite/CompanyFileHeader.h"
 #include "standalone/values/Text.h"
 #include "tests/company/CompanyFixture.h"
+
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
 
 namespace standalone {
 namespace {
 
 using testing::HasSubstr;
+
+#ifndef _WIN32
+// As on a disk without room for a file that is any larger.
+template <typename Work>
+std::string WithSmallFiles(Work&& work) {
+  constexpr rlim_t kMostBytes = 64 << 10;
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit small{.rlim_cur = kMostBytes, .rlim_max = before.rlim_max};
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);
+  std::string result = std::forward<Work>(work)();
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  return result;
+}
+#endif
 
 class TheCompanyFile : public CompanyFixture {
  protected:
@@ -25,6 +51,52 @@ class TheCompanyFile : public CompanyFixture {
     sqlite3_close(handle);
   }
 };
+
+// A restored company of fewer pages is moved into the file so: its header, then the new end.
+TEST_F(TheCompanyFile, IsNotCalledDamagedWhileASmallerOneIsMovedIn) {
+  constexpr int kMoves = 2'000;
+  const std::size_t small = ReadFile(path_).size();
+  const auto setPages = [this](std::size_t bytes) {
+    const std::size_t pages = bytes / 4096;
+    const char count[] = {0, 0, static_cast<char>(pages >> 8U), static_cast<char>(pages)};
+    std::fstream(path_, std::ios::binary | std::ios::in | std::ios::out).seekp(28).write(count, sizeof count);
+  };
+  int refused = 0;
+
+  for (int move = 0; move < kMoves; ++move) {
+    std::filesystem::resize_file(path_, small + 4096);
+    setPages(small + 4096);
+    const std::jthread other([&] {
+      setPages(small);
+      std::filesystem::resize_file(path_, small);
+    });
+    for (int look = 0; look < 4; ++look) {
+      try {
+        RequireCompanyFileHeader(path_, SchemaSteps().size());
+      } catch (const CompanyFileError&) {
+        ++refused;
+      }
+    }
+  }
+
+  EXPECT_EQ(refused, 0);
+}
+
+#ifndef _WIN32
+TEST_F(TheCompanyFile, IsNotBlamedForATemporaryFolderWithoutRoom) {
+  CompanyFile file(path_);
+  const UnitOfWork reading(file.Data(), Access::kRead);
+  Statement sorted(file.Data(), Writes::kNothing,
+                   "WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 50000) SELECT "
+                   "printf('%0500d', i) AS text FROM n ORDER BY text DESC");
+  const auto read = [&] {
+    for (Rows rows = sorted.Query(); rows.Step();) continue;
+  };
+
+  EXPECT_THAT(WithSmallFiles([&] { return MessageOf<UnitOfWorkError>(read); }),
+              testing::AllOf(HasSubstr("Make room in the temporary folder /"), HasSubstr("SQLITE_TMPDIR")));
+}
+#endif
 
 TEST_F(TheCompanyFile, IsMadeWithItsSettingsAndAnAdministrator) {
   StandaloneHost host(path_);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/company/FileNames.h"
 #include "standalone/values/Text.h"
 #include "tests/company/CompanyFixture.h"
 
@@ -72,6 +73,11 @@ TEST_F(ALinkedCompany, GoesByTheSwitchesBesideItsFile) {
       Access::kRead, [&] { return host.Services().killSwitches.IsFeatureEnabled("MultiEntityFeature", "ME_FOR_ALL"); });
 
   EXPECT_FALSE(isOn);
+}
+
+TEST_F(ALinkedCompany, HasTheIdentityOfItsFile) {
+  EXPECT_EQ(IdentityOf(link_), std::filesystem::canonical(path_).concat(".identity"));
+  EXPECT_EQ(IdentityOf(path_), folder_ / "birch.company.identity");
 }
 
 TEST_F(ALinkedCompany, WhoseWriteAheadLogIsDamagedIsRefusedLikeItsFile) {

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -80,11 +81,11 @@ constexpr const char* kRowsWithoutEntry =
 
 // What was booked by a person and the trail does not tell of, or the other way round.
 constexpr const char* kEntriesWithoutAudit =
-    "SELECT txn_id FROM me_transaction WHERE txn_type = 8 AND of_before = 0 AND NOT EXISTS "
+    "SELECT txn_id FROM me_transaction WHERE of_before = 0 AND NOT EXISTS "
     "(SELECT 1 FROM audit WHERE txn_id BETWEEN first_txn_id AND last_txn_id AND action IN ('journal.record', "
-    "'import'))";
+    "'bill.record', 'bill.correct', 'import'))";
 constexpr const char* kAuditWithoutEntry =
-    "SELECT first_txn_id FROM audit AS line WHERE action = 'journal.record' "
+    "SELECT first_txn_id FROM audit AS line WHERE action IN ('journal.record', 'bill.record', 'bill.correct') "
     "AND NOT EXISTS (SELECT 1 FROM txn WHERE id = first_txn_id) AND NOT EXISTS "
     "(SELECT 1 FROM audit WHERE action = 'journal.remove' AND first_txn_id = line.first_txn_id)";
 constexpr const char* kAudit =
@@ -111,15 +112,16 @@ void CheckChain(sqlite3* database, Inspection& inspection) {
   });
 }
 
-bool HasAudit(sqlite3* database) {
-  bool hasAudit = false;
-  ForEach(database, "SELECT 1 FROM sqlite_schema WHERE name = 'audit'", [&](Columns) { hasAudit = true; });
-  return hasAudit;
+bool HasTable(sqlite3* database, const std::string& table) {
+  bool hasTable = false;
+  ForEach(database, ("SELECT 1 FROM sqlite_schema WHERE name = '" + table + "'").c_str(),
+          [&](Columns) { hasTable = true; });
+  return hasTable;
 }
 
 // Files of before have no trail.
 void CheckAudit(sqlite3* database, Inspection& inspection) {
-  if (!HasAudit(database)) return;
+  if (!HasTable(database, "audit")) return;
   CheckChain(database, inspection);
   CollectFaults(database, kEntriesWithoutAudit, "not told by the audit trail: transaction ", inspection.separated);
   CollectFaults(database, kAuditWithoutEntry, "told by the audit trail but not there: transaction ",
@@ -137,6 +139,26 @@ void CheckRules(sqlite3* database, Inspection& inspection) {
                 inspection.separated);
   CollectFaults(database, kRowsWithoutEntry, "an intercompany row without its entry: transaction ",
                 inspection.separated);
+}
+
+// Files of before have none.
+void ReadWhatIsJoined(sqlite3* database, Contents& contents) {
+  if (!HasTable(database, "txn_link")) return;
+  ForEach(database, "SELECT txn_id, kind, earlier_txn_id FROM txn_link ORDER BY txn_id, kind", [&](Columns columns) {
+    Link& link = contents.transactions[columns.Number()].links.emplace_back();
+    link.kind = columns.Text();
+    link.earlier = columns.Number();
+  });
+  ForEach(database,
+          "SELECT txn_id, target_id, names, earlier_target_id FROM me_own_request JOIN txn_line ON txn_line.id = "
+          "target_id WHERE names IS NOT NULL",
+          [&](Columns columns) {
+            std::vector<IntercompanyRow>& rows = contents.transactions[columns.Number()].rows;
+            const auto row = std::ranges::find(rows, columns.Number(), &IntercompanyRow::line);
+            if (row == rows.end()) return;
+            row->names = columns.Text();
+            row->earlierLine = columns.Number();
+          });
 }
 
 Contents Read(sqlite3* database) {
@@ -174,6 +196,7 @@ Contents Read(sqlite3* database) {
             row.type = columns.Small();
             row.state = columns.Small();
           });
+  ReadWhatIsJoined(database, contents);
   ForEach(database, "SELECT full_name FROM account", [&](Columns row) { contents.accounts.insert(row.Text()); });
   ForEach(database, "SELECT full_name FROM name", [&](Columns row) { contents.names.insert(row.Text()); });
   return contents;

@@ -22,8 +22,17 @@ struct IntercompanyRow {
   std::string request{};
   int type = 0;
   int state = 0;
+  std::string names{};  // "reverses" or "corrects" the request of an earlier line
+  std::int64_t earlierLine = 0;
 
   bool operator==(const IntercompanyRow&) const = default;
+};
+
+struct Link {
+  std::string kind{};  // "reverses", "corrects" or "moves"
+  std::int64_t earlier = 0;
+
+  bool operator==(const Link&) const = default;
 };
 
 struct Transaction {
@@ -35,6 +44,7 @@ struct Transaction {
   bool confirmed = false;
   std::vector<EntryLine> lines{};
   std::vector<IntercompanyRow> rows{};
+  std::vector<Link> links{};
 
   bool operator==(const Transaction&) const = default;
 };
@@ -58,8 +68,8 @@ struct Inspection {
 
 // Looks through a company file with nothing but SQLite: whether it is sound, its references hold, every transaction is
 // posted and sums to zero, every journal entry has its intercompany row and every such row its entry, no request id is
-// booked twice, and the audit trail is whole and tells of every entry. All journal entries of the file have to be
-// intercompany ones.
+// booked twice, and the audit trail is whole and tells of every transaction with a row. All journal entries of the file
+// have to be intercompany ones.
 Inspection Inspect(const std::filesystem::path& file);
 
 // The same for a copy of the file and its write-ahead log, so that the file stays as a crash left it.

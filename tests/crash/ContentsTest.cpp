@@ -17,7 +17,7 @@ using testing::Pair;
 
 // One journal entry with its row, and past it whatever a program would have to be broken for.
 constexpr const char* kSoundBooks =
-    "INSERT INTO account VALUES (1, NULL, 'Rent', 'Rent', 12, 0, 0), (2, NULL, 'Due', 'Due', 7, 0, 0);"
+    "INSERT INTO account VALUES (1, NULL, 'Rent', 'Rent', 12, 0, 0, ''), (2, NULL, 'Due', 'Due', 7, 0, 0, '');"
     "INSERT INTO me_relation VALUES (1, '1001', 'Birch', 0, 3, 0, 0, 1, 1, 2);"
     "INSERT INTO txn (id, type, date, memo) VALUES (5, 8, 1, '');"
     "INSERT INTO txn_line VALUES (1, 5, 1, 100, ''), (2, 5, 2, -100, '');"
@@ -81,6 +81,21 @@ TEST_F(TheInspection, FindsNothingWrongWithSoundBooksAndReadsThem) {
   EXPECT_THAT(entry.rows, ElementsAre(IntercompanyRow{1, "1001", "request", 8, 3}));
 }
 
+TEST_F(TheInspection, ReadsWhatATransactionIsJoinedTo) {
+  Tamper(
+      "INSERT INTO txn VALUES (6, 8, 1, NULL, '', 1, 0, '');"
+      "INSERT INTO txn_line VALUES (3, 6, 1, -100, ''), (4, 6, 2, 100, '');"
+      "INSERT INTO me_transaction VALUES (2, 6, 3, 1, 'another', 8, 5, 0);"
+      "INSERT INTO txn_link VALUES (6, 'reverses', 5);"
+      "INSERT INTO me_own_request VALUES (3, 'reverses', 1)");
+
+  const Contents found = Inspect(file_).contents;
+
+  EXPECT_THAT(found.transactions.at(6).links, ElementsAre(Link{"reverses", 5}));
+  EXPECT_THAT(found.transactions.at(6).rows, ElementsAre(IntercompanyRow{3, "1001", "another", 8, 5, "reverses", 1}));
+  EXPECT_THAT(found.transactions.at(5).links, IsEmpty());
+}
+
 TEST_F(TheInspection, FindsATransactionThatDoesNotSumToZero) {
   EXPECT_THAT(FaultsAfter("UPDATE txn_line SET amount = 101 WHERE id = 1"),
               ElementsAre("does not sum to zero: transaction 5"));
@@ -100,7 +115,7 @@ TEST_F(TheInspection, FindsABrokenReference) {
 }
 
 TEST_F(TheInspection, FindsARequestThatIsBookedTwice) {
-  EXPECT_THAT(FaultsAfter("INSERT INTO txn VALUES (6, 8, 1, NULL, '', 1, 0);"
+  EXPECT_THAT(FaultsAfter("INSERT INTO txn VALUES (6, 8, 1, NULL, '', 1, 0, '');"
                           "INSERT INTO txn_line VALUES (3, 6, 1, 100, ''), (4, 6, 2, -100, '');"
                           "INSERT INTO me_transaction VALUES (2, 6, 3, 1, 'request', 8, 3, 0)"),
               ElementsAre("booked twice: request request"));
@@ -126,6 +141,16 @@ TEST_F(TheInspection, FindsARowWithoutItsJournalEntry) {
 TEST_F(TheInspection, FindsAnEntryThatTheAuditTrailDoesNotTellOf) {
   EXPECT_THAT(SeparatedAfter("UPDATE audit SET action = 'journal.remove' WHERE id = 2"),
               ElementsAre("not told by the audit trail: transaction 5"));
+}
+
+TEST_F(TheInspection, FindsABillThatTheAuditTrailDoesNotTellOf) {
+  constexpr const char* kBillInThePlaceOfTheEntry =
+      "UPDATE txn SET type = 9; UPDATE me_transaction SET txn_type = 9;"
+      "UPDATE audit SET action = 'bill.record' WHERE id = 2";
+  const auto untold = HasSubstr("not told by the audit trail: transaction 5");
+
+  EXPECT_THAT(SeparatedAfter(kBillInThePlaceOfTheEntry), testing::Not(Contains(untold)));
+  EXPECT_THAT(SeparatedAfter("UPDATE audit SET first_txn_id = 6, last_txn_id = 6 WHERE id = 2"), Contains(untold));
 }
 
 TEST_F(TheInspection, FindsAnEntryOfTheAuditTrailThatIsNotThere) {

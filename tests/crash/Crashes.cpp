@@ -186,6 +186,9 @@ void UnluckyCompany::Measure() {
     measure(*ImportWish(file_, scene_.directory / "import.csv", key, kImportedAtOnce));
     const auto& [id, imported] = *books_.transactions.rbegin();
     measure(*StateWish(file_, id, imported.rows.front(), 1));
+    measure(*BillWish(file_, NewBill()));
+    const auto& [billId, bill] = *books_.transactions.rbegin();
+    measure(*CorrectionWish(file_, billId, bill, NewBill()));
   }
   for (auto& [kind, measured] : times) timings_.emplace(kind, Timing(Median(std::move(measured))));
 }
@@ -207,15 +210,39 @@ BookingOrder UnluckyCompany::NewOrder() {
   return order;
 }
 
+BillOrder UnluckyCompany::NewBill() {
+  const std::string number = std::to_string(++orders_);
+  BillOrder order{.key = "bill-" + number,
+                  .half = Pick(random_, 1, 50'000'000),
+                  .expense = OneIn(random_, 2) ? "Utilities" : "Rent",
+                  .name = OneIn(random_, 2) ? "Northern Power" : "Walker"};
+  if (OneIn(random_, 6)) {
+    order.name = "Vendor " + number;
+    order.nameIsNew = true;
+  }
+  return order;
+}
+
+// A bill, or another one in the place of one.
+std::shared_ptr<Wish> UnluckyCompany::NewBillWish(std::set<std::int64_t>& taken) {
+  std::vector<std::int64_t> correctable = CorrectableBills(books_.transactions);
+  std::erase_if(correctable, [&](std::int64_t id) { return taken.contains(id); });
+  if (correctable.empty() || OneIn(random_, 2)) return BillWish(file_, NewBill());
+  const std::int64_t id = OneOf(random_, correctable);
+  taken.insert(id);
+  return CorrectionWish(file_, id, books_.transactions.at(id), NewBill());
+}
+
 // Of two runs at the same time each works on something else; `taken` are the transactions that others work on.
 std::shared_ptr<Wish> UnluckyCompany::NewWish(std::set<std::int64_t>& taken) {
   std::vector<std::int64_t> entries;
   std::vector<std::int64_t> movable;
   for (const auto& [id, transaction] : books_.transactions) {
     if (transaction.rows.empty() || taken.contains(id)) continue;
-    if (transaction.type == 8) entries.push_back(id);
+    if (transaction.type == kJournalEntry) entries.push_back(id);
     if (!MovesFrom(transaction.rows.front().state).empty()) movable.push_back(id);
   }
+  if (OneIn(random_, 4)) return NewBillWish(taken);
   const int dice = Pick(random_, 1, 10);
   if (entries.empty() || movable.empty() || dice <= 4) return BookingWish(file_, NewOrder());
   if (dice == 5) {

@@ -81,6 +81,8 @@ class UnluckyCompany {
   void Measure();
   std::shared_ptr<Wish> NewWish(std::set<std::int64_t>& taken);
   BookingOrder NewOrder();
+  BillOrder NewBill();
+  std::shared_ptr<Wish> NewBillWish(std::set<std::int64_t>& taken);
   Attempt NextAttempt(std::set<std::int64_t>& taken);
   void Try(Attempt& attempt) const;
   void TryAlone(Attempt& attempt) const;

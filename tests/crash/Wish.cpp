@@ -11,9 +11,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr int kBill = 9;
-constexpr int kCheck = 3;
-constexpr int kJournalEntry = 8;
 constexpr int kEstablished = 3;
 constexpr int kExitNotDone = 1;
 constexpr int kExitBadInput = 2;
@@ -22,11 +19,6 @@ std::set<std::string> Missing(const std::set<std::string>& from, const std::set<
   std::set<std::string> missing;
   std::ranges::set_difference(from, in, std::inserter(missing, missing.end()));
   return missing;
-}
-
-std::string AmountText(std::int64_t minorUnits) {
-  const std::int64_t cents = minorUnits % 100;
-  return std::to_string(minorUnits / 100) + (cents < 10 ? ".0" : ".") + std::to_string(cents);
 }
 
 // The one object that the program prints with --json; a null value when it is not there in full.
@@ -163,8 +155,9 @@ class Import final : public Wish {
 
  protected:
   bool Claim(Change& change, std::vector<std::string>& faults) override {
-    const std::size_t claimed =
-        std::erase_if(change.added, [this](const auto& added) { return added.second.memo == key_; });
+    // A reversal has the memo of its original.
+    const std::size_t claimed = std::erase_if(
+        change.added, [this](const auto& added) { return added.second.memo == key_ && added.second.links.empty(); });
     if (claimed != 0 && claimed != static_cast<std::size_t>(transactions_)) {
       faults.push_back("imported in part: " + std::to_string(claimed) + " of " + std::to_string(transactions_) +
                        " transactions of " + csv_.string());
@@ -206,6 +199,11 @@ bool Any(const std::vector<Report>& reports, Report::Kind kind) {
 }
 
 }  // namespace
+
+std::string AmountText(std::int64_t minorUnits) {
+  const std::int64_t cents = minorUnits % 100;
+  return std::to_string(minorUnits / 100) + (cents < 10 ? ".0" : ".") + std::to_string(cents);
+}
 
 Change::Change(const Contents& before, const Contents& after)
     : newAccounts(Missing(after.accounts, before.accounts)), newNames(Missing(after.names, before.names)) {

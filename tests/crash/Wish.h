@@ -16,6 +16,11 @@
 inline constexpr const char* kRealm = "1001";
 inline constexpr const char* kDueTo = "Due to Birch";
 inline constexpr const char* kDueFrom = "Due from Birch";
+inline constexpr int kBill = 9;
+inline constexpr int kCheck = 3;
+inline constexpr int kJournalEntry = 8;
+
+std::string AmountText(std::int64_t minorUnits);
 
 // What became different between two looks at a company file. Wishes take out what is theirs; what is left, nobody
 // asked for.
@@ -87,6 +92,21 @@ struct BookingOrder {
 };
 
 std::unique_ptr<Wish> BookingWish(const std::filesystem::path& company, BookingOrder order);
+// Half of it is the partner's.
+struct BillOrder {
+  std::string key{};      // its memo, and the number of its paper
+  std::int64_t half = 0;  // minor units
+  std::string expense{};
+  std::string name{};  // of a correction that of the original
+  bool nameIsNew = false;
+};
+
+std::unique_ptr<Wish> BillWish(const std::filesystem::path& company, BillOrder order);
+// In the place of a bill with one row, as it was before.
+std::unique_ptr<Wish> CorrectionWish(const std::filesystem::path& company, std::int64_t original,
+                                     const Transaction& before, BillOrder order);
+// Those with one row that are not sent, are not reversed and reverse nothing.
+std::vector<std::int64_t> CorrectableBills(const std::map<std::int64_t, Transaction>& books);
 std::unique_ptr<Wish> RemovalWish(const std::filesystem::path& company, std::int64_t transaction);
 // Of the transaction's first row.
 std::unique_ptr<Wish> StateWish(const std::filesystem::path& company, std::int64_t transaction,

@@ -32,6 +32,33 @@ Report Refused() {
   return {.kind = Report::Kind::kRefused, .status = 0};
 }
 
+constexpr std::int64_t kBillId = 5;
+
+// What a bill of 200 is that two companies share, entered as `key`, and what takes it back and stands in its place.
+Transaction Bill(const std::string& key, int state) {
+  return {.type = kBill,
+          .date = 1,
+          .name = "Walker",
+          .memo = key,
+          .posted = true,
+          .lines = {{10, "Rent", 100}, {11, kDueFrom, 100}, {12, "Payables", -200}},
+          .rows = {{11, kRealm, "of-" + key, kBill, state}}};
+}
+Transaction ReversalOfTheBill(int state) {
+  Transaction reversal = Bill("bill", state);
+  for (EntryLine& line : reversal.lines) line = {line.id + 10, line.account, -line.amount};
+  reversal.rows = {{21, kRealm, "of-reversal", kBill, state, "reverses", 11}};
+  reversal.links = {{"reverses", kBillId}};
+  return reversal;
+}
+Transaction CorrectionOfTheBill() {
+  Transaction correction = Bill("better", 0);
+  for (EntryLine& line : correction.lines) line.id += 20;
+  correction.rows = {{31, kRealm, "of-better", kBill, 0, "corrects", 11}};
+  correction.links = {{"corrects", kBillId}};
+  return correction;
+}
+
 class AWish : public testing::Test {
  protected:
   static std::unique_ptr<Wish> Booking() {
@@ -45,6 +72,24 @@ class AWish : public testing::Test {
     wish.Judge(reports, change, faults);
     for (const std::string& fault : change.Unclaimed()) faults.push_back(fault);
     return faults;
+  }
+
+  static BillOrder OrderOf(const std::string& key) {
+    return {.key = key, .half = 100, .expense = "Rent", .name = "Walker"};
+  }
+  static std::unique_ptr<Wish> BillOf(const std::string& key) { return BillWish("alder.company", OrderOf(key)); }
+  static std::unique_ptr<Wish> CorrectionOf(const Transaction& before) {
+    return CorrectionWish("alder.company", kBillId, before, OrderOf("better"));
+  }
+  // With what stands after a correction of a bill in that state.
+  static Contents Corrected(int stateOfTheOriginal, int stateOfTheReversal) {
+    return BooksWith({{kBillId, Bill("bill", stateOfTheOriginal)},
+                      {6, ReversalOfTheBill(stateOfTheReversal)},
+                      {7, CorrectionOfTheBill()}});
+  }
+  static std::vector<std::string> FaultsOfCorrecting(int state, const Contents& after) {
+    const Transaction before = Bill("bill", state);
+    return Faults(*CorrectionOf(before), {Report{}}, BooksWith({{kBillId, before}}), after);
   }
 
   const Contents empty_ = BooksWith({});
@@ -146,6 +191,82 @@ TEST_F(AWish, ToImportIsFulfilledWhollyOrNotAtAll) {
   EXPECT_THAT(Faults(*wish(), {Report{}}, empty_, BooksWith({{5, imported}, {6, imported}})), IsEmpty());
   EXPECT_THAT(Faults(*wish(), {Report{}}, empty_, BooksWith({{5, imported}})),
               ElementsAre(HasSubstr("imported in part: 1 of 2")));
+}
+
+TEST_F(AWish, ToEnterABillMayBeThereOrNotWhenNothingWasReported) {
+  EXPECT_THAT(Faults(*BillOf("bill"), {Report{}}, empty_, empty_), IsEmpty());
+  EXPECT_THAT(Faults(*BillOf("bill"), {Report{}}, empty_, BooksWith({{kBillId, Bill("bill", 0)}})), IsEmpty());
+  EXPECT_THAT(Faults(*BillOf("bill"), {Done(kBillId)}, empty_, empty_),
+              ElementsAre(HasSubstr("another transaction"), HasSubstr("reported as done, but it is not there")));
+}
+
+TEST_F(AWish, ToEnterABillIsEnteredWithThePartnersPart) {
+  Transaction withoutRow = Bill("bill", 0);
+  withoutRow.rows.clear();
+  Transaction rowOfAnotherLine = Bill("bill", 0);
+  rowOfAnotherLine.rows[0].line = 10;
+  Transaction withoutShare = Bill("bill", 0);
+  withoutShare.lines = {{10, "Rent", 200}, {12, "Payables", -200}};
+
+  for (const Transaction& bill : {withoutRow, rowOfAnotherLine, withoutShare}) {
+    EXPECT_THAT(Faults(*BillOf("bill"), {Report{}}, empty_, BooksWith({{kBillId, bill}})),
+                ElementsAre("not entered as ordered: bill bill"));
+  }
+}
+
+TEST_F(AWish, ToEnterABillIsFulfilledOnce) {
+  const std::unique_ptr<Wish> wish = BillOf("bill");
+  const Contents once = BooksWith({{kBillId, Bill("bill", 0)}});
+  Faults(*wish, {Report{}}, empty_, once);
+
+  EXPECT_THAT(Faults(*wish, {Report{}}, once, BooksWith({{kBillId, Bill("bill", 0)}, {6, Bill("bill", 0)}})),
+              ElementsAre("done a second time: bill record"));
+}
+
+TEST_F(AWish, ToCorrectABillClosesWhatThePartnerHasNotAndKeepsWhatItHas) {
+  EXPECT_THAT(FaultsOfCorrecting(0, Corrected(5, 5)), IsEmpty());
+  EXPECT_THAT(FaultsOfCorrecting(2, Corrected(5, 5)), IsEmpty());
+  EXPECT_THAT(FaultsOfCorrecting(3, Corrected(3, 0)), IsEmpty());
+  EXPECT_THAT(FaultsOfCorrecting(0, BooksWith({{kBillId, Bill("bill", 0)}})), IsEmpty());
+  EXPECT_THAT(FaultsOfCorrecting(0, Corrected(0, 5)), ElementsAre(HasSubstr("as if nothing had been done")));
+  EXPECT_THAT(FaultsOfCorrecting(3, Corrected(3, 5)), ElementsAre(HasSubstr("not reversed as it was")));
+}
+
+TEST_F(AWish, ToCorrectABillIsFulfilledWhollyOrNotAtAll) {
+  for (const std::int64_t missing : {6, 7}) {
+    Contents half = Corrected(5, 5);
+    half.transactions.erase(missing);
+
+    EXPECT_THAT(FaultsOfCorrecting(0, half), ElementsAre("corrected by half: transaction 5"));
+  }
+}
+
+TEST_F(AWish, ToCorrectABillIsDoneAsOrdered) {
+  Contents another = Corrected(5, 5);
+  another.transactions.at(7).lines[0].account = "Utilities";
+  Contents unnamed = Corrected(5, 5);
+  unnamed.transactions.at(7).rows[0].names.clear();
+  Contents notNegated = Corrected(5, 5);
+  notNegated.transactions.at(6).lines[0].amount = 100;
+
+  EXPECT_THAT(FaultsOfCorrecting(0, another), ElementsAre(HasSubstr("not corrected as ordered")));
+  EXPECT_THAT(FaultsOfCorrecting(0, unnamed), ElementsAre(HasSubstr("not corrected as ordered")));
+  EXPECT_THAT(FaultsOfCorrecting(0, notNegated), ElementsAre(HasSubstr("not reversed as it was")));
+}
+
+TEST_F(AWish, ToCorrectABillIsForOneThatIsNotSentAndHasNoReversal) {
+  Contents books = Corrected(5, 5);
+  books.transactions.insert({{8, Bill("sent", 1)}, {9, Bill("open", 0)}, {10, Entry("request", 100)}});
+
+  EXPECT_THAT(CorrectableBills(books.transactions), ElementsAre(7, 9));
+}
+
+TEST_F(AWish, ToImportLeavesTheReversalOfAnImportedBillToWhoCorrectsIt) {
+  const standalone::TemporaryFolder folder;
+  const std::unique_ptr<Wish> wish = ImportWish("alder.company", folder / "rows.csv", "bill", 1);
+
+  EXPECT_THAT(Faults(*wish, {Report{}}, empty_, BooksWith({{6, ReversalOfTheBill(5)}})),
+              ElementsAre("nobody booked transaction 6"));
 }
 
 TEST_F(AWish, OfNobodyIsFoundByWhatItChanged) {

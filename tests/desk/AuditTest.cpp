@@ -52,6 +52,19 @@ TEST_F(TheAuditOfADesk, TellsWhoBookedWhatForWhom) {
   EXPECT_THAT(deed.changes, Contains(Changed("state", {}, "established")));
 }
 
+TEST_F(TheAuditOfADesk, TellsTheMemoOfAnEntryThatNoLineHas) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.memo = standalone::Memo("March share");
+  std::int32_t txnId = 0;
+
+  const AuditedDeed recorded = DeedOf([&] { txnId = RecordJournalEntry(*company_, entry); });
+  const AuditedDeed removed = DeedOf([&] { RemoveJournalEntry(*company_, txnId); });
+
+  EXPECT_THAT(recorded.changes, Contains(Changed("entry memo", {}, "March share")));
+  EXPECT_THAT(removed.changes, Contains(Changed("entry memo", "March share", {})));
+}
+
 TEST_F(TheAuditOfADesk, TellsWhatWasRemoved) {
   RelateBirch();
   const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-1"));
@@ -95,7 +108,7 @@ TEST_F(TheAuditOfADesk, TellsAStateOfBeforeInItsOldWords) {
 TEST_F(TheAuditOfADesk, TellsOfRelations) {
   const AuditedDeed created = DeedOf([&] { RelateBirch(); });
   const AuditedDeed updated = DeedOf([&] {
-    UpdateRelation(*company_, {.realm = RealmId("1001"),
+    UpdateRelation(*company_, {.partner = RealmId("1001"),
                                .state = standalone::RelationState::kPending,
                                .accounts = {.dueFrom = "Due from Cedar", .dueTo = "Due to Birch"}});
   });
@@ -115,7 +128,7 @@ TEST_F(TheAuditOfADesk, TellsOfRejectedRequests) {
   RelateBirch();
 
   const AuditedDeed saved = DeedOf([&] {
-    SaveRejection(*company_, {.realm = RealmId("1001"),
+    SaveRejection(*company_, {.partner = RealmId("1001"),
                               .request = RequestId("request-1"),
                               .type = standalone::RejectableType::kBill,
                               .amount = standalone::RejectedAmount("1,234.50"),

@@ -65,6 +65,33 @@ TEST_F(TheBackupsOfADesk, LeaveTheTrailAloneWhenTheNameIsTaken) {
   EXPECT_EQ(standalone::ReadFile(backup_), "an older one");
 }
 
+TEST_F(TheBackupsOfADesk, DoNotTakeTheNameOfWhatLiesBesideTheCompany) {
+  const std::size_t before = Trail().size();
+  std::filesystem::create_directory(folder_ / "elsewhere");
+  const std::filesystem::path roundabout = folder_ / "elsewhere" / "..";
+
+  for (const char* const suffix : {"-journal", "-WAL", "-shm", ".log", ".1.log", ".12.LOG", ".remote.toml",
+                                   ".Remote.toml. ", ".identity", ".Identity.lock"}) {
+    EXPECT_THAT(MessageOf<standalone::CompanyFileError>(
+                    [&] { BackUp(*company_, roundabout / (path_.filename().string() + suffix)); }),
+                HasSubstr("belongs to the company"))
+        << suffix;
+  }
+
+  EXPECT_THAT(Trail(), SizeIs(before));
+  EXPECT_FALSE(std::filesystem::exists(path_.string() + "-journal"));
+}
+
+TEST_F(TheBackupsOfADesk, MayHaveTheNameOfTheCompanyWithAnotherEnding) {
+  for (const char* const suffix : {".backup", ".x.log", ".2026.logs", "-wal2"}) {
+    BackUp(*company_, path_.string() + suffix);
+
+    EXPECT_TRUE(std::filesystem::exists(path_.string() + suffix));
+  }
+  std::filesystem::create_directory(folder_ / "elsewhere");
+  BackUp(*company_, folder_ / "elsewhere" / (path_.filename().string() + ".log"));
+}
+
 TEST_F(TheBackupsOfADesk, AreForAdministratorsAndAccountants) {
   User accountant = UserWith("Anna", {});
   accountant.accountant = true;
@@ -222,6 +249,43 @@ TEST_F(TheBackupsOfADesk, AreWhatACompanyThatIsOpenGoesOnWith) {
   AddUser(*company_, UserWith("Anna", {}));
   EXPECT_EQ(Trail().back().subject, "the user Anna");
   EXPECT_EQ(VerifyAudit(*company_).breakAt, std::nullopt);
+}
+
+TEST_F(TheBackupsOfADesk, AreWorkedOnByNameThoughTheyHaveTheNumberForSomebodyElse) {
+  AddUser(*company_, UserWith("Robin", {}));
+  User deputy = UserWith("Deputy", {});
+  deputy.administrator = true;
+  AddUser(*company_, deputy);
+  BackUp(*company_, backup_);
+  company_.reset();
+  {
+    standalone::SqliteDatabase backup(backup_, std::chrono::milliseconds::zero());
+    backup.Execute("UPDATE user SET id = 4 WHERE name = 'Robin'; UPDATE user SET id = 2 WHERE name = 'Deputy'");
+  }
+  Open("Robin");
+
+  Restore(Order(/*replaces=*/true));
+
+  EXPECT_THAT(RefusalOf([&] { AddUser(*company_, UserWith("Anna", {})); }), IsForAdministrators());
+  Open("Deputy");
+  EXPECT_THAT(ListUsers(*company_), SizeIs(3));
+}
+
+TEST_F(TheBackupsOfADesk, LetNobodyWorkOnWhomTheyDoNotHave) {
+  BackUp(*company_, backup_);
+  User deputy = UserWith("Deputy", {});
+  deputy.administrator = true;
+  AddUser(*company_, deputy);
+  Open("Deputy");
+  Restore(Order(/*replaces=*/true));
+
+  const auto isGone = AllOf(HasSubstr("has no user \"Deputy\" any more"), HasSubstr("open it again as another user"));
+  EXPECT_THAT(MessageOf<standalone::UnitOfWorkError>([&] { AddUser(*company_, UserWith("Anna", {})); }), isGone);
+  EXPECT_THAT(MessageOf<standalone::UnitOfWorkError>([&] { ListUsers(*company_); }), isGone);
+  EXPECT_THAT(MessageOf<standalone::UnitOfWorkError>([&] { ListAccounts(*company_); }), isGone);
+
+  Open();
+  EXPECT_THAT(ListUsers(*company_), SizeIs(1));
 }
 
 }  // namespace

@@ -28,8 +28,8 @@ TEST_F(ACompany, IsMadeAsItIsAskedFor) {
   company_.reset();
   Company cedar(file);
   EXPECT_EQ(JsonOf(ReadSettings(cedar)).dump(),
-            R"({"company-name":"Cedar Haulage","home-currency":"EUR","multi-currency":true,"sample-file":true,)"
-            R"("accountants-copy":true})");
+            R"({"company-name":"Cedar Haulage","home-currency":"EUR","decimals":2,"multi-currency":true,)"
+            R"("sample-file":true,"accountants-copy":true,"closing-date":null})");
   EXPECT_THAT(ListAccounts(cedar), IsEmpty());
   EXPECT_THAT(ListUsers(cedar), SizeIs(1));
 }

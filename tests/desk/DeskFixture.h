@@ -58,10 +58,15 @@ class DeskFixture : public testing::Test {
 
   void Open(const std::string& user = kFirstUser) {
     company_.reset();
-    company_.emplace(
-        path_, CompanyOptions{.user = user, .onOpened = {}, .onLogLine = {}, .onAnswer = [this](std::int32_t status) {
-                                answers_.push_back(status);
-                              }});
+    company_.emplace(path_, CompanyOptions{.user = user,
+                                           .onOpened = {},
+                                           .onLogLine = {},
+                                           .onAnswer = [this](std::int32_t status) { answers_.push_back(status); },
+                                           .onSaved = nullptr,
+                                           .onLookalikes =
+                                               [this](const Lookalikes& found) {
+                                                 lookalikes_.push_back(found);
+                                               }});
   }
   // For a user who is no administrator and has these rights.
   void OpenFor(const std::string& user, const std::vector<std::string>& rights) {
@@ -92,7 +97,7 @@ class DeskFixture : public testing::Test {
   }
   // Birch has rejected a bill of 20.00.
   void SaveRejectionOf(std::string_view request) {
-    SaveRejection(*company_, {.realm = standalone::RealmId("1001"),
+    SaveRejection(*company_, {.partner = standalone::RealmId("1001"),
                               .request = standalone::RequestId(request),
                               .type = standalone::RejectableType::kBill,
                               .amount = standalone::RejectedAmount("20.00"),
@@ -102,7 +107,7 @@ class DeskFixture : public testing::Test {
   void ImportMarch() { Import(*company_, Importable::kTransactions, Csv(kMarch)); }
 
   static EntryToRecord Entry(std::string_view request) {
-    return {.realm = standalone::RealmId("1001"),
+    return {.partner = standalone::RealmId("1001"),
             .request = standalone::RequestId(request),
             .amount = standalone::LineAmount("40.00"),
             .expense = Existing{"Utilities"},
@@ -232,6 +237,7 @@ class DeskFixture : public testing::Test {
   standalone::TemporaryFolder folder_;
   const std::filesystem::path path_ = folder_ / "alder.company";
   std::vector<std::int32_t> answers_;
+  std::vector<Lookalikes> lookalikes_;
   std::optional<Company> company_;
 };
 

@@ -57,6 +57,18 @@ TEST_F(TheImport, OfAccountsSaysHowManyItAdded) {
   EXPECT_NE(AccountId("Freight:Rail"), 0);
 }
 
+TEST_F(TheImport, TakesAnEntryAboutWhatAPartnerOwesForTheCompanysOwn) {
+  RelateBirch();
+
+  Import(*company_, Importable::kTransactions,
+         Csv("transaction,type,date,account,amount,partner_realm,request_id,state,name,memo\n"
+             "1,journal,2026-03-01,Due from Birch,10.00,1001,own,3,,\n1,journal,,Utilities,-10.00,,,,,\n"
+             "2,journal,2026-03-01,Utilities,10.00,1001,theirs,3,,\n2,journal,,Due to Birch,-10.00,,,,,\n"));
+
+  standalone::StandaloneHost other(path_);
+  EXPECT_EQ(standalone::Count(other, "SELECT group_concat(target_id) FROM me_own_request"), 1);
+}
+
 TEST_F(TheImport, OfNamesSaysHowManyItAdded) {
   const Imported imported = Import(*company_, Importable::kNames, Csv("name,kind\nElm Freight,vendor\n"));
 

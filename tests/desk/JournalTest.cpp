@@ -37,6 +37,10 @@ class TheJournal : public DeskFixture {
     return refusal;
   }
 
+  standalone::TransactionHeader HeaderOf(std::int32_t txnId) {
+    standalone::StandaloneHost other(path_);
+    return other.Request(standalone::Access::kRead, [&] { return other.Transactions().FindHeader(txnId).value(); });
+  }
   std::vector<IntercompanyLine> Lines(std::int32_t txnId) {
     return ListIntercompanyLines(*company_, static_cast<std::int32_t>(txnId));
   }
@@ -109,7 +113,7 @@ TEST_F(TheJournal, RefusesToBookWhileTheRelationIsNotEstablished) {
   RelateBirch();
   for (const auto state : {standalone::RelationState::kPending, standalone::RelationState::kDeactivated,
                            standalone::RelationState::kWithoutAccounts, standalone::RelationState{2}}) {
-    UpdateRelation(*company_, {.realm = standalone::RealmId("1001"), .state = state, .accounts = {}});
+    UpdateRelation(*company_, {.partner = standalone::RealmId("1001"), .state = state, .accounts = {}});
 
     const Refusal refusal = RefusalBeforeTheModuleIsAsked(Entry("request-1"));
 
@@ -161,6 +165,15 @@ TEST_F(TheJournal, RefusesARequestThatTheCompanySentItself) {
   }
 }
 
+TEST_F(TheJournal, RefusesARequestOfAnEntryOfItsOwn) {
+  RelateBirch();
+  Import(*company_, Importable::kTransactions,
+         Csv("transaction,type,date,name,memo,account,amount,partner_realm,request_id\n"
+             "1,journal,2026-03-01,,,Due from Birch,10.00,1001,own\n1,journal,,,,Utilities,-10.00,,\n"));
+
+  EXPECT_EQ(RefusalBeforeTheModuleIsAsked(Entry("own")).remedy, Remedy::kSeeOwnTransactions);
+}
+
 TEST_F(TheJournal, RefusesARequestIdThatDiffersFromABookedOneByBlanksOnly) {
   RelateBirch();
   RecordJournalEntry(*company_, Entry("request-1"));
@@ -188,13 +201,30 @@ TEST_F(TheJournal, RefusesARequestIdThatDiffersFromARejectedOneByBlanksOnly) {
   }
 }
 
+TEST_F(TheJournal, RefusesARequestIdThatDiffersFromAKnownOneByTheCaseOfItsLettersOnly) {
+  RelateBirch();
+  RecordJournalEntry(*company_, Entry("0193b38b-6825-7b4c"));
+  SaveRejectionOf("REQUEST-2");
+
+  const Refusal booked = RefusalBeforeTheModuleIsAsked(Entry("0193B38B-6825-7B4C"));
+  const Refusal rejected = RefusalBeforeTheModuleIsAsked(Entry("request-2"));
+
+  EXPECT_EQ(booked.remedy, Remedy::kWriteTheRequestIdAsKnown);
+  EXPECT_EQ(
+      booked.why,
+      "the request id \"0193B38B-6825-7B4C\" differs from \"0193b38b-6825-7b4c\" of Birch Services Company (realm "
+      "1001), which is in the books already, by nothing but the case of its letters");
+  EXPECT_EQ(rejected.remedy, Remedy::kWriteTheRequestIdAsKnown);
+  EXPECT_THAT(rejected.why, HasSubstr("which was rejected, by nothing but the case of its letters"));
+}
+
 TEST_F(TheJournal, TellsRequestIdsApartThatDifferByMoreThanBlanksAtTheirEnds) {
   RelateBirch();
   RecordJournalEntry(*company_, Entry("request-1"));
   SaveRejectionOf("request-2");
 
-  for (const char* const request : {"request 1", "request-1 b", "request-1!", "Request-1", "request-2b", "a request-2",
-                                    " a request-1", "request-"}) {
+  for (const char* const request :
+       {"request 1", "request-1 b", "request-1!", "request-2b", "a request-2", " a request-1", "request-"}) {
     EXPECT_THAT(Lines(RecordJournalEntry(*company_, Entry(request))), SizeIs(1)) << request;
   }
 }
@@ -207,7 +237,7 @@ TEST_F(TheJournal, BooksWhatAnotherPartnerCallsByARequestIdThatIsKnown) {
 
   for (const char* const request : {"request-1", " request-2", "request-3", "request-4 "}) {
     EntryToRecord entry = Entry(request);
-    entry.realm = standalone::RealmId("1002");
+    entry.partner = standalone::RealmId("1002");
     EXPECT_THAT(Lines(RecordJournalEntry(*company_, entry)), SizeIs(1)) << request;
   }
 }
@@ -239,11 +269,47 @@ TEST_F(TheJournal, MakesANewAccountAndANewVendorOnTheWay) {
 TEST_F(TheJournal, BooksACreditOfAPartnerAsANegativeAmount) {
   RelateBirch();
   EntryToRecord entry = Entry("request-1");
-  entry.amount = standalone::LineAmount(-1250);
+  entry.amount = standalone::LineAmount("-12.50");
 
   const std::int32_t txnId = RecordJournalEntry(*company_, entry);
 
   EXPECT_EQ(Lines(txnId).at(0).amount, (standalone::Money{-1250, "USD"}));
+}
+
+TEST_F(TheJournal, BooksOnTheDayAndWithTheMemoThatThePersonNames) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.date = DateType32(2026, 3, 31);
+  entry.memo = standalone::Memo("March share");
+
+  const std::int32_t txnId = RecordJournalEntry(*company_, entry);
+
+  EXPECT_EQ(Lines(txnId).at(0).date, DateType32(2026, 3, 31));
+  EXPECT_EQ(Lines(txnId).at(0).memo, "Northern Power");
+  EXPECT_EQ(HeaderOf(txnId).memo, "March share");
+}
+
+TEST_F(TheJournal, BooksTodayUnderTheNameAgainAfterAnEntryThatWasWishedOtherwise) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.date = DateType32(2026, 3, 31);
+  entry.memo = standalone::Memo("March share");
+  RecordJournalEntry(*company_, entry);
+  entry.request = standalone::RequestId("request-1");
+  RefusalOf([&] { RecordJournalEntry(*company_, entry); });
+
+  const std::int32_t txnId = RecordJournalEntry(*company_, Entry("request-2"));
+
+  EXPECT_NE(HeaderOf(txnId).date, DateType32(2026, 3, 31));
+  EXPECT_EQ(HeaderOf(txnId).memo, "Northern Power");
+}
+
+TEST_F(TheJournal, BooksWithoutAMemoWhereThePersonWantsNone) {
+  RelateBirch();
+  EntryToRecord entry = Entry("request-1");
+  entry.memo = standalone::Memo("");
+
+  EXPECT_EQ(HeaderOf(RecordJournalEntry(*company_, entry)).memo, "");
 }
 
 TEST_F(TheJournal, RefusesANewAccountWhoseNameIsTaken) {
@@ -273,7 +339,7 @@ TEST_F(TheJournal, RefusesABookingForAPartnerWithoutRelation) {
       RefusalBeforeTheModuleIsAsked(EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator"));
 
   EXPECT_EQ(refusal.remedy, Remedy::kMakeARelation);
-  EXPECT_EQ(refusal.why, "there is no relation with a partner of realm \"1001\"");
+  EXPECT_EQ(refusal.why, "there is no relation with the partner \"1001\". Did you mean \"1002\"?");
 }
 
 TEST_F(TheJournal, LeavesNoAccountOfABookingWhoseNewNameIsTaken) {
@@ -318,6 +384,26 @@ TEST_F(TheJournal, NamesTheEntryOfARequestThatIsBookedAlready) {
                 std::to_string(txnId));
 }
 
+TEST_F(TheJournal, NamesTheEntryAlsoWhenItsNameOrAccountIsToBeMadeOnceMore) {
+  RelateBirch();
+  const EntryToRecord first = EntryWithNew("Lift", KrEnumerations::kExpense, "Cold Spring Elevator");
+  RecordJournalEntry(*company_, first);
+  const std::string before = WholeFile();
+  EntryToRecord nameAgain = first;
+  nameAgain.expense = Existing{"Lift"};
+
+  const Refusal account = RefusalOf([&] { RecordJournalEntry(*company_, first); });
+  const Refusal name = RefusalOf([&] { RecordJournalEntry(*company_, nameAgain); });
+
+  for (const Refusal& refusal : {account, name}) {
+    EXPECT_EQ(refusal.remedy, Remedy::kSeeTheBookedEntry);
+    EXPECT_THAT(refusal.why, testing::HasSubstr("is booked already, as journal entry"));
+  }
+  EXPECT_EQ(account.status, 5);
+  EXPECT_EQ(name.status, 16);
+  EXPECT_EQ(WholeFile(), before);
+}
+
 TEST_F(TheJournal, TellsTheModulesAnswerAlsoWhenItRefuses) {
   RelateBirch();
   RecordJournalEntry(*company_, Entry("request-1"));
@@ -355,7 +441,7 @@ TEST_F(TheJournal, TellsWhoMayNotCreateEntriesNothingElse) {
       Entry("request-1"),
       Entry("request-2"),
       Entry(" "),
-      with([](EntryToRecord& entry) { entry.realm = standalone::RealmId("1009"); }),
+      with([](EntryToRecord& entry) { entry.partner = standalone::RealmId("1009"); }),
       with([](EntryToRecord& entry) { entry.amount = standalone::LineAmount("0"); }),
       with([](EntryToRecord& entry) { entry.expense = Existing{"Freight"}; }),
       with([](EntryToRecord& entry) { entry.dueTo = "Due to Nobody"; }),
@@ -391,7 +477,7 @@ TEST_F(TheJournal, AsksForTheDueToAccountThatARelationHasNot) {
                              .type = 0,
                              .state = standalone::RelationState::kWithoutAccounts,
                              .accounts = {}});
-  UpdateRelation(*company_, {.realm = realm, .state = standalone::RelationState::kEstablished, .accounts = {}});
+  UpdateRelation(*company_, {.partner = realm, .state = standalone::RelationState::kEstablished, .accounts = {}});
   EntryToRecord entry = Entry("request-1");
   entry.dueTo = "Due to Birch";
 
@@ -449,8 +535,8 @@ TEST_F(TheJournal, RemovesNothingButEntriesOfAPartnersRequest) {
     const Refusal refusal = RefusalOf([&] { RemoveJournalEntry(*company_, txnId); });
 
     EXPECT_EQ(refusal.what, UseCase::kRemoveJournalEntry);
-    EXPECT_EQ(refusal.remedy, Remedy::kSeeJournalEntries);
-    EXPECT_THAT(refusal.why, HasSubstr("transaction " + std::to_string(txnId)));
+    EXPECT_EQ(refusal.remedy, Remedy::kReverseOrRemove);
+    EXPECT_THAT(refusal.why, HasSubstr(std::to_string(txnId) + " was entered here"));
   }
   EXPECT_EQ(Everything(), before);
 }

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+#include <string_view>
+
 #include "standalone/desk/json/Json.h"
 
 namespace desk {
@@ -53,8 +56,30 @@ constexpr const char* kALine =
     R"("stateNumber":1,"ofBefore":false,"requestId":"request-1"})";
 
 TEST(AsJson, AnAccountHasItsTypeByNameAndNumber) {
-  EXPECT_EQ(JsonOf(Account{.id = 9, .name = "Utilities:Power", .type = 12, .specialKind = 5, .deleted = true}).dump(),
-            R"({"id":9,"name":"Utilities:Power","type":"Expense","typeNumber":12,"special":5,"deleted":true})");
+  EXPECT_EQ(
+      JsonOf(Account{.id = 9, .name = "Utilities:Power", .number = "", .type = 12, .specialKind = 5, .deleted = true})
+          .dump(),
+      R"({"id":9,"name":"Utilities:Power","number":null,"type":"Expense","typeNumber":12,"special":5,"deleted":true})");
+}
+
+TEST(AsJson, AnAccountHasItsNumberAsAText) {
+  EXPECT_EQ(
+      JsonOf(Account{.id = 9, .name = "Rent", .number = "4000.10", .type = 12, .specialKind = 0, .deleted = false})
+          .at("number"),
+      "4000.10");
+}
+
+TEST(AsJson, NamesThatAreAlikeHaveTheirListAndTheirPairs) {
+  EXPECT_EQ(
+      JsonOf(Lookalikes{.list = Lookalikes::List::kNames, .count = 11, .first = {{.name = "A", .other = "B"}}}).dump(),
+      R"({"list":"names","count":11,"first":[{"name":"A","other":"B"}]})");
+  EXPECT_EQ(JsonOf(Lookalikes{.list = Lookalikes::List::kAccounts, .count = 1, .first = {}}).at("list"), "accounts");
+}
+
+TEST(AsJson, AnExportedJournalHasItsFileAndWhatItHolds) {
+  EXPECT_EQ(
+      JsonOf(ExportedJournal{.file = "a.journal", .bytes = 90, .accounts = 2, .transactions = 3, .lines = 7}).dump(),
+      R"({"file":"a.journal","bytes":90,"accounts":2,"transactions":3,"lines":7})");
 }
 
 TEST(AsJson, ANameHasItsKind) {
@@ -87,13 +112,15 @@ TEST(AsJson, AUserWithoutRightsHasAnEmptyList) {
 
 TEST(AsJson, SettingsHaveTheNamesUnderWhichTheyAreChanged) {
   EXPECT_EQ(JsonOf(Settings{.companyName = "Alder",
-                            .homeCurrency = "USD",
+                            .homeCurrency = "KWD",
+                            .decimals = standalone::Decimals(3),
                             .multiCurrency = true,
                             .sampleFile = false,
-                            .accountantsCopy = true})
+                            .accountantsCopy = true,
+                            .closingDate = DateType32(2026, 6, 30)})
                 .dump(),
-            R"({"company-name":"Alder","home-currency":"USD","multi-currency":true,"sample-file":false,)"
-            R"("accountants-copy":true})");
+            R"({"company-name":"Alder","home-currency":"KWD","decimals":3,"multi-currency":true,"sample-file":false,)"
+            R"("accountants-copy":true,"closing-date":"2026-06-30"})");
 }
 
 TEST(AsJson, AnImportHasWhatWasAdded) {
@@ -259,6 +286,150 @@ TEST(AsJson, AnOpeningHasWhatItDidBesides) {
             R"({"readsACopy":false,"onlyRead":null,"from":1,"to":2,"before":"alder.before","left":[]})");
 }
 
+TEST(AsJson, APartnerThatIsPairedHasAllThatIsKnownOfIt) {
+  const PairedPartner partner{.id = 1,
+                              .name = "Birch",
+                              .realm = "1001",
+                              .state = standalone::PairingState::kEstablished,
+                              .invitedByUs = true,
+                              .fingerprint = "12345 67890 12345 67890 12345 67890",
+                              .dueFrom = ListItem{.id = 11, .name = "Due from Birch"},
+                              .dueTo = ListItem{.id = 12, .name = "Due to Birch"},
+                              .folder = "shared",
+                              .hasLetterToSend = true,
+                              .outstanding = {"statement: not understood"}};
+
+  EXPECT_EQ(JsonOf(partner).dump(),
+            R"({"id":1,"partner":"Birch","realm":"1001","state":"established","invitedByUs":true,)"
+            R"("fingerprint":"12345 67890 12345 67890 12345 67890","dueFrom":{"id":11,"name":"Due from Birch"},)"
+            R"("dueTo":{"id":12,"name":"Due to Birch"},"folder":"shared","hasLetterToSend":true,)"
+            R"("outstanding":["statement: not understood"]})");
+}
+
+TEST(AsJson, APartnerOfWhomLittleIsKnownHasNullForTheRest) {
+  const Json json = JsonOf(PairedPartner{.id = 1,
+                                         .name = "Birch",
+                                         .realm = "",
+                                         .state = standalone::PairingState::kInvited,
+                                         .invitedByUs = true,
+                                         .fingerprint = "",
+                                         .dueFrom = {},
+                                         .dueTo = {},
+                                         .folder = {},
+                                         .hasLetterToSend = false,
+                                         .outstanding = {}});
+
+  for (const char* const key : {"realm", "fingerprint", "dueFrom", "dueTo", "folder"}) {
+    EXPECT_EQ(json.at(key), nullptr) << key;
+  }
+}
+
+TEST(AsJson, EachStateOfAPairingHasANameOfItsOwn) {
+  using enum standalone::PairingState;
+  std::set<std::string_view> names;
+  for (const auto state : {kInvited, kAnswered, kAccepted, kEstablished, kBlocked, kRemoved}) {
+    names.insert(standalone::NameOf(state));
+  }
+
+  EXPECT_THAT(names, testing::ElementsAre("accepted", "answered", "blocked", "established", "invited", "removed"));
+}
+
+TEST(AsJson, AnIdentityHasItsFileAndItsFingerprint) {
+  EXPECT_EQ(JsonOf(OwnIdentity{.file = "a.company.identity", .fingerprint = "12345", .realm = "1000"}).dump(),
+            R"({"file":"a.company.identity","fingerprint":"12345","realm":"1000"})");
+}
+
+TEST(AsJson, WhatWasCarriedHasItsLettersAndWhatWentWrong) {
+  const CarriedWith carried{.partner = "Birch",
+                            .folder = "shared",
+                            .taken = {{.partner = "Birch", .facts = 1, .done = {"done"}, .outstanding = {}}},
+                            .triedAgain = {"established"},
+                            .sent = 3,
+                            .notSent = {"line 5: blocked"},
+                            .put = 2,
+                            .setAside = {"a.envelope: no envelope"},
+                            .failure = ""};
+
+  EXPECT_EQ(
+      JsonOf(carried).dump(),
+      R"({"partner":"Birch","folder":"shared","taken":[{"partner":"Birch","facts":1,"done":["done"],)"
+      R"("outstanding":[]}],"triedAgain":["established"],"missing":0,"sent":3,"notSent":["line 5: blocked"],"put":2,"setAside":["a.envelope: no envelope"],"failure":null})");
+}
+
+InboxRequest ARequest() {
+  return {.partner = "Alder",
+          .realm = "1002",
+          .requestId = "R-7",
+          .type = kTxnTypeBill,
+          .date = DateType32(2026, 1, 31),
+          .amount = Money{.minorUnits = 4500, .currency = "USD"},
+          .document = "NP-1",
+          .name = "Northern Power",
+          .memo = "Heating",
+          .hint = "Utilities",
+          .earlier = EarlierOfPartner{.reverses = false, .requestId = "R-6"},
+          .state = standalone::InboxState::kAccepted,
+          .mark = "",
+          .reason = "",
+          .entry = EntryOfRequest{.txnId = 601, .day = DateType32(2026, 2, 1)}};
+}
+
+constexpr const char* kARequest =
+    R"({"partner":"Alder","realm":"1002","requestId":"R-7","type":"bill","typeNumber":9,"date":"2026-01-31",)"
+    R"("amount":"45.00","currency":"USD","documentNumber":"NP-1","name":"Northern Power","memo":"Heating",)"
+    R"("hint":"Utilities","reverses":null,"corrects":"R-6","state":"accepted","mark":null,"reason":null,)"
+    R"("entry":{"transaction":601,"date":"2026-02-01"},"entryBefore":null)";
+
+TEST(AsJson, APartnersRequestHasWhatItsProposalSaysAndWhatBecameOfIt) {
+  EXPECT_EQ(JsonOf(ARequest()).dump(), std::string(kARequest) + "}");
+}
+
+TEST(AsJson, ABookedRequestSaysWhetherItsDayWasMoved) {
+  EXPECT_EQ(JsonOf(BookedRequest{.request = ARequest(), .isDateMoved = true}).dump(),
+            std::string(kARequest) + R"(,"dateMoved":true})");
+}
+
+TEST(AsJson, ARequestThatWasLeftHasItsRefusal) {
+  const Json left = JsonOf(LeftRequest{
+      .request = ARequest(),
+      .refusal = {.what = UseCase::kRecordJournalEntry, .status = 8, .why = "no", .remedy = Remedy::kSeeRelations}});
+
+  EXPECT_EQ(left.at("requestId"), "R-7");
+  EXPECT_EQ(left.at("refusal").at("status"), 8);
+  EXPECT_EQ(left.at("refusal").at("remedy"), "see-relations");
+}
+
+TEST(AsJson, ARequestThatIsLostHasNoTransactionAndNoState) {
+  const OutboxRequest lost{.partner = "Birch",
+                           .realm = "1001",
+                           .requestId = "R-8",
+                           .type = kTxnTypeCheck,
+                           .date = DateType32(2026, 1, 31),
+                           .amount = Money{.minorUnits = -100, .currency = ""},
+                           .name = "Northern Power",
+                           .memo = "",
+                           .isSent = true,
+                           .isLost = true,
+                           .reason = "",
+                           .mark = "these books lost it"};
+
+  EXPECT_EQ(
+      JsonOf(lost).dump(),
+      R"({"partner":"Birch","realm":"1001","requestId":"R-8","transaction":null,"line":null,"type":"check",)"
+      R"("typeNumber":3,"date":"2026-01-31","amount":"-1.00","currency":null,"name":"Northern Power","memo":"",)"
+      R"("state":null,"stateNumber":null,"ofBefore":null,"sent":true,"withdrawing":false,"lost":true,"reason":null,)"
+      R"("mark":"these books lost it"})");
+}
+
+TEST(AsJson, RequestsOfAKindHaveNoAmountAndNoDayWhereThereAreNone) {
+  EXPECT_EQ(
+      JsonOf(RequestsOfAKind{
+                 .count = 2, .sum = Money{.minorUnits = 4600, .currency = "USD"}, .oldest = DateType32(2026, 1, 31)})
+          .dump(),
+      R"({"count":2,"amount":"46.00","currency":"USD","oldest":"2026-01-31"})");
+  EXPECT_EQ(JsonOf(RequestsOfAKind{}).dump(), R"({"count":0,"amount":null,"currency":null,"oldest":null})");
+}
+
 TEST(AsJson, AQuestionHasItsKind) {
   const Question question{.kind = Question::Kind::kWarning,
                           .title = "Intercompany transactions",
@@ -295,7 +466,7 @@ TEST(AsJson, ARefusalWithoutStatusAndRemedyHasNullForThem) {
 }
 
 TEST(AsJson, EachRemedyButNoneHasAName) {
-  for (int number = 1; number <= static_cast<int>(Remedy::kReplace); ++number) {
+  for (int number = 1; number <= static_cast<int>(Remedy::kGiveAnotherRequestId); ++number) {
     const Json json =
         JsonOf(Refusal{.what = UseCase::kImport, .status = {}, .why = "no", .remedy = static_cast<Remedy>(number)});
     EXPECT_TRUE(json["remedy"].is_string()) << number;
@@ -304,7 +475,7 @@ TEST(AsJson, EachRemedyButNoneHasAName) {
 
 TEST(AsJson, EachUseCaseHasANameOfItsOwn) {
   std::vector<std::string> names;
-  for (int number = 0; number <= static_cast<int>(UseCase::kKeepOpen); ++number) {
+  for (int number = 0; number <= static_cast<int>(UseCase::kWithdrawRequest); ++number) {
     names.push_back(JsonOf(
         Refusal{.what = static_cast<UseCase>(number), .status = {}, .why = "no", .remedy = Remedy::kNone})["what"]);
   }

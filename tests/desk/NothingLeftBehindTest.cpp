@@ -22,7 +22,7 @@ class WhatIsRefused : public DeskFixture {
     booked_ = RecordJournalEntry(*company_, Entry("request-1"));
     SaveRejectionOf("request-2");
     RelateCedar();
-    UpdateRelation(*company_, {.realm = RealmId("1002"), .state = RelationState::kPending, .accounts = {}});
+    UpdateRelation(*company_, {.partner = RealmId("1002"), .state = RelationState::kPending, .accounts = {}});
     RememberRealm(*company_, RealmId("9130"));
   }
 
@@ -50,7 +50,7 @@ class WhatIsRefused : public DeskFixture {
     };
   }
   Ask Changing(std::string_view realm, const RelationAccounts& accounts) {
-    const RelationChange change{.realm = RealmId(realm), .state = RelationState::kDeactivated, .accounts = accounts};
+    const RelationChange change{.partner = RealmId(realm), .state = RelationState::kDeactivated, .accounts = accounts};
     return [this, change] {
       UpdateRelation(*company_, change);
     };
@@ -95,9 +95,11 @@ TEST_F(WhatIsRefused, ByTheDeskLeavesNothingInTheCompanyFile) {
       Booking([](EntryToRecord& entry) { entry.request = RequestId("request-2"); }),
       Booking([](EntryToRecord& entry) { entry.request = RequestId("request-1 "); }),
       Booking([](EntryToRecord& entry) { entry.request = RequestId(" request-2"); }),
+      Booking([](EntryToRecord& entry) { entry.request = RequestId("Request-1"); }),
+      Booking([](EntryToRecord& entry) { entry.request = RequestId("REQUEST-2"); }),
       Booking([](EntryToRecord& entry) { entry.request = RequestId("request-bill"); }),
-      Booking([](EntryToRecord& entry) { entry.realm = RealmId("1009"); }),
-      Booking([](EntryToRecord& entry) { entry.realm = RealmId("1002"); }),
+      Booking([](EntryToRecord& entry) { entry.partner = RealmId("1009"); }),
+      Booking([](EntryToRecord& entry) { entry.partner = RealmId("1002"); }),
       Booking([](EntryToRecord& entry) { entry.dueTo = "Due to Cedar"; }),
       Booking([](EntryToRecord& entry) { entry.expense = Existing{"Due to Birch"}; }),
       Relating("9130", {}),
@@ -105,9 +107,13 @@ TEST_F(WhatIsRefused, ByTheDeskLeavesNothingInTheCompanyFile) {
       Relating("2003", {.dueFrom = "Utilities", .dueTo = "Due to Cedar"}),
       Relating("2003", {.dueFrom = "Due from Cedar", .dueTo = "Checking"}),
       Changing("9130", {}),
+      Changing("1002", {.dueFrom = "Checking", .dueTo = {}}),
       Changing("1001", {.dueFrom = "Checking", .dueTo = "Checking"}),
       Changing("1001", {.dueFrom = "Utilities", .dueTo = "Due to Birch"}),
       Changing("1001", {.dueFrom = "Due from Birch", .dueTo = "Checking"}),
+      Changing("1001", {.dueFrom = "Due from Cedar", .dueTo = "Due to Birch"}),
+      Changing("1001", {.dueFrom = "Due from Birch", .dueTo = "Payables"}),
+      [this] { RememberRealm(*company_, RealmId("1002")); },
       [this] { RemoveJournalEntry(*company_, 1); },
       [this] { DeleteRejection(*company_, RealmId("1009"), RequestId("request-2")); },
   });
@@ -130,9 +136,8 @@ TEST_F(WhatIsRefused, ByTheModuleLeavesNothingInTheCompanyFile) {
       Relating("2003", {.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"}),
       Relating("2003", {.dueFrom = "Receivables", .dueTo = "Payables"}),
       Relating("1001", {.dueFrom = "Due from Birch", .dueTo = "Due to Birch"}),
-      Changing("1001", {.dueFrom = "Checking", .dueTo = {}}),
-      Changing("1001", {.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"}),
-      Changing("1001", {.dueFrom = "Receivables", .dueTo = "Payables"}),
+      Changing("1002", {.dueFrom = "Due from Birch", .dueTo = "Due to Birch"}),
+      Changing("1002", {.dueFrom = "Receivables", .dueTo = "Payables"}),
       Changing("2003", {}),
       [this] { DeleteRelation(*company_, RealmId("1002"), /*force=*/false); },
       [this] { DeleteRelation(*company_, RealmId("2003"), /*force=*/true); },
@@ -143,7 +148,7 @@ TEST_F(WhatIsRefused, ByTheModuleLeavesNothingInTheCompanyFile) {
       [this] { SetState(*company_, 1, 4711, standalone::TransactionState::kEstablished); },
       [this] { DeleteRejection(*company_, RealmId("1001"), RequestId("request-1")); },
       [this] {
-        SaveRejection(*company_, {.realm = RealmId("2003"),
+        SaveRejection(*company_, {.partner = RealmId("2003"),
                                   .request = RequestId("request-3"),
                                   .type = standalone::RejectableType::kBill,
                                   .amount = standalone::RejectedAmount("1"),
@@ -151,8 +156,7 @@ TEST_F(WhatIsRefused, ByTheModuleLeavesNothingInTheCompanyFile) {
       },
   });
 
-  EXPECT_THAT(answers_,
-              testing::ElementsAre(0, 5, 6, 0, 16, 17, 12, 13, 28, 13, 12, 13, 28, 12, 9, 12, 18, 12, 12, 0, 12));
+  EXPECT_THAT(answers_, testing::ElementsAre(0, 5, 6, 0, 16, 17, 12, 13, 28, 13, 13, 28, 12, 9, 12, 18, 12, 12, 0, 12));
   ExpectNoGap(AccountId("Old Rent"), NameId("Walker:Depot"));
 }
 

@@ -68,6 +68,15 @@ TEST_F(TheRealm, IsRememberedByAnAdministratorsWord) {
   EXPECT_EQ(RememberedRealm(*company_), "1234567890123456789");
 }
 
+TEST_F(TheRealm, TellsTheTrailNothingOfTheOneThatIsRemembered) {
+  EXPECT_TRUE(RememberRealm(*company_, RealmId("9130")));
+  const std::string before = WholeFile();
+
+  EXPECT_FALSE(RememberRealm(*company_, RealmId("9130")));
+
+  EXPECT_EQ(WholeFile(), before);
+}
+
 TEST_F(TheRealm, IsChangedByAdministratorsOnly) {
   OpenFor("Robin", {"accounts:modify"});
   const std::string before = Everything();
@@ -105,6 +114,56 @@ TEST_F(TheRealm, IsFirstRememberedForAnAdministratorOnly) {
   EXPECT_THAT(refusal, IsForAdministrators());
   EXPECT_EQ(refusal.what, UseCase::kCheckRealm);
   EXPECT_EQ(RememberedRealm(*company_), std::nullopt);
+}
+
+TEST_F(TheRealm, IsNeverThatOfAPartner) {
+  RelateBirch();
+  const std::string before = WholeFile();
+  answers_.clear();
+  for (const char* const realm : {"1001", " 1001", "1001 "}) {
+    const Refusal refusal = RefusalOf([&] { RememberRealm(*company_, RealmId(realm)); });
+
+    EXPECT_EQ(refusal.what, UseCase::kChangeRealm);
+    EXPECT_EQ(refusal.status, std::nullopt);
+    EXPECT_EQ(refusal.remedy, Remedy::kNameTheCompanysRealm);
+    EXPECT_EQ(refusal.why, "the realm " + standalone::Quoted(realm) +
+                               " is that of the partner \"Birch Services Company\", not this company's own");
+  }
+  EXPECT_EQ(WholeFile(), before);
+  EXPECT_THAT(answers_, IsEmpty());
+}
+
+TEST_F(TheRealm, OfAPartnerIsNotRememberedByTheFirstCheckEither) {
+  RelateBirch();
+  const std::string before = WholeFile();
+
+  const Refusal refusal = RefusalOf([&] { CheckRealm(*company_, RealmId("1001"), Answering(true)); });
+
+  EXPECT_EQ(refusal.what, UseCase::kCheckRealm);
+  EXPECT_EQ(refusal.status, std::nullopt);
+  EXPECT_EQ(refusal.remedy, Remedy::kNameTheCompanysRealm);
+  EXPECT_EQ(WholeFile(), before);
+  EXPECT_THAT(asked_, IsEmpty());
+}
+
+TEST_F(TheRealm, OfAPartnerIsAResetOneToACompanyThatRemembersItsOwn) {
+  RelateBirch();
+  RememberRealm(*company_, RealmId("9130"));
+
+  const RealmCheck check = CheckRealm(*company_, RealmId("1001"), Answering(false));
+
+  EXPECT_TRUE(check.blocked);
+  EXPECT_EQ(check.outcome, RealmOutcome::kReset);
+  EXPECT_EQ(RememberedRealm(*company_), "9130");
+}
+
+TEST_F(TheRealm, OfAFormerPartnerIsFree) {
+  RelateBirch();
+  ASSERT_FALSE(DeleteRelation(*company_, RealmId("1001"), /*force=*/true).deactivated);
+
+  RememberRealm(*company_, RealmId("1001"));
+
+  EXPECT_EQ(RememberedRealm(*company_), "1001");
 }
 
 TEST_F(TheRealm, IsCheckedForAnyoneOnceItIsRemembered) {

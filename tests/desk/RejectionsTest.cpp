@@ -12,7 +12,7 @@ class TheRejections : public DeskFixture {
  protected:
   static RejectionToSave Rejected(std::string_view request, std::string_view amount,
                                   standalone::RejectableType type = standalone::RejectableType::kBill) {
-    return {.realm = RealmId("1001"),
+    return {.partner = RealmId("1001"),
             .request = RequestId(request),
             .type = type,
             .amount = standalone::RejectedAmount(amount),
@@ -50,6 +50,26 @@ TEST_F(TheRejections, AreKeptInTheOrderInWhichTheyWereSaved) {
   EXPECT_EQ(rejections[1].requestId, "request-1");
   EXPECT_EQ(rejections[1].type, kTxnTypeCheck);
   EXPECT_EQ(rejections[1].amount, (standalone::Money{-1000, "USD"}));
+}
+
+TEST_F(TheRejections, AreNotOfWhatIsBooked) {
+  RelateBirch();
+  RecordJournalEntry(*company_, Entry("request-1"));
+  const std::string before = WholeFile();
+
+  const Refusal refusal = RefusalOf([&] { SaveRejection(*company_, Rejected("request-1", "40.00")); });
+
+  EXPECT_EQ(refusal.remedy, Remedy::kSeeTheBookedEntry);
+  EXPECT_EQ(WholeFile(), before);
+}
+
+TEST_F(TheRejections, MayBearTheIdOfARequestOfTheCompanysOwn) {
+  RelateBirch();
+  ImportMarch();
+
+  SaveRejection(*company_, Rejected("request-bill", "40.00"));
+
+  EXPECT_THAT(ListRejections(*company_), SizeIs(1));
 }
 
 TEST_F(TheRejections, KeepAnAmountAsThePartnerWroteIt) {
@@ -136,7 +156,7 @@ TEST_F(TheRejections, OfAnotherPartnersRequestOfTheSameIdStay) {
                              .accounts = {.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"}});
   SaveRejection(*company_, Rejected("request-1", "20.00"));
   RejectionToSave cedars = Rejected("request-1", "30.00");
-  cedars.realm = RealmId("1002");
+  cedars.partner = RealmId("1002");
   SaveRejection(*company_, cedars);
 
   DeleteRejection(*company_, RealmId("1001"), RequestId("request-1"));
@@ -170,7 +190,7 @@ TEST_F(TheRejections, AreToldToNobodyWhoMaySeeNone) {
     EXPECT_EQ(deleted.why, "The user \"Robin\" has no right bills:view or checks:view.");
   }
   RejectionToSave ofNobody = Rejected("request-1", "20.00");
-  ofNobody.realm = RealmId("1009");
+  ofNobody.partner = RealmId("1009");
   EXPECT_EQ(RefusalOf([&] { SaveRejection(*company_, ofNobody); }).status, 3);
   EXPECT_EQ(WholeFile(), before);
 }

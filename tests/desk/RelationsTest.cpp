@@ -1,3 +1,4 @@
+#include "MultiEntityHost/Preferences.h"
 #include "tests/desk/DeskFixture.h"
 
 namespace desk {
@@ -17,6 +18,11 @@ class TheRelations : public DeskFixture {
             .type = 7,
             .state = RelationState::kPending,
             .accounts = {.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"}};
+  }
+  // Which took a partner's realm id for the company's own, too.
+  void RememberAsOlderProgramsDid(std::string_view realm) {
+    standalone::StandaloneHost other(path_);
+    other.Request(standalone::Access::kWrite, [&] { other.Preferences().Set(kRealmIdPreference, realm); });
   }
 };
 
@@ -71,7 +77,7 @@ TEST_F(TheRelations, TellTheRealmsOfThosePartnersThatHaveAccounts) {
 TEST_F(TheRelations, KeepWhatAChangeLeavesOutAndCountTheChange) {
   CreateRelation(*company_, Cedar());
 
-  UpdateRelation(*company_, {.realm = RealmId("2002"), .state = RelationState::kEstablished, .accounts = {}});
+  UpdateRelation(*company_, {.partner = RealmId("2002"), .state = RelationState::kEstablished, .accounts = {}});
 
   const Relation relation = ShowRelation(*company_, RealmId("2002"));
   EXPECT_EQ(relation.state, RelationState::kEstablished);
@@ -84,7 +90,7 @@ TEST_F(TheRelations, KeepTheirStateWhenOnlyTheAccountsChange) {
 
   UpdateRelation(
       *company_,
-      {.realm = RealmId("2002"), .state = {}, .accounts = {.dueFrom = "Due from Birch", .dueTo = "Due to Birch"}});
+      {.partner = RealmId("2002"), .state = {}, .accounts = {.dueFrom = "Due from Birch", .dueTo = "Due to Birch"}});
 
   const Relation relation = ShowRelation(*company_, RealmId("2002"));
   EXPECT_EQ(relation.state, RelationState::kPending);
@@ -99,7 +105,7 @@ TEST_F(TheRelations, AreNeverInTheStateThatAsksToKeepTheState) {
   const std::string before = Everything();
 
   EXPECT_THROW(CreateRelation(*company_, cedar), standalone::InvalidInput);
-  EXPECT_THROW(UpdateRelation(*company_, {.realm = RealmId("1001"), .state = RelationState{6}, .accounts = {}}),
+  EXPECT_THROW(UpdateRelation(*company_, {.partner = RealmId("1001"), .state = RelationState{6}, .accounts = {}}),
                standalone::InvalidInput);
 
   EXPECT_EQ(Everything(), before);
@@ -141,6 +147,29 @@ TEST_F(TheRelations, NeedBothAccounts) {
   EXPECT_THAT(ListRelations(*company_), IsEmpty());
 }
 
+TEST_F(TheRelations, AreGivenBothAccountsOrKeepBoth) {
+  CreateRelation(*company_, Cedar());
+  answers_.clear();
+
+  const Refusal dueFrom = RefusalOf([&] {
+    UpdateRelation(*company_,
+                   {.partner = RealmId("2002"), .state = {}, .accounts = {.dueFrom = "Checking", .dueTo = {}}});
+  });
+  const Refusal dueTo = RefusalOf([&] {
+    UpdateRelation(*company_,
+                   {.partner = RealmId("2002"), .state = {}, .accounts = {.dueFrom = {}, .dueTo = "Due to Birch"}});
+  });
+
+  EXPECT_EQ(dueFrom.why, "only the due-from account is given; a relation is given both or keeps both");
+  EXPECT_EQ(dueTo.why, "only the due-to account is given; a relation is given both or keeps both");
+  for (const Refusal& refusal : {dueFrom, dueTo}) {
+    EXPECT_EQ(refusal.status, std::nullopt);
+    EXPECT_EQ(refusal.remedy, Remedy::kGiveBothAccounts);
+  }
+  EXPECT_THAT(answers_, IsEmpty());
+  EXPECT_EQ(ShowRelation(*company_, RealmId("2002")).revision, 1);
+}
+
 TEST_F(TheRelations, UseNoAccountThatIsMarkedDeletedOrOfAnotherKind) {
   Import(*company_, Importable::kAccounts, Csv("name,type,deleted\nOld Deposits,Other Asset,yes\n"));
   for (const char* const account : {"Old Deposits", "Receivables", "Undeposited Funds"}) {
@@ -160,8 +189,9 @@ TEST_F(TheRelations, AreMadeChangedAndDeletedByAdministratorsAndAccountants) {
   OpenFor("Robin", {"journal:create", "bills:modify", "accounts:modify"});
 
   const Refusal created = RefusalOf([&] { CreateRelation(*company_, Cedar()); });
-  const Refusal updated = RefusalOf(
-      [&] { UpdateRelation(*company_, {.realm = RealmId("1001"), .state = RelationState::kPending, .accounts = {}}); });
+  const Refusal updated = RefusalOf([&] {
+    UpdateRelation(*company_, {.partner = RealmId("1001"), .state = RelationState::kPending, .accounts = {}});
+  });
   const Refusal deleted = RefusalOf([&] { DeleteRelation(*company_, RealmId("1001"), true); });
 
   EXPECT_EQ(created.status, 3);
@@ -187,7 +217,7 @@ TEST_F(TheRelations, AreToldToNobodyWhoMayNotChangeThem) {
   for (const NewRelation& relation : {misspelt, own, wrongType}) {
     const Refusal created = RefusalOf([&] { CreateRelation(*company_, relation); });
     const Refusal updated = RefusalOf(
-        [&] { UpdateRelation(*company_, {.realm = relation.realm, .state = {}, .accounts = relation.accounts}); });
+        [&] { UpdateRelation(*company_, {.partner = relation.realm, .state = {}, .accounts = relation.accounts}); });
 
     EXPECT_EQ(created.status, 3);
     EXPECT_EQ(updated.status, 3);
@@ -217,18 +247,18 @@ TEST_F(TheRelations, AreNotMadeWithTheCompanyItself) {
 
 TEST_F(TheRelations, AreNotChangedForTheCompanyItself) {
   CreateRelation(*company_, Cedar());
-  RememberRealm(*company_, RealmId("2002"));
+  RememberAsOlderProgramsDid("2002");
   const std::string before = WholeFile();
 
   const Refusal refusal = RefusalOf([&] {
-    UpdateRelation(*company_, {.realm = RealmId("2002"), .state = RelationState::kEstablished, .accounts = {}});
+    UpdateRelation(*company_, {.partner = RealmId("2002"), .state = RelationState::kEstablished, .accounts = {}});
   });
 
   EXPECT_EQ(refusal.what, UseCase::kUpdateRelation);
   EXPECT_EQ(refusal.status, std::nullopt);
   EXPECT_EQ(refusal.remedy, Remedy::kNameThePartnersRealm);
   EXPECT_EQ(WholeFile(), before);
-  EXPECT_EQ(DeleteRelation(*company_, RealmId("2002"), /*force=*/true), Deleted::kRemoved);
+  EXPECT_FALSE(DeleteRelation(*company_, RealmId("2002"), /*force=*/true).deactivated);
 }
 
 TEST_F(TheRelations, NeedAnAssetForWhatThePartnerOwesAndALiabilityForWhatIsOwed) {
@@ -245,7 +275,7 @@ TEST_F(TheRelations, NeedAnAssetForWhatThePartnerOwesAndALiabilityForWhatIsOwed)
   for (const auto& [wrong, why] : wrongs) {
     const Refusal created = RefusalOf([&] { CreateRelation(*company_, wrong); });
     const Refusal updated = RefusalOf(
-        [&] { UpdateRelation(*company_, {.realm = RealmId("1001"), .state = {}, .accounts = wrong.accounts}); });
+        [&] { UpdateRelation(*company_, {.partner = RealmId("1001"), .state = {}, .accounts = wrong.accounts}); });
 
     for (const Refusal& refusal : {created, updated}) {
       EXPECT_EQ(refusal.status, std::nullopt);
@@ -264,7 +294,7 @@ TEST_F(TheRelations, TakeAccountsOfAnyTypeWhenAPersonSaysSo) {
   CreateRelation(*company_, cedar);
   DeleteRelation(*company_, RealmId("2002"), /*force=*/true);
 
-  UpdateRelation(*company_, {.realm = RealmId("1001"), .state = {}, .accounts = accounts});
+  UpdateRelation(*company_, {.partner = RealmId("1001"), .state = {}, .accounts = accounts});
 
   EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).dueFrom, (ListItem{AccountId("Utilities"), "Utilities"}));
   EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).dueTo, (ListItem{AccountId("Checking"), "Checking"}));
@@ -285,7 +315,7 @@ TEST_F(TheRelations, HaveTwoAccountsThatAreNotOne) {
 
   const Refusal created = RefusalOf([&] { CreateRelation(*company_, cedar); });
   const Refusal updated = RefusalOf(
-      [&] { UpdateRelation(*company_, {.realm = RealmId("1001"), .state = {}, .accounts = cedar.accounts}); });
+      [&] { UpdateRelation(*company_, {.partner = RealmId("1001"), .state = {}, .accounts = cedar.accounts}); });
 
   for (const Refusal& refusal : {created, updated}) {
     EXPECT_EQ(refusal.status, std::nullopt);
@@ -306,6 +336,77 @@ TEST_F(TheRelations, AreNotTakenUpAgainWithTheOtherOfTheirAccounts) {
   EXPECT_EQ(ShowRelation(*company_, RealmId("2002")).revision, 1);
 }
 
+TEST_F(TheRelations, KeepTheAccountsOnWhichSomethingIsBookedWithThePartner) {
+  RelateBirch();
+  ImportMarch();
+  const std::string before = WholeFile();
+  answers_.clear();
+
+  const Refusal dueFrom = RefusalOf([&] {
+    UpdateRelation(
+        *company_,
+        {.partner = RealmId("1001"), .state = {}, .accounts = {.dueFrom = "Due from Cedar", .dueTo = "Due to Birch"}});
+  });
+  const Refusal dueTo = RefusalOf([&] {
+    UpdateRelation(*company_, {.partner = RealmId("1001"),
+                               .state = RelationState::kPending,
+                               .accounts = {.dueFrom = "Due from Birch", .dueTo = "Due to Cedar"}});
+  });
+
+  for (const Refusal& refusal : {dueFrom, dueTo}) {
+    EXPECT_EQ(refusal.what, UseCase::kUpdateRelation);
+    EXPECT_EQ(refusal.status, std::nullopt);
+    EXPECT_EQ(refusal.remedy, Remedy::kKeepTheAccount);
+  }
+  EXPECT_EQ(dueFrom.why,
+            "the due-from account of Birch Services Company (realm 1001) stays \"Due from Birch\", on which bill 1 is "
+            "booked");
+  EXPECT_EQ(
+      dueTo.why,
+      "the due-to account of Birch Services Company (realm 1001) stays \"Due to Birch\", on which journal entry 3 "
+      "is booked");
+  EXPECT_THAT(answers_, IsEmpty());
+  EXPECT_EQ(WholeFile(), before);
+}
+
+TEST_F(TheRelations, AreNotTakenUpAgainWithOtherAccountsThanThoseOnWhichSomethingIsBooked) {
+  RelateBirch();
+  ImportMarch();
+  UpdateRelation(*company_, {.partner = RealmId("1001"), .state = RelationState::kPending, .accounts = {}});
+  NewRelation again = Cedar();
+  again.realm = RealmId("1001");
+  const std::string before = WholeFile();
+
+  const Refusal refusal = RefusalOf([&] { CreateRelation(*company_, again); });
+
+  EXPECT_EQ(refusal.remedy, Remedy::kKeepTheAccount);
+  EXPECT_EQ(WholeFile(), before);
+}
+
+TEST_F(TheRelations, MayBeGivenTheAccountsThatTheyHaveWhateverIsBooked) {
+  RelateBirch();
+  ImportMarch();
+
+  UpdateRelation(*company_, {.partner = RealmId("1001"),
+                             .state = RelationState::kPending,
+                             .accounts = {.dueFrom = "due from birch", .dueTo = "Due to Birch"}});
+
+  EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).state, RelationState::kPending);
+}
+
+TEST_F(TheRelations, GetOtherAccountsWhileNothingIsBookedWithThePartner) {
+  RelateBirch();
+  CreateRelation(*company_, Cedar());
+  ImportMarch();
+  Import(*company_, Importable::kAccounts, Csv("name,type\nFrom Cedar,Other Asset\n"));
+
+  UpdateRelation(
+      *company_,
+      {.partner = RealmId("2002"), .state = {}, .accounts = {.dueFrom = "From Cedar", .dueTo = "Due to Cedar"}});
+
+  EXPECT_EQ(ShowRelation(*company_, RealmId("2002")).dueFrom->name, "From Cedar");
+}
+
 TEST_F(TheRelations, MayBeMadeByAnAccountant) {
   AddUser(*company_, {.name = "Robin", .administrator = false, .accountant = true, .rights = {}});
   Open("Robin");
@@ -318,7 +419,7 @@ TEST_F(TheRelations, MayBeMadeByAnAccountant) {
 TEST_F(TheRelations, AreRemovedWhenNothingRefersToThem) {
   RelateBirch();
 
-  EXPECT_EQ(DeleteRelation(*company_, RealmId("1001"), /*force=*/false), Deleted::kRemoved);
+  EXPECT_FALSE(DeleteRelation(*company_, RealmId("1001"), /*force=*/false).deactivated);
 
   EXPECT_THAT(ListRelations(*company_), IsEmpty());
 }
@@ -327,7 +428,7 @@ TEST_F(TheRelations, AreDeactivatedWhileTransactionsReferToThem) {
   RelateBirch();
   ImportMarch();
 
-  EXPECT_EQ(DeleteRelation(*company_, RealmId("1001"), /*force=*/false), Deleted::kDeactivated);
+  EXPECT_TRUE(DeleteRelation(*company_, RealmId("1001"), /*force=*/false).deactivated);
 
   EXPECT_EQ(ShowRelation(*company_, RealmId("1001")).state, RelationState::kDeactivated);
 }
@@ -341,7 +442,7 @@ TEST_F(TheRelations, AreDeletedWhilePendingOnlyByForce) {
   EXPECT_EQ(refusal.status, 9);
   EXPECT_EQ(refusal.remedy, Remedy::kForceOrWait);
   EXPECT_THAT(ListRelations(*company_), SizeIs(1));
-  EXPECT_EQ(DeleteRelation(*company_, RealmId("2002"), /*force=*/true), Deleted::kRemoved);
+  EXPECT_FALSE(DeleteRelation(*company_, RealmId("2002"), /*force=*/true).deactivated);
 }
 
 TEST_F(TheRelations, AreNotShownWhenThereIsNone) {

@@ -32,6 +32,17 @@ TEST_F(TheSettings, AreChangedOneAtATimeAndAllAnswered) {
   EXPECT_EQ(JsonOf(ReadSettings(*company_)), JsonOf(answered));
 }
 
+TEST_F(TheSettings, TellTheTrailNothingOfAValueThatIsTheSame) {
+  EXPECT_TRUE(ChangeSetting(*company_, "closing-date", "2024-06-30").hasChanged);
+  const std::string before = WholeFile();
+
+  EXPECT_FALSE(ChangeSetting(*company_, "closing-date", "2024-06-30").hasChanged);
+  EXPECT_FALSE(ChangeSetting(*company_, "company-name", "Alder Supply Company").hasChanged);
+  EXPECT_FALSE(ChangeSetting(*company_, "multi-currency", "no").hasChanged);
+
+  EXPECT_EQ(WholeFile(), before);
+}
+
 TEST_F(TheSettings, AreSwitchedOffAgain) {
   ChangeSetting(*company_, "multi-currency", "yes");
 

@@ -39,14 +39,59 @@ class TheTransactions : public DeskFixture {
     for (const IntercompanyLine& line : ListIntercompanyLines(*company_, Period(from, to))) ids.push_back(line.txnId);
     return ids;
   }
+  std::vector<std::int32_t> Those(const LineFilter& filter) {
+    std::vector<std::int32_t> ids;
+    for (const IntercompanyLine& line : ListIntercompanyLines(*company_, Period(NullDate(), NullDate()), filter)) {
+      ids.push_back(line.txnId);
+    }
+    return ids;
+  }
   standalone::BookedState MoveBill(TransactionState state) {
-    return SetState(*company_, standalone::RealmId("1001"), standalone::RequestId("request-bill"), state);
+    return SetState(*company_, standalone::RealmId("1001"), standalone::RequestId("request-bill"), state).state;
   }
   void ChangeFile(const char* sql) {
     standalone::StandaloneHost other(path_);
     standalone::FileOf(other).Execute(sql);
   }
 };
+
+TEST_F(TheTransactions, MayBeThoseOfOneTypeOnly) {
+  EXPECT_THAT(Those({.partner = {}, .type = kTxnTypeCheck, .state = {}, .request = {}, .account = {}}),
+              ElementsAre(kCheck));
+}
+
+TEST_F(TheTransactions, MayBeThoseOfOneRequestOnly) {
+  EXPECT_THAT(
+      Those({.partner = {}, .type = {}, .state = {}, .request = standalone::RequestId("request-bill"), .account = {}}),
+      ElementsAre(kBill));
+}
+
+TEST_F(TheTransactions, MayBeThoseInOneStateOnlyByNameOrByNumber) {
+  EXPECT_THAT(Those({.partner = {}, .type = {}, .state = WantedState("sent"), .request = {}, .account = {}}),
+              ElementsAre(kBill));
+  EXPECT_THAT(Those({.partner = {}, .type = {}, .state = WantedState("1"), .request = {}, .account = {}}),
+              ElementsAre(kBill));
+}
+
+TEST_F(TheTransactions, OfBeforeAreFoundByTheNameThatTheyHaveInTheList) {
+  ChangeFile("UPDATE me_transaction SET of_before = 1 WHERE txn_id = 1");
+
+  EXPECT_THAT(Those({.partner = {}, .type = {}, .state = WantedState("sent"), .request = {}, .account = {}}),
+              IsEmpty());
+  EXPECT_THAT(Those({.partner = {}, .type = {}, .state = WantedState("pending"), .request = {}, .account = {}}),
+              ElementsAre(kBill));
+  EXPECT_THAT(Those({.partner = {}, .type = {}, .state = WantedState("1"), .request = {}, .account = {}}),
+              ElementsAre(kBill));
+}
+
+TEST_F(TheTransactions, MayBeThoseOfOneAccountOnlyOnEitherSide) {
+  EXPECT_THAT(Those({.partner = {}, .type = {}, .state = {}, .request = {}, .account = "Due from Birch"}),
+              ElementsAre(kBill, kCheck));
+  EXPECT_THAT(Those({.partner = {}, .type = {}, .state = {}, .request = {}, .account = "due to birch"}),
+              ElementsAre(kJournalEntry));
+  EXPECT_THROW(Those({.partner = {}, .type = {}, .state = {}, .request = {}, .account = "Nowhere"}),
+               standalone::InvalidInput);
+}
 
 TEST_F(TheTransactions, ShowABillWithDateAmountAccountAndName) {
   const IntercompanyLine line = LineOf(kBill);
@@ -153,6 +198,75 @@ TEST_F(TheTransactions, MoveToTheStateThatTheBooksSayWithoutBeingConfirmed) {
   EXPECT_EQ(LineOf(kBill).state, TransactionState::kCameBack);
   standalone::StandaloneHost other(path_);
   EXPECT_EQ(standalone::Count(other, "SELECT partner_confirmed FROM txn WHERE id = 1"), 0);
+}
+
+TEST_F(TheTransactions, AreConfirmedByTheirLineToo) {
+  SetState(*company_, kBill, LineOf(kBill).lineId, TransactionState::kEstablished);
+
+  standalone::StandaloneHost other(path_);
+  EXPECT_EQ(standalone::Count(other, "SELECT partner_confirmed FROM txn WHERE id = 1"), 1);
+}
+
+// A bill (4) that both partners share.
+class ASharedBill : public TheTransactions {
+ protected:
+  ASharedBill() {
+    RelateCedar();
+    Import(*company_, Importable::kTransactions,
+           Csv("transaction,type,date,name,memo,account,amount,partner_realm,request_id,state\n"
+               "S,bill,2024-04-01,Northern Power,,Due from Birch,40.00,1001,shared-birch,sent\n"
+               "S,bill,,,,Due from Cedar,30.00,1002,shared-cedar,sent\n"
+               "S,bill,,,,Payables,-70.00,,,\n"));
+    lines_ = ListIntercompanyLines(*company_, kShared);
+  }
+  bool IsConfirmed() {
+    standalone::StandaloneHost other(path_);
+    return standalone::Count(other, "SELECT partner_confirmed FROM txn WHERE id = 4") != 0;
+  }
+  void EstablishByRequest(const char* realm, const char* request) {
+    SetState(*company_, standalone::RealmId(realm), standalone::RequestId(request), TransactionState::kEstablished);
+  }
+  void EstablishByLine(std::size_t number) {
+    SetState(*company_, kShared, lines_.at(number).lineId, TransactionState::kEstablished);
+  }
+
+  static constexpr std::int32_t kShared = 4;
+  std::vector<IntercompanyLine> lines_;
+};
+
+TEST_F(ASharedBill, IsConfirmedByTheRequestOfTheLastPartner) {
+  EstablishByRequest("1001", "shared-birch");
+  EXPECT_FALSE(IsConfirmed());
+
+  EstablishByRequest("1002", "shared-cedar");
+
+  EXPECT_TRUE(IsConfirmed());
+}
+
+TEST_F(ASharedBill, IsConfirmedByTheLineOfTheLastPartner) {
+  EstablishByRequest("1002", "shared-cedar");
+  EXPECT_FALSE(IsConfirmed());
+
+  EstablishByLine(0);
+
+  EXPECT_TRUE(IsConfirmed());
+}
+
+TEST_F(ASharedBill, IsConfirmedByARequestAfterALine) {
+  EstablishByLine(0);
+  EXPECT_FALSE(IsConfirmed());
+
+  EstablishByRequest("1002", "shared-cedar");
+
+  EXPECT_TRUE(IsConfirmed());
+}
+
+TEST_F(ASharedBill, IsNotConfirmedWhileAPartnerHasSentItBack) {
+  SetState(*company_, kShared, lines_.at(1).lineId, TransactionState::kCameBack);
+
+  EstablishByRequest("1001", "shared-birch");
+
+  EXPECT_FALSE(IsConfirmed());
 }
 
 TEST_F(TheTransactions, MoveAlongTheWayOfAnExchange) {

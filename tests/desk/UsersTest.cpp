@@ -1,6 +1,8 @@
+#include <functional>
 #include <future>
 
 #include "tests/desk/DeskFixture.h"
+#include "tests/support/Thrown.h"
 
 namespace desk {
 namespace {
@@ -76,6 +78,16 @@ TEST_F(TheUsers, HaveTheirMarksAndRightsReplaced) {
   EXPECT_EQ(changed.name, "Robin");
   EXPECT_THAT(RightsOf(changed), ElementsAre("checks:view"));
   EXPECT_EQ(JsonOf(Listed("Robin")), JsonOf(changed));
+}
+
+TEST_F(TheUsers, TellTheTrailNothingOfMarksAndRightsThatAreTheSame) {
+  AddUser(*company_, UserWith("Robin", {"bills:create", "journal:view", "accounts:view"}));
+  const std::string before = WholeFile();
+
+  EXPECT_FALSE(ChangeUser(*company_, UserWith("Robin", {"accounts:view", "journal:view", "bills:create"})).hasChanged);
+
+  EXPECT_EQ(WholeFile(), before);
+  EXPECT_TRUE(ChangeUser(*company_, UserWith("Robin", {"bills:create"})).hasChanged);
 }
 
 TEST_F(TheUsers, GetTheirOwnRightsBackWhenTheyAreNoAdministratorsAnyMore) {
@@ -186,7 +198,13 @@ TEST_F(TheUsers, AreNotChangedByWhoIsNotAmongThemAnyMore) {
     other.Request(standalone::Access::kWrite, [&] { other.Users().Remove(kFirstUser); });
   }
 
-  EXPECT_THAT(RefusalsOfAllChanges(), Each(IsForAdministrators()));
+  for (const std::function<void()>& change : std::vector<std::function<void()>>{
+           [&] { AddUser(*company_, UserWith("Anna", {})); },
+           [&] { ChangeUser(*company_, UserWith("Robin", {})); },
+           [&] { RemoveUser(*company_, "Robin"); },
+       }) {
+    EXPECT_THAT(MessageOf<standalone::UnitOfWorkError>(change), testing::HasSubstr("has no user \"Admin\" any more"));
+  }
 }
 
 // The change waits while the other program holds the file; whichever comes first, nothing may be changed after it.

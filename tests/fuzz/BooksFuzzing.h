@@ -11,9 +11,10 @@ namespace fuzzing {
 // A company file that inputs may change; it begins anew when one has.
 class Books {
  public:
-  Books() {
+  explicit Books(const std::string& currency = "USD") {
     standalone::NewCompany company;
     company.name = "Birch Services";
+    company.homeCurrency = currency;
     standalone::CompanyFile::Create(path_, company);
     Open();
     host_->Request(standalone::Access::kWrite, [this] { Fill(); });

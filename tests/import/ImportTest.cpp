@@ -38,6 +38,10 @@ class AnImport : public CompanyFixture {
     });
   }
 
+  void CountIn(const char* currency) {
+    host_.Request(Access::kWrite, [&] { host_.Settings().Set("home-currency", currency); });
+  }
+
   ImportResult Accounts(std::string_view csv) { return ImportAccounts(host_, WriteCsv(csv)); }
   ImportResult Names(std::string_view csv) { return ImportNames(host_, WriteCsv(csv)); }
   ImportResult Transactions(std::string_view rows) {
@@ -117,12 +121,116 @@ TEST_F(AnImport, OfAFileWithABadRowChangesNothingAndNamesFileLineAndReason) {
 
 TEST_F(AnImport, RefusesAnAccountThatIsThereAlready) {
   EXPECT_THAT(MessageOf<InvalidInput>([&] { Accounts("name,type\nRent,Expense\nrent,Expense\n"); }),
-              AllOf(HasSubstr("line 3: "), HasSubstr("already an account \"rent\"")));
+              AllOf(HasSubstr("line 3: "), HasSubstr("already an account \"Rent\"")));
 }
 
 TEST_F(AnImport, RefusesASubAccountBeforeItsParent) {
   EXPECT_THAT(MessageOf<InvalidInput>([&] { Accounts("name,type\nUtilities:Water,Expense\n"); }),
               AllOf(HasSubstr("line 2: "), HasSubstr("add that account first")));
+}
+
+TEST_F(AnImport, OfACompanyWithoutDecimalsIsOfWholeOnes) {
+  Seed();
+  CountIn("JPY");
+
+  Transactions("B1,bill,2024-01-31,,,Accounts Payable,\"-1,200\",,,,\nB1,,,,,Rent,1200,,,,\n");
+
+  EXPECT_EQ(Number("SELECT sum(amount) FROM txn_line WHERE amount > 0"), 1200);
+}
+
+TEST_F(AnImport, OfACompanyWithThreeDecimalsIsFilledUpToThese) {
+  Seed();
+  CountIn("KWD");
+
+  Transactions("B1,bill,2024-01-31,,,Accounts Payable,-12.345,,,,\nB1,,,,,Rent,12.3,,,,\nB1,,,,,Rent,0.045,,,,\n");
+
+  EXPECT_EQ(Number("SELECT sum(amount) FROM txn_line WHERE amount > 0"), 12345);
+}
+
+TEST_F(AnImport, TellsEveryRowWithMoreDecimalsThanTheCompanyHas) {
+  Seed();
+  CountIn("JPY");
+
+  EXPECT_THAT(FaultsOf("B1,bill,2024-01-31,,,Accounts Payable,-12.50,,,,\nB1,,,,,Rent,12.5,,,,\n"),
+              ElementsAre("2: The amount \"-12.50\" has more decimals than JPY, which has none.",
+                          "3: The amount \"12.5\" has more decimals than JPY, which has none."));
+  EXPECT_EQ(Number("SELECT count(*) FROM txn"), 0);
+}
+
+TEST_F(AnImport, AddsAccountsWithTheirNumbers) {
+  Accounts("name,type,number\nRent,Expense,4000\nRent:Hall,Expense,4000.10\nWater,Expense,\n");
+
+  host_.Request(Access::kRead, [&] {
+    EXPECT_EQ(host_.Accounts().Require("4000.10").fullName, "Rent:Hall");
+    EXPECT_EQ(host_.Accounts().Require("Water").number, "");
+  });
+}
+
+TEST_F(AnImport, RefusesAnAccountNumberThatIsTakenOrNone) {
+  EXPECT_THAT(
+      Faults([&] {
+        Accounts("name,type,number\nRent,Expense,4000\nWater,Expense,4000\nGas,Expense,4000-\nOil,Expense,A1\n");
+      }),
+      ElementsAre(HasSubstr("3: The account \"Rent\" has the number 4000 already"),
+                  HasSubstr("4: The account number \"4000-\" is none"),
+                  HasSubstr("5: The account number \"A1\" is none")));
+}
+
+TEST_F(AnImport, TakesAnAccountByItsNumberAndByItsMarkedRecordNumber) {
+  Seed();
+  std::int32_t checking = 0;
+  host_.Request(Access::kWrite, [&] {
+    checking = host_.Accounts().Require("Checking").id;
+    host_.Accounts().SetNumber(host_.Accounts().Require("Rent").id, "6010");
+  });
+
+  Transactions("T1,check,2024-01-05,Northfield,Rent,#" + std::to_string(checking) +
+               ",-10.00,,,,\nT1,,,,,6010,10.00,,,,\n");
+
+  host_.Request(Access::kRead, [&] {
+    const std::vector<PostedLine> lines = host_.Transactions().LinesOf(1);
+    EXPECT_EQ(lines.at(0).accountId, checking);
+    EXPECT_EQ(lines.at(1).accountId, host_.Accounts().Require("Rent").id);
+  });
+}
+
+TEST_F(AnImport, NamesTheRowWhoseAccountMayBeEitherOfTwo) {
+  Seed();
+  host_.Request(Access::kWrite, [&] {
+    const std::int32_t rent = host_.Accounts().Require("Rent").id;
+    host_.Accounts().SetNumber(host_.Accounts().Require("Checking").id, std::to_string(rent));
+  });
+
+  EXPECT_THAT(FaultsOf("T1,check,2024-01-05,Northfield,Rent,2,-10.00,,,,\nT1,,,,,Due to Alder,10.00,,,,\n"),
+              ElementsAre(AllOf(StartsWith("2: \"2\" is the number of the account \"Checking\""),
+                                HasSubstr("record number of the account \"Rent\""))));
+}
+
+TEST_F(AnImport, CountsNamesThatAreCalledAsOthersAndTellsTheFirst) {
+  Names("name,kind\nCaf\u00e9,vendor\nHollis,vendor\n");
+
+  std::string rows = "name,kind\nCAF\u00c9,vendor\nHollins,vendor\n";
+  for (int number = 0; number < 11; ++number) {
+    rows += "\u00c4rzte " + std::to_string(number) + ",other\nA\u0308rzte " + std::to_string(number) + ",other\n";
+  }
+  const ImportResult result = Names(rows);
+
+  EXPECT_EQ(result.names, 24);
+  EXPECT_EQ(result.alikeCount, 12);
+  ASSERT_EQ(result.alike.size(), 10U);
+  EXPECT_EQ(result.alike[0].name, "CAF\u00c9");
+  EXPECT_EQ(result.alike[0].other, "Caf\u00e9");
+  EXPECT_EQ(result.alike[1].name, "A\u0308rzte 0");
+  EXPECT_EQ(result.alike[1].other, "\u00c4rzte 0");
+}
+
+TEST_F(AnImport, TellsNoAccountThatIsCalledAsOneMarkedDeletedIs) {
+  const ImportResult result = Accounts(
+      "name,type,deleted\nCaf\u00e9,Expense,yes\nCAF\u00c9,Expense,\nStra\u00dfe,Expense,\nSTRASSE,Expense,\n");
+
+  EXPECT_EQ(result.alikeCount, 1);
+  EXPECT_EQ(result.alike.at(0).name, "STRASSE");
+  EXPECT_EQ(result.alike.at(0).other, "Stra\u00dfe");
 }
 
 TEST_F(AnImport, AddsNamesWithTheirKinds) {
@@ -161,7 +269,7 @@ TEST_F(AnImport, RefusesAFileThatIsNoCsvOfItsKind) {
   EXPECT_THAT(refusal("name\nx\n"), HasSubstr("the column kind is missing"));
   EXPECT_THAT(refusal("name,kind,color\n"), HasSubstr("the column \"color\" is not known"));
   EXPECT_THAT(refusal("name,kind,name\n"), HasSubstr("comes twice"));
-  EXPECT_THAT(refusal("name,kind\nx\n"), HasSubstr("line 2: it has 1 fields, but the header has 2"));
+  EXPECT_THAT(refusal("name,kind\nx\n"), HasSubstr("line 2: it has 1 field, but the header has 2"));
   EXPECT_THAT(refusal("name,kind\nHollis, CPAs,vendor\n"), HasSubstr("it has 3 fields"));
   EXPECT_THAT(refusal("name,kind\n\"x,vendor\n"), HasSubstr("line 2: a field begins with a double quote"));
   EXPECT_THAT(refusal("name,kind\n\"x\"y,vendor\n"), HasSubstr("text follows the closing quote"));
@@ -467,6 +575,14 @@ TEST_F(AnImport, NamesEachBadRowOfATransactionAndNothingThatFollowsFromThem) {
                        "C1,check,2024-01-31,,,Checking,-10,,,,\nC1,,,,,Rent,9,,,,\n"),
               ElementsAre(AllOf(StartsWith("2: "), HasSubstr("31.1.2024")), AllOf(StartsWith("3: "), HasSubstr("Wine")),
                           AllOf(StartsWith("4: "), HasSubstr("five")), AllOf(StartsWith("5: "), HasSubstr("-1.00"))));
+
+  EXPECT_THAT(
+      FaultsOf("J1,journal,2024-01-31,,,Rent,10,,no-such-partner,r-1,\nJ1,,,,,Checking,-10,,,,\n"
+               "J2,journal,2024-01-31,,,Rent,10,,no-such-partner,r-2,\nJ2,,2024-02-01,,,Checking,-10,,,,\n"
+               "J3,journal,31.1.2024,,,Rent,10,,no-such-partner,r-3,\nJ3,,2024-01-31,,,Checking,-10,,,,\n"),
+      ElementsAre(AllOf(StartsWith("2: "), HasSubstr("partner")), AllOf(StartsWith("4: "), HasSubstr("partner")),
+                  AllOf(StartsWith("5: "), HasSubstr("differs from \"2024-01-31\"")),
+                  AllOf(StartsWith("6: "), HasSubstr("partner"))));
 }
 
 TEST_F(AnImport, DoesNotComplainAboutTransactionsAroundARowThatCannotBeTold) {

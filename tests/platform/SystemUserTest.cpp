@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "platform/SystemUser.h"
+#include "tests/support/EnvironmentVariable.h"
 
 namespace platform {
 namespace {
@@ -16,8 +15,8 @@ TEST(TheSystemUser, IsNotWhoTheEnvironmentSays) {
   GTEST_SKIP() << "the environment of a Windows program is another one";
 #else
   const std::string name = SystemUserName();
-  setenv("USER", "somebody else", /*overwrite=*/1);
-  setenv("LOGNAME", "somebody else", /*overwrite=*/1);
+  const EnvironmentVariable user("USER", "somebody else");
+  const EnvironmentVariable login("LOGNAME", "somebody else");
 
   EXPECT_EQ(SystemUserName(), name);
   EXPECT_NE(name, "somebody else");

@@ -100,7 +100,7 @@ TEST_F(AMigration, AddsAColumn) {
 
   EXPECT_EQ(ToldBy(next), told_);
 
-  EXPECT_EQ(NumberBy(next, "SELECT count(*) FROM account WHERE number = ''"), 17);
+  EXPECT_EQ(NumberBy(next, "SELECT count(*) FROM account WHERE note = ''"), 17);
 }
 
 TEST_F(AMigration, MakesATableAnewThatOthersReferTo) {
@@ -108,7 +108,7 @@ TEST_F(AMigration, MakesATableAnewThatOthersReferTo) {
 
   EXPECT_EQ(ToldBy(next), told_);
 
-  EXPECT_EQ(NumberBy(next, "SELECT count(*) FROM txn WHERE document_number = ''"), 9);
+  EXPECT_EQ(NumberBy(next, "SELECT count(*) FROM txn WHERE due_date = 0"), 9);
   EXPECT_THROW(RunBy(next, "DELETE FROM txn_line WHERE id = 1"), ConstraintViolation);
   EXPECT_THROW(RunBy(next, "INSERT INTO txn_line VALUES (99, 98, 1, 0, '')"), ConstraintViolation);
 }
@@ -280,8 +280,7 @@ class AFailedMigration : public AMigration {
     EXPECT_FALSE(opening_.has_value());
     EXPECT_THAT(FilesBesideTheCompany(), testing::Not(testing::Contains(HasSubstr("before"))));
     EXPECT_EQ(ToldBy(ThisVersionAnd({})), told_);
-    EXPECT_EQ(NumberBy(ThisVersionAnd({}), "SELECT count(*) FROM pragma_table_info('account') WHERE name = 'number'"),
-              0);
+    EXPECT_EQ(NumberBy(ThisVersionAnd({}), "SELECT count(*) FROM pragma_table_info('account') WHERE name = 'note'"), 0);
   }
 };
 
@@ -402,12 +401,12 @@ TEST_F(WhatOthersAdded, StaysWhenItsTableIsMadeAnew) {
 
 TEST_F(WhatOthersAdded, IsNamedWhenItDoesNotFitAnyMore) {
   ToldBy(ThisVersionAnd({kAddsAColumn}));
-  RunBy(ThisVersionAnd({kAddsAColumn}), "CREATE INDEX by_number ON account (number)");
-  const Steps next = ThisVersionAnd({kAddsAColumn, "ALTER TABLE account DROP COLUMN number"});
+  RunBy(ThisVersionAnd({kAddsAColumn}), "CREATE INDEX by_note ON account (note)");
+  const Steps next = ThisVersionAnd({kAddsAColumn, "ALTER TABLE account DROP COLUMN note"});
 
   EXPECT_EQ(ToldBy(next), told_);
 
-  EXPECT_THAT(opening_->migrated->left, ElementsAre("index by_number"));
+  EXPECT_THAT(opening_->migrated->left, ElementsAre("index by_note"));
 }
 
 // A program that has the company open in a way that nobody sees: a journal of another kind shows it to no one.

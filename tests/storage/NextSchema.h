@@ -9,7 +9,7 @@ namespace standalone {
 
 // Steps of every kind that a later version may take after those of this one.
 
-inline constexpr const char* kAddsAColumn = "ALTER TABLE account ADD COLUMN number TEXT NOT NULL DEFAULT ''";
+inline constexpr const char* kAddsAColumn = "ALTER TABLE account ADD COLUMN note TEXT NOT NULL DEFAULT ''";
 
 // The table that most others refer to, in a posted state, with triggers of its own and of other tables that read it.
 inline constexpr const char* kMakesTransactionsAnew = R"sql(
@@ -19,12 +19,13 @@ CREATE TABLE txn_anew (
   date INTEGER NOT NULL CHECK (date > 0),
   name_id INTEGER REFERENCES name (id),
   memo TEXT NOT NULL,
-  document_number TEXT NOT NULL DEFAULT '',
+  due_date INTEGER NOT NULL DEFAULT 0,
   posted INTEGER NOT NULL DEFAULT 0 CHECK (posted IN (0, 1)),
-  partner_confirmed INTEGER NOT NULL DEFAULT 0 CHECK (partner_confirmed IN (0, 1))
+  partner_confirmed INTEGER NOT NULL DEFAULT 0 CHECK (partner_confirmed IN (0, 1)),
+  document_number TEXT NOT NULL DEFAULT ''
 ) STRICT;
-INSERT INTO txn_anew (id, type, date, name_id, memo, posted, partner_confirmed)
-  SELECT id, type, date, name_id, memo, posted, partner_confirmed FROM txn;
+INSERT INTO txn_anew (id, type, date, name_id, memo, posted, partner_confirmed, document_number)
+  SELECT id, type, date, name_id, memo, posted, partner_confirmed, document_number FROM txn;
 DROP TABLE txn;
 ALTER TABLE txn_anew RENAME TO txn;
 CREATE INDEX txn_type_date ON txn (type, date);
@@ -38,8 +39,17 @@ CREATE TRIGGER txn_post BEFORE UPDATE OF posted ON txn WHEN OLD.posted = 0 AND N
   SELECT RAISE(ABORT, 'the lines of a transaction must sum to zero')
     WHERE (SELECT sum(amount) FROM txn_line WHERE txn_id = NEW.id) <> 0;
 END;
-CREATE TRIGGER txn_change_posted BEFORE UPDATE OF id, type, date, name_id, memo, posted ON txn WHEN OLD.posted = 1 BEGIN
+CREATE TRIGGER txn_change_posted
+    BEFORE UPDATE OF id, type, date, name_id, memo, document_number, posted ON txn WHEN OLD.posted = 1 BEGIN
   SELECT RAISE(ABORT, 'a posted transaction does not change');
+END;
+CREATE TRIGGER txn_post_closed BEFORE UPDATE OF posted ON txn WHEN OLD.posted = 0 AND NEW.posted = 1 BEGIN
+  SELECT RAISE(ABORT, 'the books are closed on that day')
+    FROM company WHERE NEW.date <= closing_date AND NOT EXISTS (SELECT 1 FROM after_close);
+END;
+CREATE TRIGGER txn_delete_closed BEFORE DELETE ON txn WHEN OLD.posted = 1 BEGIN
+  SELECT RAISE(ABORT, 'the books are closed on that day')
+    FROM company WHERE OLD.date <= closing_date AND NOT EXISTS (SELECT 1 FROM after_close);
 END;
 )sql";
 

@@ -66,6 +66,41 @@ TEST_F(ACompanyFileOfVersion1, HasWhatIsBookedSinceUnmarked) {
   });
 }
 
+class ACompanyFileOfVersion2 : public testing::Test {
+ protected:
+  const OldCompanyFile file_{"version-2", "birch.company"};
+  StandaloneHost host_{file_.Path()};
+};
+
+TEST_F(ACompanyFileOfVersion2, OpensWithAllThatItHolds) {
+  const Session session(host_);
+
+  EXPECT_EQ(Tell(host_), ReadFile(OldCompanyFile::Place("version-2") / "birch.txt"));
+}
+
+TEST_F(ACompanyFileOfVersion2, GoesOnWithItsAuditTrail) {
+  host_.Request(Access::kRead, [&] {
+    std::vector<std::string> actions;
+    host_.Audit().ForEach({}, [&](const AuditLine& line) { actions.push_back(line.action); });
+    EXPECT_EQ(actions, (std::vector<std::string>{"company.migrate", "import", "journal.record", "transaction.state",
+                                                 "settings.change", "company.migrate"}));
+  });
+}
+
+TEST_F(ACompanyFileOfVersion2, KnowsWhichEntriesAreItsOwn) {
+  constexpr std::int32_t kAboutWhatThePartnerOwes = 30;
+  constexpr std::int32_t kOfThePartnersRequest = 34;
+
+  host_.Request(Access::kRead, [&] {
+    EXPECT_TRUE(host_.OwnRequests().Has(kAboutWhatThePartnerOwes));
+    EXPECT_FALSE(host_.OwnRequests().Has(kOfThePartnersRequest));
+  });
+}
+
+TEST_F(ACompanyFileOfVersion2, HasItsBooksOpen) {
+  host_.Request(Access::kRead, [&] { EXPECT_EQ(host_.Settings().Get().closingDate, NullDate()); });
+}
+
 TEST_F(ACompanyFileOfVersion1, TakesMoreBookings) {
   const OldCompanyFile file("version-1", "birch.company");
   StandaloneHost host(file.Path());

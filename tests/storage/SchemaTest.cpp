@@ -13,7 +13,7 @@ using testing::HasSubstr;
 class TheLedger : public CompanyFixture {
  protected:
   TheLedger() {
-    Run("INSERT INTO account VALUES (1, NULL, 'Rent', 'Rent', 12, 0, 0), (2, NULL, 'Cash', 'Cash', 0, 0, 0);"
+    Run("INSERT INTO account VALUES (1, NULL, 'Rent', 'Rent', 12, 0, 0, ''), (2, NULL, 'Cash', 'Cash', 0, 0, 0, '');"
         "INSERT INTO txn (id, type, date, memo) VALUES (10, 8, 1, '')");
   }
 
@@ -110,6 +110,79 @@ TEST_F(TheLedger, KeepsAnAccountThatHasLines) {
   PostTwoLines();
 
   EXPECT_THAT(Refusal("DELETE FROM account WHERE id = 1"), HasSubstr("FOREIGN KEY"));
+}
+
+TEST_F(TheLedger, PostsNothingOnAClosedDay) {
+  Run("UPDATE company SET closing_date = 5;"
+      "INSERT INTO txn_line VALUES (20, 10, 1, 500, ''), (21, 10, 2, -500, '')");
+
+  EXPECT_THAT(Refusal("UPDATE txn SET posted = 1"), HasSubstr("the books are closed on that day"));
+  Run("UPDATE company SET closing_date = 0; UPDATE txn SET posted = 1");
+}
+
+TEST_F(TheLedger, DeletesNothingOfAClosedDay) {
+  PostTwoLines();
+  Run("UPDATE company SET closing_date = 1");
+
+  EXPECT_THAT(Refusal("DELETE FROM txn WHERE id = 10"), HasSubstr("the books are closed on that day"));
+}
+
+TEST_F(TheLedger, ChangesAClosedDayOnlyWhileThatIsAllowed) {
+  Run("UPDATE company SET closing_date = 5; BEGIN; INSERT INTO after_close (id) VALUES (1)");
+
+  PostTwoLines();
+
+  EXPECT_THAT(Refusal("COMMIT"), HasSubstr("FOREIGN KEY"));
+  Run("DELETE FROM after_close; COMMIT");
+  EXPECT_EQ(Number("SELECT posted FROM txn"), 1);
+}
+
+TEST_F(TheLedger, ReversesATransactionOnce) {
+  PostTwoLines();
+  Run("INSERT INTO txn (id, type, date, memo) VALUES (11, 8, 1, ''), (12, 8, 1, ''), (13, 8, 1, '');"
+      "INSERT INTO txn_link VALUES (11, 'reverses', 10)");
+
+  EXPECT_THAT(Refusal("INSERT INTO txn_link VALUES (12, 'reverses', 10)"), HasSubstr("reversed already"));
+  Run("INSERT INTO txn_link VALUES (12, 'reverses', 11); INSERT INTO txn_link VALUES (13, 'reverses', 10)");
+}
+
+TEST_F(TheLedger, KeepsTheLinksOfATransactionAsTheyAre) {
+  PostTwoLines();
+  Run("INSERT INTO txn (id, type, date, memo) VALUES (11, 8, 1, '');"
+      "INSERT INTO txn_link VALUES (11, 'corrects', 10)");
+
+  EXPECT_THAT(Refusal("UPDATE txn_link SET kind = 'moves'"), HasSubstr("does not change"));
+  EXPECT_THAT(Refusal("DELETE FROM txn_link"), HasSubstr("is not deleted"));
+}
+
+TEST_F(TheLedger, KeepsWhatARequestNamesAsLongAsItsLineIsThere) {
+  PostTwoLines();
+  Run("INSERT INTO txn (id, type, date, memo) VALUES (11, 8, 1, '');"
+      "INSERT INTO txn_line VALUES (30, 11, 1, -500, ''), (31, 11, 2, 500, '');"
+      "INSERT INTO me_own_request VALUES (20, NULL, NULL), (30, 'reverses', 20)");
+
+  EXPECT_THAT(Refusal("UPDATE me_own_request SET names = 'corrects' WHERE target_id = 30"), HasSubstr("not change"));
+  EXPECT_THAT(Refusal("DELETE FROM me_own_request WHERE target_id = 30"), HasSubstr("is not deleted"));
+  EXPECT_THAT(Refusal("DELETE FROM txn WHERE id = 10"), HasSubstr("FOREIGN KEY"));
+  Run("DELETE FROM txn WHERE id = 11; DELETE FROM txn WHERE id = 10");
+  EXPECT_EQ(Number("SELECT count(*) FROM me_own_request"), 0);
+}
+
+TEST_F(TheLedger, KeepsATransactionThatALaterOneIsLinkedTo) {
+  PostTwoLines();
+  Run("INSERT INTO txn (id, type, date, memo) VALUES (11, 8, 1, '');"
+      "INSERT INTO txn_link VALUES (11, 'moves', 10)");
+
+  EXPECT_THAT(Refusal("DELETE FROM txn WHERE id = 10"), HasSubstr("FOREIGN KEY"));
+  Run("DELETE FROM txn WHERE id = 11; DELETE FROM txn WHERE id = 10");
+  EXPECT_EQ(Number("SELECT count(*) FROM txn_link"), 0);
+}
+
+TEST_F(TheLedger, GivesAnAccountNumberOnce) {
+  Run("UPDATE account SET number = '4000' WHERE id = 1");
+
+  EXPECT_THAT(Refusal("UPDATE account SET number = '4000' WHERE id = 2"), HasSubstr("UNIQUE"));
+  Run("UPDATE account SET deleted = 1 WHERE id = 1; UPDATE account SET number = '4000' WHERE id = 2");
 }
 
 TEST_F(TheLedger, NumbersLinesUpToTheLastNumberThatHasAFollower) {

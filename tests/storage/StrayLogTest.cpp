@@ -5,8 +5,8 @@
 #include <fstream>
 #include <random>
 
-#include "standalone/storage/sqlite/WriteAheadLog.h"
 #include "tests/company/CompanyFixture.h"
+#include "tests/storage/InterruptedMove.h"
 
 namespace standalone {
 namespace {
@@ -185,19 +185,10 @@ TEST_F(AfterACrash, WhateverAnInterruptedMoveLeftIsNeverRefused) {
   Crash();
   const std::string file = ReadFile(CrashedFile());
   const std::string log = ReadFile(CrashedLog());
-  std::map<std::uint32_t, std::string> last;
-  ForEachFrame(CrashedFile(), kPageSize,
-               [&](const LogFrame& frame) { last[frame.page].assign(frame.content.begin(), frame.content.end()); });
+  const std::map<std::uint32_t, std::string> last = LastPagesOf(CrashedFile(), kPageSize);
   ASSERT_GT(last.size(), 3U);
   const auto moved = [&](const auto& isMoved) {
-    std::string partly = file;
-    for (const auto& [page, content] : last) {
-      if (!isMoved(page)) continue;
-      const std::size_t offset = std::size_t{page - 1} * kPageSize;
-      if (partly.size() < offset + kPageSize) partly.resize(offset + kPageSize);
-      partly.replace(offset, kPageSize, content);
-    }
-    return partly;
+    return PartlyMoved(file, last, kPageSize, isMoved);
   };
   std::vector<std::string> interrupted;
   for (const auto& [until, content] : last) {

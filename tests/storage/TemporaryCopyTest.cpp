@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -12,6 +12,7 @@
 #include "standalone/company/CompanyFile.h"
 #include "standalone/storage/sqlite/TemporaryCopy.h"
 #include "standalone/values/Errors.h"
+#include "tests/support/EnvironmentVariable.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
@@ -60,13 +61,36 @@ TEST(ATemporaryCopy, HasTheJournalsAndLiesInAFolderOfItsOwner) {
 TEST(ATemporaryCopy, ThatCannotBeMadeForLackOfATemporaryFolderSaysHowToNameOne) {
   const TemporaryFolder folder;
   WriteFile(folder / "file", "books");
-  setenv("TMPDIR", (folder / "gone").c_str(), 1);
+  const EnvironmentVariable temporary("TMPDIR", folder / "gone");
 
   EXPECT_THAT(MessageOf<CompanyFileError>([&] { const TemporaryCopy copy(folder / "file"); }),
               testing::AllOf(testing::HasSubstr("cannot be copied to a temporary folder"), testing::HasSubstr("TMPDIR"),
                              testing::Not(testing::HasSubstr("disk"))));
 }
+
+TEST(ATemporaryCopy, AsksForRoomOnlyWhereRoomIsWhatIsMissing) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "file", "books");
+  // Nobody makes a folder there, root neither.
+  const EnvironmentVariable temporary("TMPDIR", "/proc");
+
+  EXPECT_THAT(
+      MessageOf<CompanyFileError>([&] { const TemporaryCopy copy(folder / "file"); }),
+      testing::AllOf(testing::HasSubstr("Check the temporary folder /proc, or let the environment name another one"),
+                     testing::Not(testing::HasSubstr("room"))));
+}
+
+TEST(ATemporaryCopy, OfWhatCannotBeReadBlamesWhereThatLies) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "file");
+
+  EXPECT_THAT(
+      MessageOf<CompanyFileError>([&] { const TemporaryCopy copy(folder / "file"); }),
+      testing::AllOf(testing::HasSubstr((folder / "file").string() + " cannot be read"),
+                     testing::HasSubstr("Check the disk on which it lies"), testing::Not(testing::HasSubstr("room"))));
+}
 #endif
+
 // Each change is one of both settings.
 TEST(ATemporaryCopy, IsOfOneMomentWhileOthersWork) {
   constexpr int kCopies = 20;
@@ -88,16 +112,22 @@ TEST(ATemporaryCopy, IsOfOneMomentWhileOthersWork) {
     }
   });
   std::vector<std::string> torn;
+  std::set<std::string> seen;
 
-  for (int number = 0; number < kCopies; ++number) {
+  // Copies that are all of one state would not show that others were working.
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  for (int number = 0; number < kCopies || seen.size() < 2; ++number) {
+    if (std::chrono::steady_clock::now() >= deadline) break;
     const TemporaryCopy copy(path, std::chrono::minutes(1));
     CompanyFile file(copy.File());
     UnitOfWork unit(file.Data(), Access::kRead);
     const Settings settings = SettingsTable(file.Data()).Get();
     if (settings.homeCurrency != (settings.companyName == "0" ? "AAA" : "BBB")) torn.push_back(settings.companyName);
+    seen.insert(settings.companyName);
   }
 
   EXPECT_TRUE(torn.empty());
+  EXPECT_THAT(seen, testing::SizeIs(2));
 }
 
 TEST(ATemporaryCopy, OfAFileThatIsNeverTheSameIsGivenUp) {
@@ -110,7 +140,8 @@ TEST(ATemporaryCopy, OfAFileThatIsNeverTheSameIsGivenUp) {
   });
 
   std::string message;
-  while (message.empty()) {
+  for (const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+       message.empty() && std::chrono::steady_clock::now() < deadline;) {
     try {
       const TemporaryCopy copy(file);
     } catch (const FileInUse& error) {
@@ -118,7 +149,7 @@ TEST(ATemporaryCopy, OfAFileThatIsNeverTheSameIsGivenUp) {
     }
   }
 
-  EXPECT_NE(message.find("is being changed by another program. Try again later."), std::string::npos);
+  EXPECT_THAT(message, testing::HasSubstr("is being changed by another program. Try again later."));
 }
 
 }  // namespace

@@ -62,6 +62,21 @@ TEST_F(AUnitOfWork, IsInTheFileOnceItsRequestReturned) {
   EXPECT_EQ(Accounts(another), 1);
 }
 
+TEST_F(AUnitOfWork, IsToldAsSavedOnlyWhenItHasWrittenSomething) {
+  StandaloneHost host(path_);
+  int saved = 0;
+  host.Data().SetSavedObserver([&saved] { ++saved; });
+  Statement refused(host.Data(), Writes::kLists, "INSERT INTO user_feature_right VALUES (?1, 16, 2)");
+  Statement meetsNone(host.Data(), Writes::kLists, "DELETE FROM account WHERE id = ?1");
+
+  host.Request(Access::kWrite, [&] { EXPECT_THROW(refused.Run(77), ConstraintViolation); });
+  host.Request(Access::kWrite, [&] { meetsNone.Run(77); });
+  EXPECT_EQ(saved, 0);
+
+  host.Request(Access::kWrite, [&] { AddRent(host); });
+  EXPECT_EQ(saved, 1);
+}
+
 TEST_F(AUnitOfWork, IsTakenBackWhenItsRequestAnswersAnythingButSuccess) {
   StandaloneHost host(path_);
 

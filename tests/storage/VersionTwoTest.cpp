@@ -40,7 +40,7 @@ TEST_F(ACompanyOfVersion1, BeginsItsAuditTrailWithWhatItHeld) {
   EXPECT_THAT(lines[0].changes,
               Contains(Held("transactions", std::to_string(Count(host, "SELECT count(*) FROM txn")))));
   EXPECT_THAT(lines[0].changes, Contains(Held("lines", std::to_string(Count(host, "SELECT count(*) FROM txn_line")))));
-  const std::string kept = ReadFile(file_.Path().string() + ".before-2");
+  const std::string kept = ReadFile(file_.Path().string() + ".before-3");
   EXPECT_THAT(lines[0].changes, Contains(Held("SHA-256 of the copy", Sha256Of(kept))));
 }
 
@@ -63,6 +63,16 @@ TEST_F(ACompanyOfVersion1, KeepsTwoDecimals) {
   StandaloneHost host(file_.Path());
 
   EXPECT_EQ(Count(host, "SELECT decimals FROM company"), 2);
+}
+
+TEST_F(ACompanyOfVersion1, KeepsTwoDecimalsWhateverItsCurrencyHas) {
+  SqliteDatabase(file_.Path(), std::chrono::seconds(5)).Execute("UPDATE company SET home_currency = 'JPY'");
+  StandaloneHost host(file_.Path());
+
+  const Settings settings = host.Request(Access::kRead, [&] { return host.Settings().Get(); });
+
+  EXPECT_EQ(settings.homeCurrency, "JPY");
+  EXPECT_EQ(settings.decimals, kTwoDecimals);
 }
 
 TEST_F(ACompanyOfVersion1, IsBroughtForwardOnce) {

@@ -7,6 +7,7 @@
 #include "standalone/values/AccountTypes.h"
 #include "standalone/values/Amount.h"
 #include "standalone/values/Characters.h"
+#include "standalone/values/Currency.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/ListNames.h"
@@ -20,53 +21,53 @@ using testing::Eq;
 using testing::HasSubstr;
 using testing::Optional;
 
-TEST(Amount, IsReadWithSignSeparatorsAndUpToTwoDecimals) {
-  EXPECT_THAT(ParseAmount("0"), Optional(0));
-  EXPECT_THAT(ParseAmount("12"), Optional(1200));
-  EXPECT_THAT(ParseAmount("12.5"), Optional(1250));
-  EXPECT_THAT(ParseAmount("12.05"), Optional(1205));
-  EXPECT_THAT(ParseAmount("+12.05"), Optional(1205));
-  EXPECT_THAT(ParseAmount("-12.05"), Optional(-1205));
-  EXPECT_THAT(ParseAmount("1,234"), Optional(123400));
-  EXPECT_THAT(ParseAmount("12,345,678.90"), Optional(1234567890));
-  EXPECT_THAT(ParseAmount("1234567.89"), Optional(123456789));
+TEST(Amount, IsReadWithSignSeparatorsAndUpToItsDecimals) {
+  EXPECT_THAT(ParseAmount("0", kTwoDecimals), Optional(0));
+  EXPECT_THAT(ParseAmount("12", kTwoDecimals), Optional(1200));
+  EXPECT_THAT(ParseAmount("12.5", kTwoDecimals), Optional(1250));
+  EXPECT_THAT(ParseAmount("12.05", kTwoDecimals), Optional(1205));
+  EXPECT_THAT(ParseAmount("+12.05", kTwoDecimals), Optional(1205));
+  EXPECT_THAT(ParseAmount("-12.05", kTwoDecimals), Optional(-1205));
+  EXPECT_THAT(ParseAmount("1,234", kTwoDecimals), Optional(123400));
+  EXPECT_THAT(ParseAmount("12,345,678.90", kTwoDecimals), Optional(1234567890));
+  EXPECT_THAT(ParseAmount("1234567.89", kTwoDecimals), Optional(123456789));
 }
 
 TEST(Amount, IsRefusedInEveryOtherForm) {
-  EXPECT_THAT(ParseAmount(""), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("-"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("--1"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("+-1"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount(" 1"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1 "), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1."), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount(".5"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1.234"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1.2.3"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1e5"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("0x10"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("$5"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("(5)"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount(std::string_view("5\0", 2)), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("-", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("--1", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("+-1", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount(" 1", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1 ", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1.", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount(".5", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1.234", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1.2.3", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1e5", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("0x10", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("$5", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("(5)", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount(std::string_view("5\0", 2), kTwoDecimals), Eq(std::nullopt));
 }
 
 TEST(Amount, IsRefusedWithSeparatorsInTheWrongPlaces) {
-  EXPECT_THAT(ParseAmount(",123"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1,23"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1,2345"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1234,567"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1,234567"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1,,234"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1,234,"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("1.23,4"), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount(",123", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,23", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,2345", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1234,567", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,234567", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,,234", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1,234,", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1.23,4", kTwoDecimals), Eq(std::nullopt));
 }
 
 TEST(Amount, IsRefusedBeyondItsRange) {
-  EXPECT_THAT(ParseAmount("99,999,999,999.99"), Optional(kLargestAmount));
-  EXPECT_THAT(ParseAmount("-99,999,999,999.99"), Optional(-kLargestAmount));
-  EXPECT_THAT(ParseAmount("100,000,000,000.00"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("99999999999999999999999999999999"), Eq(std::nullopt));
-  EXPECT_THAT(ParseAmount("00000000000000000000000000000001"), Optional(100));
+  EXPECT_THAT(ParseAmount("99,999,999,999.99", kTwoDecimals), Optional(kLargestAmount));
+  EXPECT_THAT(ParseAmount("-99,999,999,999.99", kTwoDecimals), Optional(-kLargestAmount));
+  EXPECT_THAT(ParseAmount("100,000,000,000.00", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("99999999999999999999999999999999", kTwoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("00000000000000000000000000000001", kTwoDecimals), Optional(100));
 }
 
 TEST(Amount, IsAddedUpToWhatCanBeCounted) {
@@ -80,12 +81,82 @@ TEST(Amount, IsAddedUpToWhatCanBeCounted) {
 }
 
 TEST(Amount, IsShownForEveryNumber) {
-  EXPECT_EQ(FormatAmount(0), "0.00");
-  EXPECT_EQ(FormatAmount(-1), "-0.01");
-  EXPECT_EQ(FormatAmount(99999), "999.99");
-  EXPECT_EQ(FormatAmount(100000), "1,000.00");
-  EXPECT_EQ(FormatAmount(INT64_MAX), "92,233,720,368,547,758.07");
-  EXPECT_EQ(FormatAmount(INT64_MIN), "-92,233,720,368,547,758.08");
+  EXPECT_EQ(FormatAmount(0, kTwoDecimals), "0.00");
+  EXPECT_EQ(FormatAmount(-1, kTwoDecimals), "-0.01");
+  EXPECT_EQ(FormatAmount(99999, kTwoDecimals), "999.99");
+  EXPECT_EQ(FormatAmount(100000, kTwoDecimals), "1,000.00");
+  EXPECT_EQ(FormatAmount(INT64_MAX, kTwoDecimals), "92,233,720,368,547,758.07");
+  EXPECT_EQ(FormatAmount(INT64_MIN, kTwoDecimals), "-92,233,720,368,547,758.08");
+}
+
+constexpr Decimals kNoDecimals{0};
+constexpr Decimals kThreeDecimals{3};
+constexpr Decimals kFourDecimals{4};
+
+TEST(Amount, OfACurrencyWithoutDecimalsHasNoPoint) {
+  EXPECT_THAT(ParseAmount("1234", kNoDecimals), Optional(1234));
+  EXPECT_THAT(ParseAmount("-1,234", kNoDecimals), Optional(-1234));
+  EXPECT_THAT(ParseAmount("1234.", kNoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("1234.0", kNoDecimals), Eq(std::nullopt));
+  EXPECT_EQ(FormatAmount(0, kNoDecimals), "0");
+  EXPECT_EQ(FormatAmount(-999, kNoDecimals), "-999");
+  EXPECT_EQ(FormatAmount(1234567, kNoDecimals), "1,234,567");
+}
+
+TEST(Amount, OfACurrencyWithThreeDecimalsOrFourIsFilledUpToThese) {
+  EXPECT_THAT(ParseAmount("12", kThreeDecimals), Optional(12000));
+  EXPECT_THAT(ParseAmount("12.3", kThreeDecimals), Optional(12300));
+  EXPECT_THAT(ParseAmount("12.345", kThreeDecimals), Optional(12345));
+  EXPECT_THAT(ParseAmount("12.3456", kThreeDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("12.3456", kFourDecimals), Optional(123456));
+  EXPECT_THAT(ParseAmount("12.34567", kFourDecimals), Eq(std::nullopt));
+  EXPECT_EQ(FormatAmount(5, kThreeDecimals), "0.005");
+  EXPECT_EQ(FormatAmount(-12345, kThreeDecimals), "-12.345");
+  EXPECT_EQ(FormatAmount(12345678, kFourDecimals), "1,234.5678");
+}
+
+TEST(Amount, IsBoundInMinorUnitsWhateverItsDecimals) {
+  EXPECT_THAT(ParseAmount("9,999,999,999,999", kNoDecimals), Optional(kLargestAmount));
+  EXPECT_THAT(ParseAmount("10,000,000,000,000", kNoDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("-9,999,999,999.999", kThreeDecimals), Optional(-kLargestAmount));
+  EXPECT_THAT(ParseAmount("10,000,000,000", kThreeDecimals), Eq(std::nullopt));
+  EXPECT_THAT(ParseAmount("999,999,999.9999", kFourDecimals), Optional(kLargestAmount));
+  EXPECT_THAT(ParseAmount("9999999999999", kFourDecimals), Eq(std::nullopt));
+}
+
+TEST(Amount, IsShownForEveryNumberWithAnyDecimalsAndReadBack) {
+  for (std::int64_t count = 0; count <= Decimals::kMost; ++count) {
+    const Decimals decimals(count);
+    for (const std::int64_t number : {std::int64_t{0}, std::int64_t{-1}, std::int64_t{10'000}, kLargestAmount}) {
+      EXPECT_THAT(ParseAmount(FormatAmount(number, decimals), decimals), Optional(number)) << count;
+    }
+  }
+  EXPECT_EQ(FormatAmount(INT64_MIN, kNoDecimals), "-9,223,372,036,854,775,808");
+  EXPECT_EQ(FormatAmount(INT64_MAX, kFourDecimals), "922,337,203,685,477.5807");
+}
+
+TEST(Decimals, AreNoneToFour) {
+  EXPECT_EQ(Decimals(0).Count(), 0U);
+  EXPECT_EQ(Decimals(4).Count(), 4U);
+  EXPECT_THROW(Decimals(-1), std::out_of_range);
+  EXPECT_THROW(Decimals(5), std::out_of_range);
+}
+
+TEST(Decimals, AreThoseOfTheCurrency) {
+  for (const char* const code : {"BIF", "CLP", "DJF", "GNF", "ISK", "JPY", "KMF", "KRW", "PYG", "RWF", "UGX", "UYI",
+                                 "VND", "VUV", "XAF", "XOF", "XPF"}) {
+    EXPECT_EQ(DecimalsOf(code), kNoDecimals) << code;
+  }
+  for (const char* const code : {"BHD", "IQD", "JOD", "KWD", "LYD", "OMR", "TND"}) {
+    EXPECT_EQ(DecimalsOf(code), kThreeDecimals) << code;
+  }
+  for (const char* const code : {"CLF", "UYW"}) EXPECT_EQ(DecimalsOf(code), kFourDecimals) << code;
+  for (const char* const code : {"USD", "EUR", "CAD"}) EXPECT_EQ(DecimalsOf(code), kTwoDecimals) << code;
+}
+
+TEST(Decimals, OfACodeThatNobodyKnowsAreTwo) {
+  EXPECT_EQ(DecimalsOf("QQQ"), kTwoDecimals);
+  EXPECT_EQ(DecimalsOf(""), kTwoDecimals);
 }
 
 TEST(Date, IsReadAndShownAsYearMonthDay) {
@@ -150,9 +221,31 @@ TEST(InputText, OfALimitedFieldIsCountedInBytes) {
                InvalidInput);
 }
 
+TEST(AnAccountNumber, IsOneToTwentyDigitsWithSinglePointsAndDashesBetweenThem) {
+  for (const char* const number : {"4", "4000", "4000.10-2", "12345678901234567890", "007"}) {
+    EXPECT_TRUE(IsAccountNumber(number)) << number;
+  }
+  for (const char* const text : {"", ".1", "1.", "1..2", "1-", "A1", "1 2", "1:2", "#12", "123456789012345678901"}) {
+    EXPECT_FALSE(IsAccountNumber(text)) << text;
+  }
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequireAccountNumber("40OO"); }),
+              testing::AllOf(HasSubstr("\"40OO\""), HasSubstr("such as 4000")));
+}
+
+TEST(ARecordNumber, IsToldFromOtherNumbersByItsMark) {
+  EXPECT_EQ(ParseMarkedRecordNumber("#12"), 12);
+  for (const char* const text : {"12", "#", "##12", "# 12", "#0", "#2147483647"}) {
+    EXPECT_EQ(ParseMarkedRecordNumber(text), std::nullopt) << text;
+  }
+}
+
 TEST(InputText, IsRefusedWithTheValueAndWhatWouldBeRight) {
   EXPECT_EQ(MessageOf<InvalidInput>([] { RequireRealmId("12345678901234567890"); }),
-            "The realm id \"12345678901234567890\" is too long with 20 bytes; 19 are the most.");
+            "The realm id \"12345678901234567890\" is too long with 20 bytes; 19 bytes are the most.");
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequirePartnerName("\u00fc" + std::string(58, 'p')); }),
+              HasSubstr("is too long with 60 bytes in 59 characters; 59 bytes are the most."));
+  EXPECT_THAT(MessageOf<InvalidInput>([] { RequireText("The code", "ab", 3, 5); }),
+              HasSubstr("is too short with 2 bytes; 3 bytes are the least."));
   EXPECT_THAT(MessageOf<InvalidInput>([] { RequireRealmId("a\tb"); }), HasSubstr("\"a\\x09b\""));
   EXPECT_THAT(MessageOf<InvalidInput>([] { RequireRealmId(std::string_view("a\0b", 3)); }),
               HasSubstr("control character"));

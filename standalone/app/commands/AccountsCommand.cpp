@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,23 +28,32 @@ struct AccountsOptions {
 };
 
 Table TableOf(const std::vector<desk::Account>& accounts) {
-  Table table({{"Id", Align::kRight}, {"Account"}, {"Type"}, {"Note"}});
+  Table table({{.title = "Id", .align = Align::kRight},
+               {.title = "Number", .importance = Importance::kMajor},
+               {.title = "Account"},
+               {.title = "Type", .importance = Importance::kMajor},
+               {.title = "Note", .importance = Importance::kMinor}});
   for (const desk::Account& account : accounts) {
-    table.Add({std::to_string(account.id), account.name, standalone::AccountTypeName(account.type),
+    table.Add({std::to_string(account.id), account.number, account.name, standalone::AccountTypeName(account.type),
                account.deleted ? "deleted" : ""});
   }
   return table;
 }
 
+constexpr std::array kAccountColumns{"id", "name", "number", "type", "typeNumber", "special", "deleted"};
+
 void Report(const Invocation& invocation, const std::vector<desk::Account>& accounts, const std::string& whenEmpty) {
-  invocation.Report({{"accounts", desk::JsonOf(accounts)}}, accounts.empty() ? whenEmpty : TableOf(accounts).Text());
+  invocation.ReportList({{"accounts", desk::JsonOf(accounts)}}, kAccountColumns,
+                        accounts.empty() ? whenEmpty : TableOf(accounts).Text());
 }
 
 void ReportOfType(const Invocation& invocation, const std::vector<desk::Account>& accounts, std::int16_t type) {
-  Table table({{"Id", Align::kRight}, {"Account"}});
-  for (const desk::Account& account : accounts) table.Add({std::to_string(account.id), account.name});
-  invocation.Report(
-      {{"accounts", desk::JsonOf(accounts)}},
+  Table table({{"Id", Align::kRight}, {"Number"}, {"Account"}});
+  for (const desk::Account& account : accounts) {
+    table.Add({std::to_string(account.id), account.number, account.name});
+  }
+  invocation.ReportList(
+      {{"accounts", desk::JsonOf(accounts)}}, kAccountColumns,
       table.Empty() ? fmt::format("No accounts of type {}.\n", standalone::AccountTypeName(type)) : table.Text());
 }
 
@@ -75,6 +85,7 @@ void AddAccounts(CLI::App& program, Invocation& invocation) {
   command.add_option("--for", options->forRealm, "With --free: also the accounts of the relation with this realm id")
       ->needs(free);
   type->excludes(free);
+  AddCsvOption(command, invocation.options);
   invocation.When(command, [options](Invocation& run) { Accounts(run, *options); });
 }
 

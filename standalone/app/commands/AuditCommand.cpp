@@ -1,9 +1,15 @@
-#include <fmt/format.h>
+#include "standalone/app/commands/AuditCommand.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,7 +22,11 @@
 #include "standalone/desk/Audit.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Columns.h"
+#include "standalone/values/Counted.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Suggestions.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -29,37 +39,96 @@ struct AuditOptions {
   std::optional<std::string> from;
   std::optional<std::string> to;
   std::optional<std::string> txn;
-  bool csv = false;
 };
 
-// What somebody did, before what he did it to.
+using Deed = std::pair<std::string_view, std::string_view>;
+
+// Each with what somebody did, before what he did it to.
+constexpr auto kDeeds = std::to_array<Deed>({
+    {"account.add", "added"},
+    {"account.delete", "marked deleted"},
+    {"account.number", "changed the number of"},
+    {"account.rename", "renamed"},
+    {"bill.copy", "recorded"},
+    {"bill.correct", "corrected a bill with"},
+    {"bill.record", "recorded"},
+    {"check.copy", "recorded"},
+    {"check.correct", "corrected a check with"},
+    {"check.record", "recorded"},
+    {"company.backup", "began the backup"},
+    {"company.backup.fail", "could not finish the backup"},
+    {"company.make", "made"},
+    {"company.migrate", "brought forward"},
+    {"company.restore", "restored the company from the backup"},
+    {"entry.copy", "recorded"},
+    {"entry.correct", "corrected an entry with"},
+    {"entry.record", "recorded"},
+    {"exchange.insist", "insisted on"},
+    {"exchange.send", "sent"},
+    {"exchange.take", "took"},
+    {"identity.export", "exported"},
+    {"identity.import", "imported"},
+    {"import", "imported"},
+    {"inbox.accept", "accepted as"},
+    {"inbox.reject", "rejected"},
+    {"journal.move", "moved an expense with"},
+    {"journal.record", "recorded"},
+    {"journal.remove", "removed"},
+    {"name.add", "added"},
+    {"name.delete", "deleted"},
+    {"name.rename", "renamed"},
+    {"outbox.withdraw", "asked to withdraw"},
+    {"partner.accept", "accepted"},
+    {"partner.block", "blocked"},
+    {"partner.confirm", "confirmed"},
+    {"partner.folder", "changed the folder of"},
+    {"partner.invite", "began"},
+    {"partner.remove", "ended"},
+    {"partner.unblock", "unblocked"},
+    {"realm.remember", "set"},
+    {"rejected.delete", "deleted the rejected"},
+    {"rejected.save", "saved the rejected"},
+    {"relation.create", "created"},
+    {"relation.delete", "deleted"},
+    {"relation.update", "changed"},
+    {"reminder.reset", "reset"},
+    {"settings.change", "changed"},
+    {"transaction.attach", "attached papers to"},
+    {"transaction.detach", "detached papers from"},
+    {"transaction.remove", "removed"},
+    {"transaction.reverse", "reversed a transaction with"},
+    {"transaction.state", "changed the state of"},
+    {"user.add", "added"},
+    {"user.change", "changed"},
+    {"user.remove", "removed"},
+});
+
 std::string VerbOf(const std::string& action) {
-  static const std::vector<std::pair<std::string_view, std::string_view>> verbs{
-      {"company.backup", "began the backup"},
-      {"company.backup.fail", "could not finish the backup"},
-      {"company.make", "made"},
-      {"company.migrate", "brought forward"},
-      {"company.restore", "restored the company from the backup"},
-      {"import", "imported"},
-      {"journal.record", "recorded"},
-      {"journal.remove", "removed"},
-      {"realm.remember", "set"},
-      {"rejected.delete", "deleted the rejected"},
-      {"rejected.save", "saved the rejected"},
-      {"relation.create", "created"},
-      {"relation.delete", "deleted"},
-      {"relation.update", "changed"},
-      {"reminder.reset", "reset"},
-      {"settings.change", "changed"},
-      {"transaction.state", "changed the state of"},
-      {"user.add", "added"},
-      {"user.change", "changed"},
-      {"user.remove", "removed"},
-  };
-  for (const auto& [known, verb] : verbs) {
-    if (known == action) return std::string(verb);
+  const auto* const found = std::ranges::find(kDeeds, std::string_view(action), &Deed::first);
+  return found == kDeeds.end() ? action + ":" : std::string(found->second);
+}
+
+// What stands before the first point of them.
+std::vector<std::string> KindsOfDeeds() {
+  std::vector<std::string> kinds;
+  for (const auto& [action, verb] : kDeeds) {
+    const std::string_view kind = action.substr(0, action.find('.'));
+    if (kinds.empty() || kinds.back() != kind) kinds.emplace_back(kind);
   }
-  return action + ":";
+  return kinds;
+}
+
+void RequireKindOfDeed(const std::string& what) {
+  std::vector<std::string> known = KindsOfDeeds();
+  const std::string kinds = fmt::format("{}", fmt::join(known, ", "));
+  for (const auto& [action, verb] : kDeeds) {
+    if (what == action || action.starts_with(what + '.')) return;
+    known.emplace_back(action);
+  }
+  throw standalone::InvalidInput(
+      fmt::format("There is no kind of deed {}; give {}, or more closely such as "
+                  "journal.remove.{}",
+                  standalone::Quoted(what), kinds, standalone::DidYouMean(what, known)));
 }
 
 std::string ChangeText(const desk::AuditedChange& change) {
@@ -83,46 +152,31 @@ std::string SentenceOf(const desk::AuditedDeed& deed) {
 std::string ListText(const std::vector<desk::AuditedDeed>& deeds) {
   if (deeds.empty()) return "The audit trail has no such lines.\n";
   std::string text;
-  for (const desk::AuditedDeed& deed : deeds) {
-    text += fmt::format("{:>6}  {}  {}\n", deed.number, standalone::FormatDayAndTime(deed.localTime, ' '),
-                        standalone::EscapeColumn(SentenceOf(deed)));
-  }
+  for (const desk::AuditedDeed& deed : deeds) text += DeedLine(deed);
   return text;
 }
 
-std::string CsvField(std::string_view text) {
-  if (text.find_first_of("\",\r\n") == std::string_view::npos) return std::string(text);
-  std::string quoted = "\"";
-  for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
-  return quoted + '"';
-}
-
-std::string CsvLine(const std::vector<std::string>& fields) {
-  std::string line;
-  for (const std::string& field : fields) line.append(line.empty() ? "" : ",").append(CsvField(field));
-  return line + '\n';
-}
+constexpr std::array kAuditColumns{"number",          "time",   "clockSetTo", "user",
+                                   "systemUser",      "action", "subject",    "firstTransaction",
+                                   "lastTransaction", "field",  "before",     "after"};
 
 // A row for each value that was changed, and one for a deed that changed none.
-std::string CsvText(const std::vector<desk::AuditedDeed>& deeds) {
-  std::string text = CsvLine({"number", "time", "clock_set_to", "user", "system_user", "action", "subject",
-                              "first_transaction", "last_transaction", "field", "before", "after"});
-  const auto number = [](const std::optional<std::int32_t>& id) {
-    return id ? std::to_string(*id) : "";
-  };
+Json RowsOf(const std::vector<desk::AuditedDeed>& deeds) {
+  Json rows = Json::array();
   for (const desk::AuditedDeed& deed : deeds) {
-    const auto add = [&](const desk::AuditedChange& change) {
-      text += CsvLine({std::to_string(deed.number), standalone::FormatUtc(deed.at), deed.clock, deed.user,
-                       deed.systemUser, deed.action, deed.subject, number(deed.firstTxnId), number(deed.lastTxnId),
-                       change.field, change.before.value_or(""), change.after.value_or("")});
-    };
-    for (const desk::AuditedChange& change : deed.changes) add(change);
-    if (deed.changes.empty()) add({});
+    Json row = desk::JsonOf(deed);
+    const Json changes = row.at("changes");
+    if (changes.empty()) rows.push_back(row);
+    for (const Json& change : changes) {
+      row.update(change);
+      rows.push_back(row);
+    }
   }
-  return text;
+  return rows;
 }
 
 void ShowAudit(Invocation& invocation, const AuditOptions& options) {
+  if (!options.what.empty()) RequireKindOfDeed(options.what);
   desk::AuditQuery query{.user = options.by,
                          .action = options.what,
                          .period = {PeriodBound("--from", options.from), PeriodBound("--to", options.to)},
@@ -130,11 +184,8 @@ void ShowAudit(Invocation& invocation, const AuditOptions& options) {
   if (options.txn) query.txnId = RecordId("transaction id", *options.txn);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   const std::vector<desk::AuditedDeed> deeds = desk::ListAudit(company, query);
-  if (options.csv && !invocation.options.json) {
-    PrintData(CsvText(deeds));
-    return;
-  }
-  invocation.Report({{"audit", desk::JsonOf(deeds)}}, ListText(deeds));
+  invocation.ReportList({{"audit", invocation.options.csv ? RowsOf(deeds) : desk::JsonOf(deeds)}}, kAuditColumns,
+                        ListText(deeds));
 }
 
 void VerifyAudit(Invocation& invocation, const AuditOptions& options) {
@@ -147,27 +198,36 @@ void VerifyAudit(Invocation& invocation, const AuditOptions& options) {
                     options.file, *verdict.breakAt));
   }
   invocation.Report({{"audit", desk::JsonOf(verdict)}},
-                    fmt::format("The audit trail is whole: {} line{}; the SHA-256 of the last one is\n{}\n",
-                                verdict.lines, verdict.lines == 1 ? "" : "s", verdict.head));
+                    fmt::format("The audit trail is whole: {}; the SHA-256 of the last one is\n{}\n",
+                                standalone::Counted(verdict.lines, "line"), verdict.head));
 }
 
 }  // namespace
 
+std::string DeedLine(const desk::AuditedDeed& deed) {
+  return fmt::format("{:>6}  {}  {}\n", deed.number, standalone::FormatDayAndTime(deed.localTime, ' '),
+                     standalone::EscapeColumn(SentenceOf(deed)));
+}
+
 void AddAudit(CLI::App& program, Invocation& invocation) {
   CLI::App& audit = *program.add_subcommand("audit", "Show or verify who has done what to the books");
   audit.require_subcommand(1);
+  audit.footer("Example:\n  multientity audit show alder.company --what journal");
   const auto options = std::make_shared<AuditOptions>();
 
   CLI::App& show = AddFileCommand(audit, "show", "Tell what was done, oldest first; for administrators and accountants",
                                   "audit show alder.company --by Anna --what journal --from 2024-12-01", options->file);
   show.add_option("--by", options->by, "What this user did");
-  show.add_option("--what", options->what,
-                  "What was done: company, import, journal, transaction, relation, rejected, "
-                  "user, settings, realm or reminder, or more closely, such as journal.remove");
+  show.add_option(
+      "--what", options->what,
+      fmt::format("What was done: {}, or more closely, such as journal.remove", fmt::join(KindsOfDeeds(), ", ")));
   show.add_option("--from", options->from, "First day, YYYY-MM-DD; open when left out");
   show.add_option("--to", options->to, "Last day, YYYY-MM-DD; open when left out");
-  show.add_option("--txn", options->txn, "What was done to this transaction");
-  show.add_flag("--csv", options->csv, "A row for each value that was changed, for a spreadsheet");
+  show.add_option(
+      "--txn", options->txn,
+      "What was done to this transaction, and to those that reverse, correct or move it or that it reverses, corrects "
+      "or moves");
+  AddCsvOption(show, invocation.options);
   invocation.When(show, [options](Invocation& run) { ShowAudit(run, *options); });
 
   CLI::App& verify = AddFileCommand(audit, "verify", "Check that no line was changed or taken out",

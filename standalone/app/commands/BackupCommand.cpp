@@ -11,6 +11,7 @@
 #include "standalone/app/commands/Commands.h"
 #include "standalone/desk/Backup.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/Counted.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -29,8 +30,8 @@ struct RestoreOptions {
 };
 
 std::string TrailText(std::int64_t lines, const std::string& head) {
-  return fmt::format("Its audit trail has {} line{}; the SHA-256 of the last one is\n{}\n", lines,
-                     lines == 1 ? "" : "s", head);
+  return fmt::format("Its audit trail has {}; the SHA-256 of the last one is\n{}\n", standalone::Counted(lines, "line"),
+                     head);
 }
 
 void BackUp(Invocation& invocation, const BackupOptions& options) {
@@ -45,8 +46,7 @@ std::string RestoredText(const RestoreOptions& options, const desk::Restored& do
   std::string text = fmt::format("Restored {} from {}, and found it sound. ", standalone::Shown(options.file),
                                  standalone::Shown(options.backup));
   if (done.givenUp != 0) {
-    text += fmt::format("What {} line{} of its audit trail told of {} given up. ", done.givenUp,
-                        done.givenUp == 1 ? "" : "s", done.givenUp == 1 ? "was" : "were");
+    text += fmt::format("What {} of its audit trail told of was given up. ", standalone::Counted(done.givenUp, "line"));
   }
   if (!done.aside.empty())
     text += fmt::format("What was there lies in {}. ", standalone::Shown(standalone::PathText(done.aside)));

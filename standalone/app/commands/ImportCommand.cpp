@@ -8,19 +8,19 @@
 
 #include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/TextInput.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/app/terminal/ProgressBar.h"
 #include "standalone/app/terminal/Terminal.h"
 #include "standalone/desk/Import.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/Counted.h"
 #include "standalone/values/Text.h"
 
 namespace app {
 
 namespace {
-
-constexpr const char* kStandardInput = "-";
 
 struct ImportOptions {
   std::string file;
@@ -38,20 +38,23 @@ desk::CsvToImport CsvOf(const std::string& text) {
 std::string Summary(const desk::Imported& result) {
   std::string text;
   const auto add = [&text](std::int64_t count, std::string_view what) {
-    if (count != 0) text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, what);
+    if (count != 0) text.append(text.empty() ? "" : ", ").append(standalone::Counted(count, what));
   };
-  add(result.accounts, "accounts");
-  add(result.names, "names");
-  add(result.transactions, "transactions");
-  add(result.lines, "lines");
-  add(result.intercompanyLines, "intercompany lines");
+  add(result.accounts, "account");
+  add(result.names, "name");
+  add(result.transactions, "transaction");
+  add(result.lines, "line");
+  add(result.intercompanyLines, "intercompany line");
   return text.empty() ? "nothing" : text;
 }
 
 std::string ReportOf(const ImportOptions& options, const desk::Imported& result) {
   std::string text = fmt::format("{} {} from {}", options.dryRun ? "Would import" : "Imported", Summary(result),
                                  options.csv == kStandardInput ? "standard input" : standalone::Shown(options.csv));
-  if (result.passedOver != 0) text += fmt::format("; passed over {} transactions that are known", result.passedOver);
+  if (result.passedOver != 0) {
+    text += fmt::format("; passed over {} that {} known", standalone::Counted(result.passedOver, "transaction"),
+                        result.passedOver == 1 ? "is" : "are");
+  }
   if (options.dryRun) text += "; nothing was written";
   return text + ".\n";
 }
@@ -100,7 +103,7 @@ void AddImport(CLI::App& program, Invocation& invocation) {
   AddOne(
       import, invocation, desk::Importable::kAccounts, "accounts",
       "Add accounts. Columns: name (colon-separated; parents first), type (such as Bank), and optionally special (a\n"
-      "number) and deleted (yes or no)",
+      "number), deleted (yes or no) and number (the account's, such as 4000.10)",
       "import accounts alder.company samples/alder/accounts.csv");
   AddOne(import, invocation, desk::Importable::kNames, "names",
          "Add names. Columns: name (colon-separated; parents first), kind (customer, vendor, employee, other)",

@@ -37,8 +37,10 @@ void AddInit(CLI::App& program, Invocation& invocation) {
   const auto options = std::make_shared<InitOptions>();
   CLI::App& command = AddFileCommand(program, "init", "Create a company file",
                                      "init alder.company --name \"Alder Supply Company\"", options->file);
-  command.add_option("--name", options->company.name, "The company's name, up to 59 characters")->required();
-  command.add_option("--home-currency", options->company.homeCurrency, "ISO 4217 code of the home currency")
+  command.add_option("--name", options->company.name, "The company's name, up to 59 bytes")->required();
+  command
+      .add_option("--home-currency", options->company.homeCurrency,
+                  "ISO 4217 code of the home currency, whose decimals the company has")
       ->capture_default_str();
   command.add_flag("--multi-currency", options->company.multiCurrency, "The company keeps several currencies");
   command.add_flag("--sample", options->company.sampleFile, "Mark the file as a sample company");

@@ -1,3 +1,4 @@
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,12 +16,16 @@ namespace app {
 
 namespace {
 
+constexpr std::array kNameColumns{"id", "name", "kind"};
+
 void Names(Invocation& invocation, const std::string& file) {
   desk::Company company(FilePath(file), HowToOpen(invocation, file));
   const std::vector<desk::Name> names = desk::ListNames(company);
-  Table table({{"Id", Align::kRight}, {"Name"}, {"Kind"}});
+  Table table({{.title = "Id", .align = Align::kRight},
+               {.title = "Name"},
+               {.title = "Kind", .importance = Importance::kMajor}});
   for (const desk::Name& name : names) table.Add({std::to_string(name.id), name.name, name.kind});
-  invocation.Report({{"names", desk::JsonOf(names)}}, table.Empty() ? "No names.\n" : table.Text());
+  invocation.ReportList({{"names", desk::JsonOf(names)}}, kNameColumns, table.Empty() ? "No names.\n" : table.Text());
 }
 
 }  // namespace
@@ -29,6 +34,7 @@ void AddNames(CLI::App& program, Invocation& invocation) {
   const auto file = std::make_shared<std::string>();
   CLI::App& command = AddFileCommand(program, "names", "List the customers, vendors, employees and other names",
                                      "names alder.company", *file);
+  AddCsvOption(command, invocation.options);
   invocation.When(command, [file](Invocation& run) { Names(run, *file); });
 }
 

@@ -39,9 +39,11 @@ void ShowRealm(Invocation& invocation, const RealmOptions& options) {
 void SetRealm(Invocation& invocation, const RealmOptions& options) {
   const standalone::RealmId realm(options.realm);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  desk::RememberRealm(company, realm);
-  invocation.Report({{"remembered", realm.Text()}},
-                    fmt::format("The company file now remembers the realm id {}.\n", realm.Text()));
+  const bool hasChanged = desk::RememberRealm(company, realm);
+  invocation.Report({{"remembered", realm.Text()}, {"changed", hasChanged}},
+                    hasChanged ? fmt::format("The company file now remembers the realm id {}.\n", realm.Text())
+                               : fmt::format("{}: the company file remembers the realm id {} already.\n",
+                                             kNothingHasChanged, realm.Text()));
 }
 
 std::string WhyGoOn(const desk::RealmCheck& check, const std::string& realm) {
@@ -89,7 +91,7 @@ void AddCheck(CLI::App& realm, Invocation& invocation) {
       "may go on, with 1 when it must not. A file that remembers none yet is given this one to remember",
       "realm check alder.company --realm 5120774003618 --answer no", options->file);
   command.add_option("--realm", options->realm,
-                     "The realm id that this company reports now, 1 to 19 characters; left out when it reports none");
+                     "The realm id that this company reports now, 1 to 19 bytes; left out when it reports none");
   AddAnswerOption(command, options->answer);
   invocation.When(command, [options](Invocation& run) { CheckRealm(run, *options); });
 }
@@ -97,9 +99,8 @@ void AddCheck(CLI::App& realm, Invocation& invocation) {
 }  // namespace
 
 void AddRealm(CLI::App& program, Invocation& invocation) {
-  CLI::App& realm = *program.add_subcommand("realm", "The realm id under which this company does intercompany work");
-  realm.require_subcommand(1);
-  realm.footer("Example:\n  multientity realm show alder.company");
+  CLI::App& realm = AddGroup(program, "realm", "The realm id under which this company does intercompany work",
+                             "realm show alder.company");
   const auto options = std::make_shared<RealmOptions>();
 
   CLI::App& show = AddFileCommand(realm, "show", "Show the realm id that the company file remembers, if any",
@@ -108,7 +109,7 @@ void AddRealm(CLI::App& program, Invocation& invocation) {
 
   CLI::App& set = AddFileCommand(realm, "set", "Have the company file remember a realm id",
                                  "realm set alder.company --realm 5120774003618", options->file);
-  set.add_option("--realm", options->realm, "This company's own realm id, 1 to 19 characters")->required();
+  set.add_option("--realm", options->realm, "This company's own realm id, 1 to 19 bytes")->required();
   invocation.When(set, [options](Invocation& run) { SetRealm(run, *options); });
 
   AddCheck(realm, invocation);

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,7 +26,7 @@ using standalone::Shown;
 
 struct RelationOptions {
   std::string file;
-  std::string realm;
+  std::string realm;  // of a new one
   std::optional<std::string> id;
   std::string partner;
   std::string type = "0";
@@ -56,22 +57,22 @@ void CreateRelation(Invocation& invocation, const RelationOptions& options) {
 
 void UpdateRelation(Invocation& invocation, const RelationOptions& options) {
   desk::RelationChange change{
-      .realm = standalone::RealmId(options.realm), .state = {}, .accounts = AccountsFrom(options)};
+      .partner = desk::Partner(options.partner), .state = {}, .accounts = AccountsFrom(options)};
   if (options.state) change.state = standalone::ParseRelationState(*options.state);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  desk::UpdateRelation(company, change);
-  invocation.Report({{"realm", options.realm}}, fmt::format("Updated the relation with realm {}.\n", options.realm));
+  const std::string realm = desk::UpdateRelation(company, change);
+  invocation.Report({{"realm", realm}}, fmt::format("Updated the relation with realm {}.\n", realm));
 }
 
 void DeleteRelation(Invocation& invocation, const RelationOptions& options) {
-  const standalone::RealmId realm(options.realm);
+  const desk::Partner partner(options.partner);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const bool isDeactivated = desk::DeleteRelation(company, realm, options.force) == desk::Deleted::kDeactivated;
+  const desk::Deleted deleted = desk::DeleteRelation(company, partner, options.force);
   invocation.Report(
-      {{"realm", options.realm}, {"deactivated", isDeactivated}},
-      isDeactivated
-          ? fmt::format("Deactivated the relation with realm {}: transactions still refer to it.\n", options.realm)
-          : fmt::format("Deleted the relation with realm {}.\n", options.realm));
+      {{"realm", deleted.realm}, {"deactivated", deleted.deactivated}},
+      deleted.deactivated
+          ? fmt::format("Deactivated the relation with realm {}: transactions still refer to it.\n", deleted.realm)
+          : fmt::format("Deleted the relation with realm {}.\n", deleted.realm));
 }
 
 void Show(const Invocation& invocation, const desk::Relation& relation) {
@@ -90,32 +91,45 @@ void ShowRelationById(Invocation& invocation, const RelationOptions& options) {
   Show(invocation, desk::ShowRelation(company, id));
 }
 
-void ShowRelationByRealm(Invocation& invocation, const RelationOptions& options) {
-  const standalone::RealmId realm(options.realm);
+void ShowRelationOf(Invocation& invocation, const RelationOptions& options) {
+  const desk::Partner partner(options.partner);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  Show(invocation, desk::ShowRelation(company, realm));
+  Show(invocation, desk::ShowRelation(company, partner));
 }
+
+constexpr std::array kRelationColumns{"id",          "realm",      "partner",      "type",     "state",
+                                      "stateNumber", "dueFrom.id", "dueFrom.name", "dueTo.id", "dueTo.name",
+                                      "revision",    "createdAt",  "changedAt"};
+constexpr std::array kRealmColumns{"realm"};
 
 void ListRealms(const Invocation& invocation, desk::Company& company, bool withAccountsOnly) {
   const std::vector<std::string> realms = desk::ListRealms(company, withAccountsOnly);
   std::string lines;
   for (const std::string& realm : realms) lines += Shown(realm) + '\n';
-  invocation.Report({{"realms", realms}}, realms.empty() ? "No relations.\n" : lines);
+  const std::string text = realms.empty() ? "No relations.\n" : lines;
+  if (!invocation.options.csv) {
+    invocation.Report({{"realms", realms}}, text);
+    return;
+  }
+  Json rows = Json::array();
+  for (const std::string& realm : realms) rows.push_back({{"realm", realm}});
+  invocation.ReportList({{"realms", rows}}, kRealmColumns, text);
 }
 
 void ListRelations(Invocation& invocation, const RelationOptions& options) {
+  std::optional<standalone::RelationState> state;
+  if (options.state) state = standalone::ParseRelationState(*options.state);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   if (options.realmsOnly) {
     ListRealms(invocation, company, options.withAccountsOnly);
     return;
   }
-  const std::vector<desk::Relation> relations = desk::ListRelations(company);
-  invocation.Report({{"relations", desk::JsonOf(relations)}},
-                    relations.empty() ? "No relations.\n" : RelationsTable(relations).Text());
+  const std::vector<desk::Relation> relations = desk::ListRelations(company, state);
+  invocation.ReportList({{"relations", desk::JsonOf(relations)}}, kRelationColumns,
+                        relations.empty() ? "No relations.\n" : RelationsTable(relations).Text());
 }
 
 constexpr const char* kStateHelp = "pending, established, without-accounts, deactivated, or another number";
-constexpr const char* kAccountHelp = "An account, by id or by colon-separated name";
 
 void AddAccountOptions(CLI::App& command, RelationOptions& options) {
   command.add_option("--due-from", options.dueFrom,
@@ -135,9 +149,10 @@ void AddCreate(CLI::App& relation, Invocation& invocation) {
       "    --due-from \"Due from Birch Services Company\" --due-to \"Due to Birch Services Company\"",
       options->file);
   command.add_option("--realm", options->realm, kRealmHelp)->required();
-  command.add_option("--partner", options->partner, "The partner company's name, up to 59 characters")->required();
+  command.add_option("--partner", options->partner, "The partner company's name, up to 59 bytes")->required();
   AddAccountOptions(command, *options);
-  command.add_option("--state", options->state, std::string(kStateHelp) + "; established when left out");
+  command.add_option("--state", options->state, std::string(kStateHelp) + "; established when left out")
+      ->type_name(kRelationStates);
   command.add_option("--type", options->type, "The kind of the relation, a number that is kept as it is")
       ->capture_default_str();
   invocation.When(command, [options](Invocation& run) { CreateRelation(run, *options); });
@@ -145,12 +160,13 @@ void AddCreate(CLI::App& relation, Invocation& invocation) {
 
 void AddUpdate(CLI::App& relation, Invocation& invocation) {
   const auto options = std::make_shared<RelationOptions>();
-  CLI::App& command =
-      AddFileCommand(relation, "update", "Change the state or the accounts of a relation",
-                     "relation update alder.company --realm 5120918846275 --state deactivated", options->file);
-  command.add_option("--realm", options->realm, kRealmHelp)->required();
+  CLI::App& command = AddFileCommand(
+      relation, "update", "Change the state or the accounts of a relation",
+      "relation update alder.company --partner \"Birch Services Company\" --state deactivated", options->file);
+  command.add_option(kPartnerOption, options->partner, kPartnerHelp)->required();
   AddAccountOptions(command, *options);
-  command.add_option("--state", options->state, std::string(kStateHelp) + "; kept when left out");
+  command.add_option("--state", options->state, std::string(kStateHelp) + "; kept when left out")
+      ->type_name(kRelationStates);
   invocation.When(command, [options](Invocation& run) { UpdateRelation(run, *options); });
 }
 
@@ -158,8 +174,8 @@ void AddDelete(CLI::App& relation, Invocation& invocation) {
   const auto options = std::make_shared<RelationOptions>();
   CLI::App& command =
       AddFileCommand(relation, "delete", "Delete a relation, or deactivate it while transactions refer to it",
-                     "relation delete alder.company --realm 5120918846275", options->file);
-  command.add_option("--realm", options->realm, kRealmHelp)->required();
+                     "relation delete alder.company --partner \"Birch Services Company\"", options->file);
+  command.add_option(kPartnerOption, options->partner, kPartnerHelp)->required();
   command.add_flag("--force", options->force, "Also when the relation is pending");
   invocation.When(command, [options](Invocation& run) { DeleteRelation(run, *options); });
 }
@@ -167,16 +183,16 @@ void AddDelete(CLI::App& relation, Invocation& invocation) {
 void AddShow(CLI::App& relation, Invocation& invocation) {
   const auto options = std::make_shared<RelationOptions>();
   CLI::App& command = AddFileCommand(relation, "show", "Show one relation",
-                                     "relation show alder.company --realm 5120918846275", options->file);
+                                     "relation show alder.company --partner \"Birch Services Company\"", options->file);
   CLI::Option_group* which = command.add_option_group("Which", "Which relation");
-  which->add_option("--realm", options->realm, kRealmHelp);
+  which->add_option(kPartnerOption, options->partner, kPartnerHelp);
   which->add_option("--id", options->id, "The relation's id");
   which->require_option(1);
   invocation.When(command, [options](Invocation& run) {
     if (options->id) {
       ShowRelationById(run, *options);
     } else {
-      ShowRelationByRealm(run, *options);
+      ShowRelationOf(run, *options);
     }
   });
 }
@@ -188,15 +204,18 @@ void AddList(CLI::App& relation, Invocation& invocation) {
   CLI::Option* realms = command.add_flag("--realms", options->realmsOnly, "Only the partners' realm ids");
   command.add_flag("--with-accounts-only", options->withAccountsOnly, "Leave out relations without accounts")
       ->needs(realms);
+  command.add_option("--state", options->state, std::string("Only those in this state: ") + kStateHelp)
+      ->type_name(kRelationStates)
+      ->excludes(realms);
+  AddCsvOption(command, invocation.options);
   invocation.When(command, [options](Invocation& run) { ListRelations(run, *options); });
 }
 
 }  // namespace
 
 void AddRelation(CLI::App& program, Invocation& invocation) {
-  CLI::App& relation = *program.add_subcommand("relation", "Work with the relations to partner companies");
-  relation.require_subcommand(1);
-  relation.footer("Example:\n  multientity relation list alder.company");
+  CLI::App& relation =
+      AddGroup(program, "relation", "Work with the relations to partner companies", "relation list alder.company");
   AddCreate(relation, invocation);
   AddUpdate(relation, invocation);
   AddDelete(relation, invocation);

@@ -103,9 +103,8 @@ void ResetReminder(Invocation& invocation, const std::string& file) {
 }  // namespace
 
 void AddReminder(CLI::App& program, Invocation& invocation) {
-  CLI::App& reminder = *program.add_subcommand("reminder", "The daily reminder of intercompany work");
-  reminder.require_subcommand(1);
-  reminder.footer("Example:\n  multientity reminder show alder.company");
+  CLI::App& reminder =
+      AddGroup(program, "reminder", "The daily reminder of intercompany work", "reminder show alder.company");
   const auto file = std::make_shared<std::string>();
   CLI::App& show = AddFileCommand(reminder, "show",
                                   "Tell on which day the reminder comes next, after how many seconds it would come if "

@@ -19,16 +19,16 @@ namespace {
 
 struct SetStateOptions {
   std::string file;
-  std::string realm;
+  std::string partner;
   std::string request;
-  std::string txn;  // instead of realm and request
+  std::string txn;  // instead of partner and request
   std::string target;
   std::string state;
 };
 
 struct ExistsOptions {
   std::string file;
-  std::string realm;
+  std::string partner;
   std::string request;
 };
 
@@ -37,15 +37,15 @@ std::string StateText(standalone::BookedState state) {
 }
 
 void SetStateOfRequest(Invocation& invocation, const SetStateOptions& options) {
-  const standalone::RealmId realm(options.realm);
+  const desk::Partner partner(options.partner);
   const standalone::RequestId request(options.request);
   const standalone::TransactionState state = standalone::ParseTransactionState(options.state);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const standalone::BookedState now = desk::SetState(company, realm, request, state);
-  Json json{{"realm", options.realm}, {"requestId", options.request}};
-  json.update(desk::JsonOf(now));
+  const desk::MovedRequest moved = desk::SetState(company, partner, request, state);
+  Json json{{"realm", moved.realm}, {"requestId", options.request}};
+  json.update(desk::JsonOf(moved.state));
   invocation.Report(json, fmt::format("The transaction with request id {} of realm {} is now in state {}.\n",
-                                      options.request, options.realm, StateText(now)));
+                                      options.request, moved.realm, StateText(moved.state)));
 }
 
 void SetStateOfLine(Invocation& invocation, const SetStateOptions& options) {
@@ -61,39 +61,41 @@ void SetStateOfLine(Invocation& invocation, const SetStateOptions& options) {
 }
 
 void Exists(Invocation& invocation, const ExistsOptions& options) {
-  const standalone::RealmId realm(options.realm);
+  const desk::Partner partner(options.partner);
   const standalone::RequestId request(options.request);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  desk::RequireKnownRequest(company, realm, request);
-  invocation.Report({{"realm", options.realm}, {"requestId", options.request}},
-                    fmt::format("The request id {} is known for realm {}: it is booked or was rejected.\n",
-                                options.request, options.realm));
+  const std::string realm = desk::RequireKnownRequest(company, partner, request);
+  invocation.Report(
+      {{"realm", realm}, {"requestId", options.request}},
+      fmt::format("The request id {} is known for realm {}: it is booked or was rejected.\n", options.request, realm));
 }
 
 void AddSetState(CLI::App& transaction, Invocation& invocation) {
   const auto options = std::make_shared<SetStateOptions>();
   CLI::App& command = AddFileCommand(
       transaction, "set-state",
-      "Move an intercompany transaction to a state, as the partner's answer names it (--realm and --request) or as "
+      "Move an intercompany transaction to a state, as the partner's answer names it (--partner and --request) or as "
       "the\n"
-      "books name it (--txn and --target). Only the first form marks the transaction in the books as confirmed.\n"
+      "books name it (--txn and --target). Once all of its lines are established, the transaction is marked in the\n"
+      "books as confirmed.\n"
       "It moves from entered to sent, established or closed, from sent to came-back, established or closed, and from\n"
       "came-back to sent or closed; established and closed ones stay. One that was booked with version 1.0 and is not\n"
       "settled moves to established, rejected or deactivated",
-      "transaction set-state birch.company --realm 5120774003618 --request R-1017 --state established", options->file);
-  CLI::Option* realm = command.add_option("--realm", options->realm, kRealmHelp);
-  CLI::Option* request = command.add_option("--request", options->request, kRequestHelp)->needs(realm);
-  realm->needs(request);
-  CLI::Option* txn =
-      command.add_option("--txn", options->txn, "The id of the bill, check or journal entry")->excludes(realm, request);
+      "transaction set-state birch.company --partner \"Alder Supply Company\" --request R-1017 --state established",
+      options->file);
+  CLI::Option* partner = command.add_option(kPartnerOption, options->partner, kPartnerHelp);
+  CLI::Option* request = command.add_option("--request", options->request, kRequestHelp)->needs(partner);
+  partner->needs(request);
+  CLI::Option* txn = command.add_option("--txn", options->txn, "The id of the bill, check or journal entry")
+                         ->excludes(partner, request);
   CLI::Option* target = command.add_option("--target", options->target, "The id of its intercompany line")->needs(txn);
   txn->needs(target);
   CLI::Option* state =
       command.add_option("--state", options->state, "entered, sent, came-back, established, closed, or the number");
-  state->required();
-  invocation.When(command, [options, realm, txn](Invocation& run) {
-    if (realm->empty() && txn->empty()) {
-      throw standalone::InvalidInput("which transaction? Give --realm and --request, or --txn and --target");
+  state->required()->type_name(kTransactionStates);
+  invocation.When(command, [options, partner, txn](Invocation& run) {
+    if (partner->empty() && txn->empty()) {
+      throw standalone::InvalidInput("which transaction? Give --partner and --request, or --txn and --target");
     }
     if (txn->empty()) {
       SetStateOfRequest(run, *options);
@@ -105,12 +107,12 @@ void AddSetState(CLI::App& transaction, Invocation& invocation) {
 
 void AddExists(CLI::App& transaction, Invocation& invocation) {
   const auto options = std::make_shared<ExistsOptions>();
-  CLI::App& command =
-      AddFileCommand(transaction, "exists",
-                     "Tell whether a partner's request id is known, as a transaction of that partner or as a rejected "
-                     "one: ends with 0 if so, with 1 if not",
-                     "transaction exists birch.company --realm 5120774003618 --request R-1017", options->file);
-  command.add_option("--realm", options->realm, kRealmHelp)->required();
+  CLI::App& command = AddFileCommand(
+      transaction, "exists",
+      "Tell whether a partner's request id is known, as a transaction of that partner or as a rejected "
+      "one: ends with 0 if so, with 1 if not",
+      "transaction exists birch.company --partner \"Alder Supply Company\" --request R-1017", options->file);
+  command.add_option(kPartnerOption, options->partner, kPartnerHelp)->required();
   command.add_option("--request", options->request, kRequestHelp)->required();
   invocation.When(command, [options](Invocation& run) { Exists(run, *options); });
 }
@@ -122,7 +124,7 @@ void AddTransaction(CLI::App& program, Invocation& invocation) {
       *program.add_subcommand("transaction", "Move intercompany transactions through their states, and find them");
   transaction.require_subcommand(1);
   transaction.footer(
-      "Example:\n  multientity transaction exists birch.company --realm 5120774003618 --request R-1017\n\n"
+      "Example:\n  multientity transaction exists birch.company --partner \"Alder Supply Company\" --request R-1017\n\n"
       "multientity transactions lists them.");
   AddSetState(transaction, invocation);
   AddExists(transaction, invocation);

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,6 +16,8 @@
 #include "standalone/desk/Transactions.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/AccountTypes.h"
+#include "standalone/values/Amount.h"
+#include "standalone/values/Money.h"
 
 namespace app {
 
@@ -25,7 +28,27 @@ struct TransactionsOptions {
   std::optional<std::string> txn;
   std::optional<std::string> from;
   std::optional<std::string> to;
+  std::optional<std::string> partner;
+  std::optional<std::string> type;
+  std::optional<std::string> state;
+  std::optional<std::string> request;
+  std::optional<std::string> account;
 };
+
+constexpr std::array kLineColumns{
+    "transaction", "line",      "type",  "typeNumber",  "date",         "realm",           "partner",
+    "name.id",     "name.name", "memo",  "account.id",  "account.name", "otherAccount.id", "otherAccount.name",
+    "amount",      "currency",  "state", "stateNumber", "ofBefore",     "requestId"};
+
+desk::LineFilter FilterOf(const TransactionsOptions& options) {
+  desk::LineFilter filter;
+  if (options.partner) filter.partner.emplace(*options.partner);
+  if (options.type) filter.type = standalone::ParseTransactionType(*options.type);
+  if (options.state) filter.state.emplace(*options.state);
+  if (options.request) filter.request.emplace(*options.request);
+  filter.account = options.account;
+  return filter;
+}
 
 std::string PluralOf(std::int16_t type) {
   const std::string name = standalone::TransactionTypeName(type);
@@ -48,8 +71,32 @@ Json NamesOf(const std::vector<std::int16_t>& types) {
   return names;
 }
 
+// Of the lines that have an amount, which is in the company's currency; none when it is more than can be counted.
+std::optional<standalone::Money> TotalOf(const std::vector<desk::IntercompanyLine>& lines) {
+  std::optional<standalone::Money> total;
+  for (const desk::IntercompanyLine& line : lines) {
+    if (!line.amount) continue;
+    if (!total) {
+      total = line.amount;
+      continue;
+    }
+    const std::optional<std::int64_t> sum = standalone::AddAmounts(total->minorUnits, line.amount->minorUnits);
+    if (!sum) return std::nullopt;
+    total->minorUnits = *sum;
+  }
+  return total;
+}
+
+std::string TableText(const std::vector<desk::IntercompanyLine>& lines) {
+  Table table = LinesTable(lines);
+  if (const auto total = TotalOf(lines)) {
+    table.AddTotal({"Total", "", "", "", "", "", "", "", standalone::FormatAmount(*total), total->currency, "", ""});
+  }
+  return table.Text();
+}
+
 std::string ListText(const std::vector<desk::IntercompanyLine>& lines, const std::vector<std::int16_t>& notShown) {
-  if (!lines.empty()) return LinesTable(lines).Text();
+  if (!lines.empty()) return TableText(lines);
   return notShown.empty() ? "No intercompany transactions.\n" : "No intercompany transactions that you may see.\n";
 }
 
@@ -57,18 +104,21 @@ void ListTransaction(Invocation& invocation, const TransactionsOptions& options)
   const std::int32_t txnId = RecordId("transaction id", *options.txn);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   const std::vector<desk::IntercompanyLine> lines = desk::ListIntercompanyLines(company, txnId);
-  invocation.Report({{"transactions", desk::JsonOf(lines)}}, ListText(lines, {}));
+  invocation.ReportList({{"transactions", desk::JsonOf(lines)}}, kLineColumns, ListText(lines, {}));
 }
 
 void ListPeriod(Invocation& invocation, const TransactionsOptions& options) {
   const DateType32 from = PeriodBound("--from", options.from);
   const DateType32 to = PeriodBound("--to", options.to);
   const desk::Period period(from, to);
+  const desk::LineFilter filter = FilterOf(options);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const std::vector<desk::IntercompanyLine> lines = desk::ListIntercompanyLines(company, period);
+  const std::vector<desk::IntercompanyLine> lines = desk::ListIntercompanyLines(company, period, filter);
   const std::vector<std::int16_t> notShown = desk::TypesNotShown(company);
-  invocation.Report({{"transactions", desk::JsonOf(lines)}, {"notShown", NamesOf(notShown)}},
-                    ListText(lines, notShown) + NotShownText(notShown));
+  invocation.ReportList({{"transactions", desk::JsonOf(lines)}, {"notShown", NamesOf(notShown)}}, kLineColumns,
+                        ListText(lines, notShown) + NotShownText(notShown));
+  // A table of a spreadsheet has no place for it.
+  if (invocation.options.csv && !notShown.empty()) PrintError("note: " + NotShownText(notShown));
 }
 
 }  // namespace
@@ -81,6 +131,21 @@ void AddTransactions(CLI::App& program, Invocation& invocation) {
   CLI::Option* txn = command.add_option("--txn", options->txn, "The id of one bill, check or journal entry");
   command.add_option("--from", options->from, "First day of the period, YYYY-MM-DD; open when left out")->excludes(txn);
   command.add_option("--to", options->to, "Last day of the period, YYYY-MM-DD; open when left out")->excludes(txn);
+  command.add_option(kPartnerOption, options->partner, "Only those with this partner: its realm id or its name")
+      ->excludes(txn);
+  command.add_option("--type", options->type, "Only bill, check or journal")
+      ->type_name(kTransactionTypes)
+      ->excludes(txn);
+  command.add_option("--state", options->state, "Only those in this state: a name such as came-back, or the number")
+      ->type_name(kTransactionStates)
+      ->excludes(txn);
+  command.add_option("--request", options->request, "Only what has this request id")->excludes(txn);
+  command
+      .add_option("--account", options->account,
+                  "Only lines with this account, also as the liability account; by number, record number or "
+                  "colon-separated name")
+      ->excludes(txn);
+  AddCsvOption(command, invocation.options);
   invocation.When(command, [options](Invocation& run) {
     if (options->txn) {
       ListTransaction(run, *options);

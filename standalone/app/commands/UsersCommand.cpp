@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,14 +41,20 @@ std::string RightsText(const desk::User& user) {
   return text;
 }
 
+constexpr std::array kUserColumns{"name", "administrator", "accountant", "rights"};
+
 void ListUsers(Invocation& invocation, const UserOptions& options) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
   const std::vector<desk::User> users = desk::ListUsers(company);
-  Table table({{"User"}, {"Administrator"}, {"Accountant"}, {"Rights"}});
+  Table table({{.title = "User"},
+               {.title = "Administrator", .importance = Importance::kMajor, .fit = Fit::kWhole},
+               {.title = "Accountant", .importance = Importance::kMajor, .fit = Fit::kWhole},
+               {.title = "Rights"}});
   for (const desk::User& user : users) {
-    table.Add({user.name, user.administrator ? "yes" : "no", user.accountant ? "yes" : "no", RightsText(user)});
+    table.Add(
+        {user.name, standalone::YesOrNo(user.administrator), standalone::YesOrNo(user.accountant), RightsText(user)});
   }
-  invocation.Report({{"users", desk::JsonOf(users)}}, table.Text());
+  invocation.ReportList({{"users", desk::JsonOf(users)}}, kUserColumns, table.Text());
 }
 
 void AddUser(Invocation& invocation, const UserOptions& options) {
@@ -60,9 +67,12 @@ void AddUser(Invocation& invocation, const UserOptions& options) {
 void ChangeUser(Invocation& invocation, const UserOptions& options) {
   const desk::User user = UserFrom(options);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const desk::User changed = desk::ChangeUser(company, user);
-  invocation.Report({{"user", desk::JsonOf(changed)}},
-                    fmt::format("Changed the user {}.\n", standalone::Shown(changed.name)));
+  const desk::ChangedUser changed = desk::ChangeUser(company, user);
+  const std::string name = standalone::Shown(changed.name);
+  invocation.Report({{"user", desk::JsonOf(changed)}, {"changed", changed.hasChanged}},
+                    changed.hasChanged ? fmt::format("Changed the user {}.\n", name)
+                                       : fmt::format("{}: the user {} has these marks and rights already.\n",
+                                                     kNothingHasChanged, name));
 }
 
 void RemoveUser(Invocation& invocation, const UserOptions& options) {
@@ -87,13 +97,13 @@ void AddRightsOptions(CLI::App& command, UserOptions& options) {
 }  // namespace
 
 void AddUsers(CLI::App& program, Invocation& invocation) {
-  CLI::App& users = *program.add_subcommand("users", "List, add, change or remove the users of a company");
-  users.require_subcommand(1);
-  users.footer("Example:\n  multientity users add alder.company Robin --right bills:view --right journal:create");
+  CLI::App& users = AddGroup(program, "users", "List, add, change or remove the users of a company",
+                             "users add alder.company Robin --right bills:view --right journal:create");
   const auto options = std::make_shared<UserOptions>();
 
   CLI::App& list =
       AddFileCommand(users, "list", "List the users and their rights", "users list alder.company", options->file);
+  AddCsvOption(list, invocation.options);
   invocation.When(list, [options](Invocation& run) { ListUsers(run, *options); });
 
   CLI::App& add =

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -9,6 +11,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "standalone/app/CommandTree.h"
 #include "standalone/app/ExitCode.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/Remedies.h"
@@ -18,6 +21,7 @@
 #include "standalone/desk/json/Json.h"
 #include "standalone/desk/results/Refusal.h"
 #include "standalone/values/Errors.h"
+#include "standalone/values/Suggestions.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -27,8 +31,11 @@ namespace {
 // What the module answers when it did what it was asked.
 constexpr std::int32_t kDone = 1;
 
+// What names the company of commands that are given none.
+constexpr const char* kUsualCompany = "MULTIENTITY_COMPANY";
+
 constexpr const char* kGlobalOptionsHelp =
-    "--user NAME, --json, --trace and --network-share may be added to every command.";
+    "--user NAME, --json, --wide, --trace and --network-share may be added to every command.";
 
 // The lines that the log gained; an answer other than 1 is told as an error later.
 void PrintTrace(const Invocation& invocation) {
@@ -95,6 +102,7 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   program.add_option("--user", invocation.options.user, "The user of the company file who does this")
       ->default_str(desk::kFirstUser);
   program.add_flag("--json", invocation.options.json, "Results and errors as JSON, for programs");
+  program.add_flag("--wide", invocation.options.wide, "Tables with all columns, also where the terminal is narrower");
   program.add_flag("--trace", invocation.options.trace,
                    "Print the lines that the operations log gains to standard error");
   program.add_flag("--network-share", invocation.options.networkShare,
@@ -105,7 +113,8 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   program.allow_windows_style_options(false);
   program.footer(
       "Example:\n  multientity accounts alder.company --free --json\n\n"
-      "multientity COMMAND --help explains a command. Exit codes: 0 done; 1 refused by the module or not\n"
+      "multientity COMMAND --help explains a command. MULTIENTITY_COMPANY may name the company file of commands that\n"
+      "are given none.\n\nExit codes: 0 done; 1 refused by the module or not\n"
       "finished; 2 wrong usage, a value that is not acceptable, or no right; 3 the company file cannot be opened or\n"
       "created; 4 saved, but standard output cannot be written; 5 the disk failed, and it is not known whether the "
       "work\n"
@@ -113,36 +122,157 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   AddInit(program, invocation);
   AddImport(program, invocation);
   AddAccounts(program, invocation);
+  AddAccount(program, invocation);
   AddNames(program, invocation);
+  AddName(program, invocation);
   AddAudit(program, invocation);
   AddBackup(program, invocation);
   AddRestore(program, invocation);
+  AddExport(program, invocation);
   AddUsers(program, invocation);
   AddSettings(program, invocation);
   AddRelation(program, invocation);
+  AddEnter(program, invocation);
   AddJournal(program, invocation);
+  AddReverse(program, invocation);
+  AddRemoveTransaction(program, invocation);
+  AddAttach(program, invocation);
+  AddDetach(program, invocation);
+  AddBalances(program, invocation);
+  AddRegister(program, invocation);
+  AddOpenItems(program, invocation);
+  AddShowTransaction(program, invocation);
   AddTransactions(program, invocation);
   AddTransaction(program, invocation);
   AddRejected(program, invocation);
+  AddPartner(program, invocation);
+  AddExchange(program, invocation);
+  AddInbox(program, invocation);
+  AddOutbox(program, invocation);
+  AddIdentity(program, invocation);
   AddRealm(program, invocation);
   AddPlugin(program, invocation);
   AddPersona(program, invocation);
   AddReminder(program, invocation);
   AddOpen(program, invocation);
   AddLog(program, invocation);
+  AddCompletion(program, invocation);
+  AddMan(program, invocation);
 }
 
-std::string UsageErrorText(const CLI::App& program, const CLI::ParseError& error) {
-  const std::string rest = fmt::format("{}", fmt::join(program.remaining(true), " "));
-  if (rest.empty()) return fmt::format("{}; see multientity --help", error.what());
+// The innermost command that was understood; the program itself when none was.
+const CLI::App& ChosenCommand(const CLI::App& program) {
+  for (const CLI::App* const command : program.get_subcommands()) {
+    if (!command->get_name().empty()) return ChosenCommand(*command);
+  }
+  return program;
+}
+
+// What a command works on, in the order in which it stands behind it.
+std::vector<const CLI::Option*> OperandsOf(const CLI::App& command) {
+  return command.get_options([](const CLI::Option* option) { return !option->nonpositional(); });
+}
+
+// A company that is to be made is always named, and so is what a backup goes to.
+bool MayHaveTheUsualCompany(const CLI::App& command) {
+  const std::vector<const CLI::Option*> operands = OperandsOf(command);
+  return !operands.empty() && operands.front()->get_name(true) == "FILE" && command.get_name() != "init";
+}
+
+// Those of which one is given, as an operand or otherwise, stand in a group without a name.
+bool LacksAnOperandOfAGroup(const CLI::App& command) {
+  const std::vector<const CLI::App*> groups =
+      command.get_subcommands([](const CLI::App* child) { return child->get_name().empty(); });
+  return std::any_of(groups.begin(), groups.end(),
+                     [](const CLI::App* group) { return !OperandsOf(*group).empty() && group->count_all() == 0; });
+}
+
+// A list behind a transaction has something in it, too, when all are one place too far to the front.
+bool HasATransactionForAFile(const std::vector<const CLI::Option*>& operands) {
+  const auto isNumber = [](const CLI::Option* operand) {
+    return operand->count() == 1 && standalone::ParseRecordNumber(operand->results().front());
+  };
+  return operands.size() > 2 && operands.back()->get_items_expected_max() > 1 && isNumber(operands[0]) &&
+         !isNumber(operands[1]);
+}
+
+bool LacksAnOperand(const CLI::App& command) {
+  if (LacksAnOperandOfAGroup(command)) return true;
+  const std::vector<const CLI::Option*> operands = OperandsOf(command);
+  if (HasATransactionForAFile(operands)) return true;
+  return std::any_of(operands.begin(), operands.end(),
+                     [](const CLI::Option* operand) { return operand->get_required() && operand->count() == 0; });
+}
+
+// The place behind the words of a command, among which options of the program may stand.
+std::vector<std::string>::const_iterator Behind(const CLI::App& command, const CLI::App& program,
+                                                const std::vector<std::string>& arguments) {
+  std::vector<std::string> words;
+  for (const CLI::App* word = &command; word != &program; word = word->get_parent()) words.push_back(word->get_name());
+  for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+    const CLI::Option* const option = program.get_option_no_throw(*argument);
+    if (option != nullptr && option->get_items_expected_max() > 0 && std::next(argument) != arguments.end()) ++argument;
+    if (option != nullptr || words.empty() || *argument != words.back()) continue;
+    words.pop_back();
+    if (words.empty()) return std::next(argument);
+  }
+  return arguments.end();
+}
+
+// The arguments with the usual company in front of what the command works on, if that is what they lack.
+std::optional<std::vector<std::string>> WithUsualCompany(const CLI::App& program,
+                                                         const std::vector<std::string>& arguments) {
+  const CLI::App& command = ChosenCommand(program);
+  if (!MayHaveTheUsualCompany(command) || !LacksAnOperand(command)) return std::nullopt;
+  const std::optional<std::string> company = EnvironmentText(kUsualCompany);
+  if (!company) return std::nullopt;
+  std::vector<std::string> completed = arguments;
+  completed.insert(completed.begin() + (Behind(command, program, arguments) - arguments.begin()), *company);
+  return completed;
+}
+
+// Whoever mistyped a command has a word too many, not a missing one.
+bool IsUnknownCommand(const CLI::App& command, const std::vector<std::string>& rest) {
+  return !rest.empty() && !rest.front().starts_with('-') && !DescriptionOf(command).subcommands.empty();
+}
+
+std::string WhatIsWrong(const CLI::App& command, const CLI::ParseError& error, const std::vector<std::string>& rest) {
+  if (IsUnknownCommand(command, rest)) return fmt::format("there is no command {}", standalone::Quoted(rest.front()));
+  const bool lacksCompany = MayHaveTheUsualCompany(command) && OperandsOf(command).front()->count() == 0;
+  const std::string what = fmt::format("{}{}", error.what(),
+                                       lacksCompany ? fmt::format(", unless {} names the company", kUsualCompany) : "");
+  if (rest.empty()) return what;
   const bool nothingElse = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
-  return fmt::format("{}not understood: {}; see multientity --help",
-                     nothingElse ? "" : fmt::format("{}; ", error.what()), rest);
+  return fmt::format("{}not understood: {}", nothingElse ? "" : what + "; ", fmt::join(rest, " "));
+}
+
+// The command or the options that may have been meant.
+std::string Suggestion(const CLI::App& program, const CLI::App& command, const std::vector<std::string>& rest) {
+  if (rest.empty()) return {};
+  const CommandText described = DescriptionOf(command);
+  if (IsUnknownCommand(command, rest)) return standalone::DidYouMean(rest.front(), described.subcommands);
+  if (!rest.front().starts_with("--")) return {};
+  std::vector<std::string> names;
+  for (const OptionText& option : described.options)
+    names.insert(names.end(), option.names.begin(), option.names.end());
+  for (const OptionText& option : DescriptionOf(program).options) names.push_back(option.names.back());
+  return standalone::DidYouMean(rest.front().substr(0, rest.front().find('=')), names);
+}
+
+ExitCode FailUsage(const CLI::App& program, const CLI::ParseError& error, bool json) {
+  const CLI::App& command = ChosenCommand(program);
+  const std::vector<std::string> rest = program.remaining(true);
+  const std::string suggestion = Suggestion(program, command, rest);
+  return FailWithHint(
+      json, kExitBadInput,
+      fmt::format("{}{} {} --help", WhatIsWrong(command, error, rest),
+                  suggestion.empty() ? "; see" : fmt::format(".{} See", suggestion), FullNameOf(command)),
+      UsageOf(command));
 }
 
 // Help and version are asked for by ending the parsing, too.
 ExitCode EndParsing(const CLI::App& program, const CLI::ParseError& end, bool json) {
-  if (end.get_exit_code() != 0) return Fail(json, kExitBadInput, UsageErrorText(program, end));
+  if (end.get_exit_code() != 0) return FailUsage(program, end, json);
   std::ostringstream text;
   program.exit(end, text, text);
   Print(text.str());
@@ -175,9 +305,12 @@ ExitCode RunCommand(Invocation& invocation) {
   } catch (const standalone::InvalidInput& error) {
     return Fail(json, kExitBadInput, error.what());
   } catch (const standalone::DamagedFile& error) {
-    return FailWithHint(json, kExitCompanyFile, error.what(), "multientity restore BACKUP FILE --replace");
+    return FailWithHint(json, kExitCompanyFile, error.what(), HintWhenDamaged());
   } catch (const standalone::CompanyFileError& error) {
-    return Fail(json, kExitCompanyFile, error.what());
+    return Fail(
+        json, kExitCompanyFile,
+        fmt::format("{}{}", error.what(),
+                    invocation.options.usualCompany ? fmt::format(" ({} names this file)", kUsualCompany) : ""));
   } catch (const OutputFailed& error) {
     return FailToTell(invocation, error);
   } catch (const standalone::OutcomeUnknown& error) {
@@ -187,30 +320,62 @@ ExitCode RunCommand(Invocation& invocation) {
   }
 }
 
-ExitCode Run(const std::vector<std::string>& arguments) {
+struct CommandLine {
+  std::vector<std::string> arguments;
+  bool usualCompany = false;  // the company among them is the one that the environment names
+};
+
+ExitCode Run(const CommandLine& line) {
+  const std::vector<std::string>& arguments = line.arguments;
   // A command line that cannot be understood is complained about in the form that it asks for all the same.
   const bool json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
   Invocation invocation;
   invocation.options.user = desk::kFirstUser;
+  invocation.options.usualCompany = line.usualCompany;
   CLI::App program("Intercompany accounting with partner companies, on company files of this machine");
   AddCommands(program, invocation);
   try {
     // The parser takes the last argument first.
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& end) {
+    if (end.get_exit_code() != 0 && !line.usualCompany) {
+      if (const auto completed = WithUsualCompany(program, arguments)) return Run({*completed, true});
+    }
     return EndParsing(program, end, json);
   }
+  if (!line.usualCompany) {
+    if (const auto completed = WithUsualCompany(program, arguments)) return Run({*completed, true});
+  }
+  if (!invocation.options.wide) FitTablesTo(OutputWidth());
   return RunCommand(invocation);
 }
 
 }  // namespace
 
+CLI::App& AddGroup(CLI::App& program, const char* name, const char* description, const char* example) {
+  CLI::App& group = *program.add_subcommand(name, description);
+  group.require_subcommand(1);
+  group.footer(fmt::format("Example:\n  multientity {}", example));
+  return group;
+}
+
 CLI::App& AddFileCommand(CLI::App& parent, const char* name, const char* description, const char* example,
                          std::string& file) {
   CLI::App& command = *parent.add_subcommand(name, description);
-  command.add_option("FILE", file, "The company file")->required();
+  command
+      .add_option("FILE", file,
+                  parent.get_parent() == nullptr && std::string_view(name) == "init"
+                      ? "The company file to make"
+                      : fmt::format("The company file; may be left out where {} names one", kUsualCompany))
+      ->required();
   AddFooter(command, example);
   return command;
+}
+
+void AddAfterClose(CLI::App& command, desk::ClosedDays& closedDays) {
+  command.add_flag_callback(
+      "--after-close", [&closedDays] { closedDays = desk::ClosedDays::kChangedAllTheSame; },
+      "Although the books are closed on that day; for administrators, and the audit trail says so");
 }
 
 void AddFooter(CLI::App& command, const char* example) {
@@ -223,7 +388,7 @@ int main(int argumentCount, char** arguments) {
   app::IgnoreClosedPipes();
   app::PrintTheSameEverywhere();
   try {
-    return app::Run(app::ArgumentsInUtf8(argumentCount, arguments));
+    return app::Run({app::ArgumentsInUtf8(argumentCount, arguments)});
   } catch (const standalone::InvalidInput& error) {
     return app::Fail(/*json=*/false, app::kExitBadInput, error.what());
   } catch (const std::exception& error) {

@@ -7,6 +7,7 @@
 
 #include "standalone/app/terminal/Terminal.h"
 #include "standalone/values/Text.h"
+#include "standalone/values/Unicode.h"
 
 namespace app {
 
@@ -25,7 +26,7 @@ ProgressBar::ProgressBar(std::string_view title)
 
 ProgressBar::~ProgressBar() {
   // Wiped with blanks, which every terminal understands.
-  if (shown_) std::fprintf(stderr, "\r%*s\r", static_cast<int>(title_.size() + kWidthBesideTheTitle), "");
+  if (shown_) std::fprintf(stderr, "\r%*s\r", static_cast<int>(standalone::CellsIn(title_) + kWidthBesideTheTitle), "");
 }
 
 void ProgressBar::Show(std::uint64_t done, std::uint64_t total) noexcept {

@@ -32,20 +32,27 @@ standalone::BookedState StateOf(Work& work, const DBMultiEntityTransaction& row)
   return BookedStateOf(work, row);
 }
 
-LineReader::LineReader(Work& work) : work_(work), currency_(work.Host().Settings().Get().homeCurrency) {}
+LineReader::LineReader(Work& work)
+    : work_(work),
+      currency_(work.Host().Settings().Get().homeCurrency),
+      decimals_(work.Host().Settings().Get().decimals) {}
 
-std::optional<ListItem> LineReader::NameOf(const standalone::LineView& line) {
-  if (line.nameId == 0) return std::nullopt;
-  const auto [held, isNew] = names_.try_emplace(line.nameId);
+std::optional<ListItem> LineReader::NameOf(std::int32_t nameId) {
+  if (nameId == 0) return std::nullopt;
+  const auto [held, isNew] = names_.try_emplace(nameId);
   if (isNew) {
-    if (const auto found = work_.Host().Names().Find(line.nameId)) held->second = found->fullName;
+    if (auto found = work_.Host().Names().Find(nameId)) held->second = std::move(found->fullName);
   }
-  return ListItem{.id = line.nameId, .name = held->second};
+  return ListItem{.id = nameId, .name = held->second};
 }
 
-std::optional<ListItem> LineReader::AccountOf(const standalone::LineView& line) {
-  if (line.accountId == 0) return std::nullopt;
-  return ListItem{.id = line.accountId, .name = TextOf(work_.Host().Accounts().FullNameOf(line.accountId))};
+std::optional<ListItem> LineReader::AccountOf(std::int32_t accountId) {
+  if (accountId == 0) return std::nullopt;
+  return ListItem{.id = accountId, .name = TextOf(work_.Host().Accounts().FullNameOf(accountId))};
+}
+
+standalone::Money LineReader::MoneyOf(const standalone::LineView& line) const {
+  return {.minorUnits = line.amount, .currency = currency_, .decimals = decimals_};
 }
 
 IntercompanyLine LineReader::Read(const METxnInfo& listed) {
@@ -66,11 +73,11 @@ IntercompanyLine LineReader::Read(const METxnInfo& listed) {
   return read;
 }
 
-IntercompanyLine LineReader::Read(const DBMultiEntityTransaction& row) {
+IntercompanyLine LineReader::LineOf(const DBMultiEntityTransaction& row, standalone::BookedState state) {
   IntercompanyLine read{.txnId = row.txnId,
                         .lineId = row.targetId,
                         .type = row.txnType,
-                        .state = StateOf(work_, row),
+                        .state = state,
                         .date = {},
                         .realm = {},
                         .partner = {},
@@ -85,7 +92,27 @@ IntercompanyLine LineReader::Read(const DBMultiEntityTransaction& row) {
     read.realm = relation.realmId;
     read.partner = relation.partnerName;
   }
-  FillFromTheBooks(read);
+  return read;
+}
+
+IntercompanyLine LineReader::ReadRequest(const DBMultiEntityTransaction& row) {
+  const std::optional<standalone::BookedRow> booked = work_.Host().Intercompany().FindBooked(row.txnId, row.targetId);
+  IntercompanyLine read = LineOf(row, {standalone::TransactionState{row.state}, booked && booked->ofBefore});
+  if (!booked || booked->line.txnType == 0) return read;
+  read.date = booked->line.date;
+  read.amount = MoneyOf(booked->line);
+  return read;
+}
+
+IntercompanyLine LineReader::Read(const standalone::BookedRow& booked) {
+  IntercompanyLine read = LineOf(booked.row, {standalone::TransactionState{booked.row.state}, booked.ofBefore});
+  if (booked.line.txnType == 0) return read;
+  read.date = booked.line.date;
+  read.name = NameOf(booked.line.nameId);
+  read.memo = TextOf(booked.line.memo);
+  read.account = AccountOf(booked.line.accountId);
+  read.amount = MoneyOf(booked.line);
+  read.otherAccount = AccountOf(booked.otherAccountId);
   return read;
 }
 
@@ -94,12 +121,13 @@ void LineReader::FillFromTheBooks(IntercompanyLine& read) {
   const standalone::LineView line = transactions.FindLineOf(read.txnId, read.lineId);
   if (line.txnType == 0) return;
   read.date = line.date;
-  read.name = NameOf(line);
+  read.name = NameOf(line.nameId);
   read.memo = TextOf(line.memo);
-  read.account = AccountOf(line);
-  read.amount = standalone::Money{.minorUnits = line.amount, .currency = currency_};
-  if (line.txnType != kTxnTypeJournalEntry) return;
-  read.otherAccount = AccountOf(transactions.FindLineOf(read.txnId, LineAfter(read.lineId)));
+  read.account = AccountOf(line.accountId);
+  read.amount = MoneyOf(line);
+  // An entry of this company's own pays no partner's bill: what stands behind its line is of no account.
+  if (line.txnType != kTxnTypeJournalEntry || work_.Host().OwnRequests().Has(read.lineId)) return;
+  read.otherAccount = AccountOf(transactions.FindLineOf(read.txnId, LineAfter(read.lineId)).accountId);
 }
 
 std::vector<IntercompanyLine> LineReader::Read(const std::vector<METxnInfo>& listed) {
@@ -109,12 +137,13 @@ std::vector<IntercompanyLine> LineReader::Read(const std::vector<METxnInfo>& lis
   return lines;
 }
 
-std::vector<IntercompanyLine> LineReader::LinesOfEntry(std::int32_t txnId) {
-  std::vector<DBMultiEntityTransaction> rows;
-  work_.Host().Intercompany().ListOf(txnId, rows);
-  std::vector<IntercompanyLine> lines;
-  for (const DBMultiEntityTransaction& row : rows) lines.push_back(Read(row));
-  return lines;
+EntryLines LineReader::LinesOfEntry(std::int32_t txnId) {
+  EntryLines entry;
+  for (standalone::BookedRow& booked : work_.Host().Intercompany().BookedOf(txnId)) {
+    entry.lines.push_back(Read(booked));
+    entry.memo = std::move(booked.entryMemo);
+  }
+  return entry;
 }
 
 }  // namespace desk

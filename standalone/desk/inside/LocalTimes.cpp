@@ -13,6 +13,11 @@ standalone::DayAndTime LocalTimeAt(platform::Clock::TimePoint moment) {
                            std::chrono::seconds(shown.tm_sec)};
 }
 
+standalone::DayAndTime LocalTimeAt(std::int64_t milliseconds) {
+  const std::chrono::sys_time at{std::chrono::milliseconds(milliseconds)};
+  return LocalTimeAt(std::chrono::time_point_cast<platform::Clock::TimePoint::duration>(at));
+}
+
 standalone::DayAndTime LocalTimeAfter(platform::Clock& clock, std::chrono::seconds delay) {
   return LocalTimeAt(clock.Now() + delay);
 }

@@ -20,8 +20,9 @@ void LogTheClock(standalone::OperationsLog& log) {
       "HOST:: the clock was set to %s by %s", ClockSetTo().c_str(), kClockVariable);
 }
 
-standalone::HostOptions HostOptionsOf(platform::Clock* clock, standalone::OpenOptions how) {
+standalone::HostOptions HostOptionsOf(platform::Clock* clock, standalone::OpenOptions how, standalone::LogLimits log) {
   standalone::HostOptions options;
+  options.log = log;
   options.clock = clock;
   options.clockSetTo = ClockSetTo();
   options.file = std::move(how);
@@ -49,10 +50,11 @@ std::string ClockSetTo() {
 }
 
 OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& user, standalone::OpenOptions how,
-                         std::function<void(std::int32_t status)> onAnswer, std::function<void()> onSaved)
+                         std::function<void(std::int32_t status)> onAnswer, std::function<void()> onSaved,
+                         standalone::LogLimits log)
     : clock_(GivenClock()),
       onAnswer_(std::move(onAnswer)),
-      host_(file, user, HostOptionsOf(clock_.get(), std::move(how))),
+      host_(file, user, HostOptionsOf(clock_.get(), std::move(how), log)),
       session_(host_) {
   host_.Data().SetSavedObserver(std::move(onSaved));
   if (clock_ != nullptr) LogTheClock(host_.Log());

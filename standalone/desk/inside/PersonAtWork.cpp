@@ -64,7 +64,7 @@ Question QuestionOf(const standalone::Question& asked) {
 }  // namespace
 
 PersonAtWork::PersonAtWork(Work work, Person person, FailureHandler onFailure)
-    : work_(work), person_(std::move(person)), onFailure_(std::move(onFailure)) {
+    : work_(std::move(work)), person_(std::move(person)), onFailure_(std::move(onFailure)) {
   work_.Host().MessageBoxes().SetAnswerer([this](const standalone::Question& asked) { return Ask(asked); });
   work_.Host().App().SetCommandRunner([this](standalone::PluginView view, std::string_view url) { Show(view, url); });
 }

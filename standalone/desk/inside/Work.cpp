@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "MultiEntityHost/Preferences.h"
+#include "platform/Clock.h"
 #include "standalone/values/Text.h"
 
 namespace desk {
@@ -16,23 +17,39 @@ void Work::RequireAdministrator(std::string_view action) {
 }
 
 void Work::RequireAdministratorOrAccountant(std::string_view what, std::string_view done) {
-  if (IsAdministrator() || Host().CurrentUserIsAccountant()) return;
+  if (IsAdministratorOrAccountant()) return;
   Refuse("The user " + standalone::Quoted(Host().CurrentUser().name) + " is no administrator and no accountant; " +
              std::string(what) + " may only be " + std::string(done) + " by them.",
          Remedy::kAskAnAdministrator);
 }
 
+std::string Work::WithSuggestion(std::string why) const {
+  if (!suggestion_.empty()) why.append(why.ends_with('.') ? "" : ".").append(suggestion_);
+  return why;
+}
+
 bool Work::IsAdministrator() {
-  return standalone::InReadingUnit(Host().Data(),
-                                   [this] { return Host().Users().IsAdministrator(Host().CurrentUser().id); });
+  return standalone::InReadingUnit(Host().Data(), [this] {
+    Host().FindUserAgain();
+    return Host().CurrentUser().administrator;
+  });
 }
 
 bool Work::HasRight(standalone::FeatureRight right) {
   return IsAdministrator() || Host().Users().HasRight(Host().CurrentUser().id, right);
 }
 
+bool Work::HasRight(standalone::ListRight right) {
+  return IsAdministrator() || Host().Users().HasRight(Host().CurrentUser().id, right);
+}
+
 bool Work::HasOneOf(std::initializer_list<standalone::FeatureRight> rights) {
   return std::any_of(rights.begin(), rights.end(), [this](standalone::FeatureRight right) { return HasRight(right); });
+}
+
+void Work::RequireRight(standalone::ListRight right) {
+  if (HasRight(right)) return;
+  RefuseWithoutRight(standalone::ListRightText(right));
 }
 
 void Work::RequireOneOf(std::initializer_list<standalone::FeatureRight> rights) {
@@ -41,13 +58,29 @@ void Work::RequireOneOf(std::initializer_list<standalone::FeatureRight> rights) 
   for (const standalone::FeatureRight right : rights) {
     missing += (missing.empty() ? "" : " or ") + standalone::FeatureRightText(right);
   }
-  Refuse("The user " + standalone::Quoted(Host().CurrentUser().name) + " has no right " + missing + ".",
+  RefuseWithoutRight(missing);
+}
+
+void Work::RefuseWithoutRight(const std::string& right) {
+  Refuse("The user " + standalone::Quoted(Host().CurrentUser().name) + " has no right " + right + ".",
          Remedy::kAskForTheRight);
+}
+
+void Work::RequireAllOf(std::initializer_list<standalone::FeatureRight> rights) {
+  std::string missing;
+  for (const standalone::FeatureRight right : rights) {
+    if (!HasRight(right)) missing += (missing.empty() ? "" : " and ") + standalone::FeatureRightText(right);
+  }
+  if (!missing.empty()) RefuseWithoutRight(missing);
 }
 
 // The module learns from the bridge who is an accountant.
 bool Work::MayManageRelations() {
   return IsAdministrator() || (Attached().HasBridge() && Host().CurrentUserIsAccountant());
+}
+
+DateType32 Work::Today() {
+  return platform::Today(Host().Clock());
 }
 
 // Asked of the file itself, as the module's own question would have a file without a realm id remember one.
@@ -56,7 +89,7 @@ std::optional<std::string> Work::RememberedRealm() {
 }
 
 void Work::Refuse(std::string why, Remedy remedy) const {
-  throw Refused({.what = what_, .status = {}, .why = std::move(why), .remedy = remedy});
+  throw Refused({.what = what_, .status = {}, .why = WithSuggestion(std::move(why)), .remedy = remedy});
 }
 
 void Work::Refuse(MEStatusCode answer, std::string why, Remedy remedy) const {
@@ -66,7 +99,10 @@ void Work::Refuse(MEStatusCode answer, std::string why, Remedy remedy) const {
 
 void Work::Accept(MEStatusCode answer) {
   company_.TellAnswer(answer);
-  if (answer != MEStatusSuccess) throw Refused(RefusalFor(what_, answer));
+  if (answer == MEStatusSuccess) return;
+  Refusal refusal = RefusalFor(what_, answer);
+  if (answer != MEStatusPermissionDenied) refusal.why = WithSuggestion(std::move(refusal.why));
+  throw Refused(std::move(refusal));
 }
 
 }  // namespace desk

@@ -67,24 +67,38 @@ class Work {
   // As RequireAdministrator(), for accountants, too; `what` begins "... may only be seen by them", or `done` instead of
   // seen.
   void RequireAdministratorOrAccountant(std::string_view what, std::string_view done = "seen");
+  bool IsAdministratorOrAccountant() { return IsAdministrator() || Host().CurrentUserIsAccountant(); }
   // Within a unit of work: whether the user is an administrator or has the right now, or one of them.
   bool HasRight(standalone::FeatureRight right);
   bool HasOneOf(std::initializer_list<standalone::FeatureRight> rights);
+  bool HasRight(standalone::ListRight right);
   // Throw Refused unless it is so.
   void RequireRight(standalone::FeatureRight right) { RequireOneOf({right}); }
+  void RequireRight(standalone::ListRight right);
   void RequireOneOf(std::initializer_list<standalone::FeatureRight> rights);
+  void RequireAllOf(std::initializer_list<standalone::FeatureRight> rights);
   // Whether the module will let the user change relations.
   bool MayManageRelations();
+
+  // The day that it is by the company's clock.
+  DateType32 Today();
 
   // The company's own realm id, as its file remembers it.
   std::optional<std::string> RememberedRealm();
 
   // Before the module is asked.
-  [[noreturn]] void Refuse(std::string why, Remedy remedy) const;
+  [[noreturn]] void Refuse(std::string why, Remedy remedy = Remedy::kNone) const;
   // After the module has refused, when the books tell better why.
   [[noreturn]] void Refuse(MEStatusCode answer, std::string why, Remedy remedy) const;
 
+  // What may have been meant by what is not there, such as " Did you mean "Birch"?"; said with the refusal to which it
+  // leads.
+  void Suggest(std::string suggestion) { suggestion_ = std::move(suggestion); }
+
   void Accept(MEStatusCode answer);
+
+  // After the unit of work that made them.
+  void Tell(const Lookalikes& names) { company_.Tell(names); }
 
   // Within a unit of work that writes: has the audit trail tell what was done, if the module did it; returns the
   // answer.
@@ -94,11 +108,22 @@ class Work {
     return answer;
   }
 
+  // The same for a record that somebody has changed; false when all of it is as it was, of which the trail has nothing
+  // to tell.
+  bool RecordChanges(const standalone::AuditDeed& deed) {
+    if (deed.changes.empty()) return false;
+    Host().Record(deed);
+    return true;
+  }
+
  private:
+  std::string WithSuggestion(std::string why) const;
   bool IsAdministrator();
+  [[noreturn]] void RefuseWithoutRight(const std::string& right);
 
   OpenCompany& company_;
   UseCase what_;
+  std::string suggestion_;
 };
 
 }  // namespace desk

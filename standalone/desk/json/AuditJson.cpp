@@ -49,4 +49,12 @@ Json JsonOf(const Restored& done) {
           {"movedAside", done.aside.empty() ? Json() : Json(standalone::PathText(done.aside))}};
 }
 
+Json JsonOf(const ExportedJournal& exported) {
+  return {{"file", standalone::PathText(exported.file)},
+          {"bytes", exported.bytes},
+          {"accounts", exported.accounts},
+          {"transactions", exported.transactions},
+          {"lines", exported.lines}};
+}
+
 }  // namespace desk

@@ -12,12 +12,18 @@ const char* NameOf(UseCase what) noexcept {
       return "back-up";
     case UseCase::kRestore:
       return "restore";
+    case UseCase::kExport:
+      return "export";
     case UseCase::kImport:
       return "import";
     case UseCase::kListAccounts:
       return "list-accounts";
+    case UseCase::kChangeAccounts:
+      return "change-accounts";
     case UseCase::kListNames:
       return "list-names";
+    case UseCase::kChangeNames:
+      return "change-names";
     case UseCase::kListUsers:
       return "list-users";
     case UseCase::kReadAudit:
@@ -40,6 +46,30 @@ const char* NameOf(UseCase what) noexcept {
       return "record-journal-entry";
     case UseCase::kRemoveJournalEntry:
       return "remove-journal-entry";
+    case UseCase::kAttach:
+      return "attach";
+    case UseCase::kDetach:
+      return "detach";
+    case UseCase::kRecordTransaction:
+      return "record-transaction";
+    case UseCase::kCopyTransaction:
+      return "copy-transaction";
+    case UseCase::kReadBalances:
+      return "read-balances";
+    case UseCase::kReadRegister:
+      return "read-register";
+    case UseCase::kReadOpenItems:
+      return "read-open-items";
+    case UseCase::kShowTransaction:
+      return "show-transaction";
+    case UseCase::kMoveExpense:
+      return "move-expense";
+    case UseCase::kReverseTransaction:
+      return "reverse-transaction";
+    case UseCase::kCorrectTransaction:
+      return "correct-transaction";
+    case UseCase::kRemoveTransaction:
+      return "remove-transaction";
     case UseCase::kListTransactions:
       return "list-transactions";
     case UseCase::kSetTransactionState:
@@ -66,6 +96,26 @@ const char* NameOf(UseCase what) noexcept {
       return "reset-reminder";
     case UseCase::kKeepOpen:
       return "keep-open";
+    case UseCase::kPair:
+      return "pair";
+    case UseCase::kReadPartners:
+      return "read-partners";
+    case UseCase::kUseIdentity:
+      return "use-identity";
+    case UseCase::kExchange:
+      return "exchange";
+    case UseCase::kReadInbox:
+      return "read-inbox";
+    case UseCase::kAcceptRequest:
+      return "accept-request";
+    case UseCase::kRejectRequest:
+      return "reject-request";
+    case UseCase::kReadOutbox:
+      return "read-outbox";
+    case UseCase::kSendRequest:
+      return "send-request";
+    case UseCase::kWithdrawRequest:
+      return "withdraw-request";
   }
   return "unknown";
 }
@@ -94,6 +144,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "establish-the-relation";
     case Remedy::kNameThePartnersRealm:
       return "name-the-partners-realm";
+    case Remedy::kNameTheCompanysRealm:
+      return "name-the-companys-realm";
     case Remedy::kGiveBothAccounts:
       return "give-both-accounts";
     case Remedy::kChooseFreePartnerOrAccounts:
@@ -106,6 +158,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "choose-asset-and-liability";
     case Remedy::kGiveTwoAccounts:
       return "give-two-accounts";
+    case Remedy::kKeepTheAccount:
+      return "keep-the-account";
     case Remedy::kGiveTheRelationAccounts:
       return "give-the-relation-accounts";
     case Remedy::kLeaveOutTheDueToAccount:
@@ -134,6 +188,12 @@ const char* NameOf(Remedy remedy) noexcept {
       return "use-the-name-like-that";
     case Remedy::kMakeTheUpperNameFirst:
       return "make-the-upper-name-first";
+    case Remedy::kRenameInstead:
+      return "rename-instead";
+    case Remedy::kDeleteTheLowerFirst:
+      return "delete-the-lower-first";
+    case Remedy::kChangeTheRelation:
+      return "change-the-relation";
     case Remedy::kSeeJournalEntries:
       return "see-journal-entries";
     case Remedy::kSeeRelationsAndRequests:
@@ -150,8 +210,100 @@ const char* NameOf(Remedy remedy) noexcept {
       return "back-up-then-replace";
     case Remedy::kMakeAnotherCompany:
       return "make-another-company";
+    case Remedy::kDateLaterOrReopen:
+      return "date-later-or-reopen";
+    case Remedy::kTakeBackTheEntry:
+      return "take-back-the-entry";
+    case Remedy::kReverseOrRemove:
+      return "reverse-or-remove";
+    case Remedy::kReverseInstead:
+      return "reverse-instead";
+    case Remedy::kSeeTheReversal:
+      return "see-the-reversal";
+    case Remedy::kCopyTheOriginal:
+      return "copy-the-original";
+    case Remedy::kRemoveTheReversal:
+      return "remove-the-reversal";
+    case Remedy::kTakeBackTheLaterFirst:
+      return "take-back-the-later-first";
+    case Remedy::kWaitForThePartner:
+      return "wait-for-the-partner";
+    case Remedy::kSettleFirst:
+      return "settle-first";
+    case Remedy::kGiveALaterDate:
+      return "give-a-later-date";
+    case Remedy::kEnterAnEntry:
+      return "enter-an-entry";
+    case Remedy::kMoveTheExpenseAgain:
+      return "move-the-expense-again";
+    case Remedy::kGiveTheSharesAgain:
+      return "give-the-shares-again";
+    case Remedy::kSayWhatIsWrong:
+      return "say-what-is-wrong";
     case Remedy::kReplace:
       return "replace";
+    case Remedy::kNameWhom:
+      return "name-whom";
+    case Remedy::kGiveLines:
+      return "give-lines";
+    case Remedy::kBalanceTheEntry:
+      return "balance-the-entry";
+    case Remedy::kNameThePayable:
+      return "name-the-payable";
+    case Remedy::kNameTheBank:
+      return "name-the-bank";
+    case Remedy::kGiveThePartner:
+      return "give-the-partner";
+    case Remedy::kCheckTheShares:
+      return "check-the-shares";
+    case Remedy::kRecordAgain:
+      return "record-again";
+    case Remedy::kCopyAnotherOne:
+      return "copy-another-one";
+    case Remedy::kSeeTransactions:
+      return "see-transactions";
+    case Remedy::kSeeTheAttachments:
+      return "see-the-attachments";
+    case Remedy::kReplaceTheFile:
+      return "replace-the-file";
+    case Remedy::kPairFirst:
+      return "pair-first";
+    case Remedy::kSeePartners:
+      return "see-partners";
+    case Remedy::kBringTheIdentity:
+      return "bring-the-identity";
+    case Remedy::kSendItToThePartner:
+      return "send-it-to-the-partner";
+    case Remedy::kTalkToThePartner:
+      return "talk-to-the-partner";
+    case Remedy::kCompareFingerprints:
+      return "compare-fingerprints";
+    case Remedy::kUseTheExistingRelation:
+      return "use-the-existing-relation";
+    case Remedy::kLeaveOutTheAccounts:
+      return "leave-out-the-accounts";
+    case Remedy::kRemoveThePairingFirst:
+      return "remove-the-pairing-first";
+    case Remedy::kWaitForTheOtherProgram:
+      return "wait-for-the-other-program";
+    case Remedy::kAnswerInTheInbox:
+      return "answer-in-the-inbox";
+    case Remedy::kWaitForTheReversal:
+      return "wait-for-the-reversal";
+    case Remedy::kSendToThePartner:
+      return "send-to-the-partner";
+    case Remedy::kNameExpenseAndName:
+      return "name-expense-and-name";
+    case Remedy::kSeeTheInbox:
+      return "see-the-inbox";
+    case Remedy::kSeeTheOutbox:
+      return "see-the-outbox";
+    case Remedy::kNameOnePartner:
+      return "name-one-partner";
+    case Remedy::kGiveAnotherRequestId:
+      return "give-another-request-id";
+    case Remedy::kCarryUntilCompared:
+      return "carry-until-compared";
   }
   return nullptr;
 }
@@ -281,9 +433,11 @@ Json JsonOf(const User& user) {
 Json JsonOf(const Settings& settings) {
   return {{"company-name", settings.companyName},
           {"home-currency", settings.homeCurrency},
+          {"decimals", settings.decimals.Count()},
           {"multi-currency", settings.multiCurrency},
           {"sample-file", settings.sampleFile},
-          {"accountants-copy", settings.accountantsCopy}};
+          {"accountants-copy", settings.accountantsCopy},
+          {"closing-date", settings.closingDate ? Json(standalone::FormatIsoDate(*settings.closingDate)) : Json()}};
 }
 
 Json JsonOf(const Imported& imported) {

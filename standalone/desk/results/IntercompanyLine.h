@@ -21,10 +21,11 @@ struct IntercompanyLine {
   std::optional<DateType32> date;
   std::string realm;  // the partner's
   std::string partner;
-  std::optional<ListItem> name;          // whom the transaction names
-  std::string memo;                      // the line's own; a journal entry of a partner's request is called by it
-  std::optional<ListItem> account;       // the line's own
-  std::optional<ListItem> otherAccount;  // of a journal entry: of the line behind it, which carries what is due
+  std::optional<ListItem> name;     // whom the transaction names
+  std::string memo;                 // the line's own; a journal entry of a partner's request is called by it
+  std::optional<ListItem> account;  // the line's own
+  // Of a journal entry that was booked from a partner's request: of the line behind it, which carries what is due.
+  std::optional<ListItem> otherAccount;
   std::optional<standalone::Money> amount;
   std::string requestId;
 };

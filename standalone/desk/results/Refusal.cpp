@@ -153,12 +153,16 @@ Reason OwnReasonOf(UseCase what, std::int32_t status) noexcept {
     case UseCase::kReadRelations:
       return ReasonOfRelation(what, status);
     case UseCase::kRecordJournalEntry:
+    case UseCase::kAcceptRequest:
       return ReasonOfBooking(status);
     case UseCase::kRemoveJournalEntry:
       return ReasonOfRemoval(status);
     case UseCase::kSetTransactionState:
+    case UseCase::kSendRequest:
+    case UseCase::kWithdrawRequest:
       return ReasonOfState(status);
     case UseCase::kSaveRejection:
+    case UseCase::kRejectRequest:
       return ReasonOfSaving(status);
     case UseCase::kListRejections:
       if (status != MEStatusReadFailed) return {};

@@ -12,9 +12,12 @@ namespace desk {
 enum class UseCase {
   kBackUp,
   kRestore,
+  kExport,
   kImport,
   kListAccounts,
+  kChangeAccounts,
   kListNames,
+  kChangeNames,
   kListUsers,
   kReadAudit,
   kChangeUsers,
@@ -26,6 +29,18 @@ enum class UseCase {
   kReadRelations,
   kRecordJournalEntry,
   kRemoveJournalEntry,
+  kMoveExpense,
+  kReverseTransaction,
+  kCorrectTransaction,
+  kRemoveTransaction,
+  kAttach,
+  kDetach,
+  kRecordTransaction,
+  kCopyTransaction,
+  kReadBalances,
+  kReadRegister,
+  kReadOpenItems,
+  kShowTransaction,
   kListTransactions,
   kSetTransactionState,
   kFindRequest,
@@ -39,6 +54,16 @@ enum class UseCase {
   kShowReminder,
   kResetReminder,
   kKeepOpen,
+  kPair,
+  kReadPartners,
+  kUseIdentity,
+  kExchange,
+  kReadInbox,
+  kAcceptRequest,
+  kRejectRequest,
+  kReadOutbox,
+  kSendRequest,
+  kWithdrawRequest,
 };
 
 // What would be right instead. Each front end says it in its own words.
@@ -54,12 +79,14 @@ enum class Remedy {
   kMakeARelation,
   kEstablishTheRelation,
   kNameThePartnersRealm,
+  kNameTheCompanysRealm,
   kGiveBothAccounts,             // the due-from and the due-to account, of a relation that exists
   kChooseFreePartnerOrAccounts,  // see what is related and which accounts are free
   kForceOrWait,                  // delete the relation all the same, or wait for the partner
   kChooseUsableAccounts,
   kChooseAssetAndLiability,
   kGiveTwoAccounts,
+  kKeepTheAccount,           // of a relation, as something is booked on it
   kGiveTheRelationAccounts,  // before something is booked to it
   kLeaveOutTheDueToAccount,  // the relation's own is taken
   kNameAnExpenseAccount,
@@ -74,6 +101,9 @@ enum class Remedy {
   kUseTheAccountOfThatName,
   kUseTheNameLikeThat,
   kMakeTheUpperNameFirst,
+  kRenameInstead,        // what is used stays
+  kDeleteTheLowerFirst,  // what stands below it in the list
+  kChangeTheRelation,    // which uses the account
   kSeeJournalEntries,
   kSeeRelationsAndRequests,
   kTransactionHasChanged,  // it is gone from the books or of another type than its intercompany line says
@@ -82,7 +112,53 @@ enum class Remedy {
   kImportAgain,         // if that is meant
   kBackUpThenReplace,   // what would be given up for the backup
   kMakeAnotherCompany,  // for another currency
-  kReplace,             // what is there is kept beside it
+  kDateLaterOrReopen,   // the books are closed on that day
+  kTakeBackTheEntry,    // of a partner's request, or move its expense
+  kReverseOrRemove,     // what was entered here
+  kReverseInstead,
+  kRemoveTheReversal,      // or enter the original anew
+  kSeeTheReversal,         // and what may stand in the place of the original
+  kCopyTheOriginal,        // which a reversal has closed for good
+  kTakeBackTheLaterFirst,  // which stands upon this one
+  kWaitForThePartner,
+  kSettleFirst,  // by hand, as an exchange will not
+  kGiveALaterDate,
+  kEnterAnEntry,
+  kMoveTheExpenseAgain,
+  kGiveTheSharesAgain,  // or say that no partner shares it any more
+  kSayWhatIsWrong,
+  kReplace,    // what is there is kept beside it
+  kNameWhom,   // the bill or the check is for
+  kGiveLines,  // with amounts that come to something
+  kBalanceTheEntry,
+  kNameThePayable,  // an account of type Accounts Payable
+  kNameTheBank,     // or the credit card
+  kGiveThePartner,  // in the place of an account that is paired with one
+  kCheckTheShares,
+  kRecordAgain,     // if it is another transaction
+  kCopyAnotherOne,  // that was entered here and reverses none
+  kSeeTransactions,
+  kSeeTheAttachments,
+  kReplaceTheFile,  // which is gone then, or choose another name
+  kPairFirst,
+  kSeePartners,
+  kBringTheIdentity,        // from where it is, or from its export
+  kSendItToThePartner,      // who accepts it
+  kTalkToThePartner,        // whose books or whose key are other ones
+  kCompareFingerprints,     // with the partner, on the telephone
+  kUseTheExistingRelation,  // if it is the partner's
+  kLeaveOutTheAccounts,
+  kRemoveThePairingFirst,
+  kWaitForTheOtherProgram,
+  kAnswerInTheInbox,    // with the request
+  kWaitForTheReversal,  // of the partner's request, or move the expense
+  kSendToThePartner,    // whose answer moves it
+  kNameExpenseAndName,  // to which a request is to be booked
+  kSeeTheInbox,
+  kSeeTheOutbox,
+  kNameOnePartner,
+  kGiveAnotherRequestId,  // by entering the line anew
+  kCarryUntilCompared,    // with the partners, or insist
 };
 
 struct Refusal {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 
+#include "standalone/storage/sqlite/Journals.h"
 #include "standalone/storage/sqlite/Schema.h"
 #include "standalone/storage/sqlite/WriteAheadLog.h"
 #include "standalone/values/Errors.h"
@@ -43,9 +44,18 @@ bool IsPageSize(std::uint32_t bytes) {
   return bytes >= 512 && bytes <= 65536 && std::has_single_bit(bytes);
 }
 
+Header ReadHeader(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) ThrowNotReadable(file);
+  Header header{};
+  stream.read(header.data(), header.size());
+  if (stream.gcount() != static_cast<std::streamsize>(header.size())) ThrowNotOurs(file);
+  return header;
+}
+
 bool HasLogToReplay(const std::filesystem::path& file) {
   std::error_code ignored;
-  const std::uintmax_t size = std::filesystem::file_size(WithSuffix(file, "-wal"), ignored);
+  const std::uintmax_t size = std::filesystem::file_size(WithSuffix(file, kLogSuffix), ignored);
   return !ignored && size != 0;
 }
 
@@ -66,11 +76,7 @@ std::uint32_t RequireCompanyFileHeader(const std::filesystem::path& file, std::s
   }
   if (!std::filesystem::is_regular_file(status)) ThrowNotOurs(file);
 
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) ThrowNotReadable(file);
-  Header header{};
-  stream.read(header.data(), header.size());
-  if (stream.gcount() != static_cast<std::streamsize>(header.size())) ThrowNotOurs(file);
+  const Header header = ReadHeader(file);
   if (std::string_view(header.data(), kMagic.size()) != kMagic) ThrowNotOurs(file);
   if (BigEndian(header, 68) != static_cast<std::uint32_t>(kApplicationId)) ThrowNotOurs(file);
 
@@ -83,6 +89,8 @@ std::uint32_t RequireCompanyFileHeader(const std::filesystem::path& file, std::s
     // The log may hold the pages that are missing.
     if (IsLogDamaged(file, pageSize)) ThrowDamaged(file, "its write-ahead log is broken");
   } else if (std::filesystem::file_size(file) < ExpectedBytes(header)) {
+    // What makes a file smaller has written its header before it cuts the end off, so that the header tells.
+    if (ReadHeader(file) != header) return RequireCompanyFileHeader(file, newestVersion);
     ThrowDamaged(file, "its end is missing");
   }
   return version;

@@ -4,6 +4,7 @@
 #include <string>
 #include <system_error>
 
+#include "standalone/storage/sqlite/Journals.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -15,9 +16,8 @@ DraftFile::DraftFile(const std::filesystem::path& finalName)
 
 DraftFile::~DraftFile() {
   std::error_code ignored;
-  for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
-    std::filesystem::remove(WithSuffix(path_, suffix), ignored);
-  }
+  std::filesystem::remove(path_, ignored);
+  for (const char* const suffix : kJournalSuffixes) std::filesystem::remove(WithSuffix(path_, suffix), ignored);
 }
 
 }  // namespace standalone

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -16,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "standalone/storage/sqlite/Journals.h"
 #include "standalone/storage/sqlite/OpenAlone.h"
 #include "standalone/storage/sqlite/SqliteDatabase.h"
 #include "standalone/storage/sqlite/WriteAheadLog.h"
@@ -40,7 +42,10 @@ constexpr int kDeepest = 20;
 // A page of this place in a file the engine leaves alone.
 constexpr std::uint64_t kLockByte = 0x40000000;
 // Of the file's header.
+constexpr std::size_t kHeaderBytes = 100;
+constexpr std::size_t kPageSize = 16;
 constexpr std::size_t kSchemaVersion = 60;
+constexpr std::uint32_t kFirstVersionWithTrail = 2;
 
 // What lies on the leaf itself of every row, however long it is.
 std::size_t LocalBytes(std::size_t pageSize) {
@@ -80,7 +85,7 @@ struct Row {
 class Pages {
  public:
   Pages(const std::filesystem::path& file, std::uint32_t pageSize)
-      : file_(file, std::ios::binary), log_(WithSuffix(file, "-wal"), std::ios::binary), pageSize_(pageSize) {}
+      : file_(file, std::ios::binary), log_(WithSuffix(file, kLogSuffix), std::ios::binary), pageSize_(pageSize) {}
 
   void Lay(std::uint32_t page, std::uint64_t offset) { laid_[page] = offset; }
 
@@ -166,6 +171,26 @@ std::optional<Row> FindRow(Pages& pages, std::uint32_t root, std::int64_t id) tr
 
 constexpr std::int64_t kLast = std::numeric_limits<std::int64_t>::max();
 
+// A line of the trail has its number kept elsewhere, then the 64 bytes of a SHA-256. See "Record Format" of SQLite's
+// documentation.
+bool IsOfTheTrail(const Row& row) {
+  constexpr std::array<unsigned char, 3> kTypes{0, 0x81, 0x0D};
+  if (row.id == 0) return true;
+  return row.beginning.size() > kTypes.size() && std::equal(kTypes.begin(), kTypes.end(), row.beginning.begin() + 1);
+}
+
+// Nothing where the trail's pages are still what they were before there was one.
+std::optional<Row> LastLineInFile(Pages& pages, std::uint32_t root) {
+  const std::optional<Row> last = FindRow(pages, root, kLast);
+  return last && IsOfTheTrail(*last) ? last : std::nullopt;
+}
+
+// Whether so many pages are all of a file that has `pages`.
+bool AreAll(std::size_t written, std::uint32_t pages, std::uint32_t pageSize) {
+  const bool isLockPageAmong = pages > kLockByte / pageSize;
+  return written + (isLockPageAmong ? 1 : 0) >= pages;
+}
+
 // Lays one transaction of the log after the other over the file, and looks at the trail after each.
 class Replay {
  public:
@@ -173,7 +198,7 @@ class Replay {
       : pageSize_(pageSize),
         pages_(file, pageSize),
         root_(root),
-        inFile_(FindRow(pages_, root, kLast)),
+        inFile_(LastLineInFile(pages_, root)),
         end_(inFile_) {}
 
   void Take(const LogFrame& frame) {
@@ -193,8 +218,6 @@ class Replay {
   const std::set<std::uint32_t>& PagesOfTheTrail() const noexcept { return pages_.ReadInFile(); }
 
  private:
-  bool IsLockPageAmong(std::uint32_t pages) const noexcept { return pages > kLockByte / pageSize_; }
-
   void EndTransaction(std::uint32_t pages) {
     std::set<std::uint32_t> written;
     for (const auto& [page, offset] : open_) {
@@ -203,7 +226,7 @@ class Replay {
     }
     open_.clear();
     // One that writes every page asks nothing of the file before it, as when a backup is restored.
-    if (written.size() + (IsLockPageAmong(pages) ? 1 : 0) >= pages) {
+    if (AreAll(written.size(), pages, pageSize_)) {
       isAnew_ = true;
       stray_.reset();
     }
@@ -236,17 +259,108 @@ bool HasBegunToMove(const std::filesystem::path& file, std::uint32_t pageSize, c
   return hasBegun;
 }
 
-// `root` is the page at which the trail's table begins.
-std::optional<StrayLog> FindStrayLog(const std::filesystem::path& companyFile, std::uint32_t pageSize,
-                                     std::uint32_t root) {
+// What the first page of a file tells.
+class FirstPage {
+ public:
+  explicit FirstPage(std::span<const unsigned char> content) {
+    std::ranges::copy(content.first(kHeaderBytes), bytes_.begin());
+  }
+  // Of a file that has none, it tells 0.
+  explicit FirstPage(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    stream.read(reinterpret_cast<char*>(bytes_.data()), static_cast<std::streamsize>(bytes_.size()));
+  }
+
+  std::uint32_t Version() const { return Number(bytes_, kSchemaVersion, 4); }
+  std::uint32_t PageSize() const {
+    constexpr std::uint32_t kLargest = 65536;  // which two bytes do not hold
+    const std::uint32_t stored = Number(bytes_, kPageSize, 2);
+    return stored == 1 ? kLargest : stored;
+  }
+
+ private:
+  Page bytes_ = Page(kHeaderBytes);
+};
+
+// The version to which the log brings its file; 0 when it does not hold the first page.
+std::uint32_t VersionAfterLog(const std::filesystem::path& file, std::uint32_t pageSize) {
+  std::uint32_t committed = 0;
+  std::uint32_t open = 0;
+  ForEachFrame(file, pageSize, [&](const LogFrame& frame) {
+    if (frame.page == 1) open = FirstPage(frame.content).Version();
+    if (frame.pages != 0) committed = open;
+  });
+  return committed;
+}
+
+// Lays a log over a file that has no trail yet. The transaction that brings such a file forward
+// begins the trail, with one line at most; where another one is the first to tell of a trail, the log belongs to a file
+// that had been brought forward before.
+class ReplayOverNoTrail {
+ public:
+  ReplayOverNoTrail(const std::filesystem::path& file, std::uint32_t pageSize, std::uint32_t root)
+      : pageSize_(pageSize), pages_(file, pageSize), root_(root) {}
+
+  void Take(const LogFrame& frame) {
+    pages_.Lay(frame.page, frame.offset);
+    written_.insert(frame.page);
+    if (frame.page == 1) isTold_ = FirstPage(frame.content).Version() >= kFirstVersionWithTrail;
+    if (frame.pages != 0) EndTransaction(frame.pages);
+  }
+
+  bool IsStray() const noexcept { return isStray_; }
+
+ private:
+  void EndTransaction(std::uint32_t pages) {
+    if (AreAll(written_.size(), pages, pageSize_)) {
+      isThere_ = true;
+      isStray_ = false;
+    }
+    if (isTold_ && !isThere_) {
+      isThere_ = true;
+      isStray_ = !HasBegunTheTrail();
+    }
+    written_.clear();
+  }
+
+  bool HasBegunTheTrail() {
+    const std::optional<Row> last = FindRow(pages_, root_, kLast);
+    return written_.contains(root_) && last && last->id <= 1;
+  }
+
+  std::uint32_t pageSize_;
+  Pages pages_;
+  std::uint32_t root_;
+  std::set<std::uint32_t> written_;  // by the transaction
+  bool isTold_ = false;
+  bool isThere_ = false;
+  bool isStray_ = false;
+};
+
+std::string OfAnotherVersion(std::uint32_t ofFile, std::uint32_t ofLog) {
+  return "the file is of schema version " + std::to_string(ofFile) +
+         ", and the log goes on from another state of it, of schema version " + std::to_string(ofLog);
+}
+
+// What is wrong, in words. `root` is the page at which the trail's table begins.
+std::optional<std::string> FindStrayLog(const std::filesystem::path& companyFile, std::uint32_t pageSize,
+                                        std::uint32_t root) {
+  const std::uint32_t version = FirstPage(companyFile).Version();
+  if (version < kFirstVersionWithTrail) {
+    ReplayOverNoTrail replay(companyFile, pageSize, root);
+    ForEachFrame(companyFile, pageSize, [&](const LogFrame& frame) { replay.Take(frame); });
+    if (!replay.IsStray()) return std::nullopt;
+    return OfAnotherVersion(version, VersionAfterLog(companyFile, pageSize));
+  }
   Replay replay(companyFile, pageSize, root);
   ForEachFrame(companyFile, pageSize, [&](const LogFrame& frame) { replay.Take(frame); });
   const std::optional<StrayLog> stray = replay.Finding();
   if (!stray || HasBegunToMove(companyFile, pageSize, replay.PagesOfTheTrail())) return std::nullopt;
-  return stray;
+  return "the file's audit trail ends with line " + std::to_string(stray->fileEndsWith) +
+         ", and the log goes on with line " + std::to_string(stray->logGoesOnWith) + " of another state";
 }
 
-std::optional<StrayLog> FindStrayLogOf(SqliteDatabase& database, const std::filesystem::path& file) {
+std::optional<std::string> FindStrayLogOf(SqliteDatabase& database, const std::filesystem::path& file) {
   const std::int64_t root = database.QueryNumber("SELECT rootpage FROM sqlite_schema WHERE name = 'audit'");
   if (root == 0) return std::nullopt;
   return FindStrayLog(file, static_cast<std::uint32_t>(database.QueryNumber("PRAGMA page_size")),
@@ -264,34 +378,21 @@ bool LooksStray(const std::filesystem::path& file) {
   }
 }
 
-// One of a schema of before has none, whatever its log has.
-bool HasTrail(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::array<char, kSchemaVersion + 4> header{};
-  stream.read(header.data(), header.size());
-  return stream.gcount() == static_cast<std::streamsize>(header.size()) && header.back() >= 2;
-}
-
-[[noreturn]] void ThrowStray(const std::filesystem::path& name, const StrayLog& stray) {
+[[noreturn]] void ThrowStray(const std::filesystem::path& name, const std::string& why) {
   throw CompanyFileError(
-      "The company file " + PathText(name) + " and its write-ahead log " + PathText(WithSuffix(name, "-wal")) +
-      " do not belong together: the file's audit trail ends with line " + std::to_string(stray.fileEndsWith) +
-      ", and the log goes on with line " + std::to_string(stray.logGoesOnWith) +
-      " of another state, as after a backup was copied over a company that had crashed. Nothing was changed. Put back "
+      "The company file " + PathText(name) + " and its write-ahead log " + PathText(WithSuffix(name, kLogSuffix)) +
+      " do not belong together: " + why +
+      ", as after a backup was copied over a company that had crashed. Nothing was changed. Put back "
       "the file to which the log belongs, or move the log away to go on from the file as it is.");
 }
 
-}  // namespace
-
-void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
+// DamagedFile where the schema cannot be read.
+void RequireGoingOn(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
   constexpr std::chrono::seconds kPatience{10};
   constexpr std::chrono::milliseconds kPause{20};
-  std::error_code none;
-  const std::filesystem::path log = WithSuffix(companyFile, "-wal");
-  if (std::filesystem::file_size(log, none) == 0 || none || !HasTrail(companyFile)) return;
   for (const auto deadline = std::chrono::steady_clock::now() + kPatience;;) {
     if (const std::unique_ptr<SqliteDatabase> alone = OpenAlone(companyFile, name)) {
-      if (const std::optional<StrayLog> stray = FindStrayLogOf(*alone, companyFile)) ThrowStray(name, *stray);
+      if (const std::optional<std::string> stray = FindStrayLogOf(*alone, companyFile)) ThrowStray(name, *stray);
       return;
     }
     // Others may be writing, or looking as this does; what they refuse must not be opened beside them.
@@ -300,6 +401,23 @@ void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesyst
       throw FileInUse("The company file " + PathText(name) + " is in use by another program. Try again later.");
     }
     std::this_thread::sleep_for(kPause);
+  }
+}
+
+}  // namespace
+
+void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
+  std::error_code none;
+  if (std::filesystem::file_size(WithSuffix(companyFile, kLogSuffix), none) == 0 || none) return;
+  try {
+    RequireGoingOn(companyFile, name);
+  } catch (const DamagedFile&) {
+    // What brings a file forward leaves a schema that can be read, and writes all of it that it changes into the log. A
+    // later log has a part of it only, which makes no schema together with the pages of an older one.
+    const FirstPage first(companyFile);
+    const std::uint32_t versionAfterLog = VersionAfterLog(companyFile, first.PageSize());
+    if (versionAfterLog <= first.Version()) throw;
+    ThrowStray(name, OfAnotherVersion(first.Version(), versionAfterLog));
   }
 }
 

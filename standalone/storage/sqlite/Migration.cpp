@@ -14,7 +14,9 @@
 
 #include "platform/DiskFiles.h"
 #include "standalone/storage/sqlite/DraftFile.h"
+#include "standalone/storage/sqlite/Journals.h"
 #include "standalone/storage/sqlite/OpenAlone.h"
+#include "standalone/storage/sqlite/SameBytes.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Sha256.h"
 #include "standalone/values/Text.h"
@@ -62,17 +64,8 @@ void WaitALittle() {
 
 // What lies beside a database as its journal is a part of it.
 bool HasJournal(const std::filesystem::path& file) {
-  return std::filesystem::exists(std::filesystem::symlink_status(WithSuffix(file, "-wal"))) ||
-         std::filesystem::exists(std::filesystem::symlink_status(WithSuffix(file, "-journal")));
-}
-
-// False also when `other` is no file of its own.
-bool HaveSameBytes(const std::filesystem::path& file, const std::filesystem::path& other) {
-  if (!std::filesystem::is_regular_file(std::filesystem::symlink_status(other))) return false;
-  std::ifstream first(file, std::ios::binary);
-  std::ifstream second(other, std::ios::binary);
-  using Byte = std::istreambuf_iterator<char>;
-  return first && second && std::equal(Byte(first), Byte(), Byte(second), Byte());
+  return std::filesystem::exists(std::filesystem::symlink_status(WithSuffix(file, kLogSuffix))) ||
+         std::filesystem::exists(std::filesystem::symlink_status(WithSuffix(file, kRollbackSuffix)));
 }
 
 // The copy of a file as it was; removed again unless it is to stay.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <filesystem>
-
 #include "standalone/storage/sqlite/SqliteDatabase.h"
 
 struct sqlite3_backup;

@@ -197,6 +197,205 @@ ALTER TABLE me_transaction ADD COLUMN of_before INTEGER NOT NULL DEFAULT 0 CHECK
 UPDATE me_transaction SET of_before = 1;
 )sql";
 
-inline constexpr std::array kSchemaSteps{kVersion1, kVersion2};
+// What is entered and corrected at the desk: account numbers, document numbers and attachments, what belongs together,
+// the requests of this company's own, the closing date. And who this company is to its partners, which of them it is
+// paired with, and the signed facts that both of a pair hold.
+inline constexpr const char* kVersion3 = R"sql(
+ALTER TABLE account ADD COLUMN number TEXT NOT NULL DEFAULT '';
+CREATE UNIQUE INDEX account_number ON account (number) WHERE number <> '' AND deleted = 0;
+
+ALTER TABLE txn ADD COLUMN document_number TEXT NOT NULL DEFAULT '';
+DROP TRIGGER txn_change_posted;
+CREATE TRIGGER txn_change_posted
+    BEFORE UPDATE OF id, type, date, name_id, memo, document_number, posted ON txn WHEN OLD.posted = 1 BEGIN
+  SELECT RAISE(ABORT, 'a posted transaction does not change');
+END;
+
+-- On this day and before nothing is posted or deleted any more; 0 while the books are open.
+ALTER TABLE company ADD COLUMN closing_date INTEGER NOT NULL DEFAULT 0 CHECK (closing_date >= 0);
+-- While it has its row, the unit of work may do so all the same. The row refers to one that cannot be, so that a unit of
+-- work that leaves it there is never committed.
+CREATE TABLE after_close (
+  id INTEGER PRIMARY KEY CHECK (id = 1),
+  taken_back INTEGER NOT NULL DEFAULT 2 CHECK (taken_back = 2)
+    REFERENCES after_close (id) DEFERRABLE INITIALLY DEFERRED
+) STRICT;
+CREATE TRIGGER txn_post_closed BEFORE UPDATE OF posted ON txn WHEN OLD.posted = 0 AND NEW.posted = 1 BEGIN
+  SELECT RAISE(ABORT, 'the books are closed on that day')
+    FROM company WHERE NEW.date <= closing_date AND NOT EXISTS (SELECT 1 FROM after_close);
+END;
+CREATE TRIGGER txn_delete_closed BEFORE DELETE ON txn WHEN OLD.posted = 1 BEGIN
+  SELECT RAISE(ABORT, 'the books are closed on that day')
+    FROM company WHERE OLD.date <= closing_date AND NOT EXISTS (SELECT 1 FROM after_close);
+END;
+
+-- A transaction that reverses, corrects or moves an earlier one, which stays as long as there is one that does. It is
+-- reversed once, unless its reversal was reversed itself.
+CREATE TABLE txn_link (
+  txn_id INTEGER NOT NULL REFERENCES txn (id) ON DELETE CASCADE,
+  kind TEXT NOT NULL CHECK (kind IN ('reverses', 'corrects', 'moves')),
+  earlier_txn_id INTEGER NOT NULL REFERENCES txn (id) CHECK (earlier_txn_id < txn_id),
+  PRIMARY KEY (txn_id, kind)
+) STRICT, WITHOUT ROWID;
+CREATE INDEX txn_link_earlier ON txn_link (earlier_txn_id, kind);
+CREATE TRIGGER txn_link_insert BEFORE INSERT ON txn_link WHEN NEW.kind = 'reverses' BEGIN
+  SELECT RAISE(ABORT, 'the transaction is reversed already')
+    FROM txn_link AS reversal WHERE earlier_txn_id = NEW.earlier_txn_id AND kind = 'reverses' AND NOT EXISTS
+      (SELECT 1 FROM txn_link WHERE earlier_txn_id = reversal.txn_id AND kind = 'reverses');
+END;
+CREATE TRIGGER txn_link_update BEFORE UPDATE ON txn_link BEGIN
+  SELECT RAISE(ABORT, 'a link of transactions does not change');
+END;
+-- With its later transaction it goes after that is gone.
+CREATE TRIGGER txn_link_delete BEFORE DELETE ON txn_link WHEN EXISTS (SELECT 1 FROM txn WHERE id = OLD.txn_id) BEGIN
+  SELECT RAISE(ABORT, 'a link of transactions is not deleted');
+END;
+
+-- The intercompany lines that this company entered itself, of journal entries; a bill or a check is its own without. The
+-- request of a line may reverse or correct that of an earlier one.
+CREATE TABLE me_own_request (
+  target_id INTEGER PRIMARY KEY REFERENCES txn_line (id) ON DELETE CASCADE,
+  names TEXT CHECK (names IN ('reverses', 'corrects')),
+  earlier_target_id INTEGER REFERENCES txn_line (id) CHECK (earlier_target_id < target_id),
+  CHECK ((names IS NULL) = (earlier_target_id IS NULL))
+) STRICT;
+CREATE INDEX me_own_request_earlier ON me_own_request (earlier_target_id);
+CREATE TRIGGER me_own_request_update BEFORE UPDATE ON me_own_request BEGIN
+  SELECT RAISE(ABORT, 'what a request names does not change');
+END;
+CREATE TRIGGER me_own_request_delete BEFORE DELETE ON me_own_request
+    WHEN EXISTS (SELECT 1 FROM txn_line WHERE id = OLD.target_id) BEGIN
+  SELECT RAISE(ABORT, 'what a request names is not deleted');
+END;
+-- An entry was booked from a partner's request unless it is about what a partner owes.
+INSERT INTO me_own_request (target_id)
+  SELECT target_id FROM me_transaction JOIN txn_line ON txn_line.id = target_id
+  WHERE txn_type = 8 AND account_id IN (SELECT due_from_account_id FROM me_relation);
+
+-- Where the paper of a transaction is: a path or a link.
+CREATE TABLE txn_attachment (
+  id INTEGER PRIMARY KEY,
+  txn_id INTEGER NOT NULL REFERENCES txn (id) ON DELETE CASCADE,
+  reference TEXT NOT NULL CHECK (reference <> '')
+) STRICT;
+CREATE INDEX txn_attachment_txn ON txn_attachment (txn_id);
+
+-- The public keys by which these books have signed, the last one now. The secret ones lie beside the books, never in them.
+CREATE TABLE exchange_own_key (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  public_key BLOB NOT NULL UNIQUE CHECK (length(public_key) = 32)
+) STRICT;
+
+-- An invitation reserves its accounts until the partner's relation bears them. The partner is known from its acceptance on.
+CREATE TABLE exchange_pairing (
+  id INTEGER PRIMARY KEY AUTOINCREMENT CHECK (id BETWEEN 1 AND 2147483646),
+  pairing_id TEXT NOT NULL UNIQUE CHECK (length(pairing_id) = 32),
+  invited_by_us INTEGER NOT NULL CHECK (invited_by_us IN (0, 1)),
+  state TEXT NOT NULL CHECK (state IN ('invited', 'answered', 'accepted', 'established', 'blocked', 'removed')),
+  partner_name TEXT NOT NULL CHECK (partner_name <> ''),
+  partner_realm TEXT NOT NULL,
+  partner_key BLOB CHECK (length(partner_key) = 32),
+  relation_id INTEGER REFERENCES me_relation (id) ON DELETE SET NULL,
+  -- The state in which it was when the pairing took it up; none for one that the pairing has made.
+  relation_state_before INTEGER,
+  due_from_account_id INTEGER NOT NULL REFERENCES account (id),
+  due_to_account_id INTEGER NOT NULL REFERENCES account (id),
+  folder TEXT NOT NULL,
+  -- Which transactions were entered before is not sent by itself: this is the first that was not.
+  first_txn_id INTEGER NOT NULL,
+  CHECK (state IN ('invited', 'removed') OR partner_key IS NOT NULL)
+) STRICT;
+CREATE UNIQUE INDEX exchange_pairing_relation ON exchange_pairing (relation_id)
+  WHERE relation_id IS NOT NULL AND state <> 'removed';
+
+-- How far the carrying of letters has come. `word` is asked back from the partner as long as what this company holds
+-- sums up to `word_for`; the letters that were put last are in the mailbox under the names in `letters`, a line each.
+-- `telling` is what the next letter tells so that both find out what the other one lacks: all months, or the lists of
+-- some. That is begun once for each pair of summaries, `worked_through`. `compared_since` is why it is to be done.
+CREATE TABLE exchange_carrying (
+  pairing_id INTEGER PRIMARY KEY REFERENCES exchange_pairing (id),
+  word TEXT NOT NULL,
+  word_for TEXT NOT NULL,
+  is_echoed INTEGER NOT NULL CHECK (is_echoed IN (0, 1)),
+  their_word TEXT NOT NULL,
+  letters TEXT NOT NULL,
+  letters_for TEXT NOT NULL,
+  owes_reply INTEGER NOT NULL CHECK (owes_reply IN (0, 1)),
+  their_summary TEXT NOT NULL,
+  telling TEXT NOT NULL,
+  worked_through TEXT NOT NULL,
+  compared_since TEXT NOT NULL,
+  is_compared INTEGER NOT NULL CHECK (is_compared IN (0, 1))
+) STRICT;
+
+-- Every fact whose signature is right is kept for good, also one that is not understood. `names` is the request that
+-- a fact's own request corrects or reverses; `shown` says that the partner has shown to hold it.
+CREATE TABLE exchange_fact (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  pairing_id INTEGER NOT NULL REFERENCES exchange_pairing (id),
+  hash BLOB NOT NULL CHECK (length(hash) = 32),
+  origin TEXT NOT NULL CHECK (origin IN ('made', 'came back', 'partner')),
+  kind TEXT NOT NULL,
+  name TEXT NOT NULL,
+  names TEXT NOT NULL,
+  month TEXT NOT NULL,
+  body BLOB NOT NULL,
+  signature BLOB NOT NULL CHECK (length(signature) = 64),
+  shown INTEGER NOT NULL CHECK (shown IN (0, 1)),
+  set_aside TEXT NOT NULL,
+  UNIQUE (pairing_id, hash)
+) STRICT;
+CREATE INDEX exchange_fact_name ON exchange_fact (pairing_id, kind, name);
+CREATE INDEX exchange_fact_names ON exchange_fact (pairing_id, names) WHERE names <> '';
+CREATE INDEX exchange_fact_month ON exchange_fact (pairing_id, month, hash);
+CREATE INDEX exchange_fact_not_shown ON exchange_fact (pairing_id) WHERE shown = 0;
+CREATE TRIGGER exchange_fact_update BEFORE UPDATE OF id, pairing_id, hash, origin, kind, name, names, month, body,
+    signature ON exchange_fact BEGIN
+  SELECT RAISE(ABORT, 'a fact does not change');
+END;
+CREATE TRIGGER exchange_fact_delete BEFORE DELETE ON exchange_fact BEGIN
+  SELECT RAISE(ABORT, 'a fact is not deleted');
+END;
+
+-- How many of the facts that left, which the identity knows, are in these books, or need not be looked for. Books that
+-- were restored to before know of fewer.
+CREATE TABLE exchange_left (
+  id INTEGER PRIMARY KEY CHECK (id = 1),
+  looked_for INTEGER NOT NULL CHECK (looked_for >= 0)
+) STRICT;
+INSERT INTO exchange_left (id, looked_for) VALUES (1, 0);
+
+-- What has become of partners' requests, each by the proposal that counts. The entry that was booked for one stays as
+-- long as the answer stands; books that were paired anew may know it by two pairings.
+CREATE TABLE exchange_inbox (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  pairing_id INTEGER NOT NULL REFERENCES exchange_pairing (id),
+  request_id TEXT NOT NULL CHECK (request_id <> ''),
+  proposal BLOB NOT NULL CHECK (length(proposal) = 32),
+  state TEXT NOT NULL CHECK (state IN ('new', 'held', 'accepted', 'to-book-again', 'rejected', 'refused', 'withdrawn')),
+  mark TEXT NOT NULL,
+  txn_id INTEGER REFERENCES txn (id),
+  UNIQUE (pairing_id, request_id),
+  UNIQUE (txn_id, pairing_id),
+  CHECK ((state = 'accepted') = (txn_id IS NOT NULL))
+) STRICT;
+CREATE INDEX exchange_inbox_request ON exchange_inbox (request_id);
+CREATE INDEX exchange_inbox_waiting ON exchange_inbox (pairing_id) WHERE state IN ('new', 'held', 'to-book-again');
+
+-- The requests of this company whose proposals were made, and their lines; without one where these books lost it.
+CREATE TABLE exchange_outbox (
+  pairing_id INTEGER NOT NULL REFERENCES exchange_pairing (id),
+  request_id TEXT NOT NULL CHECK (request_id <> ''),
+  proposal BLOB NOT NULL CHECK (length(proposal) = 32),
+  target_id INTEGER REFERENCES txn_line (id),
+  mark TEXT NOT NULL,
+  PRIMARY KEY (pairing_id, request_id)
+) STRICT, WITHOUT ROWID;
+CREATE UNIQUE INDEX exchange_outbox_line ON exchange_outbox (target_id, pairing_id) WHERE target_id IS NOT NULL;
+-- What is entered and waits to be sent.
+CREATE INDEX me_transaction_entered ON me_transaction (relation_id, id) WHERE state = 0 AND of_before = 0;
+)sql";
+
+inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3};
 
 }  // namespace standalone

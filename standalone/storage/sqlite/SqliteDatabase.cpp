@@ -28,6 +28,11 @@ class SqliteStatement final : public PreparedStatement {
     const char* text = value.data() != nullptr ? value.data() : "";
     return sqlite3_bind_text64(statement_, parameter, text, value.size(), SQLITE_STATIC, SQLITE_UTF8) == SQLITE_OK;
   }
+  bool Bind(int parameter, Blob value) override {
+    // An empty view may be null, which would bind NULL.
+    const char* bytes = value.bytes.data() != nullptr ? value.bytes.data() : "";
+    return sqlite3_bind_blob64(statement_, parameter, bytes, value.bytes.size(), SQLITE_STATIC) == SQLITE_OK;
+  }
   bool BindNull(int parameter) override { return sqlite3_bind_null(statement_, parameter) == SQLITE_OK; }
 
   Outcome Step() override {
@@ -42,6 +47,12 @@ class SqliteStatement final : public PreparedStatement {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
     return text != nullptr ? std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column)))
                            : std::string_view();
+  }
+  std::string_view Bytes(int column) const override {
+    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_, column));
+    return bytes != nullptr
+               ? std::string_view(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column)))
+               : std::string_view();
   }
 
  private:
@@ -179,6 +190,10 @@ std::unique_ptr<PreparedStatement> SqliteDatabase::Prepare(const char* sql) {
   return code == SQLITE_OK ? std::make_unique<SqliteStatement>(statement) : nullptr;
 }
 
+std::int64_t SqliteDatabase::RowsWritten() const noexcept {
+  return sqlite3_total_changes64(handle_);
+}
+
 bool SqliteDatabase::ReadOthersVersion(std::int64_t& version) {
   if (othersVersion_ == nullptr &&
       sqlite3_prepare_v3(handle_, "PRAGMA data_version", -1, SQLITE_PREPARE_PERSISTENT, &othersVersion_,
@@ -216,6 +231,26 @@ void SqliteDatabase::ThrowFailed(int code) {
   Fail(FailureOf(code));
 }
 
+// What sorts or holds much puts it into files of its own elsewhere. A unit that reads writes nothing else.
+bool SqliteDatabase::IsOfTemporaryFile(int code) const noexcept {
+  if (code == SQLITE_IOERR_GETTEMPPATH) return true;
+  const bool onlyReads = InUnit() && UnitAccess() == Access::kRead;
+  return onlyReads && (code == SQLITE_FULL || code == SQLITE_IOERR_WRITE);
+}
+
+std::string SqliteDatabase::TemporaryFileAdvice() const {
+  constexpr const char* kAnother = "let the environment name another one (SQLITE_TMPDIR or TMPDIR, on Windows TMP).";
+  char* name = nullptr;
+  if (sqlite3_file_control(handle_, "main", SQLITE_FCNTL_TEMPFILENAME, static_cast<void*>(&name)) != SQLITE_OK ||
+      name == nullptr) {
+    return std::string("There is no temporary folder to write in; ") + kAnother;
+  }
+  const std::u8string text(reinterpret_cast<const char8_t*>(name));
+  sqlite3_free(name);
+  return "Make room in the temporary folder " + PathText(std::filesystem::path(text).parent_path()) + ", or " +
+         kAnother;
+}
+
 Database::Failure SqliteDatabase::FailureOf(int code) const {
   using Kind = Failure::Kind;
   const std::string reason = sqlite3_errmsg(handle_);
@@ -237,7 +272,7 @@ Database::Failure SqliteDatabase::FailureOf(int code) const {
       return failure(Kind::kOther, notWorkedOn + " Check that you may write it, the files beside it and its folder.");
     case SQLITE_FULL:
     case SQLITE_IOERR:
-      return failure(Kind::kOther, notWorkedOn + " " + roomAdvice_);
+      return failure(Kind::kOther, notWorkedOn + " " + (IsOfTemporaryFile(code) ? TemporaryFileAdvice() : roomAdvice_));
     case SQLITE_ERROR:
       return failure(Kind::kOther, notWorkedOn + " Restore it from a backup if it is damaged.");
     case SQLITE_CONSTRAINT:

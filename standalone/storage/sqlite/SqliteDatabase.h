@@ -67,10 +67,13 @@ class SqliteDatabase final : public Database {
   bool HasTransaction() const noexcept override;
   std::unique_ptr<PreparedStatement> Prepare(const char* sql) override;
   Failure WhyFailed() const override;
+  std::int64_t RowsWritten() const noexcept override;
   bool ReadOthersVersion(std::int64_t& version) override;
   std::string WhyOthersStopThis() override;
 
   Failure FailureOf(int code) const;
+  bool IsOfTemporaryFile(int code) const noexcept;
+  std::string TemporaryFileAdvice() const;
   bool RunKept(sqlite3_stmt*& statement, const char* sql) noexcept;
   [[noreturn]] void ThrowFailed(int code);
 

@@ -4,12 +4,14 @@
 #include <cerrno>
 #include <fstream>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <thread>
 #include <vector>
 
 #include "platform/DiskFiles.h"
+#include "standalone/storage/sqlite/Journals.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
@@ -18,12 +20,51 @@ namespace standalone {
 namespace {
 
 // The journals that SQLite leaves beside a file when its program is killed; they belong to its content.
-constexpr const char* kSuffixes[] = {"", "-wal", "-journal"};
+constexpr const char* kSuffixes[] = {"", kLogSuffix, kRollbackSuffix};
 
 constexpr std::size_t kPieceBytes = 64 << 10;
 
-[[noreturn]] void ThrowSystemError() {
-  throw std::system_error(errno, std::generic_category());
+// What could not be done, before who asked for the copy calls the company by its name.
+class NotCopied : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+std::string RoomAdviceFor(const std::filesystem::path& folder) {
+  return "Make room in the temporary folder " + PathText(folder) +
+         ", or let the environment name another one (TMPDIR, on Windows TMP).";
+}
+
+std::string CheckAdviceFor(const std::filesystem::path& folder) {
+  return "Check the temporary folder " + PathText(folder) +
+         ", or let the environment name another one (TMPDIR, on Windows TMP).";
+}
+
+bool IsLackOfRoom(const std::error_code& error) {
+#ifdef EDQUOT
+  if (error == std::error_code(EDQUOT, std::generic_category())) return true;
+#endif
+  return error == std::errc::no_space_on_device;
+}
+
+[[noreturn]] void ThrowNotRead(const std::filesystem::path& part, const std::error_code& error) {
+  const std::string what = ", as " + PathText(part) + " cannot be read";
+  if (error == std::errc::permission_denied) throw NotCopied(what + ". Give yourself the right to read it.");
+  throw NotCopied(what + " (" + error.message() + "). Check the disk on which it lies.");
+}
+
+[[noreturn]] void ThrowNotWritten(const std::filesystem::path& folder, const std::error_code& error) {
+  const std::string what = " (" + error.message() + "). ";
+  throw NotCopied(what + (IsLackOfRoom(error) ? RoomAdviceFor(folder) : CheckAdviceFor(folder)));
+}
+
+// Of temporary files, in which the copy has a folder of its own.
+std::filesystem::path FolderAround(const std::filesystem::path& copy) {
+  return copy.parent_path().parent_path();
+}
+
+std::error_code LastError() {
+  return {errno, std::generic_category()};
 }
 
 // None where there is no such part; its program may just have removed it.
@@ -31,22 +72,39 @@ std::optional<std::ifstream> OpenPart(const std::filesystem::path& part) {
   std::ifstream stream(part, std::ios::binary);
   if (stream) return stream;
   if (errno == ENOENT) return std::nullopt;
-  ThrowSystemError();
+  ThrowNotRead(part, LastError());
 }
 
 std::streamsize ReadPiece(std::istream& stream, std::vector<char>& piece) {
   return stream.read(piece.data(), static_cast<std::streamsize>(piece.size())).gcount();
 }
 
+std::ofstream MakeCopy(const std::filesystem::path& copy) {
+  try {
+    std::filesystem::remove(copy);
+    platform::MakeFile(copy);
+  } catch (const std::system_error& error) {
+    ThrowNotWritten(FolderAround(copy), error.code());
+  }
+  std::ofstream made(copy, std::ios::binary);
+  if (!made) ThrowNotWritten(FolderAround(copy), LastError());
+  return made;
+}
+
 void CopyPart(const std::filesystem::path& part, const std::filesystem::path& copy) {
-  std::filesystem::remove(copy);
   std::optional<std::ifstream> original = OpenPart(part);
-  if (!original) return;
-  platform::MakeFile(copy);
-  std::ofstream copied(copy, std::ios::binary);
+  if (!original) {
+    std::error_code ignored;
+    std::filesystem::remove(copy, ignored);
+    return;
+  }
+  std::ofstream copied = MakeCopy(copy);
   std::vector<char> piece(kPieceBytes);
-  while (const std::streamsize length = ReadPiece(*original, piece)) copied.write(piece.data(), length);
-  if (original->bad() || !copied.flush()) ThrowSystemError();
+  while (const std::streamsize length = ReadPiece(*original, piece)) {
+    if (!copied.write(piece.data(), length)) ThrowNotWritten(FolderAround(copy), LastError());
+  }
+  if (original->bad()) ThrowNotRead(part, LastError());
+  if (!copied.flush()) ThrowNotWritten(FolderAround(copy), LastError());
 }
 
 // What stood in it at both times when it was read stood in it at one moment between them.
@@ -73,33 +131,21 @@ bool Copy(const std::filesystem::path& file, const std::filesystem::path& copy) 
   });
 }
 
-bool MayRead(const std::filesystem::path& part) {
-  return !std::filesystem::exists(part) || std::ifstream(part, std::ios::binary);
-}
-
-std::string AdviceFor(const std::filesystem::path& folder) {
-  return "Make room in the temporary folder " + PathText(folder) +
-         ", or let the environment name another one (TMPDIR, on Windows TMP).";
-}
-
 // As far as it can be told.
 std::filesystem::path TemporaryFolder() {
   std::error_code ignored;
   return std::filesystem::temp_directory_path(ignored);
 }
 
-[[noreturn]] void ThrowNotCopied(const std::filesystem::path& file, const std::error_code& error) {
-  const std::string what = "The company file " + PathText(file) + " cannot be copied to a temporary folder";
-  for (const char* suffix : kSuffixes) {
-    const std::filesystem::path part = WithSuffix(file, suffix);
-    if (!MayRead(part)) {
-      throw CompanyFileError(what + ", as " + PathText(part) + " cannot be read. Give yourself the right to read it.");
-    }
+std::filesystem::path MakeFolder() {
+  try {
+    return platform::MakeTemporaryFolder();
+  } catch (const std::system_error& error) {
+    const std::filesystem::path folder = TemporaryFolder();
+    if (!folder.empty()) ThrowNotWritten(folder, error.code());
+    throw NotCopied(" (" + error.code().message() +
+                    "). Let the environment name a folder that is there (TMPDIR, on Windows TMP).");
   }
-  const std::string why = what + " (" + error.message() + "). ";
-  const std::filesystem::path folder = TemporaryFolder();
-  if (!folder.empty()) throw CompanyFileError(why + AdviceFor(folder));
-  throw CompanyFileError(why + "Let the environment name a folder that is there (TMPDIR, on Windows TMP).");
 }
 
 }  // namespace
@@ -110,13 +156,14 @@ TemporaryCopy::TemporaryCopy(const std::filesystem::path& file, std::chrono::mil
   const auto deadline = std::chrono::steady_clock::now() + patience;
   bool isWhole = false;
   try {
-    folder_ = platform::MakeTemporaryFolder();
+    folder_ = MakeFolder();
     while (!(isWhole = Copy(file, File())) && std::chrono::steady_clock::now() < deadline) {
       std::this_thread::sleep_for(kPause);
     }
-  } catch (const std::system_error& error) {
+  } catch (const NotCopied& error) {
     Remove();
-    ThrowNotCopied(file, error.code());
+    throw CompanyFileError("The company file " + PathText(file) + " cannot be copied to a temporary folder" +
+                           error.what());
   }
   if (isWhole) return;
   Remove();
@@ -128,7 +175,11 @@ TemporaryCopy::~TemporaryCopy() {
 }
 
 std::string TemporaryCopy::RoomAdvice() const {
-  return AdviceFor(folder_.parent_path());
+  return RoomAdviceFor(folder_.parent_path());
+}
+
+std::string TemporaryCopy::CheckAdvice() const {
+  return CheckAdviceFor(folder_.parent_path());
 }
 
 void TemporaryCopy::Remove() noexcept {

@@ -20,6 +20,8 @@ class TemporaryCopy {
   std::filesystem::path File() const { return folder_ / name_; }
   // What to do when there is no room to work on it: not on the disk of the company.
   std::string RoomAdvice() const;
+  // What to do when it is not what was written any more.
+  std::string CheckAdvice() const;
 
  private:
   void Remove() noexcept;

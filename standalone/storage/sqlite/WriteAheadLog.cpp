@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "standalone/storage/sqlite/Journals.h"
 #include "standalone/values/Text.h"
 
 namespace standalone {
@@ -136,7 +137,7 @@ std::optional<std::uint64_t> FindBreak(const std::filesystem::path& log, std::ui
 
 void ForEachFrame(const std::filesystem::path& companyFile, std::uint32_t pageSize,
                   const std::function<void(const LogFrame& frame)>& take) {
-  std::ifstream stream(WithSuffix(companyFile, "-wal"), std::ios::binary);
+  std::ifstream stream(WithSuffix(companyFile, kLogSuffix), std::ios::binary);
   const LogHeader header(stream);
   if (!header.isWhole) return;
   Frame frame(pageSize);
@@ -154,7 +155,7 @@ void ForEachFrame(const std::filesystem::path& companyFile, std::uint32_t pageSi
 }
 
 bool IsLogDamaged(const std::filesystem::path& companyFile, std::uint32_t pageSize) {
-  const std::filesystem::path log = WithSuffix(companyFile, "-wal");
+  const std::filesystem::path log = WithSuffix(companyFile, kLogSuffix);
   const std::optional<std::uint64_t> place = FindBreak(log, pageSize);
   // A frame that another program was just writing is whole by now.
   return place && FindBreak(log, pageSize) == place;

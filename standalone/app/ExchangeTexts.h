@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "standalone/desk/ExchangeStatus.h"
+
+// What people are told of how far this company is with a partner.
+namespace app {
+
+struct StandingWith {
+  std::string_view waitsFor;          // "us", "partner", "nobody"
+  std::string_view why;               // how far the pairing is
+  std::vector<std::string> requests;  // a sentence for each kind that there are some of
+  std::vector<std::string> toDo;      // what to type, or whom to call; what comes first first
+};
+// `file` is the company as people type it.
+StandingWith StandingOf(const desk::ExchangeStatus& status, const std::string& file);
+
+}  // namespace app

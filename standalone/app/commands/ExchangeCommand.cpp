@@ -1,0 +1,325 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "standalone/app/ExchangeTexts.h"
+#include "standalone/app/HowToOpen.h"
+#include "standalone/app/Invocation.h"
+#include "standalone/app/PartnerTexts.h"
+#include "standalone/app/RequestTexts.h"
+#include "standalone/app/TextInput.h"
+#include "standalone/app/Values.h"
+#include "standalone/app/commands/Commands.h"
+#include "standalone/desk/Exchange.h"
+#include "standalone/desk/ExchangeStatus.h"
+#include "standalone/desk/NewFiles.h"
+#include "standalone/desk/Outbox.h"
+#include "standalone/desk/Pairing.h"
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Counted.h"
+#include "standalone/values/Text.h"
+
+namespace app {
+
+namespace {
+
+constexpr std::size_t kLongestLetters = std::size_t{8} << 20;
+
+struct ExchangeOptions {
+  std::string file;
+  std::string partner;
+  std::string letters;
+  std::optional<std::string> output;
+};
+
+struct SendOptions {
+  std::string file;
+  SelectionOptions selection;
+};
+
+// A line for each thing that a letter did, and for each that it could not do.
+std::string TakenText(const desk::TakenLetter& letter, std::string_view indent) {
+  std::string text;
+  for (const std::string& done : letter.done) text += fmt::format("{}{}\n", indent, standalone::Shown(done));
+  for (const std::string& outstanding : letter.outstanding) {
+    text += fmt::format("{}outstanding: {}\n", indent, standalone::Shown(outstanding));
+  }
+  return text;
+}
+
+std::string CarriedText(const desk::CarriedWith& carried) {
+  const std::string name = standalone::Shown(carried.partner);
+  if (!carried.failure.empty()) {
+    return fmt::format("{}: its folder could not be reached: {}\n", name, standalone::Shown(carried.failure));
+  }
+  std::string text = fmt::format("{}: took {}, put {} into {}\n", name,
+                                 standalone::Counted(static_cast<std::int64_t>(carried.taken.size()), "letter"),
+                                 standalone::Counted(static_cast<std::int64_t>(carried.put), "letter"),
+                                 standalone::Shown(standalone::PathText(carried.folder)));
+  for (const desk::TakenLetter& letter : carried.taken) text += TakenText(letter, "  ");
+  for (const std::string& done : carried.triedAgain) text += fmt::format("  {}\n", standalone::Shown(done));
+  if (carried.missing != 0) {
+    text += fmt::format(
+        "  these books lack {} that partners were told, as a backup was restored; nothing is decided or "
+        "sent until each partner has shown what it holds\n",
+        standalone::Counted(static_cast<std::int64_t>(carried.missing), "fact"));
+  }
+  if (carried.sent != 0) {
+    text += fmt::format("  sent {}\n", standalone::Counted(static_cast<std::int64_t>(carried.sent), "request"));
+  }
+  for (const std::string& left : carried.notSent) text += fmt::format("  not sent: {}\n", standalone::Shown(left));
+  for (const std::string& file : carried.setAside) text += fmt::format("  set aside: {}\n", standalone::Shown(file));
+  return text;
+}
+
+std::int64_t FailuresAmong(const std::vector<desk::CarriedWith>& all) {
+  return std::ranges::count_if(all, [](const desk::CarriedWith& carried) { return !carried.failure.empty(); });
+}
+
+std::string SummaryOf(const std::vector<desk::CarriedWith>& all) {
+  if (all.empty()) {
+    return "No partner has a folder; give it one with partner folder, or use exchange export and exchange import.\n";
+  }
+  std::size_t taken = 0;
+  std::size_t put = 0;
+  for (const desk::CarriedWith& carried : all) {
+    taken += carried.taken.size();
+    put += carried.put;
+  }
+  return fmt::format("Carried for {}: {} taken, {} put.\n",
+                     standalone::Counted(static_cast<std::int64_t>(all.size()), "partner"),
+                     standalone::Counted(static_cast<std::int64_t>(taken), "letter"), put);
+}
+
+void RunOnce(Invocation& invocation, const ExchangeOptions& options) {
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const bool forPeople = !invocation.options.json;
+  const std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
+    if (!forPeople) return;
+    Print(CarriedText(carried));
+    FinishPrinting();
+  });
+  invocation.Report({{"partners", desk::JsonOf(all)}}, SummaryOf(all));
+  if (const std::int64_t failures = FailuresAmong(all); failures != 0) {
+    throw std::runtime_error(fmt::format(
+        "{} could not be reached; the other partners were served. Look whether the disk or the share is there and may "
+        "be written, and carry once more; another folder is set with: multientity partner folder {} PARTNER DIR",
+        standalone::Counted(failures, "folder"), AsTyped(options.file)));
+  }
+}
+
+void ExportLetters(Invocation& invocation, const ExchangeOptions& options) {
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  if (options.output) desk::RequireNewFile(company, FilePath(*options.output));
+  const std::string text = desk::ExportLetters(company, options.partner);
+  const desk::PairedPartner partner = desk::ShowPairedPartner(company, options.partner);
+  const bool isWritten = options.output && !text.empty();
+  if (isWritten) desk::WriteNewFile(company, FilePath(*options.output), text);
+  if (invocation.options.json) {
+    invocation.Report({{"partner", partner.name},
+                       {"letters", text.empty() ? Json() : Json(text)},
+                       {"file", isWritten ? Json(*options.output) : Json()}},
+                      {});
+    return;
+  }
+  const std::string name = standalone::Shown(partner.name);
+  if (text.empty()) {
+    PrintError(fmt::format("There is nothing to tell {}: {}.\n", name, NextStepWith(partner, options.file).why));
+  } else if (isWritten) {
+    Print(
+        fmt::format("Wrote the letters for {} to {}; send it that file.\n", name, standalone::Shown(*options.output)));
+  } else {
+    PrintData(text);
+  }
+}
+
+std::string LetterText(const desk::TakenLetter& letter) {
+  const std::string whose = letter.partner.empty() ? "a partner that is not known" : standalone::Shown(letter.partner);
+  const std::string news =
+      letter.facts == 0 ? "nothing new" : standalone::Counted(static_cast<std::int64_t>(letter.facts), "new fact");
+  return fmt::format("Took a letter of {}: {}.\n{}", whose, news, TakenText(letter, "  "));
+}
+
+void ImportLetters(Invocation& invocation, const ExchangeOptions& options) {
+  const std::string text = ReadText("letter", options.letters, kLongestLetters);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::vector<desk::TakenLetter> taken = desk::ImportLetters(company, text);
+  std::string told;
+  for (const desk::TakenLetter& letter : taken) told += LetterText(letter);
+  invocation.Report({{"letters", desk::JsonOf(taken)}}, told);
+}
+
+std::string SentText(const std::vector<desk::OutboxRequest>& sent, const std::string& file) {
+  std::string text;
+  for (const desk::OutboxRequest& request : sent) text += fmt::format("Sent {}.\n", CalledRequest(request));
+  if (sent.empty()) return text;
+  return text + fmt::format("{} with the next letters: multientity exchange run {}, or exchange export.\n",
+                            sent.size() == 1 ? "It leaves" : "They leave", AsTyped(file));
+}
+
+void SendRequestsToPartners(Invocation& invocation, const SendOptions& options) {
+  const desk::RequestSelection selection = SelectionOf(options.selection);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::SentRequests done = desk::SendRequests(company, selection);
+  const bool isNothing = done.sent.empty() && done.left.empty();
+  invocation.Report({{"sent", desk::JsonOf(done.sent)}, {"left", LeftJson(done.left)}},
+                    isNothing ? "There is nothing to send.\n"
+                              : SentText(done.sent, options.file) + LeftTexts(done.sent.size(), done.left));
+  FailForLeft(done.sent.size(), RefusalsOf(done.left));
+}
+
+constexpr std::array kStatusColumns{"partner",
+                                    "realm",
+                                    "state",
+                                    "waitsFor",
+                                    "why",
+                                    "toDo",
+                                    "hasLetterToSend",
+                                    "outstanding",
+                                    "folder",
+                                    "outbox.entered.count",
+                                    "outbox.entered.amount",
+                                    "outbox.unanswered.count",
+                                    "outbox.unanswered.amount",
+                                    "outbox.unanswered.oldest",
+                                    "outbox.withdrawing.count",
+                                    "outbox.withdrawing.amount",
+                                    "outbox.cameBack.count",
+                                    "outbox.cameBack.amount",
+                                    "outbox.lost.count",
+                                    "outbox.lost.amount",
+                                    "inbox.new.count",
+                                    "inbox.new.amount",
+                                    "inbox.held.count",
+                                    "inbox.held.amount",
+                                    "inbox.toBookAgain.count",
+                                    "inbox.toBookAgain.amount",
+                                    "inbox.marked"};
+
+std::string StatusText(const desk::PairedPartner& partner, const StandingWith& standing) {
+  std::string text = fmt::format("{}: {}\n", standalone::Shown(partner.name), standing.why);
+  for (const std::string& requests : standing.requests) text += fmt::format("  {}\n", requests);
+  for (const std::string& outstanding : partner.outstanding) {
+    text += fmt::format("  outstanding: {}\n", standalone::Shown(outstanding));
+  }
+  for (const std::string& step : standing.toDo) text += fmt::format("  {}\n", step);
+  return text;
+}
+
+Json StatusJson(const desk::ExchangeStatus& status, const StandingWith& standing) {
+  Json row = desk::JsonOf(status.partner);
+  row["waitsFor"] = standing.waitsFor;
+  row["why"] = standing.why;
+  row["toDo"] = standing.toDo.empty() ? Json() : Json(standing.toDo.front());
+  row["allToDo"] = standing.toDo;
+  row["outbox"] = status.outbox ? desk::JsonOf(*status.outbox) : Json();
+  row["inbox"] = status.inbox ? desk::JsonOf(*status.inbox) : Json();
+  return row;
+}
+
+void ShowStatus(Invocation& invocation, const ExchangeOptions& options) {
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  Json rows = Json::array();
+  std::string text;
+  for (const desk::ExchangeStatus& status : desk::TellExchangeStatus(company)) {
+    const StandingWith standing = StandingOf(status, options.file);
+    rows.push_back(StatusJson(status, standing));
+    text += StatusText(status.partner, standing);
+  }
+  if (text.empty()) {
+    text = fmt::format(
+        "No partners are paired; invite the first one with: multientity partner invite {} --name NAME "
+        "--due-from ACCOUNT --due-to ACCOUNT\n",
+        AsTyped(options.file));
+  }
+  invocation.ReportList({{"partners", rows}}, kStatusColumns, text);
+}
+
+void AddExchangeSend(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<SendOptions>();
+  CLI::App& command = AddFileCommand(group, "send",
+                                     "Have what was entered with a partner's share go to the partner with the next "
+                                     "letters: all that was entered since\n"
+                                     "the pairing, or what is named",
+                                     "exchange send alder.company --partner Birch", options->file);
+  command.add_option("REQUEST", options->selection.requests,
+                     "Request ids, as outbox list shows them, behind FILE, whenever they were entered");
+  command.add_option(kPartnerOption, options->selection.partner, "Only to this partner: its realm id or its name");
+  invocation.When(command, [options](Invocation& run) { SendRequestsToPartners(run, *options); });
+}
+
+void AddExchangeRun(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<ExchangeOptions>();
+  CLI::App& command = AddFileCommand(
+      group, "run",
+      "Carry letters once: take all that lies in the partners' folders for this company, and put what is to be told.\n"
+      "Ends with 1 when a folder could not be reached, once the other partners were served",
+      "exchange run alder.company", options->file);
+  invocation.When(command, [options](Invocation& run) { RunOnce(run, *options); });
+}
+
+void AddExchangeExport(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<ExchangeOptions>();
+  CLI::App& command =
+      AddFileCommand(group, "export", "Write the letters for a partner as a block of text, for a mail or a stick",
+                     "exchange export alder.company \"Birch Services Company\" --output birch.letters", options->file);
+  command.add_option("PARTNER", options->partner, "The partner: its realm id, or its name")->required();
+  command.add_option("--output", options->output, "A new file for the letters; standard output when left out");
+  invocation.When(command, [options](Invocation& run) { ExportLetters(run, *options); });
+}
+
+void AddExchangeImport(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<ExchangeOptions>();
+  CLI::App& command = AddFileCommand(group, "import", "Take the letters of a block of text, or of a mail with it",
+                                     "exchange import alder.company birch.letters", options->file);
+  command.add_option("LETTERS", options->letters, "The file with the letters, or the mail; - for standard input")
+      ->required();
+  invocation.When(command, [options](Invocation& run) { ImportLetters(run, *options); });
+}
+
+void InsistOn(Invocation& invocation, const ExchangeOptions& options) {
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  desk::InsistOnBooks(company);
+  invocation.Report({{"insisted", true}}, "The books go on as they are, although partners may hold what they lack.\n");
+}
+
+void AddExchangeInsist(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<ExchangeOptions>();
+  CLI::App& command = AddFileCommand(
+      group, "insist",
+      "Go on with restored books that lack what partners were told, without waiting until each partner has shown what\n"
+      "it holds; for administrators",
+      "exchange insist alder.company", options->file);
+  invocation.When(command, [options](Invocation& run) { InsistOn(run, *options); });
+}
+
+void AddExchangeStatus(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<ExchangeOptions>();
+  CLI::App& command = AddFileCommand(group, "status", "Tell of each partner what waits for whom, and what to do next",
+                                     "exchange status alder.company", options->file);
+  AddCsvOption(command, invocation.options);
+  invocation.When(command, [options](Invocation& run) { ShowStatus(run, *options); });
+}
+
+}  // namespace
+
+void AddExchange(CLI::App& program, Invocation& invocation) {
+  CLI::App& group = AddGroup(program, "exchange", "Exchange signed and sealed letters with partner companies",
+                             "exchange run alder.company");
+  AddExchangeSend(group, invocation);
+  AddExchangeRun(group, invocation);
+  AddExchangeExport(group, invocation);
+  AddExchangeImport(group, invocation);
+  AddExchangeStatus(group, invocation);
+  AddExchangeInsist(group, invocation);
+}
+
+}  // namespace app

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "standalone/storage/Statement.h"
+#include "standalone/values/PairingState.h"
+
+namespace standalone {
+
+struct Pairing {
+  std::int32_t id = 0;
+  std::string pairingId;  // what both companies call it: 32 hexadecimal digits
+  bool invitedByUs = false;
+  PairingState state = PairingState::kInvited;
+  std::string partnerName;   // as people call the partner here
+  std::string partnerRealm;  // empty until the partner is known
+  std::string partnerKey;    // 32 bytes, or none until the partner is known
+  std::optional<std::int32_t> relationId;
+  std::optional<std::int16_t> relationStateBefore;  // of one that was there before the pairing
+  std::int32_t dueFromAccountId = 0;                // what the relation has or will have
+  std::int32_t dueToAccountId = 0;
+  std::string folder;           // where letters are put and looked for; empty for none
+  std::int32_t firstTxnId = 0;  // what has lower numbers was entered before
+};
+
+// How far the carrying of letters to a partner has come.
+struct Carrying {
+  std::string word;        // that the partner is asked to echo
+  std::string wordFor;     // the summary of what this company held when the word was made
+  bool isEchoed = false;   // the partner has read a letter with the word
+  std::string theirWord;   // that this company is asked to echo; empty before the first letter
+  std::string letters;     // the names under which the last letters were put, a line each
+  std::string lettersFor;  // what they said
+
+  bool owesReply = false;     // the partner has asked for a letter since this company has put its last one
+  std::string theirSummary;   // of what the partner holds by its letter that was read last; empty before the first
+  std::string telling;        // what the next letter tells of months and their hashes
+  std::string workedThrough;  // the two summaries whose difference has been looked for, or is being
+  std::string comparedSince;  // what made these books ask to be compared with the partner's; empty for nothing
+  bool isCompared = false;    // they have been since then
+
+  friend bool operator==(const Carrying&, const Carrying&) = default;
+};
+
+// With whom this company is paired, in the order in which it was begun. Every operation needs an open unit of work;
+// ConstraintViolation for a pairing that there is and for a relation that another live one has.
+class PairingTable {
+ public:
+  explicit PairingTable(Database& database);
+
+  // Returns the number.
+  std::int32_t Add(const Pairing& pairing);
+  // All but its number, pairing id and who invited.
+  void Change(const Pairing& pairing);
+
+  // Those that are removed, too.
+  std::vector<Pairing> List();
+  std::optional<Pairing> Find(std::int32_t id);
+  std::optional<Pairing> FindByPairingId(std::string_view pairingId);
+  // The live one with the relation.
+  std::optional<Pairing> FindLiveOf(std::int32_t relationId);
+  // Whether a live pairing without a relation yet has reserved the account.
+  bool IsReserved(std::int32_t accountId);
+
+  // As of nothing carried for a pairing that has carried nothing.
+  Carrying CarryingOf(std::int32_t id);
+  void SetCarrying(std::int32_t id, const Carrying& carrying);
+
+  // How many of the facts that left, in the order in which they did, these books need not be asked for any more.
+  std::uint64_t LookedFor();
+  void SetLookedFor(std::uint64_t count);
+
+  // The public keys of 32 bytes by which these books have signed, the last one now.
+  void AddOwnKey(std::string_view publicKey);
+  std::vector<std::string> OwnKeys();
+
+ private:
+  Database& database_;
+  Statement insert_;
+  Statement update_;
+  Statement all_;
+  Statement carrying_;
+  Statement setCarrying_;
+  Statement insertKey_;
+  Statement keys_;
+  Statement lookedFor_;
+  Statement setLookedFor_;
+};
+
+}  // namespace standalone

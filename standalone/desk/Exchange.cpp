@@ -1,0 +1,327 @@
+#include "standalone/desk/Exchange.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <exception>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Behind.h"
+#include "standalone/desk/inside/Carrying.h"
+#include "standalone/desk/inside/Letters.h"
+#include "standalone/desk/inside/OwnIdentity.h"
+#include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/Sending.h"
+#include "standalone/desk/inside/Work.h"
+#include "standalone/exchange/CarrierLock.h"
+#include "standalone/exchange/Envelope.h"
+#include "standalone/exchange/Errors.h"
+#include "standalone/exchange/FolderMailbox.h"
+#include "standalone/exchange/IdentityFile.h"
+#include "standalone/exchange/Netstrings.h"
+#include "standalone/exchange/TextBlock.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace desk {
+
+namespace {
+
+using standalone::Pairing;
+using standalone::PairingState;
+
+constexpr std::string_view kLetterLabel = "MULTIENTITY LETTER";
+
+// A letter that was read.
+struct Taken {
+  TakenLetter letter;
+  std::int32_t pairing = 0;
+  bool wasNew = true;
+  bool stays = false;  // where it lies: it says what the partner holds, and asks for nothing
+};
+
+// What carries for one company, as the only one.
+class Carrier {
+ public:
+  explicit Carrier(Company& company)
+      : company_(company.Opened()), work_(company_, UseCase::kExchange), keys_(Keys()), lock_(TakeLock()) {
+    LookBehind();
+  }
+
+  Work& AtWork() noexcept { return work_; }
+  const exchange::KeyPair& OwnKeys() const noexcept { return keys_; }
+  Answering Answers() const noexcept { return {.keys = keys_, .isBehind = missing_ != 0}; }
+  // Facts that this company told its partners, and its books lack.
+  std::size_t Missing() const noexcept { return missing_; }
+
+  std::vector<Pairing> Live() {
+    std::vector<Pairing> pairings = work_.Read([&] { return work_.Host().Pairings().List(); });
+    std::erase_if(pairings, [](const Pairing& pairing) { return pairing.state == PairingState::kRemoved; });
+    return pairings;
+  }
+
+  // Before anybody else may have them.
+  void NoteLeaving(const LettersToSend& letters) {
+    if (letters.own.empty()) return;
+    exchange::IdentityFile(IdentityFileOf(work_)).AddLeft(lock_, letters.own);
+  }
+
+  // Throws standalone::InvalidInput, with the reason, for a letter that is not taken.
+  Taken Take(std::string_view envelope) {
+    const exchange::Letter letter = exchange::Open(envelope, keys_);
+    const Pairing pairing = work_.Read([&] { return RequirePairingOf(work_, letter); });
+    Taken taken{.letter = {.partner = pairing.partnerName, .facts = 0, .done = {}, .outstanding = {}},
+                .pairing = pairing.id,
+                .wasNew = !IsNothingNew(pairing, letter),
+                .stays = false};
+    if (taken.wasNew) {
+      for (const std::string& wire : letter.facts) TakeOne(pairing, letter, wire, taken.letter);
+    }
+    for (std::string& done : RetryOutstanding(work_, pairing, Answers())) taken.letter.done.push_back(std::move(done));
+    const std::optional<Pairing> now = work_.Read([&] { return work_.Host().Pairings().Find(pairing.id); });
+    if (taken.wasNew && now && now->partnerKey == letter.sender.Bytes()) {
+      work_.Write([&] { NoteRead(work_, *now, letter, notTaken_[now->id]); });
+    }
+    taken.stays = now && IsNothingNew(*now, letter);
+    if (missing_ != 0) LookBehind();
+    return taken;
+  }
+
+  // Whether a letter that asks for nothing is put once more, as the one that said so lies there no more: once in each
+  // start, so that a partner who removes it does not get it for ever.
+  bool IsFirstInThisStart(const Pairing& pairing) { return company_.IsFirstOpeningTo(pairing.id); }
+
+ private:
+  bool IsNothingNew(const Pairing& pairing, const exchange::Letter& letter) {
+    return pairing.partnerKey == letter.sender.Bytes() &&
+           work_.Read([&] { return SaysNothingNew(work_, pairing, letter); });
+  }
+  void LookBehind() {
+    const std::optional<Behind> behind = work_.Read([&] { return FindBehind(work_); });
+    missing_ = behind ? behind->missing : 0;
+  }
+  exchange::KeyPair Keys() {
+    return work_.Read([&] {
+      if (!work_.MayManageRelations()) work_.Accept(MEStatusPermissionDenied);
+      return RequireKeys(work_);
+    });
+  }
+  exchange::CarrierLock TakeLock() {
+    const std::filesystem::path identity = IdentityFileOf(work_);
+    std::optional<exchange::CarrierLock> lock = exchange::CarrierLock::TryTake(identity, work_.Host().Clock());
+    if (!lock) {
+      work_.Refuse("letters of this company are being carried by " + exchange::CarrierLock::Holder(identity),
+                   Remedy::kWaitForTheOtherProgram);
+    }
+    return *std::move(lock);
+  }
+  void TakeOne(const Pairing& pairing, const exchange::Letter& letter, const std::string& wire, TakenLetter& taken) {
+    try {
+      TakenFact fact = TakeFact(work_, pairing, {.sender = letter.sender, .answering = Answers()}, wire);
+      if (fact.isNew) ++taken.facts;
+      if (!fact.done.empty()) taken.done.push_back(std::move(fact.done));
+      if (!fact.outstanding.empty()) taken.outstanding.push_back(std::move(fact.outstanding));
+    } catch (const exchange::Malformed& malformed) {
+      taken.outstanding.emplace_back(malformed.what());
+    }
+  }
+
+  OpenCompany& company_;
+  Work work_;
+  exchange::KeyPair keys_;
+  exchange::CarrierLock lock_;
+  std::size_t missing_ = 0;
+  std::map<std::int32_t, std::set<exchange::Hash>> notTaken_;  // by pairing
+};
+
+struct Found {
+  const std::string& name;
+  const exchange::TakenEnvelope& envelope;
+};
+
+// By pairing, the last letter that was read, if it stays where it lies.
+using Staying = std::map<std::int32_t, std::string>;
+
+// One that stays goes as soon as another one was read.
+void Leave(exchange::Mailbox& mailbox, const std::string& name, const Taken& taken, Staying& staying) {
+  if (const auto before = staying.find(taken.pairing); before != staying.end()) {
+    mailbox.Acknowledge(before->second);
+    staying.erase(before);
+  }
+  if (taken.stays) {
+    staying.emplace(taken.pairing, name);
+  } else {
+    mailbox.Acknowledge(name);
+  }
+}
+
+void TakeOneFrom(Carrier& carrier, exchange::Mailbox& mailbox, const Found& found, CarriedWith& carried,
+                 Staying& staying) {
+  try {
+    if (found.envelope.finding != exchange::Finding::kWhole) throw exchange::Malformed(found.envelope.reason);
+    Taken taken = carrier.Take(found.envelope.bytes);
+    Leave(mailbox, found.name, taken, staying);
+    if (taken.wasNew || !taken.letter.done.empty()) carried.taken.push_back(std::move(taken.letter));
+  } catch (const NotTakenNow&) {
+    return;
+  } catch (const standalone::InvalidInput& notTaken) {
+    mailbox.SetAside(found.name, notTaken.what());
+    carried.setAside.push_back(found.name + ": " + notTaken.what());
+  }
+}
+
+void TakeFrom(Carrier& carrier, exchange::Mailbox& mailbox, CarriedWith& carried) {
+  const std::string address = exchange::AddressOf(carrier.OwnKeys().Public());
+  Staying staying;
+  for (const std::string& name : mailbox.List(address)) {
+    const exchange::TakenEnvelope envelope = mailbox.Take(name, exchange::kMostEnvelopeBytes);
+    if (envelope.finding == exchange::Finding::kGone || envelope.finding == exchange::Finding::kUnfinished) continue;
+    if (envelope.finding == exchange::Finding::kUnreadable) {
+      carried.setAside.push_back(name + ": " + envelope.reason);
+      continue;
+    }
+    try {
+      TakeOneFrom(carrier, mailbox, {.name = name, .envelope = envelope}, carried, staying);
+    } catch (const exchange::MailboxError& failure) {
+      carried.setAside.push_back(name + ": " + failure.what());
+    }
+  }
+}
+
+std::vector<std::string> LinesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = text.find('\n', begin);
+    lines.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return lines;
+}
+
+void PutFor(Carrier& carrier, exchange::Mailbox& mailbox, const Pairing& pairing, CarriedWith& carried) {
+  Work& work = carrier.AtWork();
+  standalone::Carrying before;
+  const std::optional<LettersToSend> letters = work.Write([&] {
+    FollowUp(work);
+    std::optional<LettersToSend> made = LettersFor(work, pairing, carrier.OwnKeys());
+    before = work.Host().Pairings().CarryingOf(pairing.id);
+    return made;
+  });
+  if (!letters) return;
+  const std::vector<std::string> lying = LinesOf(before.letters);
+  const bool allLieThere =
+      !lying.empty() && std::ranges::all_of(lying, [&](const std::string& name) { return mailbox.LiesThere(name); });
+  const bool isSaid = before.lettersFor == letters->says;
+  if (isSaid && allLieThere) return;
+  if (isSaid && !letters->isDue && !carrier.IsFirstInThisStart(pairing)) return;
+  const std::string address = exchange::AddressOf(KeyOf(pairing));
+  carrier.NoteLeaving(*letters);
+  std::vector<std::string> names;
+  for (const std::string& envelope : letters->envelopes) names.push_back(mailbox.Put(address, envelope));
+  work.Write([&] { NoteSent(work, pairing, *letters, names); });
+  for (const std::string& name : lying) mailbox.Acknowledge(name);
+  carried.put = names.size();
+}
+
+CarriedWith CarryWith(Carrier& carrier, const Pairing& pairing) {
+  CarriedWith carried{.partner = pairing.partnerName,
+                      .folder = standalone::PathOfText(pairing.folder),
+                      .taken = {},
+                      .put = 0,
+                      .setAside = {},
+                      .failure = {}};
+  try {
+    exchange::FolderMailbox mailbox(carried.folder, carrier.AtWork().Host().Clock());
+    TakeFrom(carrier, mailbox, carried);
+    const std::optional<Pairing> now =
+        carrier.AtWork().Read([&] { return carrier.AtWork().Host().Pairings().Find(pairing.id); });
+    if (!now) return carried;
+    carried.triedAgain = RetryOutstanding(carrier.AtWork(), *now, carrier.Answers());
+    carried.missing = carrier.Missing();
+    if (carried.missing == 0) {
+      SentOfPartner sent = SendAllOf(carrier.AtWork(), *now, carrier.OwnKeys());
+      carried.sent = sent.sent;
+      carried.notSent = std::move(sent.left);
+    }
+    PutFor(carrier, mailbox, *now, carried);
+  } catch (const exchange::MailboxError& failure) {
+    carried.failure = failure.what();
+  } catch (const exchange::IdentityError& failure) {
+    carried.failure = failure.what();
+  }
+  return carried;
+}
+
+}  // namespace
+
+std::string ExportLetters(Company& company, const std::string& partner) {
+  Carrier carrier(company);
+  Work& work = carrier.AtWork();
+  std::string text;
+  if (carrier.Missing() == 0) {
+    const Pairing pairing = work.Read([&] { return RequirePairing(work, partner); });
+    static_cast<void>(SendAllOf(work, pairing, carrier.OwnKeys()));
+  }
+  work.Write([&] {
+    FollowUp(work);
+    const Pairing pairing = RequirePairing(work, partner);
+    const std::optional<LettersToSend> letters = LettersFor(work, pairing, carrier.OwnKeys());
+    if (!letters) return;
+    std::string block;
+    for (const std::string& envelope : letters->envelopes) exchange::AppendNetstring(block, envelope);
+    carrier.NoteLeaving(*letters);
+    text = exchange::TextBlockOf(kLetterLabel, block);
+    NoteSent(work, pairing, *letters, {});
+  });
+  return text;
+}
+
+std::vector<TakenLetter> ImportLetters(Company& company, const std::string& text) {
+  const std::string block = exchange::BytesOfTextBlock(kLetterLabel, text);
+  std::vector<std::string> envelopes;
+  for (exchange::NetstringReader reader("The text", block); !reader.AtEnd();) envelopes.emplace_back(reader.Take());
+  Carrier carrier(company);
+  std::vector<TakenLetter> taken;
+  std::exception_ptr firstFailure;
+  for (const std::string& envelope : envelopes) {
+    try {
+      taken.push_back(carrier.Take(envelope).letter);
+    } catch (const standalone::InvalidInput& notTaken) {
+      if (!firstFailure) firstFailure = std::current_exception();
+      taken.push_back({.partner = {}, .facts = 0, .done = {}, .outstanding = {notTaken.what()}});
+    }
+  }
+  const bool isNoneTaken = std::ranges::all_of(taken, [](const TakenLetter& letter) { return letter.partner.empty(); });
+  if (firstFailure && isNoneTaken) std::rethrow_exception(firstFailure);
+  return taken;
+}
+
+void InsistOnBooks(Company& company) {
+  Work work(company.Opened(), UseCase::kExchange);
+  work.WriteAsAdministrator("going on with books that lack what was told to partners", [&] {
+    const std::optional<Behind> behind = FindBehind(work);
+    if (!behind) work.Refuse("these books lack nothing that this company told its partners");
+    Insist(work);
+    work.Host().Record({.action = "exchange.insist",
+                        .subject = "books that lack what was told to partners",
+                        .transactions = {},
+                        .changes = {{"missing", std::to_string(behind->missing), "let go"}}});
+  });
+}
+
+std::vector<CarriedWith> RunExchange(Company& company, const std::function<void(const CarriedWith&)>& onPartner) {
+  Carrier carrier(company);
+  std::vector<CarriedWith> run;
+  for (const Pairing& pairing : carrier.Live()) {
+    if (pairing.folder.empty()) continue;
+    CarriedWith carried = CarryWith(carrier, pairing);
+    if (onPartner) onPartner(carried);
+    run.push_back(std::move(carried));
+  }
+  return run;
+}
+
+}  // namespace desk

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+// What travels between this company and its partners: letters of signed facts, sealed for who they are to.
+namespace desk {
+
+class Company;
+
+// A letter that was read, for people.
+struct TakenLetter {
+  std::string partner;                   // its name here; empty for a letter that was not taken
+  std::size_t facts = 0;                 // that were new
+  std::vector<std::string> done;         // such as "Birch has accepted the invitation"
+  std::vector<std::string> outstanding;  // what could not be applied, and why
+};
+
+// The letters for a partner as one block of text, for a mail or a stick; empty for a partner who is not known yet or is
+// blocked. Needs the right to manage relations, like the ones below.
+std::string ExportLetters(Company& company, const std::string& partner);
+// Takes the letters of a block of text, or of a mail with it; each fact is one unit of work. One that is not for this
+// company has no partner, and why is outstanding; standalone::InvalidInput when no letter in it is.
+std::vector<TakenLetter> ImportLetters(Company& company, const std::string& text);
+
+// Goes on with books of before that were restored, although partners may hold what they lack; for administrators.
+// Refused for books that lack nothing.
+void InsistOnBooks(Company& company);
+
+// What a run has done with one partner.
+struct CarriedWith {
+  std::string partner;
+  std::filesystem::path folder;
+  std::vector<TakenLetter> taken;
+  std::vector<std::string> triedAgain{std::vector<std::string>()};  // what was outstanding, and was done now
+  std::size_t missing = 0;  // facts that this company told its partners, and its restored books lack
+  std::size_t sent = 0;     // entered lines that are requests now
+  std::vector<std::string> notSent{std::vector<std::string>()};  // those that could not be, each with why
+  std::size_t put = 0;                                           // letters
+  std::vector<std::string> setAside;                             // files, each with why
+  std::string failure;  // why the folder could not be reached; empty if it could
+};
+
+// Takes all that lies in the partners' folders for this company and puts what is to be told, once. One program at a
+// time does so for a company: refused while another one does. `onPartner` is told of each partner as it is done.
+std::vector<CarriedWith> RunExchange(Company& company, const std::function<void(const CarriedWith&)>& onPartner = {});
+
+}  // namespace desk

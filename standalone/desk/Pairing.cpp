@@ -1,0 +1,343 @@
+#include "standalone/desk/Pairing.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/books/RelationTable.h"
+#include "standalone/desk/Company.h"
+#include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/OwnIdentity.h"
+#include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/RelationAccounts.h"
+#include "standalone/desk/inside/Work.h"
+#include "standalone/exchange/Fact.h"
+#include "standalone/exchange/Kinds.h"
+#include "standalone/exchange/TextBlock.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace desk {
+
+namespace {
+
+using exchange::PairingStep;
+using standalone::FactOrigin;
+using standalone::Pairing;
+using standalone::PairingState;
+using standalone::Quoted;
+
+constexpr std::string_view kInvitationLabel = "MULTIENTITY INVITATION";
+// Of a partner whose realm id is not known yet; a company's own has sixteen digits.
+constexpr std::string_view kNoRealm = "0";
+
+// Before anything is made that a refusal would leave behind.
+void RequireMayManage(Work& work) {
+  work.AskToRead([&] { return work.MayManageRelations() ? MEStatusSuccess : MEStatusPermissionDenied; });
+}
+
+void RefuseAnotherOfThatName(Work& work, const standalone::PartnerName& partner) {
+  for (const Pairing& pairing : work.Host().Pairings().List()) {
+    if (pairing.state == PairingState::kRemoved || pairing.partnerName != partner.Text()) continue;
+    work.Refuse("there is a pairing with " + Quoted(partner.Text()) + " already, which is " +
+                    std::string(NameOf(pairing.state)),
+                Remedy::kSeePartners);
+  }
+}
+
+// For a relation that there will be.
+void ReserveAccounts(Work& work, const RelationAccounts& given, const standalone::RealmId& realm, Pairing& pairing) {
+  if (!given.dueFrom || !given.dueTo) {
+    work.Refuse("a pairing needs a due-from and a due-to account", Remedy::kGiveBothAccounts);
+  }
+  const PairOfAccounts chosen = ChooseAccounts(work, realm, given);
+  pairing.dueFromAccountId = chosen.dueFrom.value().id;
+  pairing.dueToAccountId = chosen.dueTo.value().id;
+  if (work.Host().Relations().UsesAccounts(pairing.dueFromAccountId, pairing.dueToAccountId)) {
+    work.Refuse("another relation has one of the accounts already", Remedy::kChooseFreePartnerOrAccounts);
+  }
+  RefuseReserved(work, pairing.dueFromAccountId);
+  RefuseReserved(work, pairing.dueToAccountId);
+}
+
+// Returns the realm id if the company got one now.
+std::optional<std::string> RequireRealm(Work& work, const exchange::PublicKey& key) {
+  if (work.RememberedRealm()) return std::nullopt;
+  std::string realm = RealmOfKey(key);
+  DBMultiEntityRelation relation{};
+  if (work.Host().Relations().Find(realm, relation)) {
+    throw std::runtime_error("the realm id " + realm + " of this company's key is that of a partner");
+  }
+  if (!MultiEntityDriver::SetMECacheRealmId(realm.data())) {
+    throw std::runtime_error("the realm id " + realm + " could not be stored in the company file");
+  }
+  return realm;
+}
+
+exchange::Fact ReadInvitation(const std::string& text) {
+  return exchange::Fact::VerifiedFromWire(exchange::BytesOfTextBlock(kInvitationLabel, text));
+}
+
+void RefuseInvitation(Work& work, const exchange::Fact& invitation, const exchange::PairingOffer& offer) {
+  const std::vector<std::string> ownKeys = work.Host().Pairings().OwnKeys();
+  if (std::ranges::count(ownKeys, invitation.What().author.Bytes()) != 0) {
+    work.Refuse("the invitation is this company's own; it is for the partner", Remedy::kSendItToThePartner);
+  }
+  if (work.Host().Pairings().FindByPairingId(invitation.What().pairing)) {
+    work.Refuse("the invitation of " + Quoted(offer.company) + " was accepted here before", Remedy::kSeePartners);
+  }
+  if (const std::string why = WhyNotToPair(work, offer, 0); !why.empty()) {
+    work.Refuse(Quoted(offer.company) + " cannot be paired with: " + why, Remedy::kTalkToThePartner);
+  }
+}
+
+// An existing relation brings its own.
+void ChooseAccountsFor(Work& work, const Acceptance& acceptance, const std::string& realm, Pairing& pairing) {
+  DBMultiEntityRelation relation{};
+  if (!work.Host().Relations().Find(realm, relation)) {
+    ReserveAccounts(work, acceptance.accounts, standalone::RealmId(realm), pairing);
+    return;
+  }
+  if (acceptance.accounts.dueFrom || acceptance.accounts.dueTo) {
+    work.Refuse("the relation that exists already has its accounts", Remedy::kLeaveOutTheAccounts);
+  }
+  pairing.dueFromAccountId = relation.dueFromAccountId;
+  pairing.dueToAccountId = relation.dueToAccountId;
+}
+
+std::string DigitsOf(std::string_view fingerprint) {
+  std::string digits;
+  for (const char character : fingerprint) {
+    if (character >= '0' && character <= '9') digits += character;
+  }
+  return digits;
+}
+
+void RequireFingerprint(Work& work, const Pairing& pairing, const std::string& given) {
+  const std::string fingerprint = exchange::Fingerprint(KeyOf(pairing));
+  if (DigitsOf(given) == DigitsOf(fingerprint)) return;
+  work.Refuse("the fingerprint " + Quoted(given) + " is not that of who accepted the invitation for " +
+                  Quoted(pairing.partnerName) + ", which is " + fingerprint,
+              Remedy::kCompareFingerprints);
+}
+
+void RequireState(Work& work, const Pairing& pairing, PairingState state, std::string_view whatFor) {
+  if (pairing.state == state) return;
+  work.Refuse("the pairing with " + PartnerText(pairing) + " is " + std::string(NameOf(pairing.state)) + "; only one " +
+                  "that is " + std::string(NameOf(state)) + " can be " + std::string(whatFor),
+              Remedy::kSeePartners);
+}
+
+// What changes the pairing with a partner, and the audit trail tells.
+template <typename Change>
+PairedPartner ChangePairing(Company& company, const std::string& partner, const char* action, Change&& change) {
+  Work work(company.Opened(), UseCase::kPair);
+  PairedPartner changed;
+  work.AskToWrite([&] {
+    if (!work.MayManageRelations()) return MEStatusPermissionDenied;
+    Pairing pairing = RequirePairing(work, partner);
+    const Pairing before = pairing;
+    const MEStatusCode answer = change(work, pairing);
+    if (answer != MEStatusSuccess) return answer;
+    changed = PairedPartnerOf(work, pairing);
+    if (work.RecordChanges(DeedOfPairing(work, action, before, pairing))) work.Host().Pairings().Change(pairing);
+    return answer;
+  });
+  return changed;
+}
+
+// One that was there before the pairing is as it was; another one goes.
+MEStatusCode GiveBackRelation(Pairing& pairing) {
+  if (!pairing.relationStateBefore) {
+    pairing.relationId.reset();
+    return MultiEntityDriver::DeleteRelation(std::string_view(pairing.partnerRealm), /*force=*/true);
+  }
+  MERelationInfo info;
+  info.realmId = std::string_view(pairing.partnerRealm);
+  info.state = static_cast<MEState>(*pairing.relationStateBefore);
+  return MultiEntityDriver::UpdateRelation(info);
+}
+
+// All that may be refused before a company without an identity gets one.
+void CheckInvitation(Work& work, const Invitation& invitation) {
+  RefuseAnotherOfThatName(work, invitation.partner);
+  Pairing pairing;
+  ReserveAccounts(work, invitation.accounts, standalone::RealmId(kNoRealm), pairing);
+}
+
+void CheckAcceptance(Work& work, const Acceptance& acceptance, const exchange::Fact& invitation,
+                     const exchange::PairingOffer& offer) {
+  RefuseInvitation(work, invitation, offer);
+  RefuseAnotherOfThatName(work, acceptance.partner.value_or(standalone::PartnerName(offer.company)));
+  RefuseOwnRealm(work, standalone::RealmId(offer.realm));
+  RefuseExistingRelation(work, {.realm = offer.realm, .useExisting = acceptance.useExistingRelation});
+  Pairing pairing;
+  ChooseAccountsFor(work, acceptance, offer.realm, pairing);
+}
+
+}  // namespace
+
+InvitationText InvitePartner(Company& company, const Invitation& invitation) {
+  Work work(company.Opened(), UseCase::kPair);
+  RequireMayManage(work);
+  work.Read([&] { CheckInvitation(work, invitation); });
+  const exchange::KeyPair keys = RequireOrMakeKeys(work);
+  InvitationText made;
+  work.AskToWrite([&] {
+    if (!work.MayManageRelations()) return MEStatusPermissionDenied;
+    RefuseAnotherOfThatName(work, invitation.partner);
+    Pairing pairing{.pairingId = exchange::MakeRandomWord(),
+                    .invitedByUs = true,
+                    .state = PairingState::kInvited,
+                    .partnerName = invitation.partner.Text(),
+                    .partnerRealm = {},
+                    .partnerKey = {},
+                    .relationId = {},
+                    .relationStateBefore = {},
+                    .folder = standalone::PathText(invitation.folder),
+                    .firstTxnId = work.Host().Transactions().NextId()};
+    ReserveAccounts(work, invitation.accounts, standalone::RealmId(kNoRealm), pairing);
+    made.newRealm = RequireRealm(work, keys.Public());
+    RememberKeys(work, keys);
+    pairing.id = work.Host().Pairings().Add(pairing);
+    const exchange::Fact fact =
+        exchange::MakeFact(OwnOffer(work, PairingStep::kInvitation, std::nullopt), pairing.pairingId, keys);
+    Keep(work, pairing, fact, FactOrigin::kMade);
+    made.text = exchange::TextBlockOf(kInvitationLabel, fact.Wire());
+    work.Host().Record(DeedOfPairing(work, "partner.invite", std::nullopt, pairing));
+    return MEStatusSuccess;
+  });
+  made.fingerprint = exchange::Fingerprint(keys.Public());
+  return made;
+}
+
+AcceptedInvitation AcceptInvitation(Company& company, const Acceptance& acceptance) {
+  const exchange::Fact invitation = ReadInvitation(acceptance.invitation);
+  const exchange::PairingOffer offer = exchange::PairingOfferOf(invitation);
+  if (offer.step != PairingStep::kInvitation) {
+    throw standalone::InvalidInput("The text is no invitation. Give the one that 'partner invite' printed.");
+  }
+  Work work(company.Opened(), UseCase::kPair);
+  RequireMayManage(work);
+  work.Read([&] { CheckAcceptance(work, acceptance, invitation, offer); });
+  const exchange::KeyPair keys = RequireOrMakeKeys(work);
+  AcceptedInvitation accepted;
+  work.AskToWrite([&] {
+    if (!work.MayManageRelations()) return MEStatusPermissionDenied;
+    RefuseInvitation(work, invitation, offer);
+    const standalone::PartnerName partner =
+        acceptance.partner ? *acceptance.partner : standalone::PartnerName(offer.company);
+    RefuseAnotherOfThatName(work, partner);
+    Pairing pairing{.pairingId = invitation.What().pairing,
+                    .invitedByUs = false,
+                    .state = PairingState::kAccepted,
+                    .partnerName = partner.Text(),
+                    .partnerRealm = offer.realm,
+                    .partnerKey = std::string(invitation.What().author.Bytes()),
+                    .relationId = {},
+                    .relationStateBefore = {},
+                    .folder = standalone::PathText(acceptance.folder),
+                    .firstTxnId = work.Host().Transactions().NextId()};
+    accepted.newRealm = RequireRealm(work, keys.Public());
+    RefuseOwnRealm(work, standalone::RealmId(offer.realm));
+    ChooseAccountsFor(work, acceptance, offer.realm, pairing);
+    const MEStatusCode answer = MakeRelation(work,
+                                             {.realm = offer.realm,
+                                              .state = standalone::RelationState::kPending,
+                                              .useExisting = acceptance.useExistingRelation},
+                                             pairing);
+    if (answer != MEStatusSuccess) return answer;
+    RememberKeys(work, keys);
+    pairing.id = work.Host().Pairings().Add(pairing);
+    Keep(work, pairing, invitation, FactOrigin::kPartners);
+    Keep(work, pairing,
+         exchange::MakeFact(OwnOffer(work, PairingStep::kAcceptance, invitation.Id()), pairing.pairingId, keys),
+         FactOrigin::kMade);
+    work.Host().Record(DeedOfPairing(work, "partner.accept", std::nullopt, pairing));
+    accepted.partner = PairedPartnerOf(work, pairing);
+    return answer;
+  });
+  accepted.fingerprint = exchange::Fingerprint(keys.Public());
+  return accepted;
+}
+
+PairedPartner ConfirmPartner(Company& company, const Confirmation& confirmation) {
+  return ChangePairing(company, confirmation.partner, "partner.confirm", [&](Work& work, Pairing& pairing) {
+    RequireState(work, pairing, PairingState::kAnswered, "confirmed");
+    RequireFingerprint(work, pairing, confirmation.fingerprint);
+    const exchange::Fact acceptance =
+        PairingFact(work, pairing, exchange::kinds::kAcceptance, FactOrigin::kPartners).value();
+    if (const std::string why = WhyNotToPair(work, exchange::PairingOfferOf(acceptance), pairing.id); !why.empty()) {
+      work.Refuse(Quoted(pairing.partnerName) + " cannot be paired with: " + why, Remedy::kTalkToThePartner);
+    }
+    const exchange::KeyPair keys = RequireKeys(work);
+    const MEStatusCode answer = MakeRelation(work,
+                                             {.realm = pairing.partnerRealm,
+                                              .state = standalone::RelationState::kEstablished,
+                                              .useExisting = confirmation.useExistingRelation},
+                                             pairing);
+    if (answer != MEStatusSuccess) return answer;
+    pairing.state = PairingState::kEstablished;
+    Keep(work, pairing,
+         exchange::MakeFact(OwnOffer(work, PairingStep::kConfirmation, acceptance.Id()), pairing.pairingId, keys),
+         FactOrigin::kMade);
+    return answer;
+  });
+}
+
+std::vector<PairedPartner> ListPairedPartners(Company& company, bool withRemoved) {
+  Work work(company.Opened(), UseCase::kReadPartners);
+  std::vector<PairedPartner> partners;
+  work.AskToRead([&] {
+    if (!work.MayManageRelations()) return MEStatusPermissionDenied;
+    for (const Pairing& pairing : work.Host().Pairings().List()) {
+      if (withRemoved || pairing.state != PairingState::kRemoved) partners.push_back(PairedPartnerOf(work, pairing));
+    }
+    return MEStatusSuccess;
+  });
+  return partners;
+}
+
+PairedPartner ShowPairedPartner(Company& company, const std::string& partner) {
+  Work work(company.Opened(), UseCase::kReadPartners);
+  PairedPartner shown;
+  work.AskToRead([&] {
+    if (!work.MayManageRelations()) return MEStatusPermissionDenied;
+    shown = PairedPartnerOf(work, RequirePairing(work, partner));
+    return MEStatusSuccess;
+  });
+  return shown;
+}
+
+PairedPartner BlockPartner(Company& company, const std::string& partner) {
+  return ChangePairing(company, partner, "partner.block", [](Work& work, Pairing& pairing) {
+    RequireState(work, pairing, PairingState::kEstablished, "blocked");
+    pairing.state = PairingState::kBlocked;
+    return MEStatusSuccess;
+  });
+}
+
+PairedPartner UnblockPartner(Company& company, const std::string& partner) {
+  return ChangePairing(company, partner, "partner.unblock", [](Work& work, Pairing& pairing) {
+    RequireState(work, pairing, PairingState::kBlocked, "unblocked");
+    pairing.state = PairingState::kEstablished;
+    return MEStatusSuccess;
+  });
+}
+
+PairedPartner RemovePairing(Company& company, const std::string& partner) {
+  return ChangePairing(company, partner, "partner.remove", [](Work&, Pairing& pairing) {
+    const bool isPending = pairing.state == PairingState::kAccepted;
+    pairing.state = PairingState::kRemoved;
+    return isPending ? GiveBackRelation(pairing) : MEStatusSuccess;
+  });
+}
+
+PairedPartner SetPartnerFolder(Company& company, const std::string& partner, const std::filesystem::path& folder) {
+  return ChangePairing(company, partner, "partner.folder", [&folder](Work&, Pairing& pairing) {
+    pairing.folder = standalone::PathText(folder);
+    return MEStatusSuccess;
+  });
+}
+
+}  // namespace desk

@@ -1,0 +1,321 @@
+#include "standalone/desk/inside/Letters.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/books/FactTable.h"
+#include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/OwnIdentity.h"
+#include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/Requests.h"
+#include "standalone/exchange/Errors.h"
+#include "standalone/exchange/Fact.h"
+#include "standalone/exchange/Kinds.h"
+#include "standalone/values/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace desk {
+
+namespace {
+
+using exchange::Fact;
+using standalone::FactOrigin;
+using standalone::Pairing;
+using standalone::PairingState;
+using standalone::StoredFact;
+
+// The module has refused what a fact asks for, and may have begun to do it.
+class NotApplied : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+std::string FactText(const Fact& fact, const Pairing& pairing) {
+  const std::string request = IsAboutARequest(fact) ? " " + fact.What().name : "";
+  const bool isByPartner = fact.What().author.Bytes() == pairing.partnerKey || pairing.partnerKey.empty();
+  return "the " + fact.What().kind + request + (isByPartner ? " of " : " that was sent to ") + PartnerText(pairing);
+}
+
+// What a fact comes to when it is applied.
+struct Applied {
+  std::string done;
+  std::string outstanding;
+  std::optional<Pairing> after;                                                          // when the pairing has changed
+  std::vector<standalone::AuditChange> changes{std::vector<standalone::AuditChange>()};  // of requests
+};
+
+Applied Outstanding(std::string why) {
+  return {.done = {}, .outstanding = std::move(why), .after = {}};
+}
+
+// Whether this company said what a fact of the partner replies to.
+bool RepliesToUs(Work& work, const Pairing& pairing, std::string_view kind, const exchange::PairingOffer& offer) {
+  const auto said = work.Host().Facts().Find(pairing.id, offer.replyTo.value().Bytes());
+  return said && said->kind == kind && said->origin != FactOrigin::kPartners;
+}
+
+Applied ApplyAcceptance(Work& work, const Pairing& pairing, const Fact& fact) {
+  const exchange::PairingOffer offer = exchange::PairingOfferOf(fact);
+  if (!RepliesToUs(work, pairing, exchange::kinds::kInvitation, offer)) {
+    return Outstanding("it accepts another invitation");
+  }
+  const std::string key(fact.What().author.Bytes());
+  if (!pairing.partnerKey.empty()) {
+    return Outstanding(pairing.partnerKey == key
+                           ? "the same company has accepted the invitation before, in other words"
+                           : "somebody else has accepted the invitation before, whose key is another one");
+  }
+  if (std::string why = WhyNotToPair(work, offer, pairing.id); !why.empty()) return Outstanding(std::move(why));
+  Pairing after = pairing;
+  after.state = PairingState::kAnswered;
+  after.partnerKey = key;
+  after.partnerRealm = offer.realm;
+  return {.done = standalone::Quoted(offer.company) + " has accepted the invitation for " +
+                  standalone::Quoted(pairing.partnerName) + ", and waits until the fingerprint " +
+                  exchange::Fingerprint(fact.What().author) + " is compared and confirmed",
+          .outstanding = {},
+          .after = std::move(after)};
+}
+
+Applied ApplyConfirmation(Work& work, const Pairing& pairing, const Fact& fact) {
+  const exchange::PairingOffer offer = exchange::PairingOfferOf(fact);
+  if (!RepliesToUs(work, pairing, exchange::kinds::kAcceptance, offer)) {
+    return Outstanding("it confirms another acceptance");
+  }
+  if (offer.realm != pairing.partnerRealm) return Outstanding("it is of another realm than the invitation");
+  if (std::string why = WhyNotToPair(work, offer, pairing.id); !why.empty()) return Outstanding(std::move(why));
+  if (pairing.state != PairingState::kAccepted) return {};
+  if (!work.MayManageRelations()) return Outstanding("the user has no right to manage relations");
+  MERelationInfo info;
+  info.realmId = std::string_view(pairing.partnerRealm);
+  info.state = static_cast<MEState>(standalone::RelationState::kEstablished);
+  const MEStatusCode answer = MultiEntityDriver::UpdateRelation(info);
+  if (answer != MEStatusSuccess) throw NotApplied(RefusalFor(UseCase::kUpdateRelation, answer).why);
+  Pairing after = pairing;
+  after.state = PairingState::kEstablished;
+  return {.done = standalone::Quoted(pairing.partnerName) + " has confirmed, and the relation is established",
+          .outstanding = {},
+          .after = std::move(after)};
+}
+
+// The books were restored to before a person here confirmed the partner, and the partner hands the confirmation back.
+Applied ConfirmAgain(Work& work, const Pairing& pairing, const Fact& fact) {
+  if (pairing.state == PairingState::kEstablished) return {};
+  const exchange::Hash acceptance = exchange::PairingOfferOf(fact).replyTo.value();
+  if (pairing.state != PairingState::kAnswered || !work.Host().Facts().Has(pairing.id, acceptance.Bytes())) {
+    return Outstanding("the acceptance that it confirms is not here yet");
+  }
+  if (!work.MayManageRelations()) return Outstanding("the user has no right to manage relations");
+  Pairing after = pairing;
+  const MEStatusCode answer = MakeRelation(
+      work, {.realm = pairing.partnerRealm, .state = standalone::RelationState::kEstablished, .useExisting = true},
+      after);
+  if (answer != MEStatusSuccess)
+    return Outstanding("the relation could not be made: " + RefusalFor(UseCase::kCreateRelation, answer).why);
+  after.state = PairingState::kEstablished;
+  return {.done = "the relation with " + standalone::Quoted(pairing.partnerName) +
+                  " is established again, as it was confirmed here before",
+          .outstanding = {},
+          .after = std::move(after)};
+}
+
+Applied ApplyOwn(Work& work, const Pairing& pairing, const Fact& fact) {
+  if (fact.What().kind == exchange::kinds::kConfirmation && pairing.invitedByUs) {
+    return ConfirmAgain(work, pairing, fact);
+  }
+  return {.done = "the " + fact.What().kind + " that this company sent to " + PartnerText(pairing) +
+                  " came back: these books were restored, or a copy of the company is at work",
+          .outstanding = {},
+          .after = {}};
+}
+
+Applied Apply(Work& work, const Pairing& pairing, const Fact& fact) {
+  try {
+    const std::string& kind = fact.What().kind;
+    if (IsOwnKey(work, fact.What().author)) return ApplyOwn(work, pairing, fact);
+    if (kind == exchange::kinds::kAcceptance && pairing.invitedByUs) return ApplyAcceptance(work, pairing, fact);
+    if (kind == exchange::kinds::kConfirmation && !pairing.invitedByUs) return ApplyConfirmation(work, pairing, fact);
+    if (kind == exchange::kinds::kInvitation && !pairing.invitedByUs) return {};
+    return Outstanding("this version of the program does not know what to do with it");
+  } catch (const exchange::NotUnderstood& notUnderstood) {
+    return Outstanding(notUnderstood.what());
+  }
+}
+
+// Of both companies, and of nobody else: until a person has confirmed the partner, whoever accepts.
+bool IsOfThePair(Work& work, const Pairing& pairing, const exchange::PublicKey& sender, const Fact& fact) {
+  const exchange::PublicKey& author = fact.What().author;
+  if (IsOwnKey(work, author)) return true;
+  if (!pairing.partnerKey.empty()) return author.Bytes() == pairing.partnerKey;
+  return author == sender && fact.What().kind == exchange::kinds::kAcceptance;
+}
+
+void Change(Work& work, const Pairing& pairing, const Fact& fact, const Applied& applied) {
+  if (applied.after) work.Host().Pairings().Change(*applied.after);
+  standalone::AuditDeed deed = DeedOfPairing(work, "exchange.take", pairing, applied.after ? *applied.after : pairing);
+  deed.subject = FactText(fact, pairing);
+  deed.changes.insert(deed.changes.end(), applied.changes.begin(), applied.changes.end());
+  if (!applied.outstanding.empty()) deed.changes.push_back({"outstanding", std::nullopt, applied.outstanding});
+  work.Host().Record(deed);
+}
+
+Pairing Now(Work& work, const Pairing& pairing) {
+  return work.Host().Pairings().Find(pairing.id).value();
+}
+
+bool IsLive(const Pairing& pairing) noexcept {
+  return pairing.state != PairingState::kRemoved && pairing.state != PairingState::kBlocked;
+}
+
+std::string Joined(const std::vector<std::string>& sentences) {
+  std::string joined;
+  for (const std::string& sentence : sentences) joined += (joined.empty() ? "" : "; ") + sentence;
+  return joined;
+}
+
+// Why a fact about a request says nothing here; an answer is one to a proposal of the other company.
+std::string WhyNothing(Work& work, const Pairing& pairing, const Fact& fact) {
+  if (std::string why = WhyNotUnderstood(fact); !why.empty()) return why;
+  if (fact.What().kind == exchange::kinds::kProposal) {
+    const std::string& currency = exchange::ProposalOf(fact).currency;
+    const std::string& home = work.Host().Settings().Get().homeCurrency;
+    return currency == home ? "" : "it is in " + currency + ", and these books are in " + home;
+  }
+  if (fact.What().kind != exchange::kinds::kAnswer) return {};
+  const exchange::PublicKey asked = exchange::AnswerOf(fact).proposal.What().author;
+  const bool isToTheOther =
+      IsOwnKey(work, fact.What().author) ? asked.Bytes() == pairing.partnerKey : IsOwnKey(work, asked);
+  return isToTheOther ? "" : "it answers a proposal of somebody else";
+}
+
+constexpr std::string_view kHeldWhileBehind =
+    "these books are older than what this company told its partners, and wait "
+    "until they were compared";
+
+// Throws NotApplied for what the module refuses.
+Applied Decided(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const Fact& fact) {
+  const RequestOf whose = WhoseRequest(fact, IsOwnKey(work, fact.What().author));
+  DecidedRequest decided = DecideRequest(work, pairing, keys, whose, fact.What().name);
+  if (!decided.outstanding.empty()) throw NotApplied(decided.outstanding);
+  return {.done = Joined(decided.done), .outstanding = {}, .after = {}, .changes = std::move(decided.changes)};
+}
+
+// Together with the proposal that an answer carries, so that both companies hold it whatever was lost.
+Applied KeepAndDecide(Work& work, const Pairing& pairing, const Answering& answering, const Fact& fact,
+                      const std::string& refused) {
+  const bool isOwn = IsOwnKey(work, fact.What().author);
+  std::string why = WhyNothing(work, pairing, fact);
+  const bool saysNothing = !why.empty();
+  if (!saysNothing) why = answering.isBehind && !isOwn ? std::string(kHeldWhileBehind) : refused;
+  Keep(work, pairing, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, why);
+  if (!saysNothing && fact.What().kind == exchange::kinds::kAnswer) {
+    Keep(work, pairing, exchange::AnswerOf(fact).proposal, isOwn ? FactOrigin::kPartners : FactOrigin::kCameBack);
+  }
+  return why.empty() ? Decided(work, pairing, answering.keys, fact) : Outstanding(std::move(why));
+}
+
+// Within the unit of work that takes it; `refused` says why it could not be applied in one before. Of who is not the
+// partner yet nothing is kept but what makes it the partner: anybody may have the invitation.
+TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, const Fact& fact,
+                  const std::string& refused) {
+  const Pairing now = Now(work, pairing);
+  if (fact.What().pairing != now.pairingId) throw exchange::Malformed("A fact in it is of another pairing.");
+  if (!IsLive(now) || work.Host().Facts().Has(now.id, fact.Id().Bytes())) return {};
+  if (!IsOfThePair(work, now, from.sender, fact)) {
+    return {.isNew = false,
+            .done = {},
+            .outstanding = "a fact in it is of neither company: " + exchange::Fingerprint(fact.What().author)};
+  }
+  const bool isOwn = IsOwnKey(work, fact.What().author);
+  const bool isAboutARequest = IsAboutARequest(fact);
+  const Applied applied = isAboutARequest   ? KeepAndDecide(work, now, from.answering, fact, refused)
+                          : refused.empty() ? Apply(work, now, fact)
+                                            : Outstanding(refused);
+  TakenFact taken{.isNew = isOwn || !now.partnerKey.empty() || applied.after, .done = applied.done, .outstanding = {}};
+  if (!applied.outstanding.empty()) taken.outstanding = FactText(fact, now) + ": " + applied.outstanding;
+  if (!taken.isNew) return taken;
+  if (!isAboutARequest) {
+    Keep(work, now, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, applied.outstanding);
+  }
+  Change(work, now, fact, applied);
+  return taken;
+}
+
+// Within a unit of work; what was done, for people.
+std::string TryNow(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const Fact& fact) {
+  const Pairing now = Now(work, pairing);
+  if (!IsLive(now)) return {};
+  const Applied applied = IsAboutARequest(fact) ? Decided(work, now, keys, fact) : Apply(work, now, fact);
+  if (!applied.outstanding.empty()) return {};
+  work.Host().Facts().SetAside(now.id, fact.Id().Bytes(), "");
+  Change(work, now, fact, applied);
+  return applied.done;
+}
+
+bool MayBeTriedAgain(Work& work, const Pairing& pairing, const Answering& answering, const StoredFact& stored) {
+  if (std::ranges::count(kKindsOfThePairing, stored.kind) != 0) return true;
+  if (answering.isBehind && stored.origin == FactOrigin::kPartners) return false;
+  const Fact fact(stored.body, stored.signature);
+  return IsAboutARequest(fact) && WhyNothing(work, pairing, fact).empty();
+}
+
+// A unit of work in which the module or the desk refuses is taken back, and what remains is done in another one.
+template <typename Attempt, typename Otherwise>
+auto WhateverTheModuleSays(Attempt&& attempt, Otherwise&& otherwise) {
+  std::string why;
+  try {
+    return std::forward<Attempt>(attempt)();
+  } catch (const NotApplied& refused) {
+    why = refused.what();
+  } catch (const Refused& refused) {
+    why = refused.what();
+  } catch (const standalone::ConstraintViolation& refused) {
+    why = refused.what();
+  }
+  return std::forward<Otherwise>(otherwise)(why);
+}
+
+}  // namespace
+
+TakenFact TakeFact(Work& work, const Pairing& pairing, const TakenFrom& from, const std::string& wire) {
+  const Fact fact = Fact::VerifiedFromWire(wire);
+  const auto take = [&](const std::string& refused) {
+    return work.Write([&] { return TakeNow(work, pairing, from, fact, refused); });
+  };
+  return WhateverTheModuleSays([&] { return take({}); }, take);
+}
+
+std::vector<std::string> RetryOutstanding(Work& work, const Pairing& pairing, const Answering& answering) {
+  std::vector<Fact> facts;
+  work.Read([&] {
+    work.Host().Facts().ForEachSetAside(pairing.id, [&](const StoredFact& fact) {
+      if (MayBeTriedAgain(work, pairing, answering, fact)) facts.emplace_back(fact.body, fact.signature);
+    });
+  });
+  std::vector<std::string> done;
+  for (const Fact& fact : facts) {
+    std::string told =
+        WhateverTheModuleSays([&] { return work.Write([&] { return TryNow(work, pairing, answering.keys, fact); }); },
+                              [](const std::string&) { return std::string(); });
+    if (!told.empty()) done.push_back(std::move(told));
+  }
+  return done;
+}
+
+Pairing RequirePairingOf(Work& work, const exchange::Letter& letter) {
+  const std::optional<Pairing> pairing = work.Host().Pairings().FindByPairingId(letter.pairing);
+  if (!pairing) throw standalone::InvalidInput("It is of a pairing that this company does not have.");
+  if (!IsLive(*pairing)) {
+    throw NotTakenNow("The pairing with " + PartnerText(*pairing) + " is " + std::string(NameOf(pairing->state)) + ".");
+  }
+  const bool isKnown = !pairing->partnerKey.empty();
+  if (isKnown && letter.sender.Bytes() != pairing->partnerKey) {
+    throw standalone::InvalidInput("It is not of " + PartnerText(*pairing) + ", but of somebody whose fingerprint is " +
+                                   exchange::Fingerprint(letter.sender) + ".");
+  }
+  return *pairing;
+}
+
+}  // namespace desk

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "standalone/books/PairingTable.h"
+#include "standalone/desk/inside/Work.h"
+#include "standalone/exchange/Envelope.h"
+#include "standalone/exchange/Keys.h"
+#include "standalone/values/Errors.h"
+
+// Letters of a partner that are taken: whose they are, and what becomes of the facts in them.
+namespace desk {
+
+// What taking a fact has come to.
+struct TakenFact {
+  bool isNew = false;
+  std::string done;         // for people; empty when nothing changed
+  std::string outstanding;  // why it is not applied; empty when it is
+};
+// By which this company answers. While its books are behind, what partners say of requests is kept and not applied.
+struct Answering {
+  const exchange::KeyPair& keys;
+  bool isBehind = false;
+};
+// Whose letter the fact came with.
+struct TakenFrom {
+  const exchange::PublicKey& sender;
+  Answering answering;
+};
+// One unit of work. `wire` is a fact as it travels.
+TakenFact TakeFact(Work& work, const standalone::Pairing& pairing, const TakenFrom& from, const std::string& wire);
+// Tries again what could not be applied; tells what was done.
+std::vector<std::string> RetryOutstanding(Work& work, const standalone::Pairing& pairing, const Answering& answering);
+
+// A letter of who is blocked or not paired with any more, which is left where it is: a partner sends it again
+// otherwise.
+class NotTakenNow : public standalone::InvalidInput {
+ public:
+  using standalone::InvalidInput::InvalidInput;
+};
+// The pairing to which a letter belongs. Throws standalone::InvalidInput, with the reason, for one that is not taken.
+standalone::Pairing RequirePairingOf(Work& work, const exchange::Letter& letter);
+
+}  // namespace desk

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "standalone/desk/inside/Work.h"
+#include "standalone/exchange/Keys.h"
+
+// Who this company is to its partners: the keys beside its books.
+namespace desk {
+
+std::filesystem::path IdentityFileOf(Work& work);
+
+// Whether these books have ever signed anything; within a unit of work.
+bool HasOwnKey(Work& work);
+
+// The keys by which these books sign. Refused where they have none yet, and where the identity beside them is missing
+// or another one. Within a unit of work.
+exchange::KeyPair RequireKeys(Work& work);
+
+// Those beside the books, whoever's they are; it is there.
+exchange::KeyPair KeysBeside(Work& work);
+
+// The same as RequireKeys(), and makes the identity where there is none and the books never had one: it is on the disk
+// when this returns. Outside of a unit of work.
+exchange::KeyPair RequireOrMakeKeys(Work& work);
+
+// Has the books remember that they sign with these keys; within a unit of work that writes.
+void RememberKeys(Work& work, const exchange::KeyPair& keys);
+
+// The realm id that a company gets from its key when it has none: sixteen digits that nobody chose, and the same ones
+// when books of before the pairing are restored and paired anew.
+std::string RealmOfKey(const exchange::PublicKey& key);
+
+}  // namespace desk

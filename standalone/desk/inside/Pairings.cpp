@@ -1,0 +1,262 @@
+#include "standalone/desk/inside/Pairings.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "MultiEntity/MultiEntityDriver.h"
+#include "standalone/books/RelationTable.h"
+#include "standalone/books/RowFields.h"
+#include "standalone/books/SettingsTable.h"
+#include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/OwnIdentity.h"
+#include "standalone/desk/inside/Texts.h"
+#include "standalone/exchange/Errors.h"
+#include "standalone/values/Text.h"
+
+namespace desk {
+
+namespace {
+
+using standalone::Pairing;
+using standalone::PairingState;
+using standalone::Quoted;
+
+std::string AccountName(Work& work, std::int32_t id) {
+  return TextOf(work.Host().Accounts().FullNameOf(id));
+}
+
+Facts FactsOf(Work& work, const std::optional<Pairing>& pairing) {
+  if (!pairing) return {};
+  const std::string fingerprint = pairing->partnerKey.empty() ? "" : exchange::Fingerprint(KeyOf(*pairing));
+  return {{"state", std::string(NameOf(pairing->state))},
+          {"partner", pairing->partnerName},
+          {"realm", pairing->partnerRealm},
+          {"fingerprint", fingerprint},
+          {"due-from account", AccountName(work, pairing->dueFromAccountId)},
+          {"due-to account", AccountName(work, pairing->dueToAccountId)},
+          {"folder", pairing->folder}};
+}
+
+bool IsCalled(const Pairing& pairing, std::string_view text) {
+  return !text.empty() && (pairing.partnerRealm == text || pairing.partnerName == text);
+}
+
+std::optional<Pairing> LivePairingWithRealm(Work& work, std::string_view realm) {
+  const std::vector<Pairing> all = work.Host().Pairings().List();
+  const auto found = std::ranges::find_if(all, [realm](const Pairing& pairing) {
+    return pairing.state != PairingState::kRemoved && pairing.partnerRealm == realm;
+  });
+  if (found == all.end()) return std::nullopt;
+  return *found;
+}
+
+// The earlier request that a fact is about.
+std::string NamedBy(const exchange::Fact& fact) {
+  if (fact.What().kind != exchange::kinds::kProposal) return {};
+  try {
+    const std::optional<exchange::EarlierLink> earlier = exchange::ProposalOf(fact).earlier;
+    return earlier ? earlier->request : std::string();
+  } catch (const exchange::NotUnderstood&) {
+    return {};
+  }
+}
+
+// One that was made by hand is taken with the accounts that it has.
+MEStatusCode TakeUp(const DBMultiEntityRelation& relation, standalone::RelationState state) {
+  MERelationInfo info;
+  info.realmId = std::string_view(relation.realmId);
+  info.state = static_cast<MEState>(state);
+  return MultiEntityDriver::UpdateRelation(info);
+}
+
+MEStatusCode MakeAnew(Work& work, const RelationOfPartner& wanted, const Pairing& pairing) {
+  const auto account = [&work](std::int32_t id, MEAccountRole role) {
+    const standalone::Account found = work.Host().Accounts().Find(id).value();
+    return MEAccountInfo{
+        .name = std::string_view(found.fullName), .type = found.type, .accountId = found.id, .role = role};
+  };
+  const std::vector<MEAccountInfo> accounts{account(pairing.dueFromAccountId, MEAccountRoleDueFrom),
+                                            account(pairing.dueToAccountId, MEAccountRoleDueTo)};
+  return MultiEntityDriver::CreateRelation(std::string_view(wanted.realm), std::string_view(pairing.partnerName),
+                                           MERelationType{0}, static_cast<MEState>(wanted.state), accounts);
+}
+
+}  // namespace
+
+Pairing RequirePairing(Work& work, std::string_view partner) {
+  std::vector<Pairing> called = work.Host().Pairings().List();
+  std::erase_if(called, [partner](const Pairing& pairing) {
+    return pairing.state == PairingState::kRemoved || !IsCalled(pairing, partner);
+  });
+  if (called.size() == 1) return called.front();
+  if (!called.empty()) {
+    work.Refuse(Quoted(partner) + " is both " + PartnerText(called[0]) + " and " + PartnerText(called[1]),
+                Remedy::kSeePartners);
+  }
+  work.Refuse("this company is not paired with anybody called " + Quoted(partner), Remedy::kSeePartners);
+}
+
+PairedPartner PairedPartnerOf(Work& work, const Pairing& pairing) {
+  const bool hasLetter =
+      work.Host().Facts().HasNotShown(pairing.id) || !work.Host().Pairings().CarryingOf(pairing.id).telling.empty();
+  std::vector<std::string> outstanding;
+  work.Host().Facts().ForEachSetAside(
+      pairing.id, [&](const standalone::StoredFact& fact) { outstanding.push_back(fact.kind + ": " + fact.setAside); });
+  const auto account = [&work](std::int32_t id) {
+    return ListItem{.id = id, .name = AccountName(work, id)};
+  };
+  return {.id = pairing.id,
+          .name = pairing.partnerName,
+          .realm = pairing.partnerRealm,
+          .state = pairing.state,
+          .invitedByUs = pairing.invitedByUs,
+          .fingerprint = pairing.partnerKey.empty() ? "" : exchange::Fingerprint(KeyOf(pairing)),
+          .dueFrom = account(pairing.dueFromAccountId),
+          .dueTo = account(pairing.dueToAccountId),
+          .folder = standalone::PathOfText(pairing.folder),
+          .hasLetterToSend = hasLetter,
+          .outstanding = std::move(outstanding)};
+}
+
+std::string PartnerText(const Pairing& pairing) {
+  if (pairing.partnerRealm.empty()) return pairing.partnerName;
+  return pairing.partnerName + " (realm " + pairing.partnerRealm + ")";
+}
+
+exchange::PublicKey KeyOf(const Pairing& pairing) {
+  return exchange::PublicKey::FromBytes(pairing.partnerKey);
+}
+
+bool IsOwnKey(Work& work, const exchange::PublicKey& key) {
+  const std::vector<std::string> keys = work.Host().Pairings().OwnKeys();
+  return std::ranges::count(keys, key.Bytes()) != 0;
+}
+
+exchange::PairingOffer OwnOffer(Work& work, exchange::PairingStep step, const std::optional<exchange::Hash>& replyTo) {
+  const standalone::Settings& settings = work.Host().Settings().Get();
+  return {.step = step,
+          .company = settings.companyName,
+          .realm = work.RememberedRealm().value_or(""),
+          .currency = settings.homeCurrency,
+          .decimals = settings.decimals,
+          .replyTo = replyTo};
+}
+
+std::string WhyNotToPair(Work& work, const exchange::PairingOffer& offer, std::int32_t pairing) {
+  const standalone::Settings& settings = work.Host().Settings().Get();
+  if (offer.currency != settings.homeCurrency) {
+    return "its books are in " + offer.currency + " and these in " + settings.homeCurrency +
+           ", so that no amount would be the same on both sides";
+  }
+  if (offer.decimals != settings.decimals) {
+    return "its amounts have " + std::to_string(offer.decimals.Count()) + " decimals and these " +
+           std::to_string(settings.decimals.Count());
+  }
+  if (offer.realm == work.RememberedRealm()) return "its realm id " + Quoted(offer.realm) + " is this company's own";
+  const std::optional<Pairing> other = LivePairingWithRealm(work, offer.realm);
+  if (other && other->id != pairing) {
+    return "its realm id " + Quoted(offer.realm) + " is that of " + Quoted(other->partnerName) +
+           ", with whom this company is paired";
+  }
+  return {};
+}
+
+bool Keep(Work& work, const Pairing& pairing, const exchange::Fact& fact, standalone::FactOrigin origin,
+          std::string_view setAside) {
+  const exchange::Statement& what = fact.What();
+  return work.Host().Facts().Add({.pairing = pairing.id,
+                                  .hash = std::string(fact.Id().Bytes()),
+                                  .origin = origin,
+                                  .kind = what.kind,
+                                  .name = what.name,
+                                  .names = NamedBy(fact),
+                                  .month = what.month,
+                                  .body = fact.Body(),
+                                  .signature = fact.Signature(),
+                                  .shown = false,
+                                  .setAside = std::string(setAside)});
+}
+
+std::optional<exchange::Fact> PairingFact(Work& work, const Pairing& pairing, std::string_view kind,
+                                          standalone::FactOrigin origin) {
+  std::optional<exchange::Fact> found;
+  work.Host().Facts().ForEachOf(pairing.id, kind, pairing.pairingId, [&](const standalone::StoredFact& stored) {
+    if (!found && stored.origin == origin && stored.setAside.empty()) found.emplace(stored.body, stored.signature);
+  });
+  return found;
+}
+
+standalone::AuditDeed DeedOfPairing(Work& work, std::string action, const std::optional<Pairing>& before,
+                                    const Pairing& after) {
+  return DeedOf(std::move(action), "the pairing with " + PartnerText(after), FactsOf(work, before),
+                FactsOf(work, after));
+}
+
+void RefuseExistingRelation(Work& work, const RelationOfPartner& wanted) {
+  DBMultiEntityRelation relation{};
+  if (!work.Host().Relations().Find(wanted.realm, relation)) return;
+  if (!wanted.useExisting) {
+    work.Refuse("there is a relation with the realm " + Quoted(wanted.realm) + " already, called " +
+                    Quoted(standalone::Field(relation.partnerName)),
+                Remedy::kUseTheExistingRelation);
+  }
+  if (relation.dueFromAccountId != 0 && relation.dueToAccountId != 0) return;
+  work.Refuse("the relation with the realm " + Quoted(wanted.realm) + " has no accounts",
+              Remedy::kGiveTheRelationAccounts);
+}
+
+MEStatusCode MakeRelation(Work& work, const RelationOfPartner& wanted, Pairing& pairing) {
+  RefuseExistingRelation(work, wanted);
+  DBMultiEntityRelation relation{};
+  const bool exists = work.Host().Relations().Find(wanted.realm, relation);
+  if (exists) pairing.relationStateBefore = relation.state;
+  const MEStatusCode answer = exists ? TakeUp(relation, wanted.state) : MakeAnew(work, wanted, pairing);
+  if (answer != MEStatusSuccess) return answer;
+  static_cast<void>(work.Host().Relations().Find(wanted.realm, relation));
+  pairing.relationId = relation.relationId;
+  pairing.dueFromAccountId = relation.dueFromAccountId;
+  pairing.dueToAccountId = relation.dueToAccountId;
+  return answer;
+}
+
+void RefusePaired(Work& work, std::string_view realm) {
+  const std::optional<Pairing> pairing = LivePairingWithRealm(work, realm);
+  if (!pairing || !pairing->relationId) return;
+  work.Refuse("this company is paired with " + PartnerText(*pairing) + ", and both sides rely on the relation",
+              Remedy::kRemoveThePairingFirst);
+}
+
+bool IsAnsweredByTheExchange(Work& work, std::int32_t relationId) {
+  const std::optional<Pairing> pairing = work.Host().Pairings().FindLiveOf(relationId);
+  return pairing && (pairing->state == PairingState::kEstablished || pairing->state == PairingState::kBlocked);
+}
+
+void RefuseStateByHand(Work& work, std::int32_t relationId) {
+  if (!IsAnsweredByTheExchange(work, relationId)) return;
+  const std::optional<Pairing> pairing = work.Host().Pairings().FindLiveOf(relationId);
+  work.Refuse("this company is paired with " + PartnerText(*pairing) + ", whose answers alone move its requests",
+              Remedy::kSendToThePartner);
+}
+
+void RefuseRejectionByHand(Work& work, std::int32_t relationId, std::string_view request) {
+  if (!work.Host().Inbox().FindOfRelation(relationId, request)) return;
+  work.Refuse("the request " + Quoted(request) + " has come by the exchange, where it is answered",
+              Remedy::kAnswerInTheInbox);
+}
+
+void RefuseWhilePaired(Work& work) {
+  for (const Pairing& pairing : work.Host().Pairings().List()) {
+    if (pairing.state == PairingState::kRemoved) continue;
+    work.Refuse(
+        "this company's realm id and currency are known to " + PartnerText(pairing) + ", with whom it is paired",
+        Remedy::kRemoveThePairingFirst);
+  }
+}
+
+void RefuseReserved(Work& work, std::int32_t accountId) {
+  if (!work.Host().Pairings().IsReserved(accountId)) return;
+  work.Refuse("the account " + Quoted(AccountName(work, accountId)) + " is reserved by an invitation",
+              Remedy::kChooseFreePartnerOrAccounts);
+}
+
+}  // namespace desk

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "standalone/books/AuditTable.h"
+#include "standalone/books/FactTable.h"
+#include "standalone/books/PairingTable.h"
+#include "standalone/desk/inside/Work.h"
+#include "standalone/desk/results/PairedPartner.h"
+#include "standalone/exchange/Fact.h"
+#include "standalone/exchange/Kinds.h"
+
+// The partners with whom this company is paired, and the facts that both hold; within a unit of work.
+namespace desk {
+
+// By name or realm id, among those that are not removed. Refused for one that there is not, and for what two are
+// called.
+standalone::Pairing RequirePairing(Work& work, std::string_view partner);
+PairedPartner PairedPartnerOf(Work& work, const standalone::Pairing& pairing);
+// Birch Services Company, with the realm id as far as it is known.
+std::string PartnerText(const standalone::Pairing& pairing);
+
+// Of the facts by which a pairing comes about.
+inline constexpr std::array kKindsOfThePairing{exchange::kinds::kInvitation, exchange::kinds::kAcceptance,
+                                               exchange::kinds::kConfirmation};
+
+exchange::PublicKey KeyOf(const standalone::Pairing& pairing);
+// Whether these books have ever signed with it.
+bool IsOwnKey(Work& work, const exchange::PublicKey& key);
+
+// What this company says of itself at a step of the pairing.
+exchange::PairingOffer OwnOffer(Work& work, exchange::PairingStep step, const std::optional<exchange::Hash>& replyTo);
+// Why a partner with that offer cannot be paired with: its currency, its decimals, its realm; empty when it can.
+// `pairing` is the one that is being made, 0 for one that is not in the books yet.
+std::string WhyNotToPair(Work& work, const exchange::PairingOffer& offer, std::int32_t pairing);
+
+// Has the books hold a fact; false when they do already. Why it is not applied, if it is not.
+bool Keep(Work& work, const standalone::Pairing& pairing, const exchange::Fact& fact, standalone::FactOrigin origin,
+          std::string_view setAside = {});
+// The one of that kind, made here or by the partner; none when there is none that is applied.
+std::optional<exchange::Fact> PairingFact(Work& work, const standalone::Pairing& pairing, std::string_view kind,
+                                          standalone::FactOrigin origin);
+
+// What the audit trail tells of a step: the pairing as it was, if it was, and as it is.
+standalone::AuditDeed DeedOfPairing(Work& work, std::string action, const std::optional<standalone::Pairing>& before,
+                                    const standalone::Pairing& after);
+
+// The partner's relation from now on, established or pending; made, or the existing one with that realm if that was
+// said. Answers what the module answers; on success `pairing` has the relation and its accounts.
+struct RelationOfPartner {
+  std::string realm;
+  standalone::RelationState state = standalone::RelationState::kPending;
+  bool useExisting = false;
+};
+MEStatusCode MakeRelation(Work& work, const RelationOfPartner& wanted, standalone::Pairing& pairing);
+// Refused for one with that realm that is there, unless it was said and the relation has accounts.
+void RefuseExistingRelation(Work& work, const RelationOfPartner& wanted);
+
+// Refused while a pairing holds on to the relation with that realm.
+void RefusePaired(Work& work, std::string_view realm);
+// Whether the partner of the relation answers by the exchange, which alone moves its requests.
+bool IsAnsweredByTheExchange(Work& work, std::int32_t relationId);
+// Refused while it does.
+void RefuseStateByHand(Work& work, std::int32_t relationId);
+// Refused for a request that has come from the partner by the exchange.
+void RefuseRejectionByHand(Work& work, std::int32_t relationId, std::string_view request);
+// Refused while any pairing is live, whose partner knows this company by its realm id.
+void RefuseWhilePaired(Work& work);
+// Refused for accounts that an invitation has reserved.
+void RefuseReserved(Work& work, std::int32_t accountId);
+
+}  // namespace desk

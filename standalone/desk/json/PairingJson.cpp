@@ -1,0 +1,59 @@
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/Text.h"
+
+namespace desk {
+
+namespace {
+
+Json AccountJson(const std::optional<ListItem>& account) {
+  if (!account) return {};
+  return {{"id", account->id}, {"name", account->name}};
+}
+
+// Null for what is empty.
+Json TextJson(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
+}
+
+Json PathJson(const std::filesystem::path& path) {
+  return TextJson(standalone::PathText(path));
+}
+
+}  // namespace
+
+Json JsonOf(const PairedPartner& partner) {
+  return {{"id", partner.id},
+          {"partner", partner.name},
+          {"realm", TextJson(partner.realm)},
+          {"state", NameOf(partner.state)},
+          {"invitedByUs", partner.invitedByUs},
+          {"fingerprint", TextJson(partner.fingerprint)},
+          {"dueFrom", AccountJson(partner.dueFrom)},
+          {"dueTo", AccountJson(partner.dueTo)},
+          {"folder", PathJson(partner.folder)},
+          {"hasLetterToSend", partner.hasLetterToSend},
+          {"outstanding", partner.outstanding}};
+}
+
+Json JsonOf(const OwnIdentity& identity) {
+  return {{"file", standalone::PathText(identity.file)},
+          {"fingerprint", identity.fingerprint},
+          {"realm", TextJson(identity.realm)}};
+}
+
+Json JsonOf(const TakenLetter& letter) {
+  return {{"partner", TextJson(letter.partner)},
+          {"facts", letter.facts},
+          {"done", letter.done},
+          {"outstanding", letter.outstanding}};
+}
+
+Json JsonOf(const CarriedWith& carried) {
+  return {{"partner", carried.partner},     {"folder", PathJson(carried.folder)},
+          {"taken", JsonOf(carried.taken)}, {"triedAgain", carried.triedAgain},
+          {"missing", carried.missing},     {"sent", carried.sent},
+          {"notSent", carried.notSent},     {"put", carried.put},
+          {"setAside", carried.setAside},   {"failure", TextJson(carried.failure)}};
+}
+
+}  // namespace desk

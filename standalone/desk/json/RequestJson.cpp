@@ -1,0 +1,116 @@
+#include "standalone/desk/json/Json.h"
+#include "standalone/values/AccountTypes.h"
+#include "standalone/values/Dates.h"
+#include "standalone/values/Money.h"
+
+namespace desk {
+
+namespace {
+
+// Null for what was not said.
+Json SaidJson(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
+}
+
+// A transaction of these books that there may be none of.
+Json NumberOrNull(std::int32_t number) {
+  return number == 0 ? Json() : Json(number);
+}
+
+Json EntryJson(const std::optional<EntryOfRequest>& entry) {
+  if (!entry) return {};
+  return {{"transaction", entry->txnId}, {"date", standalone::FormatIsoDate(entry->day)}};
+}
+
+Json EarlierJson(const InboxRequest& request, bool reverses) {
+  return request.earlier && request.earlier->reverses == reverses ? Json(request.earlier->requestId) : Json();
+}
+
+}  // namespace
+
+Json JsonOf(const InboxRequest& request) {
+  return {{"partner", request.partner},
+          {"realm", request.realm},
+          {"requestId", request.requestId},
+          {"type", standalone::TransactionTypeName(request.type)},
+          {"typeNumber", request.type},
+          {"date", standalone::FormatIsoDate(request.date)},
+          {"amount", standalone::FormatPlainAmount(request.amount)},
+          {"currency", SaidJson(request.amount.currency)},
+          {"documentNumber", request.document},
+          {"name", request.name},
+          {"memo", request.memo},
+          {"hint", SaidJson(request.hint)},
+          {"reverses", EarlierJson(request, true)},
+          {"corrects", EarlierJson(request, false)},
+          {"state", NameOf(request.state)},
+          {"mark", SaidJson(request.mark)},
+          {"reason", SaidJson(request.reason)},
+          {"entry", EntryJson(request.entry)},
+          {"entryBefore", EntryJson(request.entryBefore)}};
+}
+
+Json JsonOf(const BookedRequest& booked) {
+  Json json = JsonOf(booked.request);
+  json["dateMoved"] = booked.isDateMoved;
+  return json;
+}
+
+Json JsonOf(const LeftRequest& left) {
+  Json json = JsonOf(left.request);
+  json["refusal"] = JsonOf(left.refusal);
+  return json;
+}
+
+Json JsonOf(const OutboxRequest& request) {
+  Json json{{"partner", request.partner},
+            {"realm", request.realm},
+            {"requestId", request.requestId},
+            {"transaction", NumberOrNull(request.txnId)},
+            {"line", NumberOrNull(request.lineId)},
+            {"type", standalone::TransactionTypeName(request.type)},
+            {"typeNumber", request.type},
+            {"date", standalone::FormatIsoDate(request.date)},
+            {"amount", standalone::FormatPlainAmount(request.amount)},
+            {"currency", SaidJson(request.amount.currency)},
+            {"name", request.name},
+            {"memo", request.memo}};
+  json.update(request.state ? JsonOf(*request.state)
+                            : Json{{"state", nullptr}, {"stateNumber", nullptr}, {"ofBefore", nullptr}});
+  json["sent"] = request.isSent;
+  json["withdrawing"] = request.isWithdrawing;
+  json["lost"] = request.isLost;
+  json["reason"] = SaidJson(request.reason);
+  json["mark"] = SaidJson(request.mark);
+  return json;
+}
+
+Json JsonOf(const LeftOut& left) {
+  Json json = JsonOf(left.request);
+  json["refusal"] = JsonOf(left.refusal);
+  return json;
+}
+
+Json JsonOf(const RequestsOfAKind& requests) {
+  return {{"count", requests.count},
+          {"amount", requests.sum ? Json(standalone::FormatPlainAmount(*requests.sum)) : Json()},
+          {"currency", requests.sum ? SaidJson(requests.sum->currency) : Json()},
+          {"oldest", requests.oldest ? Json(standalone::FormatIsoDate(*requests.oldest)) : Json()}};
+}
+
+Json JsonOf(const OutboxStatus& outbox) {
+  return {{"entered", JsonOf(outbox.entered)},
+          {"unanswered", JsonOf(outbox.unanswered)},
+          {"withdrawing", JsonOf(outbox.withdrawing)},
+          {"cameBack", JsonOf(outbox.cameBack)},
+          {"lost", JsonOf(outbox.lost)}};
+}
+
+Json JsonOf(const InboxStatus& inbox) {
+  return {{"new", JsonOf(inbox.waiting)},
+          {"held", JsonOf(inbox.held)},
+          {"toBookAgain", JsonOf(inbox.toBookAgain)},
+          {"marked", inbox.marked}};
+}
+
+}  // namespace desk

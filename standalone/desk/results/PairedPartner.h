@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "standalone/desk/results/ListItem.h"
+#include "standalone/values/PairingState.h"
+
+namespace desk {
+
+// A company with which this one is paired, or is about to be.
+struct PairedPartner {
+  std::int32_t id = 0;
+  std::string name;   // as people call the partner here
+  std::string realm;  // empty until the partner is known
+  standalone::PairingState state{};
+  bool invitedByUs = false;
+  std::string fingerprint;  // of the partner's key; empty until the partner is known
+  std::optional<ListItem> dueFrom;
+  std::optional<ListItem> dueTo;
+  std::filesystem::path folder;          // where letters are put and looked for; empty for none
+  bool hasLetterToSend = false;          // what the partner has not shown to hold
+  std::vector<std::string> outstanding;  // what came and could not be applied, and why
+};
+
+}  // namespace desk

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "standalone/exchange/Keys.h"
+#include "standalone/exchange/Octets.h"
+#include "standalone/exchange/Summary.h"
+
+namespace exchange {
+
+inline constexpr std::size_t kMostEnvelopeBytes = 4'194'304;
+
+// What one carrying tells the partner.
+struct Letter {
+  std::string pairing;  // the pairing id
+  PublicKey sender;
+  PublicKey receiver;
+  std::string word;  // 32 hexadecimal digits in small letters, new for each carrying
+  std::string echo;  // the partner's word that was read last; empty when none was
+  Summary summary;   // of all that the sender holds
+  Months months;     // of some or all months
+  HashLists hashes;  // of some months
+  // As they travel (Fact::Wire()), in any order. Each is read on its own, so that one that is none holds up no other.
+  std::vector<std::string> facts;
+
+  friend bool operator==(const Letter&, const Letter&) = default;
+};
+
+// Envelopes that together say what the letter does: one when that fits into kMostEnvelopeBytes, otherwise several, each
+// with the word, the echo and the summary, and with some of the months, hashes and facts. Throws Malformed when the
+// letter has what nobody would read, std::invalid_argument when the keys are not those of its sender.
+std::vector<std::string> Seal(const Letter& letter, const KeyPair& sender);
+
+// Throws Malformed, which says what is wrong, unless the envelope was sealed for the owner of the keys, is signed by
+// the sender that it names and has all that a letter needs. Whether that sender is a partner the caller has to see.
+Letter Open(std::string_view envelope, const KeyPair& receiver);
+
+// What is behind the seal of an envelope for this receiver.
+Letter LetterOf(std::string_view content, const PublicKey& receiver);
+
+}  // namespace exchange

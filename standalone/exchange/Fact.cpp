@@ -1,0 +1,149 @@
+#include "standalone/exchange/Fact.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "standalone/exchange/Errors.h"
+#include "standalone/exchange/Netstrings.h"
+#include "standalone/values/Text.h"
+
+namespace exchange {
+
+namespace {
+
+using standalone::Quoted;
+
+constexpr std::string_view kForm = "multientity-fact-1";
+constexpr std::size_t kPairingDigits = 32;
+constexpr std::string_view kWhat = "The fact";
+
+bool IsDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+bool IsTerm(std::string_view text) {
+  return !text.empty() && text.size() <= kMostTermBytes &&
+         std::ranges::all_of(text, [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; });
+}
+
+void Require(bool holds, const std::string& otherwise) {
+  if (!holds) throw Malformed("The fact " + otherwise + ".");
+}
+
+void RequireName(std::string_view name) {
+  try {
+    standalone::RequireText("The fact's name", name, 1, kMostNameBytes);
+  } catch (const standalone::InvalidInput& error) {
+    throw Malformed(error.what());
+  }
+}
+
+void RequireInRange(const Statement& statement) {
+  Require(IsPairingId(statement.pairing),
+          "names the pairing " + Quoted(statement.pairing) + ", which is not 32 hexadecimal digits in small letters");
+  Require(IsTerm(statement.kind),
+          "is of kind " + Quoted(statement.kind) + "; a kind is 1 to 32 small letters and hyphens");
+  RequireName(statement.name);
+  Require(statement.month.empty() || IsMonth(statement.month),
+          "is of month " + Quoted(statement.month) + "; a month is such as 2026-11");
+  Require(statement.fields.size() <= kMostFields, "has more than 64 fields");
+  for (const auto& [name, value] : statement.fields) {
+    Require(IsTerm(name), "has a field " + Quoted(name) + "; a field's name is 1 to 32 small letters and hyphens");
+  }
+}
+
+// In strictly ascending order, so that no two facts say the same.
+Fields TakeFields(NetstringReader& reader) {
+  Fields fields;
+  while (!reader.AtEnd()) {
+    const std::string_view name = reader.Take();
+    Require(!reader.AtEnd(), "ends behind the name of the field " + Quoted(name));
+    Require(fields.empty() || name > fields.rbegin()->first,
+            "has the field " + Quoted(name) + " twice or out of order");
+    fields.emplace_hint(fields.end(), name, reader.Take());
+  }
+  return fields;
+}
+
+}  // namespace
+
+bool IsPairingId(std::string_view text) noexcept {
+  return text.size() == kPairingDigits &&
+         std::ranges::all_of(text, [](char c) { return IsDigit(c) || (c >= 'a' && c <= 'f'); });
+}
+
+bool IsMonth(std::string_view text) noexcept {
+  constexpr std::size_t kLength = 7;
+  if (text.size() != kLength || text[4] != '-') return false;
+  const std::string_view year = text.substr(0, 4);
+  const std::string_view month = text.substr(5);
+  return std::ranges::all_of(year, IsDigit) && std::ranges::all_of(month, IsDigit) && year >= "1900" && month >= "01" &&
+         month <= "12";
+}
+
+std::string BodyOf(const Statement& statement) {
+  RequireInRange(statement);
+  std::string body;
+  for (const std::string_view part : {kForm, std::string_view(statement.pairing)}) AppendNetstring(body, part);
+  AppendNetstring(body, statement.author.Hex());
+  for (const std::string& part : {statement.kind, statement.name, statement.month}) AppendNetstring(body, part);
+  for (const auto& [name, value] : statement.fields) {
+    AppendNetstring(body, name);
+    AppendNetstring(body, value);
+  }
+  Require(body.size() <= kMostBodyBytes,
+          "is too long with " + std::to_string(body.size()) + " bytes; 65,536 are the most");
+  return body;
+}
+
+Statement StatementOf(std::string_view body) {
+  Require(body.size() <= kMostBodyBytes,
+          "is too long with " + std::to_string(body.size()) + " bytes; 65,536 are the most");
+  NetstringReader reader(kWhat, body);
+  const std::string_view form = reader.Take();
+  Require(form == kForm, "is of the form " + Quoted(form) + "; this version reads multientity-fact-1");
+  Statement statement;
+  statement.pairing = reader.Take();
+  statement.author = PublicKey::FromHex(reader.Take());
+  statement.kind = reader.Take();
+  statement.name = reader.Take();
+  statement.month = reader.Take();
+  statement.fields = TakeFields(reader);
+  RequireInRange(statement);
+  return statement;
+}
+
+Fact Fact::Signed(const Statement& statement, const KeyPair& author) {
+  if (statement.author != author.Public()) throw std::invalid_argument("a company signs its own facts only");
+  const std::string body = BodyOf(statement);
+  return {body, author.Sign(body)};
+}
+
+Fact::Fact(std::string_view body, std::string_view signature)
+    : what_(StatementOf(body)), body_(body), signature_(signature), id_(HashOf(body)) {
+  Require(signature.size() == kSignatureBytes,
+          "has a signature of " + std::to_string(signature.size()) + " bytes; a signature has 64");
+}
+
+Fact Fact::FromWire(std::string_view wire) {
+  NetstringReader reader(kWhat, wire);
+  const std::string_view body = reader.Take();
+  const std::string_view signature = reader.Take();
+  Require(reader.AtEnd(), "goes on behind its signature");
+  return {body, signature};
+}
+
+Fact Fact::VerifiedFromWire(std::string_view wire) {
+  Fact fact = FromWire(wire);
+  Require(fact.IsVerified(), "was not signed by its author " + fact.What().author.Hex() + ", or was changed");
+  return fact;
+}
+
+std::string Fact::Wire() const {
+  std::string wire;
+  AppendNetstring(wire, body_);
+  AppendNetstring(wire, signature_);
+  return wire;
+}
+
+}  // namespace exchange

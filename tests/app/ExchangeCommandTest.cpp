@@ -1,0 +1,357 @@
+#include "app/PairedCompanies.h"
+#include "app/RunningProgram.h"
+#include "app/TwoCompanies.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::Each;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+}  // namespace
+
+class ExchangingCompanies : public TwoCompanies {
+ protected:
+  std::size_t FilesInTheFolder() const {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(In("shared")))
+      count += entry.is_regular_file() ? 1 : 0;
+    return count;
+  }
+};
+
+TEST_F(ExchangingCompanies, ByAFolderBothComeToAnEstablishedRelation) {
+  InviteBirch({"--folder", "shared"});
+  Done(Accept({"--folder", "shared"}));
+
+  const Outcome birchPuts = Run({"exchange", "run", kBirchFile});
+  const Outcome alderTakes = Run({"exchange", "run", kFile});
+  Done({"partner", "confirm", kFile, kBirch, "--fingerprint", FingerprintOf(kBirchFile)});
+  Done({"exchange", "run", kFile});
+  const Outcome birchTakes = Run({"exchange", "run", kBirchFile});
+
+  EXPECT_THAT(birchPuts.out, AllOf(StartsWith("Alder Supply Company: took 0 letters, put 1 letter into "),
+                                   HasSubstr("\nCarried for 1 partner: 0 letters taken, 1 put.\n")));
+  EXPECT_THAT(alderTakes.out, AllOf(StartsWith("Birch Services Company: took 1 letter, put "),
+                                    HasSubstr("has accepted the invitation")));
+  EXPECT_THAT(birchTakes.out, HasSubstr("has confirmed, and the relation is established\n"));
+  for (const char* const file : {kFile, kBirchFile}) {
+    EXPECT_EQ(Answer({"relation", "list", file}).at("relations").at(0).at("state"), "established") << file;
+    EXPECT_EQ(Answer({"partner", "list", file}).at("partners").at(0).at("state"), "established") << file;
+  }
+}
+
+TEST_F(ExchangingCompanies, ByTextBothComeToAnEstablishedRelation) {
+  Pair();
+
+  EXPECT_EQ(StateOf(kFile, kBirch), "established");
+  EXPECT_EQ(StateOf(kBirchFile, kAlder), "established");
+  const Json relation = Answer({"relation", "list", kBirchFile}).at("relations").at(0);
+  EXPECT_EQ(relation.at("state"), "established");
+  EXPECT_EQ(relation.at("realm"), Answer({"realm", "show", kFile}).at("remembered"));
+}
+
+TEST_F(ExchangingCompanies, BothHaveTheSameInTheEndAndLettersDoNotPileUp) {
+  Pair({"--folder", "shared"});
+  Done({"partner", "folder", kBirchFile, kAlder, "shared"});
+
+  for (int round = 0; round < 3; ++round) {
+    Done({"exchange", "run", kFile});
+    Done({"exchange", "run", kBirchFile});
+  }
+
+  EXPECT_LE(FilesInTheFolder(), 2U);
+  EXPECT_EQ(Run({"exchange", "status", kFile}).out, "Birch Services Company: established; both have the same\n");
+  EXPECT_EQ(Run({"exchange", "status", kBirchFile}).out, "Alder Supply Company: established; both have the same\n");
+}
+
+TEST_F(ExchangingCompanies, ARunIsToldProgramsAsOneObject) {
+  InviteBirch();
+  Done(Accept({"--folder", "shared"}));
+
+  const Json partners = Answer({"exchange", "run", kBirchFile}).at("partners");
+
+  ASSERT_EQ(partners.size(), 1U);
+  EXPECT_EQ(partners.at(0).at("partner"), kAlder);
+  EXPECT_EQ(partners.at(0).at("taken"), Json::array());
+  EXPECT_EQ(partners.at(0).at("put"), 1);
+  EXPECT_EQ(partners.at(0).at("setAside"), Json::array());
+  EXPECT_EQ(partners.at(0).at("failure"), nullptr);
+}
+
+TEST_F(ExchangingCompanies, WithoutAFolderThereIsNothingToCarry) {
+  InviteBirch();
+
+  const Outcome outcome = Run({"exchange", "run", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, StartsWith("No partner has a folder"));
+}
+
+TEST_F(ExchangingCompanies, AFolderThatIsGoneIsToldAndTheOthersAreServed) {
+  std::filesystem::create_directory(In("gone"));
+  Done({"partner", "invite", kFile, "--name", "Cedar", "--due-from", "Due from Cedar", "--due-to", "Due to Cedar",
+        "--folder", "gone"});
+  HaveBirchAccept({"--folder", "shared"});
+  Done({"partner", "confirm", kFile, kBirch, "--fingerprint", FingerprintOf(kBirchFile)});
+  std::filesystem::remove(In("gone"));
+
+  const Outcome outcome = Run({"exchange", "run", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.out, AllOf(HasSubstr("Cedar: its folder could not be reached: "),
+                                 HasSubstr("Birch Services Company: took 0 letters, put 1 letter into ")));
+  EXPECT_THAT(outcome.err, AllOf(HasSubstr("1 folder could not be reached; the other partners were served"),
+                                 HasSubstr("multientity partner folder alder.company PARTNER DIR")));
+  EXPECT_EQ(FilesInTheFolder(), 1U);
+}
+
+TEST_F(ExchangingCompanies, AForgedLetterInTheFolderIsSetAsideAndNamed) {
+  InviteBirch({"--folder", "shared"});
+  Done(Accept({"--folder", "shared"}));
+  Done({"exchange", "run", kBirchFile});
+  std::filesystem::path letter;
+  for (const auto& entry : std::filesystem::directory_iterator(In("shared"))) {
+    if (entry.is_regular_file()) letter = entry.path();
+  }
+  std::string bytes = ContentsOf(letter);
+  bytes[bytes.size() / 2] = static_cast<char>(bytes[bytes.size() / 2] ^ 1);
+  Write(letter, bytes);
+
+  const Outcome outcome = Run({"exchange", "run", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, HasSubstr("  set aside: " + letter.filename().string()));
+  EXPECT_EQ(StateOf(kFile, kBirch), "invited");
+}
+
+TEST_F(ExchangingCompanies, LettersArePrintedAsABlockOfText) {
+  InviteBirch();
+  Done(Accept());
+
+  const Outcome outcome = Run({"exchange", "export", kBirchFile, kAlder});
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_THAT(outcome.out, AllOf(StartsWith("-----BEGIN MULTIENTITY LETTER-----\n"),
+                                 HasSubstr("-----END MULTIENTITY LETTER-----\n")));
+}
+
+TEST_F(ExchangingCompanies, LettersAreWrittenToAFileThatWasNotThere) {
+  InviteBirch();
+  Done(Accept());
+  WriteFile("taken.txt", "before");
+
+  const Outcome written = Run({"exchange", "export", kBirchFile, kAlder, "--output", "letters.txt"});
+  const Outcome refused = Run({"exchange", "export", kBirchFile, kAlder, "--output", "taken.txt"});
+
+  EXPECT_EQ(written.out, "Wrote the letters for Alder Supply Company to letters.txt; send it that file.\n");
+  EXPECT_THAT(Contents("letters.txt"), StartsWith("-----BEGIN MULTIENTITY LETTER-----\n"));
+  EXPECT_EQ(refused.exitCode, 2);
+  EXPECT_EQ(Contents("taken.txt"), "before");
+}
+
+TEST_F(ExchangingCompanies, ThatThereIsNothingToTellIsSaidAndNoFileIsMade) {
+  InviteBirch();
+
+  const Outcome outcome = Run({"exchange", "export", kFile, kBirch, "--output", "letters.txt"});
+
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "There is nothing to tell Birch Services Company: invited, and nobody has accepted yet.\n");
+  EXPECT_FALSE(std::filesystem::exists(In("letters.txt")));
+  EXPECT_EQ(Answer({"exchange", "export", kFile, kBirch}).at("letters"), nullptr);
+}
+
+TEST_F(ExchangingCompanies, WhatALetterDidIsTold) {
+  InviteBirch();
+  Done(Accept());
+  Done({"exchange", "export", kBirchFile, kAlder, "--output", "letters.txt"});
+
+  const Outcome first = Run({"exchange", "import", kFile, "letters.txt"});
+  const Outcome second = Run({"exchange", "import", kFile, "letters.txt"});
+
+  EXPECT_THAT(first.out, AllOf(StartsWith("Took a letter of Birch Services Company: 1 new fact.\n"),
+                               HasSubstr("has accepted the invitation")));
+  EXPECT_EQ(second.out, "Took a letter of Birch Services Company: nothing new.\n");
+}
+
+TEST_F(ExchangingCompanies, ALetterIsTakenFromAMailOnStandardInput) {
+  InviteBirch();
+  Done(Accept());
+  const std::string letters = Run({"exchange", "export", kBirchFile, kAlder}).out;
+  RunningProgram program(In("."), {"exchange", "import", kFile, "-", "--json"});
+
+  program.Type("Subject: letters\r\n\r\n" + letters + "-- \r\nBirch\r\n");
+  program.EndInput();
+  const Outcome outcome = program.End();
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  const Json taken = Json::parse(outcome.out).at("letters").at(0);
+  EXPECT_EQ(taken.at("partner"), kBirch);
+  EXPECT_EQ(taken.at("facts"), 1);
+  EXPECT_EQ(taken.at("outstanding"), Json::array());
+}
+
+TEST_F(ExchangingCompanies, WhatIsNoLetterForThisCompanyIsRefused) {
+  InviteBirch();
+  Done(Accept());
+  Done({"exchange", "export", kBirchFile, kAlder, "--output", "letters.txt"});
+  WriteFile("mail.txt", "Dear Alder, nothing is here.\n");
+  const std::string before = Whole(kBirchFile);
+
+  const Outcome own = Run({"exchange", "import", kBirchFile, "letters.txt"});
+  const Outcome none = Run({"exchange", "import", kBirchFile, "mail.txt"});
+
+  EXPECT_EQ(own.exitCode, 2) << own.out;
+  EXPECT_EQ(none.exitCode, 2) << none.out;
+  EXPECT_THAT(none.err, HasSubstr("MULTIENTITY LETTER"));
+  EXPECT_EQ(Whole(kBirchFile), before);
+}
+
+TEST_F(ExchangingCompanies, TheStatusSaysWhatWaitsForWhomAndWhatToDo) {
+  EXPECT_THAT(Run({"exchange", "status", kFile}).out,
+              AllOf(StartsWith("No partners are paired"), HasSubstr("multientity partner invite alder.company")));
+  InviteBirch();
+  const std::string invited = Run({"exchange", "status", kFile}).out;
+  Done(Accept());
+  const std::string accepted = Run({"exchange", "status", kBirchFile}).out;
+  BringLetters(kBirchFile, kAlder, kFile);
+
+  const std::string answered = Run({"exchange", "status", kFile}).out;
+
+  EXPECT_THAT(invited, AllOf(StartsWith("Birch Services Company: invited, and nobody has accepted yet\n"),
+                             HasSubstr("multientity exchange import alder.company LETTER\n")));
+  EXPECT_THAT(accepted, AllOf(HasSubstr("the partner has to confirm\n"),
+                              HasSubstr("multientity exchange export birch.company \"Alder Supply Company\"")));
+  EXPECT_THAT(answered, HasSubstr("multientity partner confirm alder.company \"Birch Services Company\"\n"));
+}
+
+TEST_F(ExchangingCompanies, TheStatusIsThereForProgramsAndSpreadsheets) {
+  HaveBirchAccept();
+
+  const Json partner = Answer({"exchange", "status", kFile}).at("partners").at(0);
+  const std::string csv = Run({"exchange", "status", kFile, "--csv"}).out;
+
+  EXPECT_EQ(partner.at("state"), "answered");
+  EXPECT_EQ(partner.at("waitsFor"), "us");
+  EXPECT_THAT(partner.at("toDo").get<std::string>(), HasSubstr("partner confirm"));
+  EXPECT_THAT(csv, AllOf(StartsWith("partner,realm,state,waitsFor,why,toDo,hasLetterToSend,outstanding,folder,"),
+                         HasSubstr(",inbox.marked\nBirch Services Company,")));
+}
+
+TEST_F(ExchangingCompanies, WithoutAPartnerNothingIsExchanged) {
+  const Json error = ErrorOf({"exchange", "run", kFile});
+
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("remedy"), "pair-first");
+  EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("multientity partner invite FILE"));
+}
+
+TEST_F(ExchangingCompanies, TheAuditTrailTellsWhatWasTaken) {
+  Pair();
+
+  EXPECT_THAT(Run({"audit", "show", kFile, "--what", "exchange"}).out,
+              HasSubstr(") took the acceptance of Birch Services Company"));
+  EXPECT_EQ(Run({"audit", "verify", kBirchFile}).exitCode, 0);
+}
+
+class ExchangingRequests : public PairedCompanies {};
+
+TEST_F(ExchangingRequests, WhatWasEnteredIsSentAndListedOnce) {
+  const std::string request = EnterBill();
+
+  const Outcome first = Run({"exchange", "send", kFile});
+  const Outcome second = Run({"exchange", "send", kFile});
+
+  EXPECT_EQ(first.exitCode, 0) << first.err;
+  EXPECT_EQ(first.out,
+            "Sent request " + request +
+                " to Birch Services Company, a bill of 2024-03-05 over 45.00 USD.\n"
+                "It leaves with the next letters: multientity exchange run alder.company, or exchange export.\n");
+  EXPECT_EQ(second.out, "There is nothing to send.\n");
+}
+
+TEST_F(ExchangingRequests, OnlyWhatIsNamedIsSent) {
+  const std::string named = EnterBill("NP-1");
+  const std::string other = EnterBill("NP-2");
+
+  const Json done = Answer({"exchange", "send", kFile, named});
+
+  ASSERT_EQ(done.at("sent").size(), 1U);
+  EXPECT_EQ(done.at("sent").at(0).at("requestId"), named);
+  EXPECT_EQ(done.at("left"), Json::array());
+  EXPECT_EQ(InOutbox(other).at("state"), "entered");
+}
+
+TEST_F(ExchangingRequests, ABlockedPartnerIsSentNothing) {
+  const std::string request = EnterBill();
+  Done({"partner", "block", kFile, kBirch});
+
+  const Outcome outcome = Run({"exchange", "send", kFile, request});
+
+  EXPECT_EQ(outcome.exitCode, 2) << outcome.out;
+  EXPECT_THAT(outcome.err, HasSubstr("blocked"));
+  EXPECT_EQ(Answer({"transactions", kFile}).at("transactions").at(0).at("state"), "entered");
+}
+
+TEST_F(ExchangingRequests, TheStatusCountsWhatWaitsForWhom) {
+  BillInTheInbox("NP-1");
+  EnterBill("NP-2", "20.00");
+
+  const std::string ofAlder = Run({"exchange", "status", kFile}).out;
+  const std::string ofBirch = Run({"exchange", "status", kBirchFile}).out;
+
+  EXPECT_THAT(ofAlder,
+              AllOf(StartsWith("Birch Services Company: established"),
+                    HasSubstr("  entered, to be sent: 1 request over 10.00 USD, of 2024-03-05\n"),
+                    HasSubstr("  sent, without an answer: 1 request over 45.00 USD, of 2024-03-05\n"),
+                    HasSubstr("multientity exchange send alder.company --partner \"Birch Services Company\"")));
+  EXPECT_THAT(ofBirch, AllOf(StartsWith("Alder Supply Company: established"),
+                             HasSubstr("  in the inbox, for a person: 1 request over 45.00 USD, of 2024-03-05\n"),
+                             HasSubstr("multientity inbox list birch.company --partner \"Alder Supply Company\"")));
+}
+
+TEST_F(ExchangingRequests, TheStatusOfRequestsIsThereForProgramsAndSpreadsheets) {
+  BillInTheInbox("NP-1");
+  BillInTheInbox("NP-2", "20.00");
+
+  const Json alder = Answer({"exchange", "status", kFile}).at("partners").at(0);
+  const Json birch = Answer({"exchange", "status", kBirchFile}).at("partners").at(0);
+
+  EXPECT_EQ(alder.at("waitsFor"), "partner");
+  EXPECT_EQ(alder.at("outbox").at("unanswered"),
+            Json({{"count", 2}, {"amount", "55.00"}, {"currency", "USD"}, {"oldest", "2024-03-05"}}));
+  EXPECT_EQ(alder.at("outbox").at("entered").at("count"), 0);
+  EXPECT_EQ(alder.at("outbox").at("entered").at("amount"), nullptr);
+  EXPECT_EQ(alder.at("inbox").at("new").at("count"), 0);
+  EXPECT_EQ(birch.at("waitsFor"), "us");
+  EXPECT_EQ(birch.at("inbox").at("new").at("count"), 2);
+  EXPECT_EQ(birch.at("toDo"), birch.at("allToDo").at(0));
+  EXPECT_THAT(Run({"exchange", "status", kBirchFile, "--csv"}).out, HasSubstr(",2,55.00,"));
+}
+
+TEST_F(ExchangingRequests, WhatCameBackIsForUsToCorrect) {
+  const std::string request = BillInTheInbox();
+  Done({"inbox", "reject", kBirchFile, request, "--reason", "Our half is 40.00"});
+  Carry();
+
+  const std::string status = Run({"exchange", "status", kFile}).out;
+
+  EXPECT_THAT(status, AllOf(HasSubstr("  came back: 1 request over 45.00 USD, of 2024-03-05\n"),
+                            HasSubstr("multientity outbox list alder.company --partner")));
+}
+
+TEST_F(ExchangingRequests, WhoMaySeeNoTransactionsIsToldOfThePairingAlone) {
+  BillInTheInbox();
+  Done({"users", "add", kBirchFile, "Kim", "--accountant"});
+
+  const Json partner = Answer({"exchange", "status", kBirchFile, "--user", "Kim"}).at("partners").at(0);
+
+  EXPECT_EQ(partner.at("state"), "established");
+  EXPECT_EQ(partner.at("inbox"), nullptr);
+  EXPECT_EQ(partner.at("outbox"), nullptr);
+  EXPECT_THAT(Run({"exchange", "status", kBirchFile, "--user", "Kim"}).out, Not(HasSubstr("inbox")));
+}

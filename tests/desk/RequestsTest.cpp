@@ -1,0 +1,494 @@
+// Requests between companies that are paired: from the line that one of them enters to the answer of the other.
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "standalone/desk/Audit.h"
+#include "standalone/desk/Correcting.h"
+#include "standalone/desk/Entering.h"
+#include "standalone/desk/Import.h"
+#include "standalone/desk/Inbox.h"
+#include "standalone/desk/Journal.h"
+#include "standalone/desk/Outbox.h"
+#include "standalone/desk/Rejections.h"
+#include "standalone/desk/Settings.h"
+#include "standalone/desk/Transactions.h"
+#include "tests/desk/PairedCompanies.h"
+
+namespace desk {
+namespace {
+
+using standalone::InboxState;
+using standalone::LineAmount;
+using standalone::RequestId;
+using standalone::TransactionState;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class TheRequest : public PairedCompanies {
+ protected:
+  TheRequest() : PairedCompanies({"Alder", "Birch"}) { PairOverTheFolder(); }
+
+  // Alder's bill of 480.00, half of which is Birch's.
+  RecordedTransaction EnterBill(const std::string& document = "HL-1") {
+    return At("Alder", [&](Company& company) {
+      return RecordTransaction(company,
+                               {.type = EnteredType::kBill,
+                                .date = DateType32{2026, 11, 2},
+                                .name = NewVendorOrExisting(),
+                                .memo = standalone::Memo("Inspection"),
+                                .documentNumber = standalone::DocumentNumber(document),
+                                .lines = {{.account = "Maintenance", .amount = LineAmount("480.00")}},
+                                .shares = {{.partner = "Birch", .share = standalone::ShareText("50%")}},
+                                .attachments = {}},
+                               Posting::kPost);
+    });
+  }
+  std::string EnterRequest(const std::string& document = "HL-1") {
+    return PartnersLineOf(EnterBill(document)).partners->requestId;
+  }
+  static const RecordedLine& PartnersLineOf(const RecordedTransaction& transaction) {
+    return *std::ranges::find_if(transaction.lines, [](const RecordedLine& line) { return line.partners.has_value(); });
+  }
+
+  std::vector<InboxRequest> InboxOf(const std::string& who, bool decided = true) {
+    return At(who, [&](Company& company) {
+      return ListInbox(company, {.partner = std::nullopt, .state = std::nullopt, .decided = decided});
+    });
+  }
+  std::vector<OutboxRequest> OutboxOf(const std::string& who) {
+    return At(who, [](Company& company) { return ListOutbox(company, {.partner = std::nullopt, .settled = true}); });
+  }
+  TransactionState StateAtAlder(const std::string& request) {
+    return At("Alder", [&](Company& company) { return ShowOutbox(company, RequestId(request)).state.value().number; });
+  }
+
+  static RequestSelection Only(const std::string& request) {
+    return {.requests = {RequestId(request)}, .partner = std::nullopt, .upTo = std::nullopt};
+  }
+  static RequestBooking ToMaintenance() {
+    return {.expense = Existing{"Maintenance"},
+            .name = NewVendor{standalone::NewListName("Hillcrest at Birch")},
+            .date = std::nullopt};
+  }
+  BookedRequests AcceptAtBirch(const std::string& request, const RequestBooking& booking = ToMaintenance()) {
+    return At("Birch", [&](Company& company) { return AcceptRequests(company, Only(request), booking); });
+  }
+  RejectedRequests RejectAtBirch(const std::string& request, const std::string& reason) {
+    return At("Birch",
+              [&](Company& company) { return RejectRequests(company, Only(request), standalone::Memo(reason)); });
+  }
+  std::int32_t BookByHandAtBirch(const std::string& request, const std::string& amount) {
+    return At("Birch", [&](Company& company) {
+      return RecordJournalEntry(company, {.partner = Partner("Alder"),
+                                          .request = RequestId(request),
+                                          .amount = LineAmount(amount),
+                                          .expense = Existing{"Maintenance"},
+                                          .dueTo = std::nullopt,
+                                          .name = NewVendor{standalone::NewListName("Hillcrest")}});
+    });
+  }
+  void CarryUntilAtRest() { CarryInTurns("Alder", "Birch", 3); }
+
+ private:
+  std::variant<std::monostate, Existing, NewVendor> NewVendorOrExisting() {
+    if (!std::exchange(hasVendor_, true)) return NewVendor{standalone::NewListName("Hillcrest")};
+    return Existing{"Hillcrest"};
+  }
+
+  bool hasVendor_ = false;
+};
+
+TEST_F(TheRequest, StandsInThePartnersInboxWithAllThatTheBillSays) {
+  const std::string request = EnterRequest();
+
+  CarryInTurns("Alder", "Birch", 1);
+
+  const std::vector<InboxRequest> inbox = InboxOf("Birch");
+  ASSERT_THAT(inbox, SizeIs(1));
+  EXPECT_EQ(inbox[0].partner, "Alder");
+  EXPECT_EQ(inbox[0].requestId, request);
+  EXPECT_EQ(inbox[0].type, kTxnTypeBill);
+  EXPECT_EQ(inbox[0].date, DateType32(2026, 11, 2));
+  EXPECT_EQ(inbox[0].amount.minorUnits, 24000);
+  EXPECT_EQ(inbox[0].document, "HL-1");
+  EXPECT_EQ(inbox[0].name, "Hillcrest");
+  EXPECT_EQ(inbox[0].memo, "Inspection");
+  EXPECT_EQ(inbox[0].hint, "Maintenance");
+  EXPECT_EQ(inbox[0].state, InboxState::kNew);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kSent);
+}
+
+TEST_F(TheRequest, IsEstablishedOnBothSidesOnceItIsAccepted) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+
+  const BookedRequests accepted = AcceptAtBirch(request);
+  ASSERT_THAT(accepted.booked, SizeIs(1)) << accepted.left.at(0).refusal.why;
+  CarryUntilAtRest();
+
+  EXPECT_EQ(accepted.booked[0].request.state, InboxState::kAccepted);
+  EXPECT_EQ(accepted.booked[0].request.entry->day, DateType32(2026, 11, 2));
+  EXPECT_FALSE(accepted.booked[0].isDateMoved);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
+  EXPECT_THAT(InboxOf("Birch", /*decided=*/false), IsEmpty());
+}
+
+TEST_F(TheRequest, ComesBackWithTheReasonOnceItIsRejected) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+
+  ASSERT_THAT(RejectAtBirch(request, "not ours").rejected, SizeIs(1));
+  CarryUntilAtRest();
+
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kCameBack);
+  EXPECT_EQ(OutboxOf("Alder").at(0).reason, "not ours");
+  EXPECT_THAT(At("Birch", [](Company& company) { return ListRejections(company); }), SizeIs(1));
+}
+
+TEST_F(TheRequest, IsClosedOnceItIsWithdrawnBeforeItIsAnswered) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+
+  const OutboxRequest asked =
+      At("Alder", [&](Company& company) { return WithdrawRequest(company, RequestId(request)); });
+  EXPECT_TRUE(asked.isWithdrawing);
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kWithdrawn);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kClosed);
+}
+
+TEST_F(TheRequest, StaysAcceptedWhenTheWithdrawalComesTooLate) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  ASSERT_THAT(AcceptAtBirch(request).booked, SizeIs(1));
+
+  At("Alder", [&](Company& company) { return WithdrawRequest(company, RequestId(request)); });
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kAccepted);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
+}
+
+TEST_F(TheRequest, IsNeverOnTheInboxWhenItsWithdrawalIsCarriedWithIt) {
+  const std::string request = EnterRequest();
+  At("Alder", [](Company& company) { return SendRequests(company); });
+  At("Alder", [&](Company& company) { return WithdrawRequest(company, RequestId(request)); });
+
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kWithdrawn);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kClosed);
+}
+
+TEST_F(TheRequest, ThatWasBookedByHandIsEstablishedWithoutBeingBookedAgain) {
+  const std::string request = EnterRequest();
+  const std::int32_t entry = BookByHandAtBirch(request, "240.00");
+
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kAccepted);
+  EXPECT_EQ(InboxOf("Birch").at(0).entry->txnId, entry);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
+}
+
+TEST_F(TheRequest, ThatWasBookedByHandWithAnotherAmountIsLeftToAPerson) {
+  const std::string request = EnterRequest();
+  const std::int32_t entry = BookByHandAtBirch(request, "24.00");
+
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kNew);
+  EXPECT_THAT(InboxOf("Birch").at(0).mark, HasSubstr("over 24.00"));
+  EXPECT_THAT(AcceptAtBirch(request).left, SizeIs(1));
+  EXPECT_THAT(RejectAtBirch(request, "another amount").left, SizeIs(1));
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kSent);
+  At("Birch", [&](Company& company) { return RemoveJournalEntry(company, entry); });
+  ASSERT_THAT(RejectAtBirch(request, "another amount").rejected, SizeIs(1));
+  CarryUntilAtRest();
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kCameBack);
+}
+
+TEST_F(TheRequest, ThatWasRejectedByHandIsAnsweredSo) {
+  const std::string request = EnterRequest();
+  At("Birch", [&](Company& company) {
+    return SaveRejection(company, {.partner = Partner("Alder"),
+                                   .request = RequestId(request),
+                                   .type = standalone::RejectableType::kBill,
+                                   .amount = standalone::RejectedAmount("240.00"),
+                                   .partnerTxnId = standalone::PartnerTxnId("1")});
+  });
+
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kRejected);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kCameBack);
+}
+
+TEST_F(TheRequest, ThatCameBackIsCorrectedByOneThatNamesIt) {
+  const RecordedTransaction bill = EnterBill();
+  const std::string request = PartnersLineOf(bill).partners->requestId;
+  CarryInTurns("Alder", "Birch", 1);
+  RejectAtBirch(request, "a third only");
+  CarryUntilAtRest();
+
+  At("Alder", [&](Company& company) {
+    TransactionToCorrect correction{.type = EnteredType::kBill, .txnId = bill.txnId};
+    correction.lines = std::vector<EnteredLine>{{.account = "Maintenance", .amount = LineAmount("480.00")}};
+    correction.shares = std::vector<PartnersShare>{{.partner = "Birch", .share = standalone::ShareText("160.00")}};
+    return CorrectTransaction(company, correction, Posting::kPost);
+  });
+  CarryUntilAtRest();
+
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kClosed);
+  const std::vector<InboxRequest> waiting = InboxOf("Birch", /*decided=*/false);
+  ASSERT_THAT(waiting, SizeIs(1));
+  EXPECT_EQ(waiting[0].amount.minorUnits, 16000);
+  ASSERT_TRUE(waiting[0].earlier.has_value());
+  EXPECT_FALSE(waiting[0].earlier->reverses);
+  EXPECT_EQ(waiting[0].earlier->requestId, request);
+}
+
+TEST_F(TheRequest, ThatIsEstablishedIsTakenBackByOneThatIsBookedToTheSameAccount) {
+  const RecordedTransaction bill = EnterBill();
+  const std::string request = PartnersLineOf(bill).partners->requestId;
+  CarryInTurns("Alder", "Birch", 1);
+  AcceptAtBirch(request);
+  CarryUntilAtRest();
+
+  At("Alder", [&](Company& company) {
+    return ReverseTransaction(company, {.txnId = bill.txnId, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
+  });
+  CarryUntilAtRest();
+  const std::vector<InboxRequest> waiting = InboxOf("Birch", /*decided=*/false);
+  ASSERT_THAT(waiting, SizeIs(1));
+  EXPECT_EQ(waiting[0].amount.minorUnits, -24000);
+  EXPECT_TRUE(waiting[0].earlier->reverses);
+  const BookedRequests accepted = AcceptAtBirch(waiting[0].requestId, {});
+  ASSERT_THAT(accepted.booked, SizeIs(1)) << accepted.left.at(0).refusal.why;
+  CarryUntilAtRest();
+
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
+  EXPECT_EQ(StateAtAlder(waiting[0].requestId), TransactionState::kEstablished);
+}
+
+TEST_F(TheRequest, ThatTakesBackOneWhichIsNotBookedIsHeldUntilThatOneIs) {
+  const RecordedTransaction bill = EnterBill();
+  const std::string request = PartnersLineOf(bill).partners->requestId;
+  CarryInTurns("Alder", "Birch", 1);
+  const std::string before = Books("Birch");
+  AcceptAtBirch(request);
+  CarryUntilAtRest();
+  At("Alder", [&](Company& company) {
+    return ReverseTransaction(company, {.txnId = bill.txnId, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
+  });
+  Restore("Birch", before);
+
+  CarryUntilAtRest();
+
+  EXPECT_THAT(InboxOf("Birch"), SizeIs(2));
+  EXPECT_THAT(InboxOf("Birch").at(0).state, InboxState::kToBookAgain);
+  EXPECT_THAT(InboxOf("Birch").at(1).state, InboxState::kHeld);
+  ASSERT_THAT(AcceptAtBirch(request).booked, SizeIs(1));
+  EXPECT_THAT(InboxOf("Birch").at(1).state, InboxState::kNew);
+}
+
+TEST_F(TheRequest, IsDatedOnTheFirstOpenDayWhereTheBooksAreClosed) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  At("Birch", [](Company& company) { return ChangeSetting(company, "closing-date", "2026-11-30"); });
+
+  const BookedRequests accepted = AcceptAtBirch(request);
+
+  ASSERT_THAT(accepted.booked, SizeIs(1)) << accepted.left.at(0).refusal.why;
+  EXPECT_TRUE(accepted.booked[0].isDateMoved);
+  EXPECT_EQ(accepted.booked[0].request.entry->day, DateType32(2026, 12, 1));
+}
+
+TEST_F(TheRequest, IsNotBookedWithoutAnAccountAndStaysAsItIs) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+
+  const BookedRequests accepted = AcceptAtBirch(request, {});
+
+  EXPECT_THAT(accepted.booked, IsEmpty());
+  EXPECT_EQ(accepted.left.at(0).refusal.remedy, Remedy::kNameExpenseAndName);
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kNew);
+}
+
+TEST_F(TheRequest, IsAnsweredOnce) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  AcceptAtBirch(request);
+
+  EXPECT_EQ(RejectAtBirch(request, "after all").left.at(0).refusal.remedy, Remedy::kSeeTheInbox);
+  EXPECT_EQ(AcceptAtBirch(request).left.at(0).refusal.remedy, Remedy::kSeeTheInbox);
+}
+
+TEST_F(TheRequest, IsNotUndoneByHandOnceThePartnerWasTold) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  const std::int32_t entry = AcceptAtBirch(request).booked.at(0).request.entry->txnId;
+
+  EXPECT_EQ(
+      At("Birch", [&](Company& company) { return RefusalOf([&] { RemoveJournalEntry(company, entry); }); }).remedy,
+      Remedy::kWaitForTheReversal);
+  EXPECT_EQ(At("Alder",
+               [&](Company& company) {
+                 return RefusalOf(
+                     [&] { SetState(company, Partner("Birch"), RequestId(request), TransactionState::kEstablished); });
+               })
+                .remedy,
+            Remedy::kSendToThePartner);
+}
+
+TEST_F(TheRequest, IsNotBookedOrRejectedPastTheInbox) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+
+  EXPECT_EQ(RefusalOf([&] { BookByHandAtBirch(request, "240.00"); }).remedy, Remedy::kAnswerInTheInbox);
+}
+
+TEST_F(TheRequest, IsSentOnceAndNotWhereItIsAboveWhatIsAskedFor) {
+  EnterRequest();
+  const RequestSelection nothing{.requests = {}, .partner = std::nullopt, .upTo = LineAmount("1.00")};
+
+  EXPECT_THAT(At("Alder", [&](Company& company) { return SendRequests(company, nothing); }).sent, IsEmpty());
+  EXPECT_THAT(At("Alder", [&](Company& company) { return SendRequests(company); }).sent, SizeIs(1));
+  EXPECT_THAT(At("Alder", [&](Company& company) { return SendRequests(company); }).sent, IsEmpty());
+}
+
+class WhatABackupForgot : public TheRequest {
+ protected:
+  // Birch has accepted and told so, and then its books are those of before.
+  std::string AcceptedAndForgotten() {
+    std::string request = EnterRequest();
+    CarryInTurns("Alder", "Birch", 1);
+    const std::string before = Books("Birch");
+    EXPECT_THAT(AcceptAtBirch(request).booked, SizeIs(1));
+    CarryUntilAtRest();
+    Restore("Birch", before);
+    return request;
+  }
+};
+
+TEST_F(WhatABackupForgot, IsNotDecidedOtherwiseBeforeThePartnerWasAsked) {
+  const std::string request = AcceptedAndForgotten();
+
+  const Refusal refusal = RefusalOf([&] { RejectAtBirch(request, "not ours"); });
+
+  EXPECT_EQ(refusal.remedy, Remedy::kCarryUntilCompared);
+  EXPECT_EQ(RefusalOf([&] { AcceptAtBirch(request); }).remedy, Remedy::kCarryUntilCompared);
+}
+
+TEST_F(WhatABackupForgot, ComesBackAndIsToBeBookedAgainWithoutASecondAnswer) {
+  const std::string request = AcceptedAndForgotten();
+
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kToBookAgain);
+  EXPECT_EQ(InboxOf("Birch").at(0).entryBefore->day, DateType32(2026, 11, 2));
+  ASSERT_THAT(AcceptAtBirch(request).booked, SizeIs(1));
+  CarryUntilAtRest();
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kAccepted);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
+  EXPECT_EQ(Carry("Birch").at(0).missing, 0U);
+}
+
+TEST_F(WhatABackupForgot, IsLetGoWhenAnAdministratorInsists) {
+  const std::string request = AcceptedAndForgotten();
+
+  At("Birch", [](Company& company) { InsistOnBooks(company); });
+
+  EXPECT_THAT(RejectAtBirch(request, "not ours").rejected, SizeIs(1));
+  CarryUntilAtRest();
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kToBookAgain);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
+}
+
+TEST_F(WhatABackupForgot, OfOnesOwnRequestKeepsItFromBeingTakenBackBeforeThePartnerWasAsked) {
+  const RecordedTransaction bill = EnterBill();
+  const std::string before = Books("Alder");
+  CarryInTurns("Alder", "Birch", 1);
+  Restore("Alder", before);
+
+  const auto reverse = [&] {
+    At("Alder", [&](Company& company) {
+      return ReverseTransaction(company, {.txnId = bill.txnId, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
+    });
+  };
+
+  EXPECT_EQ(RefusalOf(reverse).remedy, Remedy::kCarryUntilCompared);
+  CarryUntilAtRest();
+  EXPECT_EQ(StateAtAlder(PartnersLineOf(bill).partners->requestId), TransactionState::kSent);
+}
+
+TEST_F(TheRequest, IsNotImportedPastThePartnersAnswers) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  const std::string realm = RealmOf("Alder");
+  const auto importAtBirch = [&](const std::string& id, const std::string& state) {
+    standalone::WriteFile(folder_ / "entries.csv",
+                          "transaction,type,date,name,memo,account,amount,line_memo,partner_realm,request_id,state\n"
+                          "1,journal,2026-11-02,,,Maintenance,240.00,," +
+                              realm + "," + id + "," + state + "\n1,journal,2026-11-02,,,Due to Alder,-240.00,,,,\n");
+    At("Birch", [&](Company& company) { Import(company, Importable::kTransactions, folder_ / "entries.csv"); });
+  };
+
+  EXPECT_THROW(importAtBirch(request, ""), standalone::InvalidInput);
+  EXPECT_THROW(importAtBirch("R-9", "established"), standalone::InvalidInput);
+  importAtBirch("R-9", "");
+
+  // It is the partner's own, and not sent back to it.
+  EXPECT_THAT(At("Birch", [](Company& company) { return SendRequests(company); }).sent, IsEmpty());
+}
+
+TEST_F(TheRequest, ThatMeetsARemovedEntryOfAnotherAmountIsNotMarkedAnyMore) {
+  const std::string request = EnterRequest();
+  const std::int32_t entry = BookByHandAtBirch(request, "24.00");
+  CarryUntilAtRest();
+
+  At("Birch", [&](Company& company) { return RemoveJournalEntry(company, entry); });
+
+  EXPECT_THAT(InboxOf("Birch").at(0).mark, IsEmpty());
+}
+
+TEST_F(TheRequest, KeepsTheCurrencyInWhichBothCompaniesCount) {
+  EXPECT_EQ(RefusalOf([&] {
+              At("Birch", [](Company& company) { return ChangeSetting(company, "home-currency", "JPY"); });
+            }).remedy,
+            Remedy::kRemoveThePairingFirst);
+}
+
+TEST_F(TheRequest, LeavesATrailThatHolds) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  AcceptAtBirch(request);
+  CarryUntilAtRest();
+
+  for (const char* const who : {"Alder", "Birch"}) {
+    EXPECT_FALSE(At(who, [](Company& company) { return VerifyAudit(company); }).breakAt.has_value()) << who;
+  }
+}
+
+TEST_F(TheRequest, ThatTheSendersBooksLostIsToldAndAnsweredAllTheSame) {
+  const std::string before = Books("Alder");
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  AcceptAtBirch(request);
+
+  Restore("Alder", before);
+  CarryUntilAtRest();
+  CarryUntilAtRest();
+
+  const std::vector<OutboxRequest> outbox = OutboxOf("Alder");
+  ASSERT_THAT(outbox, SizeIs(1));
+  EXPECT_TRUE(outbox[0].isLost);
+  EXPECT_EQ(outbox[0].amount.minorUnits, 24000);
+}
+
+}  // namespace
+}  // namespace desk

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace partners {
+
+// What happens in a history: what people do, what the mailbox does, and what befalls the books.
+enum class Act {
+  kBill,
+  kCheck,
+  kEntry,
+  kSend,
+  kSendOne,
+  kWithdraw,
+  kReverse,
+  kCorrect,
+  kRemove,
+  kMoveByHand,
+  kAccept,
+  kAcceptOne,
+  kReject,
+  kBookByHand,
+  kRemoveBooked,
+  kMoveExpense,
+  kRejectByHand,
+  kClose,
+  kReopen,
+  kBlock,
+  kUnblock,
+  kCarry,
+  kCarryAll,
+  kLose,
+  kDouble,
+  kDelay,
+  kArrive,
+  kTruncate,
+  kCorrupt,
+  kReplay,
+  kMisdirect,
+  kBackUp,
+  kRestoreBooks,
+  kRestoreFolder,
+};
+
+// How often each act is drawn beside the others; the last three only where histories have restores.
+struct Kind {
+  Act act;
+  const char* name;
+  int weight;
+  bool isRestore = false;
+};
+const std::vector<Kind>& Kinds();
+const char* NameOf(Act act);
+
+// `chance` decides all that the act leaves open, so that a step means the same when others before it are left out.
+struct Step {
+  Act act{};
+  std::size_t who = 0;
+  std::uint32_t chance = 0;
+};
+
+struct History {
+  std::size_t companies = 2;
+  std::vector<Step> steps;
+};
+
+inline constexpr std::array kCompanies{"Alder", "Birch", "Cedar", "Dogwood"};
+
+History NewHistory(std::uint64_t seed, bool withRestores);
+// A line for each step.
+std::string TextOf(const History& history);
+
+}  // namespace partners

@@ -1,0 +1,384 @@
+#include "partners/Play.h"
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+
+#include "partners/AtEveryMoment.h"
+#include "partners/AtRest.h"
+#include "partners/BadFolder.h"
+#include "partners/Books.h"
+#include "partners/Carrying.h"
+#include "standalone/desk/Correcting.h"
+#include "standalone/desk/Entering.h"
+#include "standalone/desk/Inbox.h"
+#include "standalone/desk/Journal.h"
+#include "standalone/desk/Outbox.h"
+#include "standalone/desk/Pairing.h"
+#include "standalone/desk/Rejections.h"
+#include "standalone/desk/Settings.h"
+#include "standalone/desk/Transactions.h"
+#include "standalone/values/Decimals.h"
+#include "standalone/values/Errors.h"
+
+namespace partners {
+
+namespace {
+
+using desk::Company;
+using desk::EnteredType;
+using standalone::InboxState;
+using standalone::LineAmount;
+using standalone::RequestId;
+using standalone::TransactionState;
+using enum standalone::TransactionState;
+
+// There is nothing of which the step could be done.
+struct Idle {};
+
+std::string Amount(std::int64_t minorUnits) {
+  return standalone::FormatPlainAmount(minorUnits, standalone::kTwoDecimals);
+}
+
+class Playing {
+ public:
+  Playing(Group& group, bool hasRestores) : group_(group), hasRestores_(hasRestores), folder_(group.Shared()) {
+    folder_.Remember();
+  }
+
+  void Do(const Step& step, Tally& tally) {
+    Tally::Times& times = tally.times[step.act];
+    who_ = step.who;
+    random_.seed(step.chance);
+    try {
+      Perform(step.act);
+      ++times.done;
+    } catch (const Idle&) {
+      ++times.idle;
+    } catch (const desk::Refused& refused) {
+      RequirePersonsAct(step.act, refused);
+      ++times.refused;
+    } catch (const standalone::InvalidInput& invalid) {
+      RequirePersonsAct(step.act, invalid);
+      ++times.refused;
+    } catch (const standalone::ConstraintViolation& violation) {
+      RequirePersonsAct(step.act, violation);
+      ++times.refused;
+    }
+    Look(step.who);
+  }
+
+  // Nobody holds anything back any more.
+  void End() {
+    for (who_ = 0; who_ < group_.Size(); ++who_) {
+      desk::ChangeSetting(Here(), "closing-date", "none");
+      Unblock();
+    }
+    folder_.LetTimePass();
+    ComeToRest(group_);
+    for (std::size_t who = 0; who < group_.Size(); ++who) Look(who);
+    RequireAgreement(group_, hasRestores_);
+  }
+
+ private:
+  Company& Here() { return group_.Open(who_); }
+  std::size_t Below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random_); }
+  bool OneIn(std::size_t times) { return Below(times) == 0; }
+  template <typename Item>
+  const Item& AnyOf(const std::vector<Item>& items) {
+    if (items.empty()) throw Idle();
+    return items[Below(items.size())];
+  }
+  std::size_t AnotherCompany() {
+    const std::size_t other = Below(group_.Size() - 1);
+    return other < who_ ? other : other + 1;
+  }
+  DateType32 AnyDay() {
+    return {2026, static_cast<std::uint8_t>(3 + Below(3)), static_cast<std::uint8_t>(1 + Below(28))};
+  }
+
+  // What carries and what meddles is never refused.
+  static void RequirePersonsAct(Act act, const std::exception& refused) {
+    if (act == Act::kCarry || act == Act::kCarryAll)
+      throw Violation(std::string("carrying was refused: ") + refused.what());
+  }
+  void Look(std::size_t who) {
+    Books books(group_.FileOf(who));
+    RequireSound(kCompanies.at(who), books);
+  }
+
+  void Perform(Act act) {
+    switch (act) {
+      case Act::kBill:
+        return Enter(EnteredType::kBill);
+      case Act::kCheck:
+        return Enter(EnteredType::kCheck);
+      case Act::kEntry:
+        return Enter(EnteredType::kEntry);
+      case Act::kSend:
+        return Send({});
+      case Act::kSendOne:
+        return Send({.requests = {RequestId(AnyOwnIn({kEntered}).request)}});
+      case Act::kWithdraw:
+        desk::WithdrawRequest(Here(), RequestId(AnyOwnIn({kSent}).request));
+        return;
+      case Act::kReverse:
+        return Reverse();
+      case Act::kCorrect:
+        return Correct();
+      case Act::kRemove:
+        desk::RemoveTransaction(Here(), AnyOwnIn({kEntered}).txnId);
+        return;
+      case Act::kMoveByHand:
+        return MoveByHand();
+      case Act::kAccept:
+        return Accept({});
+      case Act::kAcceptOne:
+        return Accept({.requests = {AnyInInbox()}});
+      case Act::kReject:
+        return Reject();
+      case Act::kBookByHand:
+        return BookByHand();
+      case Act::kRemoveBooked:
+        desk::RemoveJournalEntry(Here(), AnyBooked().txnId);
+        return;
+      case Act::kMoveExpense:
+        desk::MoveExpense(Here(), {.txnId = AnyBooked().txnId, .account = "Rent", .date = AnyDay()});
+        return;
+      case Act::kRejectByHand:
+        return RejectByHand();
+      case Act::kClose:
+        desk::ChangeSetting(Here(), "closing-date", "2026-04-15");
+        return;
+      case Act::kReopen:
+        desk::ChangeSetting(Here(), "closing-date", "none");
+        return;
+      case Act::kBlock:
+        desk::BlockPartner(Here(), kCompanies.at(AnotherCompany()));
+        return;
+      case Act::kUnblock:
+        return Unblock();
+      case Act::kCarry:
+        Carry(group_, who_);
+        folder_.Remember();
+        return;
+      case Act::kCarryAll:
+        for (std::size_t who = 0; who < group_.Size(); ++who) Carry(group_, who);
+        folder_.Remember();
+        return;
+      default:
+        return Befall(act);
+    }
+  }
+
+  void Befall(Act act) {
+    switch (act) {
+      case Act::kLose:
+        return folder_.Lose(random_);
+      case Act::kDouble:
+        return folder_.Double(random_);
+      case Act::kDelay:
+        return folder_.Delay(random_);
+      case Act::kArrive:
+        return folder_.Arrive(random_);
+      case Act::kTruncate:
+        return folder_.Truncate(random_);
+      case Act::kCorrupt:
+        return folder_.Corrupt(random_);
+      case Act::kReplay:
+        return folder_.Replay(random_);
+      case Act::kMisdirect:
+        return folder_.Misdirect(random_);
+      case Act::kBackUp:
+        return BackUp();
+      case Act::kRestoreBooks:
+        return Restore("books.company");
+      case Act::kRestoreFolder:
+        return Restore("");
+      default:
+        throw std::logic_error("nobody performs this act");
+    }
+  }
+
+  std::vector<RequestRow> Rows(bool own) {
+    std::vector<RequestRow> rows = Books(group_.FileOf(who_)).Rows();
+    std::erase_if(rows, [own](const RequestRow& row) { return row.isOwn != own; });
+    return rows;
+  }
+  RequestRow AnyOwn() { return AnyOf(Rows(true)); }
+  // Mostly in one of these states, where it may be done.
+  RequestRow AnyOwnIn(std::initializer_list<TransactionState> states) {
+    std::vector<RequestRow> rows = Rows(true);
+    if (!OneIn(8)) {
+      std::erase_if(rows, [&](const RequestRow& row) {
+        return std::ranges::find(states, TransactionState{row.state}) == states.end();
+      });
+    }
+    return AnyOf(rows);
+  }
+  RequestRow AnyBooked() { return AnyOf(Rows(false)); }
+  // Mostly one with which something is to be done.
+  RequestId AnyInInbox() {
+    std::vector<InboxRow> rows = Books(group_.FileOf(who_)).Inbox();
+    if (!OneIn(8)) {
+      std::erase_if(rows, [](const InboxRow& row) {
+        return row.state != InboxState::kNew && row.state != InboxState::kHeld && row.state != InboxState::kToBookAgain;
+      });
+    }
+    return RequestId(AnyOf(rows).request);
+  }
+  // That a partner has entered, whether it was sent or not.
+  Entered AnyForHere() {
+    std::vector<Entered> forHere = group_.Requests();
+    std::erase_if(forHere, [this](const Entered& entered) { return entered.to != who_; });
+    return AnyOf(forHere);
+  }
+
+  // A third of it is each partner's who bears a part.
+  std::vector<desk::PartnersShare> Shares() {
+    std::vector<desk::PartnersShare> shares;
+    const std::size_t first = AnotherCompany();
+    shares.push_back({.partner = kCompanies.at(first), .share = standalone::ShareText("1/3")});
+    const std::size_t second = AnotherCompany();
+    if (second != first && OneIn(3)) {
+      shares.push_back({.partner = kCompanies.at(second), .share = standalone::ShareText("1/4")});
+    }
+    return shares;
+  }
+  std::vector<desk::EnteredLine> Lines(EnteredType type) {
+    const auto amount = static_cast<std::int64_t>(100 + Below(100'000));
+    std::vector<desk::EnteredLine> lines{{.account = "Utilities", .amount = LineAmount(Amount(amount))}};
+    if (type == EnteredType::kEntry) {
+      lines.push_back({.account = "Checking", .amount = LineAmount(Amount(-amount))});
+    }
+    return lines;
+  }
+  void Note(const desk::RecordedTransaction& recorded) {
+    for (const desk::RecordedLine& line : recorded.lines) {
+      if (!line.partners) continue;
+      const auto to =
+          std::ranges::find(kCompanies, line.partners->partner, [](const char* name) { return std::string(name); });
+      group_.Requests().push_back({.from = who_,
+                                   .to = static_cast<std::size_t>(to - kCompanies.begin()),
+                                   .request = line.partners->requestId,
+                                   .amount = line.amount.minorUnits});
+    }
+  }
+  void Enter(EnteredType type) {
+    desk::TransactionToRecord transaction{
+        .type = type, .date = AnyDay(), .name = {}, .lines = Lines(type), .shares = Shares(), .attachments = {}};
+    if (type != EnteredType::kEntry) transaction.name = desk::Existing{"Northern Power"};
+    transaction.again = true;
+    Note(desk::RecordTransaction(Here(), transaction, desk::Posting::kPost));
+  }
+  void Send(const desk::RequestSelection& selection) {
+    if (desk::SendRequests(Here(), selection).sent.empty()) throw Idle();
+  }
+  void Reverse() {
+    Note(desk::ReverseTransaction(
+             Here(), {.txnId = AnyOwnIn({kEntered, kCameBack, kEstablished}).txnId, .date = DateType32(2026, 6, 1)})
+             .reversal);
+  }
+  void Correct() {
+    const RequestRow row = AnyOwnIn({kEntered, kCameBack, kEstablished});
+    const auto type = static_cast<EnteredType>(row.type);
+    desk::TransactionToCorrect correction{.type = type, .txnId = row.txnId, .date = DateType32(2026, 6, 1)};
+    correction.lines = Lines(type);
+    if (OneIn(4)) {
+      correction.withoutPartners = true;
+    } else {
+      correction.shares = Shares();
+    }
+    const desk::CorrectedTransaction corrected = desk::CorrectTransaction(Here(), correction, desk::Posting::kPost);
+    Note(corrected.reversed.reversal);
+    Note(corrected.correction);
+  }
+  void MoveByHand() {
+    const auto state = static_cast<standalone::TransactionState>(std::array{0, 1, 2, 3, 5}.at(Below(5)));
+    const RequestRow row = AnyOwn();
+    const auto entered = std::ranges::find(group_.Requests(), row.request, &Entered::request);
+    if (entered == group_.Requests().end()) throw Idle();
+    desk::SetState(Here(), desk::Partner(kCompanies.at(entered->to)), RequestId(row.request), state);
+  }
+
+  void Unblock() {
+    for (const desk::PairedPartner& partner : desk::ListPairedPartners(Here())) {
+      if (partner.state == standalone::PairingState::kBlocked) desk::UnblockPartner(Here(), partner.name);
+    }
+  }
+
+  void Accept(const desk::RequestSelection& selection) {
+    desk::RequestBooking booking{.expense = desk::Existing{"Utilities"}, .name = desk::Existing{"Northern Power"}};
+    if (OneIn(3)) booking.date = AnyDay();
+    if (desk::AcceptRequests(Here(), selection, booking).booked.empty()) throw Idle();
+  }
+  void Reject() {
+    if (desk::RejectRequests(Here(), {.requests = {AnyInInbox()}}, standalone::Memo("Not ours")).rejected.empty()) {
+      throw Idle();
+    }
+  }
+  void BookByHand() {
+    const Entered entered = AnyForHere();
+    const std::int64_t amount = OneIn(4) ? entered.amount + 100 : entered.amount;
+    desk::RecordJournalEntry(Here(), {.partner = desk::Partner(kCompanies.at(entered.from)),
+                                      .request = RequestId(entered.request),
+                                      .amount = LineAmount(Amount(amount)),
+                                      .expense = desk::Existing{"Utilities"},
+                                      .dueTo = {},
+                                      .name = desk::Existing{"Northern Power"}});
+  }
+  void RejectByHand() {
+    const Entered entered = AnyForHere();
+    desk::SaveRejection(Here(), {.partner = desk::Partner(kCompanies.at(entered.from)),
+                                 .request = RequestId(entered.request),
+                                 .type = standalone::RejectableType::kBill,
+                                 .amount = standalone::RejectedAmount(Amount(entered.amount)),
+                                 .partnerTxnId = standalone::PartnerTxnId("1")});
+  }
+
+  std::filesystem::path Backups() const { return group_.FolderOf(who_) / "backups"; }
+  void BackUp() {
+    group_.CloseAll();
+    const std::filesystem::path backup = Backups() / std::to_string(++backups_);
+    std::filesystem::create_directories(backup);
+    for (const auto& entry : std::filesystem::directory_iterator(group_.FolderOf(who_))) {
+      if (entry.is_regular_file()) std::filesystem::copy_file(entry.path(), backup / entry.path().filename());
+    }
+  }
+  // Of the books alone, or of all that lies beside them, too.
+  void Restore(std::string_view only) {
+    if (!std::filesystem::exists(Backups())) throw Idle();
+    std::vector<std::filesystem::path> backups;
+    for (const auto& entry : std::filesystem::directory_iterator(Backups())) backups.push_back(entry.path());
+    std::ranges::sort(backups);
+    const std::filesystem::path backup = AnyOf(backups);
+    group_.CloseAll();
+    for (const char* suffix : {"-wal", "-shm"}) std::filesystem::remove(group_.FileOf(who_).string() + suffix);
+    for (const auto& entry : std::filesystem::directory_iterator(backup)) {
+      if (!only.empty() && entry.path().filename() != only) continue;
+      std::filesystem::copy_file(entry.path(), group_.FolderOf(who_) / entry.path().filename(),
+                                 std::filesystem::copy_options::overwrite_existing);
+    }
+  }
+
+  Group& group_;
+  bool hasRestores_;
+  BadFolder folder_;
+  std::mt19937 random_;
+  std::size_t who_ = 0;
+  int backups_ = 0;
+};
+
+}  // namespace
+
+void PlayHistory(Group& group, const History& history, Tally& tally) {
+  const bool hasRestores = std::ranges::any_of(history.steps, [](const Step& step) {
+    return step.act == Act::kRestoreBooks || step.act == Act::kRestoreFolder;
+  });
+  group.Begin();
+  Playing playing(group, hasRestores);
+  for (const Step& step : history.steps) playing.Do(step, tally);
+  playing.End();
+}
+
+}  // namespace partners

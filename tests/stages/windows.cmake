@@ -2,7 +2,7 @@
 set(work ${PROJECT_SOURCE_DIR}/build)
 set(both_programs ${work}/release/bin/multientity ${scripts}/windows-multientity.sh)
 add_stage_test(windows.jobs windows 1800 ${scripts}/compare-plays.sh ${both_programs} ${work}/plays)
-add_stage_test(windows.company_files windows 1800 ${scripts}/exchange-company-files.sh ${both_programs} ${work}/exchange)
+add_stage_test(windows.company_files windows 1800 ${scripts}/exchange-company-files.sh ${both_programs} ${work}/company-files)
 add_stage_test(windows.leftovers windows 300 ${scripts}/check-windows-leftovers.sh)
 set_tests_properties(windows.leftovers PROPERTIES DEPENDS "windows.jobs;windows.company_files")
 add_stage_test(install.windows install 1800 ${scripts}/check-install.sh windows)

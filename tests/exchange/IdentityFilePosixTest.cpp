@@ -23,7 +23,7 @@ using ::testing::IsEmpty;
 class AnIdentityOnAPosixSystem : public IdentityFixture {};
 
 TEST_F(AnIdentityOnAPosixSystem, IsItsOwnersOnlyWhateverTheMask) {
-  for (const mode_t mask : {0, 022, 0777}) {
+  for (const mode_t mask : {0U, 022U, 0777U}) {
     const mode_t before = umask(mask);
     IdentityFile::Make(file_, KeysOf(10));
     const std::optional<CarrierLock> lock = CarrierLock::TryTake(file_, platform::SystemClock());

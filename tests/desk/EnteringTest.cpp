@@ -388,7 +388,7 @@ TEST_F(Entering, SharesAreRefusedThatCannotBeTakenOut) {
       {{Share("1001", "1/3"), Share("Birch Services Company", "1/3")},
        "two shares are of Birch Services Company (realm 1001)"}};
   for (const auto& [shares, why] : refused) {
-    const Refusal refusal = RefusalOfBill([&shares = shares](auto& bill) { bill.shares = shares; });
+    const Refusal refusal = RefusalOfBill([&shares](auto& bill) { bill.shares = shares; });
 
     EXPECT_EQ(refusal.why, why);
     EXPECT_EQ(refusal.remedy, Remedy::kCheckTheShares);

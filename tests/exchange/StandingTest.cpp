@@ -342,7 +342,7 @@ TEST(WhatIsHeldOfARequest, SaysTheSameInWhateverOrderItCame) {
 TEST(WhatIsHeldOfARequest, SaysNothingFurtherOnceItIsDone) {
   ForEachCase([](const Case& one) {
     const ReceiversStanding standing = StandingAtReceiver(one.held, one.books);
-    for (const std::size_t hash : {0, 4, 9}) {
+    for (const std::size_t hash : {std::size_t{0}, std::size_t{4}, std::size_t{9}}) {
       const Case after = After(one, standing, hash);
       const ReceiversStanding again = StandingAtReceiver(after.held, after.books);
       ASSERT_EQ(again.answer, std::nullopt) << one;

@@ -6,13 +6,12 @@
 #include <vector>
 
 #include "fuzz/BooksFuzzing.h"
+#include "standalone/app/Program.h"
 
 // The command line's arguments, one on each line of the input, after the name of the program; the words FILE and CSV
 // stand for a company file and a file to import. Whatever is typed ends with an exit code that the program documents,
 // and wrong usage leaves the company file as it was; `open` ends at once, as there is no input. POSIX calls keep the
 // program's output away from the fuzzer's.
-
-int ProgramMain(int argumentCount, char** arguments);
 
 namespace {
 
@@ -77,7 +76,7 @@ int Run(std::vector<std::string>& arguments) {
   std::vector<char*> pointers;
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
-  return ProgramMain(static_cast<int>(arguments.size()), pointers.data());
+  return app::RunProgram(static_cast<int>(arguments.size()), pointers.data());
 }
 
 }  // namespace

@@ -155,8 +155,8 @@ TEST_P(ACopyOfAnOlderVersion, IsNeverRefusedWhateverAnInterruptedMoveOfThatLogLe
   };
   std::vector<std::string> interrupted;
   for (const auto& [until, content] : last) {
-    interrupted.push_back(moved([&, until = until](std::uint32_t page) { return page <= until; }));
-    interrupted.push_back(moved([&, until = until](std::uint32_t page) { return page >= until; }));
+    interrupted.push_back(moved([&](std::uint32_t page) { return page <= until; }));
+    interrupted.push_back(moved([&](std::uint32_t page) { return page >= until; }));
   }
   for (int trial = 0; trial < 20; ++trial) {
     interrupted.push_back(moved([&](std::uint32_t) { return random() % 2 == 0; }));

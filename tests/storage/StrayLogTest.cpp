@@ -192,7 +192,7 @@ TEST_F(AfterACrash, WhateverAnInterruptedMoveLeftIsNeverRefused) {
   };
   std::vector<std::string> interrupted;
   for (const auto& [until, content] : last) {
-    interrupted.push_back(moved([&, until = until](std::uint32_t page) { return page <= until; }));
+    interrupted.push_back(moved([&](std::uint32_t page) { return page <= until; }));
   }
   std::minstd_rand random(7);
   for (int trial = 0; trial < 20; ++trial) {

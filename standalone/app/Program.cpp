@@ -1,3 +1,5 @@
+#include "standalone/app/Program.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -382,19 +384,19 @@ void AddFooter(CLI::App& command, const char* example) {
   command.footer(fmt::format("Example:\n  multientity {}\n\n{}", example, kGlobalOptionsHelp));
 }
 
-}  // namespace app
-
-int main(int argumentCount, char** arguments) {
-  app::IgnoreClosedPipes();
-  app::PrintTheSameEverywhere();
+int RunProgram(int argumentCount, char** arguments) {
+  IgnoreClosedPipes();
+  PrintTheSameEverywhere();
   try {
-    return app::Run({app::ArgumentsInUtf8(argumentCount, arguments)});
+    return Run({ArgumentsInUtf8(argumentCount, arguments)});
   } catch (const standalone::InvalidInput& error) {
-    return app::Fail(/*json=*/false, app::kExitBadInput, error.what());
+    return Fail(/*json=*/false, kExitBadInput, error.what());
   } catch (const std::exception& error) {
-    return app::Fail(/*json=*/false, app::kExitNotDone, error.what());
+    return Fail(/*json=*/false, kExitNotDone, error.what());
   } catch (...) {
-    app::PrintError("multientity: unknown error\n");
+    PrintError("multientity: unknown error\n");
   }
-  return app::kExitNotDone;
+  return kExitNotDone;
 }
+
+}  // namespace app

@@ -119,9 +119,11 @@ void EntryDialogue::Ask(const std::string& question, const std::function<void(co
 
 void EntryDialogue::Complete(desk::TransactionToRecord& transaction) const {
   const bool isAskedForAll = transaction.lines.empty();
-  if (isAskedForAll) AskForHeader(transaction);
+  // What was sent before has all of it.
+  const bool wasSent = !transaction.lost.empty();
+  if (isAskedForAll && !wasSent) AskForHeader(transaction);
   const bool needsName = transaction.type != EnteredType::kEntry || isAskedForAll;
-  if (needsName && std::holds_alternative<std::monostate>(transaction.name)) AskForName(transaction);
+  if (needsName && !wasSent && std::holds_alternative<std::monostate>(transaction.name)) AskForName(transaction);
   if (isAskedForAll) AskForLines(transaction);
   AskForAccountToCredit(transaction);
   if (isAskedForAll && transaction.shares.empty()) AskForShares(transaction);

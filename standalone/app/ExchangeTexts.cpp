@@ -35,9 +35,10 @@ void AddInboxKinds(std::vector<KindOfRequests>& kinds, const desk::InboxStatus& 
 void AddOutboxKinds(std::vector<KindOfRequests>& kinds, const desk::OutboxStatus& outbox) {
   kinds.push_back({&outbox.cameBack, "came back", kUs,
                    "correct or reverse what came back; see why with: multientity outbox list {} --partner {}"});
-  kinds.push_back({&outbox.lost, "lost from these books, and known to the partner", kUs,
-                   "do not enter anew what is lost, as the partner would be asked twice; see it with: multientity "
-                   "outbox list {} --partner {}"});
+  kinds.push_back(
+      {&outbox.lost, "lost from these books, and known to the partner", kUs,
+       "enter what is lost once more under the request that the partner knows, with --lost REQUEST; see it with: "
+       "multientity outbox list {} --partner {}"});
   kinds.push_back(
       {&outbox.entered, "entered, to be sent", kUs, "send it with: multientity exchange send {} --partner {}"});
   kinds.push_back({&outbox.unanswered, "sent, without an answer", kPartner, ""});

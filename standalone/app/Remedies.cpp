@@ -238,6 +238,8 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
       return "carry letters until each partner has told what it holds, which brings back what is missing: multientity "
              "exchange run FILE here and there; an administrator who knows better goes on with: multientity exchange "
              "insist FILE";
+    case Remedy::kEnterWhatWasSent:
+      return "see what the partner knows with: multientity outbox show FILE REQUEST";
   }
   return {};
 }

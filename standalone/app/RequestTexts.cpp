@@ -148,16 +148,25 @@ std::string NextOfInbox(const InboxRequest& request, const std::string& file) {
   return "nothing; the partner does not want it any more";
 }
 
+// By which transactions of that type are entered.
+std::string CommandOf(std::int16_t txnType) {
+  const std::string type = standalone::TransactionTypeName(txnType);
+  return type == "journal" ? "entry" : type;
+}
+
 std::string CorrectionsOf(const OutboxRequest& request, const std::string& file) {
-  const std::string type = standalone::TransactionTypeName(request.type);
   return fmt::format("correct it with: multientity {} correct {} {}; or take it back with: multientity reverse {} {}",
-                     type == "journal" ? "entry" : type, AsTyped(file), request.txnId, AsTyped(file), request.txnId);
+                     CommandOf(request.type), AsTyped(file), request.txnId, AsTyped(file), request.txnId);
 }
 
 std::string NextOfOutbox(const OutboxRequest& request, const std::string& file) {
   if (request.isLost || !request.state) {
-    return "do not enter it anew, as the partner would be asked twice: talk to the partner, and post what is missing "
-           "without a partner's share; these books have no transaction for it";
+    return fmt::format(
+        "enter it once more under the request that the partner knows: multientity {} record {} --lost {} --line "
+        "ACCOUNT "
+        "AMOUNT --partner {} --share {}",
+        CommandOf(request.type), AsTyped(file), AsTyped(request.requestId), AsTyped(request.partner),
+        standalone::FormatAmount(request.amount));
   }
   if (request.isWithdrawing) return "nothing until the partner answers; what it has decided stands";
   if (request.state->ofBefore) return "nothing; it was booked with version 1.0, and is settled by hand";

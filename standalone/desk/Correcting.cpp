@@ -92,6 +92,7 @@ TransactionToPost MoveOf(const BookedExpense& expense, std::int32_t accountId, D
 standalone::AuditDeed DeedOfReversal(Work& work, const PostedReversal& reversal) {
   standalone::AuditDeed deed = DeedOfPosting(work, "transaction.reverse", reversal.txnId);
   deed.changes.insert(deed.changes.end(), reversal.closed.begin(), reversal.closed.end());
+  std::ranges::move(FollowTakenUp(work, reversal.takenUp), std::back_inserter(deed.changes));
   return deed;
 }
 

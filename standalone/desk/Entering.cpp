@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <utility>
 
 #include "standalone/books/IntercompanyTable.h"
@@ -14,6 +15,7 @@
 #include "standalone/desk/inside/Closing.h"
 #include "standalone/desk/inside/Composing.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/LostRequests.h"
 #include "standalone/desk/inside/NotedNames.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Partners.h"
@@ -103,6 +105,25 @@ void RefuseASecondOne(Work& work, const TransactionToPost& toPost) {
               Remedy::kRecordAgain);
 }
 
+std::vector<LostRequest> LostOf(Work& work, const TransactionToRecord& given) {
+  std::vector<LostRequest> lost;
+  for (const standalone::RequestId& request : given.lost) lost.push_back(RequireLost(work, given.type, request));
+  return lost;
+}
+
+// What was left out is as the partners know it.
+TransactionToRecord WithWhatWasSent(const TransactionToRecord& given, const std::vector<LostRequest>& lost) {
+  TransactionToRecord completed = given;
+  if (lost.empty()) return completed;
+  const exchange::Proposal& sent = lost.front().proposal;
+  if (!completed.date) completed.date = sent.date;
+  if (completed.memo.Text().empty()) completed.memo = standalone::Memo(sent.memo);
+  if (completed.documentNumber.Text().empty()) completed.documentNumber = standalone::DocumentNumber(sent.document);
+  if (std::holds_alternative<std::monostate>(completed.name) && !sent.name.empty())
+    completed.name = Existing{sent.name};
+  return completed;
+}
+
 TransactionToPost Composed(Work& work, const TransactionToRecord& given) {
   TransactionToPost toPost{.type = static_cast<std::int16_t>(given.type),
                            .date = given.date ? *given.date : work.Today(),
@@ -175,6 +196,8 @@ struct Entry {
   ClosedDays closedDays{};
   std::function<TransactionToPost()> compose;
   std::function<standalone::AuditDeed(std::int32_t txnId)> deed;
+  // What else becomes another by it, for the trail.
+  std::function<std::vector<standalone::AuditChange>()> follow = nullptr;
 };
 
 RecordedTransaction Enter(Work& work, Posting how, const Entry& entry) {
@@ -184,7 +207,11 @@ RecordedTransaction Enter(Work& work, Posting how, const Entry& entry) {
     const TransactionToPost toPost = entry.compose();
     closing.RequireOpen(toPost.date);
     const PostedTransaction posted = Post(work, toPost);
-    if (how == Posting::kPost) work.Host().Record(closing.Told(entry.deed(posted.txnId)));
+    if (how == Posting::kPost) {
+      standalone::AuditDeed deed = entry.deed(posted.txnId);
+      if (entry.follow) std::ranges::move(entry.follow(), std::back_inserter(deed.changes));
+      work.Host().Record(closing.Told(std::move(deed)));
+    }
     return ReadTransaction(work, posted.txnId);
   };
   return how == Posting::kPost ? work.Write(post) : work.Host().Rehearse(post);
@@ -311,6 +338,7 @@ standalone::AuditDeed DeedOfCorrection(Work& work, EnteredType type, const Poste
                                              {{"reversal", TransactionText(type, reversal.txnId)}});
   deed.transactions = standalone::TransactionRange{.first = reversal.txnId, .last = correctionId};
   deed.changes.insert(deed.changes.end(), reversal.closed.begin(), reversal.closed.end());
+  std::ranges::move(FollowTakenUp(work, reversal.takenUp), std::back_inserter(deed.changes));
   return deed;
 }
 
@@ -374,15 +402,22 @@ standalone::Money RequireAmount(Company& company, const standalone::LineAmount& 
 RecordedTransaction RecordTransaction(Company& company, const TransactionToRecord& transaction, Posting how) {
   Work work(company.Opened(), UseCase::kRecordTransaction);
   NotedNames noted(work);
-  RecordedTransaction entered = Enter(work, how,
-                                      {.type = transaction.type,
-                                       .closedDays = transaction.closedDays,
-                                       .compose = [&] { return Composed(work, transaction); },
-                                       .deed =
-                                           [&](std::int32_t txnId) {
-                                             NoteNewVendor(noted, transaction.name);
-                                             return DeedOfPosting(work, ActionOf(transaction.type, "record"), txnId);
-                                           }});
+  std::vector<LostRequest> lost;
+  const auto compose = [&] {
+    lost = LostOf(work, transaction);
+    TransactionToPost toPost = Composed(work, WithWhatWasSent(transaction, lost));
+    TakeUp(work, lost, toPost);
+    return toPost;
+  };
+  const auto deed = [&](std::int32_t txnId) {
+    NoteNewVendor(noted, transaction.name);
+    return DeedOfPosting(work, ActionOf(transaction.type, "record"), txnId);
+  };
+  RecordedTransaction entered = Enter(
+      work, how,
+      {.type = transaction.type, .closedDays = transaction.closedDays, .compose = compose, .deed = deed, .follow = [&] {
+         return FollowTakenUp(work, lost);
+       }});
   noted.Tell();
   if (how == Posting::kPost) return entered;
   return WithoutNumbers(std::move(entered), std::holds_alternative<NewVendor>(transaction.name));

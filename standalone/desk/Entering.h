@@ -46,6 +46,9 @@ struct TransactionToRecord {
   // only payable or bank account when left out.
   std::optional<std::string> credited = std::nullopt;
   std::vector<standalone::Attachment> attachments;
+  // Those that these books lost and the partners know: the shares are asked for under these, and date, name, memo and
+  // document number are theirs where they are left out. Refused where anything is another than was sent.
+  std::vector<standalone::RequestId> lost{std::vector<standalone::RequestId>()};
   bool again = false;  // although the books have it, by type, name and document number
   ClosedDays closedDays = ClosedDays::kRefused;
 };

@@ -109,6 +109,32 @@ TEST_F(OutboxCommand, ARequestThatIsNotThereIsRefused) {
   }
 }
 
+TEST_F(OutboxCommand, WhatRestoredBooksLostIsEnteredOnceMoreUnderItsRequest) {
+  Done({"backup", kFile, "alder.backup"});
+  const std::string request = BillInTheInbox();
+  ASSERT_EQ(AcceptRequest(request).exitCode, 0);
+  Carry();
+  Done({"restore", "alder.backup", kFile, "--replace"});
+  Carry();
+  ASSERT_EQ(InOutbox(request).at("lost"), true);
+
+  const std::string shown = Run({"outbox", "show", kFile, request}).out;
+  const std::string status = Run({"exchange", "status", kFile}).out;
+  const Outcome posted = Run({"bill", "record", kFile, "--lost", request, "--line", "Utilities", "90.00", "--partner",
+                              kBirch, "--share", "45.00"});
+
+  EXPECT_THAT(shown, HasSubstr("multientity bill record alder.company --lost " + request +
+                               " --line ACCOUNT AMOUNT --partner \"" + kBirch + "\" --share 45.00\n"));
+  EXPECT_THAT(status, HasSubstr("--lost REQUEST"));
+  EXPECT_EQ(posted.exitCode, 0) << posted.err;
+  EXPECT_EQ(InOutbox(request).at("state"), "established");
+  EXPECT_EQ(InOutbox(request).at("lost"), false);
+
+  const Outcome again = Run({"bill", "record", kFile, "--lost", request, "--line", "Utilities", "90.00"});
+  EXPECT_EQ(again.exitCode, 2) << again.out;
+  EXPECT_THAT(again.err, HasSubstr("is in these books, and was not lost"));
+}
+
 TEST_F(OutboxCommand, ARequestIsNeededToBeShownOrWithdrawn) {
   for (const char* const verb : {"show", "withdraw"}) {
     const Outcome outcome = Run({"outbox", verb, kFile});

@@ -490,5 +490,177 @@ TEST_F(TheRequest, ThatTheSendersBooksLostIsToldAndAnsweredAllTheSame) {
   EXPECT_EQ(outbox[0].amount.minorUnits, 24000);
 }
 
+// Alder's bill was sent; then its books were restored to what they were before the bill.
+class ALostRequest : public TheRequest {
+ protected:
+  ALostRequest() : request_(SendAndLose()) {}
+
+  // The bill as a person has it before them; what is left out is as it was sent.
+  TransactionToRecord BillOnceMore(const std::string& share = "240.00") const {
+    TransactionToRecord bill{.type = EnteredType::kBill,
+                             .name = NewVendor{standalone::NewListName("Hillcrest")},
+                             .lines = {{.account = "Maintenance", .amount = LineAmount("480.00")}},
+                             .shares = {{.partner = "Birch", .share = standalone::ShareText(share)}},
+                             .attachments = {}};
+    bill.lost.emplace_back(request_);
+    return bill;
+  }
+  RecordedTransaction EnterOnceMore(const TransactionToRecord& bill, Posting how = Posting::kPost) {
+    return At("Alder", [&](Company& company) { return RecordTransaction(company, bill, how); });
+  }
+  Refusal RefusalOfEntering(const TransactionToRecord& bill) {
+    const std::string before = Books("Alder");
+    Refusal refusal = RefusalOf([&] { EnterOnceMore(bill); });
+    EXPECT_TRUE(Books("Alder") == before);
+    return refusal;
+  }
+
+  const std::string request_;
+
+ private:
+  std::string SendAndLose() {
+    const std::string before = Books("Alder");
+    const std::string request = EnterRequest();
+    CarryInTurns("Alder", "Birch", 1);
+    Restore("Alder", before);
+    CarryUntilAtRest();
+    return request;
+  }
+};
+
+TEST_F(ALostRequest, IsEnteredOnceMoreUnderWhatThePartnerKnows) {
+  const RecordedTransaction bill = EnterOnceMore(BillOnceMore());
+
+  EXPECT_EQ(PartnersLineOf(bill).partners->requestId, request_);
+  EXPECT_EQ(bill.date, DateType32(2026, 11, 2));
+  EXPECT_EQ(bill.memo, "Inspection");
+  EXPECT_EQ(bill.documentNumber, "HL-1");
+  EXPECT_EQ(StateAtAlder(request_), TransactionState::kSent);
+  EXPECT_FALSE(OutboxOf("Alder").at(0).isLost);
+  EXPECT_THAT(OutboxOf("Alder").at(0).mark, IsEmpty());
+}
+
+TEST_F(ALostRequest, IsNotSentASecondTime) {
+  EnterOnceMore(BillOnceMore());
+
+  CarryUntilAtRest();
+
+  EXPECT_THAT(At("Alder", [](Company& company) { return SendRequests(company); }).sent, IsEmpty());
+  EXPECT_THAT(InboxOf("Birch"), SizeIs(1));
+  ASSERT_THAT(AcceptAtBirch(request_).booked, SizeIs(1));
+  CarryUntilAtRest();
+  EXPECT_EQ(StateAtAlder(request_), TransactionState::kEstablished);
+}
+
+TEST_F(ALostRequest, HasThePartnersAnswerAtOnce) {
+  ASSERT_THAT(AcceptAtBirch(request_).booked, SizeIs(1));
+  CarryUntilAtRest();
+
+  EnterOnceMore(BillOnceMore());
+
+  EXPECT_EQ(StateAtAlder(request_), TransactionState::kEstablished);
+  EXPECT_FALSE(At("Alder", [](Company& company) { return VerifyAudit(company); }).breakAt.has_value());
+}
+
+TEST_F(ALostRequest, ComesBackAtOnceIfItWasRejected) {
+  ASSERT_THAT(RejectAtBirch(request_, "not ours").rejected, SizeIs(1));
+  CarryUntilAtRest();
+
+  EnterOnceMore(BillOnceMore());
+
+  EXPECT_EQ(StateAtAlder(request_), TransactionState::kCameBack);
+  EXPECT_EQ(OutboxOf("Alder").at(0).reason, "not ours");
+}
+
+TEST_F(ALostRequest, IsSeenBeforeItIsPosted) {
+  const std::string before = Books("Alder");
+
+  EnterOnceMore(BillOnceMore(), Posting::kPreviewOnly);
+
+  EXPECT_TRUE(Books("Alder") == before);
+  EXPECT_TRUE(OutboxOf("Alder").at(0).isLost);
+}
+
+TEST_F(ALostRequest, IsRefusedForWhatThePartnerWasToldOtherwise) {
+  TransactionToRecord later = BillOnceMore();
+  later.date = DateType32{2026, 11, 3};
+  TransactionToRecord ofAnother = BillOnceMore();
+  ofAnother.name = NewVendor{standalone::NewListName("Valley")};
+  TransactionToRecord otherMemo = BillOnceMore();
+  otherMemo.memo = standalone::Memo("Repair");
+  TransactionToRecord otherNumber = BillOnceMore();
+  otherNumber.documentNumber = standalone::DocumentNumber("HL-2");
+
+  EXPECT_EQ(RefusalOfEntering(BillOnceMore("200.00")).why,
+            "the request \"" + request_ + "\" asks Birch for 240.00, and no line does");
+  EXPECT_THAT(RefusalOfEntering(later).why, HasSubstr("with the date \"2026-11-02\", not \"2026-11-03\""));
+  EXPECT_THAT(RefusalOfEntering(ofAnother).why, HasSubstr("with the name \"Hillcrest\", not \"Valley\""));
+  EXPECT_THAT(RefusalOfEntering(otherMemo).why, HasSubstr("with the memo \"Inspection\", not \"Repair\""));
+  EXPECT_THAT(RefusalOfEntering(otherNumber).why, HasSubstr("with the document number \"HL-1\", not \"HL-2\""));
+  EXPECT_EQ(RefusalOfEntering(otherNumber).remedy, Remedy::kEnterWhatWasSent);
+}
+
+TEST_F(ALostRequest, IsEnteredOnce) {
+  EnterOnceMore(BillOnceMore());
+  TransactionToRecord second = BillOnceMore();
+  second.name = Existing{"Hillcrest"};
+  second.again = true;
+
+  EXPECT_EQ(RefusalOfEntering(second).why, "the request \"" + request_ + "\" is in these books, and was not lost");
+}
+
+TEST_F(ALostRequest, IsEnteredAsWhatItWas) {
+  TransactionToRecord check = BillOnceMore();
+  check.type = EnteredType::kCheck;
+  TransactionToRecord unknown = BillOnceMore();
+  unknown.lost = {RequestId("R-9")};
+  TransactionToRecord twice = BillOnceMore();
+  twice.lost.emplace_back(request_);
+
+  EXPECT_EQ(RefusalOfEntering(check).why, "the request \"" + request_ + "\" is one of a bill, not of a check");
+  EXPECT_EQ(RefusalOfEntering(unknown).why,
+            "the request \"R-9\" was sent to no partner with whom this company is paired");
+  EXPECT_EQ(RefusalOfEntering(twice).remedy, Remedy::kEnterWhatWasSent);
+}
+
+TEST_F(TheRequest, ThatTakesAnEarlierOneBackIsTakenUpAgainWhenItWasLost) {
+  const RecordedTransaction bill = EnterBill();
+  const std::string request = PartnersLineOf(bill).partners->requestId;
+  CarryInTurns("Alder", "Birch", 1);
+  AcceptAtBirch(request);
+  CarryUntilAtRest();
+  const std::string before = Books("Alder");
+  const auto reverseOn = [&](DateType32 date) {
+    return At("Alder", [&](Company& company) {
+      return ReverseTransaction(company, {.txnId = bill.txnId, .date = date, .memo = std::nullopt});
+    });
+  };
+  const RecordedTransaction reversal = reverseOn({2026, 11, 5}).reversal;
+  const std::string takesBack = PartnersLineOf(reversal).partners->requestId;
+  CarryInTurns("Alder", "Birch", 1);
+  Restore("Alder", before);
+  CarryUntilAtRest();
+  TransactionToRecord asABill{.type = EnteredType::kBill,
+                              .name = Existing{"Hillcrest"},
+                              .lines = {{.account = "Maintenance", .amount = LineAmount("-480.00")}},
+                              .shares = {{.partner = "Birch", .share = standalone::ShareText("50%")}},
+                              .attachments = {}};
+  asABill.lost.emplace_back(takesBack);
+
+  EXPECT_THAT(RefusalOf([&] {
+                At("Alder", [&](Company& company) { return RecordTransaction(company, asABill, Posting::kPost); });
+              }).why,
+              HasSubstr("reverse the transaction of that one, with the date 2026-11-05"));
+  EXPECT_EQ(RefusalOf([&] { reverseOn({2026, 11, 6}); }).remedy, Remedy::kEnterWhatWasSent);
+  EXPECT_EQ(PartnersLineOf(reverseOn({2026, 11, 5}).reversal).partners->requestId, takesBack);
+  CarryUntilAtRest();
+
+  EXPECT_EQ(StateAtAlder(takesBack), TransactionState::kSent);
+  EXPECT_THAT(InboxOf("Birch", /*decided=*/false), SizeIs(1));
+  ASSERT_THAT(AcceptAtBirch(takesBack, {}).booked, SizeIs(1));
+  CarryUntilAtRest();
+  EXPECT_EQ(StateAtAlder(takesBack), TransactionState::kEstablished);
+}
+
 }  // namespace
 }  // namespace desk

@@ -85,7 +85,8 @@ struct EnterOptions {
   std::vector<std::string> shares;
   std::optional<std::string> credited;
   std::vector<std::string> attachments;
-  std::string txn;  // that is copied or corrected
+  std::string txn;                // that is copied or corrected
+  std::vector<std::string> lost;  // requests that are taken up again
   bool noPartners = false;
   bool again = false;
   bool dryRun = false;
@@ -139,6 +140,7 @@ desk::TransactionToRecord TransactionFrom(EnteredType type, const EnterOptions& 
                                         .attachments = AttachmentsFrom(options),
                                         .again = options.again,
                                         .closedDays = options.closedDays};
+  for (const std::string& request : options.lost) transaction.lost.emplace_back(request);
   if (options.name) transaction.name = desk::Existing{*options.name};
   if (options.newName) transaction.name = desk::NewVendor{standalone::NewListName(*options.newName)};
   return transaction;
@@ -165,7 +167,8 @@ void RequireComplete(const desk::TransactionToRecord& transaction) {
   if (transaction.lines.empty()) {
     throw standalone::InvalidInput("--line is missing; give each line with --line ACCOUNT AMOUNT");
   }
-  if (transaction.type != EnteredType::kEntry && std::holds_alternative<std::monostate>(transaction.name)) {
+  if (transaction.type != EnteredType::kEntry && transaction.lost.empty() &&
+      std::holds_alternative<std::monostate>(transaction.name)) {
     throw standalone::InvalidInput("--name is missing; give with --name or --new-name whom the " +
                                    std::string(NounOf(transaction.type)) + " is with");
   }
@@ -294,6 +297,13 @@ void AddRecord(CLI::App& group, Invocation& invocation, const Entered& entered) 
   const auto options = std::make_shared<EnterOptions>();
   CLI::App& command = AddFileCommand(group, "record", entered.record, entered.example, options->file);
   AddWhatToPost(command, entered, options);
+  command
+      .add_option(
+          "--lost", options->lost,
+          "A request that the partner knows and these books lost: it is asked for under this one, and date, name, "
+          "memo and number are those that were sent; again for each")
+      ->type_name("REQUEST")
+      ->allow_extra_args(false);
   AddHowToPost(command, *options);
   AddAgain(command, *options);
   invocation.When(command, [type = entered.type, options](Invocation& run) { Record(run, type, *options); });

@@ -9,6 +9,7 @@
 #include "standalone/books/RowFields.h"
 #include "standalone/desk/inside/Behind.h"
 #include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/LostRequests.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Partners.h"
 #include "standalone/desk/inside/Posting.h"
@@ -164,12 +165,30 @@ AfterReversal AfterReversalOf(Work& work, const DBMultiEntityTransaction& row) {
   }
 }
 
+// The partner was asked to take it back on that day, or takes it back twice.
+void RequireDayOf(Work& work, const LostRequest& lost, DateType32 date) {
+  if (lost.proposal.date.Compare(date) == 0) return;
+  work.Refuse(lost.pairing.partnerName + " was asked to take it back as of " +
+                  standalone::FormatIsoDate(lost.proposal.date) + ", by the request " +
+                  standalone::Quoted(lost.proposal.request) + ", which these books lost; not as of " +
+                  standalone::FormatIsoDate(date),
+              Remedy::kEnterWhatWasSent);
+}
+
 // Closes the request of the original if it has come to nothing, and answers with that of the reversal.
-RequestToPost Answer(Work& work, DBMultiEntityTransaction row, PostedReversal& reversal) {
+RequestToPost Answer(Work& work, DBMultiEntityTransaction row, DateType32 date, PostedReversal& reversal) {
   const standalone::BookedState before = StateOf(work, row);
   const AfterReversal after = AfterReversalOf(work, row);
   const DBMultiEntityRelation partner = PartnerOf(work, row);
-  if (after.reversal == TransactionState::kEntered) RequireEstablished(work, partner);
+  std::string request = NewRequestId(work);
+  if (after.reversal == TransactionState::kEntered) {
+    RequireEstablished(work, partner);
+    if (auto lost = LostReversalOf(work, row)) {
+      RequireDayOf(work, *lost, date);
+      request = lost->proposal.request;
+      reversal.takenUp.push_back(*std::move(lost));
+    }
+  }
   if (after.isToBeTold) {
     reversal.toTell.push_back({.realm = std::string(standalone::Field(partner.realmId)),
                                .partner = std::string(standalone::Field(partner.partnerName)),
@@ -185,7 +204,7 @@ RequestToPost Answer(Work& work, DBMultiEntityTransaction row, PostedReversal& r
   }
   using Kind = standalone::EarlierRequest::Kind;
   return {.relationId = row.relationId,
-          .requestId = NewRequestId(work),
+          .requestId = std::move(request),
           .state = after.reversal,
           .earlier = standalone::EarlierRequest{.kind = Kind::kReverses, .targetId = row.targetId}};
 }
@@ -276,7 +295,9 @@ PostedReversal PostReversal(Work& work, const TransactionHeader& original, DateT
   for (const standalone::PostedLine& line : work.Host().Transactions().LinesOf(original.id)) {
     LineToPost mirrored{.accountId = line.accountId, .amount = -line.amount, .memo = line.memo};
     DBMultiEntityTransaction row{};
-    if (work.Host().Intercompany().Find(original.id, line.id, row)) mirrored.request = Answer(work, row, reversal);
+    if (work.Host().Intercompany().Find(original.id, line.id, row)) {
+      mirrored.request = Answer(work, row, date, reversal);
+    }
     toPost.lines.push_back(std::move(mirrored));
   }
   reversal.txnId = Post(work, toPost).txnId;

@@ -7,6 +7,7 @@
 
 #include "standalone/books/AuditTable.h"
 #include "standalone/books/TransactionTable.h"
+#include "standalone/desk/inside/LostRequests.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/desk/results/RecordedTransaction.h"
 
@@ -38,6 +39,7 @@ struct PostedReversal {
   std::int32_t txnId = 0;
   std::vector<PartnersPart> toTell;  // of the original: its partners have it in their books and are sent nothing
   std::vector<standalone::AuditChange> closed;  // of the original, for the trail
+  std::vector<LostRequest> takenUp;             // by which partners were asked before; the caller has them followed
 };
 
 // Posts the reversal of what is reversible.

@@ -304,6 +304,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "give-another-request-id";
     case Remedy::kCarryUntilCompared:
       return "carry-until-compared";
+    case Remedy::kEnterWhatWasSent:
+      return "enter-what-was-sent";
   }
   return nullptr;
 }

@@ -159,6 +159,7 @@ enum class Remedy {
   kNameOnePartner,
   kGiveAnotherRequestId,  // by entering the line anew
   kCarryUntilCompared,    // with the partners, or insist
+  kEnterWhatWasSent,      // as these books lost it
 };
 
 struct Refusal {

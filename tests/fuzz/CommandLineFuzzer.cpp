@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fuzz/BooksFuzzing.h"
-#include "standalone/app/Program.h"
+#include "standalone/app/commands/Program.h"
 
 // The command line's arguments, one on each line of the input, after the name of the program; the words FILE and CSV
 // stand for a company file and a file to import. Whatever is typed ends with an exit code that the program documents,

@@ -1,4 +1,4 @@
-#include "standalone/app/Program.h"
+#include "standalone/app/commands/Program.h"
 
 #include <fmt/format.h>
 

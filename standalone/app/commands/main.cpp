@@ -1,4 +1,4 @@
-#include "standalone/app/Program.h"
+#include "standalone/app/commands/Program.h"
 
 int main(int argumentCount, char** arguments) {
   return app::RunProgram(argumentCount, arguments);

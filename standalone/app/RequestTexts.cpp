@@ -163,8 +163,7 @@ std::string NextOfOutbox(const OutboxRequest& request, const std::string& file) 
   if (request.isLost || !request.state) {
     return fmt::format(
         "enter it once more under the request that the partner knows: multientity {} record {} --lost {} --line "
-        "ACCOUNT "
-        "AMOUNT --partner {} --share {}",
+        "ACCOUNT AMOUNT --partner {} --share {}",
         CommandOf(request.type), AsTyped(file), AsTyped(request.requestId), AsTyped(request.partner),
         standalone::FormatAmount(request.amount));
   }

@@ -18,9 +18,10 @@ touch .played
 mkdir samples
 cp -r -- "$samples"/alder "$samples"/birch samples/
 
-# Noon, so that no play goes on into another day.
+# From noon, so that no play goes on into another day.
 export MULTIENTITY_NOW=${MULTIENTITY_NOW:-$(date +%F)T12:00:00}
 readonly kToday=${MULTIENTITY_NOW%T*}
+seconds=0
 
 readonly kAlder='Alder Supply Company' kAlderRealm=5120774003618
 readonly kBirch='Birch Services Company' kBirchRealm=5120918846275
@@ -52,10 +53,17 @@ typed() {
   printf '%s' "$line"
 }
 
+# Each command is given later than the one before it, as letters are read in the order of their times.
+later() {
+  seconds=$((seconds + 10))
+  printf -v MULTIENTITY_NOW '%sT%02d:%02d:%02d' "$kToday" $((12 + seconds / 3600)) $((seconds / 60 % 60)) $((seconds % 60))
+}
+
 # Runs the program; `output`, `complaint` and `trace` hold what it printed, `status` what the module answered (- when it
 # was not asked), `exit_code` how it ended.
 ask() {
   exit_code=0
+  later
   "$program" "$@" --trace >output.txt 2>errors.txt || exit_code=$?
   output=$(tr -d '\r' <output.txt)
   trace=$(tr -d '\r' <errors.txt | grep '^log ' || true)

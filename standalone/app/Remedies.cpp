@@ -240,6 +240,10 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
              "insist FILE";
     case Remedy::kEnterWhatWasSent:
       return "see what the partner knows with: multientity outbox show FILE REQUEST";
+    case Remedy::kEnterUnderTheLostRequest:
+      return "enter it under the request that the partner knows with: multientity bill record FILE --lost REQUEST, or "
+             "check or entry; a correction after its transaction was reversed; if it is another one all the same, add "
+             "--again";
   }
   return {};
 }

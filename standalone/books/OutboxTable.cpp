@@ -33,7 +33,10 @@ OutboxTable::OutboxTable(Database& database)
               "ORDER BY pairing_id DESC LIMIT 1"),
       all_(database,
            "SELECT pairing_id, request_id, proposal, target_id, mark FROM exchange_outbox WHERE pairing_id = ?1 "
-           "ORDER BY request_id") {}
+           "ORDER BY request_id"),
+      lost_(database,
+            "SELECT pairing_id, request_id, proposal, target_id, mark FROM exchange_outbox WHERE target_id IS NULL "
+            "ORDER BY pairing_id, request_id") {}
 
 void OutboxTable::Set(const OutboxRow& row) {
   set_.Run(row.pairing, row.requestId, Blob{row.proposal}, row.targetId.value_or(0), row.mark);
@@ -49,6 +52,10 @@ std::optional<OutboxRow> OutboxTable::FindByLine(std::int32_t targetId) {
 
 void OutboxTable::ForEach(std::int32_t pairing, const std::function<void(const OutboxRow& row)>& take) {
   for (Rows rows = all_.Query(pairing); rows.Step();) take(ReadOutbox(rows));
+}
+
+void OutboxTable::ForEachLost(const std::function<void(const OutboxRow& row)>& take) {
+  for (Rows rows = lost_.Query(); rows.Step();) take(ReadOutbox(rows));
 }
 
 }  // namespace standalone

@@ -35,12 +35,15 @@ class OutboxTable {
   std::optional<OutboxRow> FindByLine(std::int32_t targetId);
   // Those of one pairing, by request id.
   void ForEach(std::int32_t pairing, const std::function<void(const OutboxRow& row)>& take);
+  // Those without a line, by pairing and request id.
+  void ForEachLost(const std::function<void(const OutboxRow& row)>& take);
 
  private:
   Statement set_;
   Statement one_;
   Statement byLine_;
   Statement all_;
+  Statement lost_;
 };
 
 }  // namespace standalone

@@ -105,6 +105,12 @@ void RefuseASecondOne(Work& work, const TransactionToPost& toPost) {
               Remedy::kRecordAgain);
 }
 
+// What is lost comes first: who says that it is another one than a transaction of the books means no more than that.
+void RefuseWhatIsKnown(Work& work, const TransactionToPost& toPost, const std::vector<LostRequest>& takenUp = {}) {
+  RefuseToAskTwice(work, toPost, takenUp);
+  RefuseASecondOne(work, toPost);
+}
+
 std::vector<LostRequest> LostOf(Work& work, const TransactionToRecord& given) {
   std::vector<LostRequest> lost;
   for (const standalone::RequestId& request : given.lost) lost.push_back(RequireLost(work, given.type, request));
@@ -134,7 +140,6 @@ TransactionToPost Composed(Work& work, const TransactionToRecord& given) {
                            .links = {},
                            .attachments = TextsOf(given.attachments)};
   toPost.nameId = NameOf(work, given);
-  if (!given.again) RefuseASecondOne(work, toPost);
   return toPost;
 }
 
@@ -175,7 +180,7 @@ TransactionToPost Copied(Work& work, const TransactionToCopy& copy) {
       .links = {},
       .attachments = TextsOf(copy.attachments)};
   for (const RecordedLine& line : original.lines) toPost.lines.push_back(CopyOf(work, copy.txnId, line));
-  if (!copy.again) RefuseASecondOne(work, toPost);
+  if (!copy.again) RefuseWhatIsKnown(work, toPost);
   return toPost;
 }
 
@@ -358,6 +363,7 @@ CorrectedTransaction PostCorrection(Work& work, const TransactionToCorrect& give
   closing.RequireOpen(reversalDate);
   closing.RequireOpen(date);
   const TransactionToPost toPost = Corrected(work, original, given, date);
+  if (!given.again) RefuseToAskTwice(work, toPost);
   PostedReversal reversal = PostReversal(work, header, reversalDate, original.memo);
   const std::int32_t correctionId = Post(work, toPost).txnId;
   if (how == Posting::kPost) {
@@ -407,6 +413,7 @@ RecordedTransaction RecordTransaction(Company& company, const TransactionToRecor
     lost = LostOf(work, transaction);
     TransactionToPost toPost = Composed(work, WithWhatWasSent(transaction, lost));
     TakeUp(work, lost, toPost);
+    if (!transaction.again) RefuseWhatIsKnown(work, toPost, lost);
     return toPost;
   };
   const auto deed = [&](std::int32_t txnId) {

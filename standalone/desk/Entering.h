@@ -49,7 +49,8 @@ struct TransactionToRecord {
   // Those that these books lost and the partners know: the shares are asked for under these, and date, name, memo and
   // document number are theirs where they are left out. Refused where anything is another than was sent.
   std::vector<standalone::RequestId> lost{std::vector<standalone::RequestId>()};
-  bool again = false;  // although the books have it, by type, name and document number
+  // Although the books have it, by type, name and document number, or have lost a request that asked for the same.
+  bool again = false;
   ClosedDays closedDays = ClosedDays::kRefused;
 };
 
@@ -96,6 +97,7 @@ struct TransactionToCorrect {
   bool withoutPartners = false;
   std::optional<std::string> credited = std::nullopt;  // with lines only
   std::vector<standalone::Attachment> attachments{std::vector<standalone::Attachment>()};
+  bool again = false;  // although the books have lost a request that asked for the same
   ClosedDays closedDays = ClosedDays::kRefused;
 };
 

@@ -135,6 +135,44 @@ TEST_F(OutboxCommand, WhatRestoredBooksLostIsEnteredOnceMoreUnderItsRequest) {
   EXPECT_THAT(again.err, HasSubstr("is in these books, and was not lost"));
 }
 
+TEST_F(OutboxCommand, WhatRestoredBooksLostIsNotAskedForASecondTimeUnlessItIsAnotherOne) {
+  Done({"backup", kFile, "alder.backup"});
+  const std::string request = BillInTheInbox();
+  Done({"restore", "alder.backup", kFile, "--replace"});
+  Carry();
+  ASSERT_EQ(InOutbox(request).at("lost"), true);
+  const std::string before = Whole(kFile);
+  const Arguments anew{"bill",   "record",    kFile,   "--name",    "Northern Power", "--date",  "2024-03-05",
+                       "--line", "Utilities", "90.00", "--partner", kBirch,           "--share", "50%"};
+
+  const Outcome refused = Run(anew);
+  const Json forPrograms = ErrorOf(anew);
+
+  EXPECT_EQ(refused.exitCode, 2) << refused.out;
+  EXPECT_THAT(refused.err, AllOf(HasSubstr(std::string(kBirch) + " was sent the bill " + request +
+                                           " of 2024-03-05 over 45.00 USD, which these books lost"),
+                                 HasSubstr("--lost REQUEST"), HasSubstr("--again")));
+  EXPECT_EQ(forPrograms.at("remedy"), "enter-under-the-lost-request");
+  EXPECT_EQ(Whole(kFile), before);
+  EXPECT_EQ(Run(With(anew, {"--again"})).exitCode, 0);
+}
+
+TEST_F(OutboxCommand, WhatRestoredBooksLostIsNotAskedForByACorrectionUnlessItIsAnotherOne) {
+  Done({"backup", kFile, "alder.backup"});
+  const std::string request = BillInTheInbox();
+  Done({"restore", "alder.backup", kFile, "--replace"});
+  Carry();
+  EnterBill("NP-2", "60.00");
+  const Arguments correct{"bill",      "correct", kFile,       "1",    "--number", "NP-1", "--line",
+                          "Utilities", "90.00",   "--partner", kBirch, "--share",  "50%"};
+
+  const Outcome refused = Run(correct);
+
+  EXPECT_EQ(refused.exitCode, 2) << refused.out;
+  EXPECT_THAT(refused.err, AllOf(HasSubstr(request), HasSubstr("under the same document number, \"NP-1\"")));
+  EXPECT_EQ(Run(With(correct, {"--again"})).exitCode, 0);
+}
+
 TEST_F(OutboxCommand, ARequestIsNeededToBeShownOrWithdrawn) {
   for (const char* const verb : {"show", "withdraw"}) {
     const Outcome outcome = Run({"outbox", verb, kFile});

@@ -505,6 +505,15 @@ class ALostRequest : public TheRequest {
     bill.lost.emplace_back(request_);
     return bill;
   }
+  // As if nobody had asked Birch for it.
+  TransactionToRecord BillAnew(DateType32 date, const std::string& document,
+                               const std::string& share = "240.00") const {
+    TransactionToRecord bill = BillOnceMore(share);
+    bill.date = date;
+    bill.documentNumber = standalone::DocumentNumber(document);
+    bill.lost.clear();
+    return bill;
+  }
   RecordedTransaction EnterOnceMore(const TransactionToRecord& bill, Posting how = Posting::kPost) {
     return At("Alder", [&](Company& company) { return RecordTransaction(company, bill, how); });
   }
@@ -621,6 +630,97 @@ TEST_F(ALostRequest, IsEnteredAsWhatItWas) {
   EXPECT_EQ(RefusalOfEntering(unknown).why,
             "the request \"R-9\" was sent to no partner with whom this company is paired");
   EXPECT_EQ(RefusalOfEntering(twice).remedy, Remedy::kEnterWhatWasSent);
+}
+
+TEST_F(ALostRequest, IsNotAskedForAnewByMistake) {
+  const Refusal ofTheDay = RefusalOfEntering(BillAnew({2026, 11, 2}, ""));
+  const Refusal ofTheDocument = RefusalOfEntering(BillAnew({2026, 11, 9}, "HL-1"));
+
+  EXPECT_EQ(ofTheDay.why, "Birch was sent the bill " + request_ +
+                              " of 2026-11-02 over 240.00 USD, which these books lost; this bill asks for that amount "
+                              "on the same day");
+  EXPECT_THAT(ofTheDocument.why, HasSubstr("under the same document number, \"HL-1\""));
+  EXPECT_EQ(ofTheDay.remedy, Remedy::kEnterUnderTheLostRequest);
+  EXPECT_EQ(ofTheDocument.remedy, Remedy::kEnterUnderTheLostRequest);
+}
+
+TEST_F(ALostRequest, ThatThePartnerHasBookedIsNotAskedForAnewEither) {
+  ASSERT_THAT(AcceptAtBirch(request_).booked, SizeIs(1));
+  CarryUntilAtRest();
+
+  EXPECT_EQ(RefusalOfEntering(BillAnew({2026, 11, 2}, "HL-1")).remedy, Remedy::kEnterUnderTheLostRequest);
+}
+
+TEST_F(ALostRequest, StandsBesideAnotherOneOfTheSameIfAPersonSaysSo) {
+  TransactionToRecord another = BillAnew({2026, 11, 2}, "HL-1");
+  another.again = true;
+
+  const RecordedTransaction bill = EnterOnceMore(another);
+
+  EXPECT_NE(PartnersLineOf(bill).partners->requestId, request_);
+  EXPECT_THAT(OutboxOf("Alder"), SizeIs(2));
+}
+
+TEST_F(ALostRequest, KeepsNothingElseFromBeingEntered) {
+  TransactionToRecord another = BillAnew({2026, 11, 2}, "HL-1", "120.00");
+  const std::int32_t first = EnterOnceMore(another).txnId;
+  another = BillAnew({2026, 11, 3}, "");
+  another.name = Existing{"Hillcrest"};
+
+  EXPECT_GT(EnterOnceMore(another).txnId, first);
+}
+
+TEST_F(ALostRequest, ThatHasComeToNothingKeepsNothingFromBeingEntered) {
+  ASSERT_THAT(RejectAtBirch(request_, "not ours").rejected, SizeIs(1));
+  CarryUntilAtRest();
+
+  EXPECT_NE(PartnersLineOf(EnterOnceMore(BillAnew({2026, 11, 2}, "HL-1"))).partners->requestId, request_);
+}
+
+TEST_F(ALostRequest, ThatIsEnteredOnceMoreIsNoneAnyMore) {
+  EnterOnceMore(BillOnceMore());
+  TransactionToRecord another = BillAnew({2026, 11, 2}, "HL-2");
+  another.name = Existing{"Hillcrest"};
+
+  EXPECT_NE(PartnersLineOf(EnterOnceMore(another)).partners->requestId, request_);
+}
+
+TEST_F(ALostRequest, IsNotAskedForAnewByACopyOrACorrection) {
+  const std::int32_t other = EnterOnceMore(BillAnew({2026, 11, 3}, "")).txnId;
+  const std::int32_t smaller = EnterOnceMore([&] {
+                                 TransactionToRecord bill = BillAnew({2026, 11, 3}, "HL-2", "24.00");
+                                 bill.name = Existing{"Hillcrest"};
+                                 return bill;
+                               }())
+                                   .txnId;
+  const auto copy = [&](bool again) {
+    return At("Alder", [&](Company& company) {
+      return CopyTransaction(company,
+                             {.type = EnteredType::kBill,
+                              .txnId = other,
+                              .date = DateType32{2026, 11, 2},
+                              .attachments = {},
+                              .again = again},
+                             Posting::kPost);
+    });
+  };
+  const auto correct = [&](bool again) {
+    return At("Alder", [&](Company& company) {
+      return CorrectTransaction(company,
+                                {.type = EnteredType::kBill,
+                                 .txnId = smaller,
+                                 .date = DateType32{2026, 11, 2},
+                                 .lines = {{.account = "Maintenance", .amount = LineAmount("480.00")}},
+                                 .shares = {{.partner = "Birch", .share = standalone::ShareText("50%")}},
+                                 .again = again},
+                                Posting::kPost);
+    });
+  };
+
+  EXPECT_EQ(RefusalOf([&] { copy(false); }).remedy, Remedy::kEnterUnderTheLostRequest);
+  EXPECT_EQ(RefusalOf([&] { correct(false); }).remedy, Remedy::kEnterUnderTheLostRequest);
+  EXPECT_GT(copy(true).txnId, smaller);
+  EXPECT_GT(correct(true).correction.txnId, smaller);
 }
 
 TEST_F(TheRequest, ThatTakesAnEarlierOneBackIsTakenUpAgainWhenItWasLost) {

@@ -156,6 +156,7 @@ desk::TransactionToCorrect CorrectionFrom(EnteredType type, const EnterOptions& 
                                    .withoutPartners = options.noPartners,
                                    .credited = options.credited,
                                    .attachments = AttachmentsFrom(options),
+                                   .again = options.again,
                                    .closedDays = options.closedDays};
   if (options.memo) given.memo = standalone::Memo(*options.memo);
   if (options.number) given.documentNumber = standalone::DocumentNumber(*options.number);
@@ -270,7 +271,8 @@ void AddHowToPost(CLI::App& command, EnterOptions& options) {
 
 void AddAgain(CLI::App& command, EnterOptions& options) {
   command.add_flag("--again", options.again,
-                   "Enter it although a transaction of that type, name and document number is in the books");
+                   "Enter it although a transaction of that type, name and document number is in the books, or the "
+                   "partner was sent the like by a request that these books lost");
 }
 
 void AddWhatToPost(CLI::App& command, const Entered& entered, const std::shared_ptr<EnterOptions>& options) {
@@ -336,6 +338,8 @@ void AddCorrect(CLI::App& group, Invocation& invocation, const Entered& entered)
   command.add_flag("--no-partners", options->noPartners, "No partner bears a part of the new lines")
       ->excludes("--partner");
   AddHowToPost(command, *options);
+  command.add_flag("--again", options->again,
+                   "Enter it although the partner was sent the like by a request that these books lost");
   invocation.When(command, [type = entered.type, options](Invocation& run) { Correct(run, type, *options); });
 }
 

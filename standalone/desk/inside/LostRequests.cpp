@@ -94,6 +94,42 @@ void TakeUpOne(Work& work, const LostRequest& lost, TransactionToPost& toPost, s
   line->request->earlier = CorrectedBy(work, lost);
 }
 
+bool Holds(const std::vector<LostRequest>& requests, std::int32_t relationId, const std::string& request) {
+  return std::ranges::any_of(requests, [&](const LostRequest& one) {
+    return one.pairing.relationId == relationId && one.proposal.request == request;
+  });
+}
+
+// Of partners that are still paired; those that may be booked there, or are.
+std::vector<LostRequest> LostAndAlive(Work& work) {
+  std::vector<standalone::OutboxRow> rows;
+  work.Host().Outbox().ForEachLost([&](const standalone::OutboxRow& row) { rows.push_back(row); });
+  std::vector<LostRequest> lost;
+  for (const standalone::OutboxRow& row : rows) {
+    const std::optional<Pairing> pairing = work.Host().Pairings().Find(row.pairing);
+    if (!pairing || !pairing->relationId || pairing->state == standalone::PairingState::kRemoved) continue;
+    std::optional<SentOnce> sent = FindSent(work, *pairing, row.requestId);
+    if (sent && !sent->isInTheBooks && !sent->hasComeToNothing) lost.push_back(std::move(sent->request));
+  }
+  return lost;
+}
+
+bool HasDocumentOf(const LostRequest& lost, const TransactionToPost& toPost) {
+  return !toPost.documentNumber.empty() && lost.proposal.document == toPost.documentNumber;
+}
+
+// Rather the one of the same document than one of the same day; null without any.
+const LostRequest* FindSame(const std::vector<LostRequest>& lost, const TransactionToPost& toPost,
+                            const LineToPost& line) {
+  const LostRequest* ofTheDay = nullptr;
+  for (const LostRequest& one : lost) {
+    if (one.pairing.relationId != line.request->relationId || one.proposal.amount != line.amount) continue;
+    if (HasDocumentOf(one, toPost)) return &one;
+    if (one.proposal.date.Compare(toPost.date) == 0) ofTheDay = &one;
+  }
+  return ofTheDay;
+}
+
 }  // namespace
 
 LostRequest RequireLost(Work& work, EnteredType type, const standalone::RequestId& request) {
@@ -145,6 +181,23 @@ std::optional<LostRequest> LostReversalOf(Work& work, const DBMultiEntityTransac
 void TakeUp(Work& work, const std::vector<LostRequest>& lost, TransactionToPost& toPost) {
   std::set<const LineToPost*> taken;
   for (const LostRequest& one : lost) TakeUpOne(work, one, toPost, taken);
+}
+
+void RefuseToAskTwice(Work& work, const TransactionToPost& toPost, const std::vector<LostRequest>& takenUp) {
+  std::vector<LostRequest> lost = LostAndAlive(work);
+  std::erase_if(lost, [&](const LostRequest& one) {
+    return Holds(takenUp, one.pairing.relationId.value(), one.proposal.request);
+  });
+  for (const LineToPost& line : toPost.lines) {
+    if (!line.request || Holds(takenUp, line.request->relationId, line.request->requestId)) continue;
+    const LostRequest* const same = FindSame(lost, toPost, line);
+    if (same == nullptr) continue;
+    work.Refuse(same->pairing.partnerName + " was sent the " + RequestText(work, same->proposal) +
+                    ", which these books lost; this " + NounOf(EnteredType{toPost.type}) + " asks for that amount " +
+                    (HasDocumentOf(*same, toPost) ? "under the same document number, " + Quoted(toPost.documentNumber)
+                                                  : "on the same day"),
+                Remedy::kEnterUnderTheLostRequest);
+  }
 }
 
 std::vector<standalone::AuditChange> FollowTakenUp(Work& work, const std::vector<LostRequest>& lost) {

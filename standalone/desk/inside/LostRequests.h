@@ -36,6 +36,10 @@ std::optional<LostRequest> LostReversalOf(Work& work, const DBMultiEntityTransac
 // partner was told something else.
 void TakeUp(Work& work, const std::vector<LostRequest>& lost, TransactionToPost& toPost);
 
+// Refused when a partner was sent what a line would ask it for anew: a request that these books lost, that is not taken
+// up and has not come to nothing, over the same amount and of the same day or document number.
+void RefuseToAskTwice(Work& work, const TransactionToPost& toPost, const std::vector<LostRequest>& takenUp = {});
+
 // When they are posted: has their rows follow what the partners have answered.
 std::vector<standalone::AuditChange> FollowTakenUp(Work& work, const std::vector<LostRequest>& lost);
 

@@ -306,6 +306,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "carry-until-compared";
     case Remedy::kEnterWhatWasSent:
       return "enter-what-was-sent";
+    case Remedy::kEnterUnderTheLostRequest:
+      return "enter-under-the-lost-request";
   }
   return nullptr;
 }

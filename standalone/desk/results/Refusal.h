@@ -157,9 +157,10 @@ enum class Remedy {
   kSeeTheInbox,
   kSeeTheOutbox,
   kNameOnePartner,
-  kGiveAnotherRequestId,  // by entering the line anew
-  kCarryUntilCompared,    // with the partners, or insist
-  kEnterWhatWasSent,      // as these books lost it
+  kGiveAnotherRequestId,      // by entering the line anew
+  kCarryUntilCompared,        // with the partners, or insist
+  kEnterWhatWasSent,          // as these books lost it
+  kEnterUnderTheLostRequest,  // or as another one
 };
 
 struct Refusal {

@@ -392,6 +392,7 @@ CREATE TABLE exchange_outbox (
   PRIMARY KEY (pairing_id, request_id)
 ) STRICT, WITHOUT ROWID;
 CREATE UNIQUE INDEX exchange_outbox_line ON exchange_outbox (target_id, pairing_id) WHERE target_id IS NOT NULL;
+CREATE INDEX exchange_outbox_lost ON exchange_outbox (pairing_id, request_id) WHERE target_id IS NULL;
 -- What is entered and waits to be sent.
 CREATE INDEX me_transaction_entered ON me_transaction (relation_id, id) WHERE state = 0 AND of_before = 0;
 )sql";

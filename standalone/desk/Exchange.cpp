@@ -105,6 +105,7 @@ class Carrier {
   }
   exchange::KeyPair Keys() {
     return work_.Read([&] {
+      work_.RequireFeature();
       if (!work_.MayManageRelations()) work_.Accept(MEStatusPermissionDenied);
       return RequireKeys(work_);
     });

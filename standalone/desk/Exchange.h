@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-// What travels between this company and its partners: letters of signed facts, sealed for who they are to.
+// What travels between this company and its partners: letters of signed facts, sealed for who they are to. All that
+// carry are refused, as MEStatusFeatureDisabled, while the feature is switched off; letters stay where they lie.
 namespace desk {
 
 class Company;

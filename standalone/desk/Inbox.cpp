@@ -361,6 +361,7 @@ InboxRequest ShowInbox(Company& company, const standalone::RequestId& request, c
 BookedRequests AcceptRequests(Company& company, const RequestSelection& selection, const RequestBooking& booking) {
   Work work(company.Opened(), UseCase::kAcceptRequest);
   const auto [keys, selected] = work.Read([&] {
+    work.RequireFeature();
     work.RequireRight({kFeatureJournalEntries, kActionCreate});
     exchange::KeyPair own = RequireKeys(work);
     RequireNotBehind(work);
@@ -378,6 +379,7 @@ BookedRequests AcceptRequests(Company& company, const RequestSelection& selectio
 RejectedRequests RejectRequests(Company& company, const RequestSelection& selection, const standalone::Memo& reason) {
   Work work(company.Opened(), UseCase::kRejectRequest);
   const auto [keys, selected] = work.Read([&] {
+    work.RequireFeature();
     RequireMaySeeSome(work);
     exchange::KeyPair own = RequireKeys(work);
     RequireNotBehind(work);

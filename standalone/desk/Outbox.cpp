@@ -240,6 +240,7 @@ OutboxRequest ShowOutbox(Company& company, const standalone::RequestId& request,
 SentRequests SendRequests(Company& company, const RequestSelection& selection) {
   Work work(company.Opened(), UseCase::kSendRequest);
   const auto [keys, lines] = work.Read([&] {
+    work.RequireFeature();
     RequireRightsToSomeType(work, {kActionModify});
     exchange::KeyPair own = RequireKeys(work);
     RequireNotBehind(work);
@@ -269,6 +270,7 @@ OutboxRequest WithdrawRequest(Company& company, const standalone::RequestId& req
                               const std::optional<Partner>& partner) {
   Work work(company.Opened(), UseCase::kWithdrawRequest);
   return work.Write([&] {
+    work.RequireFeature();
     RequireRightsToSomeType(work, {kActionModify});
     const FoundRequest found = RequireSent(work, request, partner);
     const OutboxRequest before = RequestOfSent(work, found.pairing, found.row);

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "app/PairedCompanies.h"
 #include "app/RunningProgram.h"
 #include "app/TwoCompanies.h"
@@ -354,4 +356,81 @@ TEST_F(ExchangingRequests, WhoMaySeeNoTransactionsIsToldOfThePairingAlone) {
   EXPECT_EQ(partner.at("inbox"), nullptr);
   EXPECT_EQ(partner.at("outbox"), nullptr);
   EXPECT_THAT(Run({"exchange", "status", kBirchFile, "--user", "Kim"}).out, Not(HasSubstr("inbox")));
+}
+
+// The switch lies beside the company file of one of the two.
+class SwitchedOff : public PairedCompanies {
+ protected:
+  void SwitchOff(const char* file) const {
+    WriteFile(SwitchesOf(file), "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+  }
+  void SwitchOn(const char* file) const { std::filesystem::remove(In(SwitchesOf(file))); }
+  std::vector<std::string> Lying() const {
+    std::vector<std::string> letters;
+    for (const auto& entry : std::filesystem::directory_iterator(In("shared"))) {
+      letters.push_back(entry.path().filename().string() + ContentsOf(entry.path()));
+    }
+    std::ranges::sort(letters);
+    return letters;
+  }
+  // It leaves the company and the letters as they are.
+  void ExpectRefused(const char* file, const Arguments& arguments) const {
+    const std::string before = Whole(file);
+    const std::vector<std::string> letters = Lying();
+
+    const Json error = ErrorOf(arguments);
+
+    EXPECT_EQ(error.at("exit"), 1) << arguments.at(1);
+    EXPECT_EQ(error.at("status"), 2) << arguments.at(1);
+    EXPECT_EQ(error.at("remedy"), "ask-who-keeps-the-switches") << arguments.at(1);
+    EXPECT_EQ(Whole(file), before) << arguments.at(1);
+    EXPECT_EQ(Lying(), letters) << arguments.at(1);
+  }
+
+ private:
+  static std::string SwitchesOf(const char* file) { return std::string(file) + ".remote.toml"; }
+};
+
+TEST_F(SwitchedOff, LettersAreNeitherTakenNorMadeAndAreTakenLater) {
+  const std::string request = EnterBill();
+  Done({"exchange", "run", kFile});
+  Done({"exchange", "export", kFile, kBirch, "--output", "bill.letters"});
+  SwitchOff(kBirchFile);
+
+  const Outcome outcome = Run({"exchange", "run", kBirchFile});
+
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(
+      outcome.err,
+      AllOf(HasSubstr("the multi-entity feature is switched off; letters stay where they lie, and none are made"),
+            HasSubstr("ask who keeps them")));
+  ExpectRefused(kBirchFile, {"exchange", "run", kBirchFile});
+  ExpectRefused(kBirchFile, {"exchange", "export", kBirchFile, kAlder});
+  ExpectRefused(kBirchFile, {"exchange", "import", kBirchFile, "bill.letters"});
+  EXPECT_EQ(Answer({"inbox", "list", kBirchFile}).at("requests").size(), 0U);
+  SwitchOn(kBirchFile);
+  Carry();
+  EXPECT_EQ(InInbox(request).at("state"), "new");
+}
+
+TEST_F(SwitchedOff, NothingIsSentOrWithdrawn) {
+  const std::string sent = BillInTheInbox("NP-1");
+  const std::string entered = EnterBill("NP-2");
+  SwitchOff(kFile);
+
+  ExpectRefused(kFile, {"exchange", "send", kFile});
+  ExpectRefused(kFile, {"exchange", "send", kFile, entered});
+  ExpectRefused(kFile, {"outbox", "withdraw", kFile, sent});
+  EXPECT_EQ(InOutbox(entered).at("state"), "entered");
+}
+
+TEST_F(SwitchedOff, NothingIsDecided) {
+  const std::string request = BillInTheInbox();
+  SwitchOff(kBirchFile);
+
+  ExpectRefused(kBirchFile, {"inbox", "accept", kBirchFile, request, "--new-expense", "Power", "--new-name", "Power"});
+  ExpectRefused(kBirchFile, {"inbox", "reject", kBirchFile, request, "--reason", "Not ours"});
+  EXPECT_EQ(InInbox(request).at("state"), "new");
+  SwitchOn(kBirchFile);
+  EXPECT_EQ(AcceptRequest(request).exitCode, 0);
 }

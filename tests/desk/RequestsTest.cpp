@@ -762,5 +762,29 @@ TEST_F(TheRequest, ThatTakesAnEarlierOneBackIsTakenUpAgainWhenItWasLost) {
   EXPECT_EQ(StateAtAlder(takesBack), TransactionState::kEstablished);
 }
 
+class WithTheFeatureSwitchedOff : public PairedCompanies {
+ protected:
+  WithTheFeatureSwitchedOff() : PairedCompanies({"Alder"}) {
+    standalone::WriteFile(FileOf("Alder").string() + ".remote.toml",
+                          "[switches.MultiEntityFeature]\nME_FOR_ALL = false\n");
+  }
+};
+
+TEST_F(WithTheFeatureSwitchedOff, NothingIsCarriedSentOrDecidedWhateverElseIsMissing) {
+  const auto statusOf = [&](auto&& ask) {
+    return RefusalOf([&] { At("Alder", ask); }).status;
+  };
+  const RequestBooking booking{.expense = Existing{"Maintenance"}, .name = Existing{"Hillcrest"}, .date = std::nullopt};
+
+  EXPECT_EQ(statusOf([](Company& company) { return RunExchange(company); }), MEStatusFeatureDisabled);
+  EXPECT_EQ(statusOf([](Company& company) { return ExportLetters(company, "Birch"); }), MEStatusFeatureDisabled);
+  EXPECT_EQ(statusOf([](Company& company) { return SendRequests(company); }), MEStatusFeatureDisabled);
+  EXPECT_EQ(statusOf([](Company& company) { return WithdrawRequest(company, RequestId("R-1")); }),
+            MEStatusFeatureDisabled);
+  EXPECT_EQ(statusOf([&](Company& company) { return AcceptRequests(company, {}, booking); }), MEStatusFeatureDisabled);
+  EXPECT_EQ(statusOf([](Company& company) { return RejectRequests(company, {}, standalone::Memo("No")); }),
+            MEStatusFeatureDisabled);
+}
+
 }  // namespace
 }  // namespace desk

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "MultiEntity/MultiEntityDriver.h"
 #include "MultiEntityHost/Preferences.h"
 #include "platform/Clock.h"
 #include "standalone/values/Text.h"
@@ -72,6 +73,11 @@ void Work::RequireAllOf(std::initializer_list<standalone::FeatureRight> rights) 
     if (!HasRight(right)) missing += (missing.empty() ? "" : " and ") + standalone::FeatureRightText(right);
   }
   if (!missing.empty()) RefuseWithoutRight(missing);
+}
+
+void Work::RequireFeature() {
+  if (MultiEntityDriver::IsFeatureEnabled(MESupportCheckMultiEntity, MEKillSwitchGlobal)) return;
+  Accept(MEStatusFeatureDisabled);
 }
 
 // The module learns from the bridge who is an accountant.

@@ -77,6 +77,9 @@ class Work {
   void RequireRight(standalone::ListRight right);
   void RequireOneOf(std::initializer_list<standalone::FeatureRight> rights);
   void RequireAllOf(std::initializer_list<standalone::FeatureRight> rights);
+  // Throws Refused while what partners do with each other is switched off, as the module's own operations do. Within a
+  // unit of work.
+  void RequireFeature();
   // Whether the module will let the user change relations.
   bool MayManageRelations();
 

@@ -145,6 +145,11 @@ Reason ReasonOfSaving(std::int32_t status) noexcept {
   }
 }
 
+Reason ReasonOfCarrying(std::int32_t status) noexcept {
+  if (status != MEStatusFeatureDisabled) return {};
+  return {.why = "the multi-entity feature is switched off; letters stay where they lie, and none are made"};
+}
+
 Reason OwnReasonOf(UseCase what, std::int32_t status) noexcept {
   switch (what) {
     case UseCase::kCreateRelation:
@@ -171,6 +176,8 @@ Reason OwnReasonOf(UseCase what, std::int32_t status) noexcept {
     case UseCase::kDeleteRejection:
       if (status != MEStatusDeclined) return {};
       return {.why = "there is no rejected transaction with that request id", .remedy = Remedy::kSeeRejections};
+    case UseCase::kExchange:
+      return ReasonOfCarrying(status);
     case UseCase::kFindRequest:
       if (status == MEStatusDeclined)
         return {.why = "the request is not known, or there is no relation with the partner"};

@@ -244,6 +244,12 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
       return "enter it under the request that the partner knows with: multientity bill record FILE --lost REQUEST, or "
              "check or entry; a correction after its transaction was reversed; if it is another one all the same, add "
              "--again";
+    case Remedy::kSendByNameOrTakeBack:
+      return "if it is that one, take it back with: multientity remove FILE TXN, and enter it under the request that "
+             "the "
+             "partner knows with: multientity bill record FILE --lost REQUEST, or check or entry; if it is another "
+             "one, "
+             "send it with: multientity exchange send FILE REQUEST";
   }
   return {};
 }

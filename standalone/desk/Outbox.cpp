@@ -13,6 +13,7 @@
 #include "standalone/desk/inside/Composing.h"
 #include "standalone/desk/inside/HeldRequests.h"
 #include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/LostRequests.h"
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/ReadRequests.h"
@@ -250,7 +251,10 @@ SentRequests SendRequests(Company& company, const RequestSelection& selection) {
   for (const LineOfPartner& line : lines) {
     std::optional<Refusal> refusal;
     try {
-      work.AskToWrite([&] { return SendLine(work, line.pairing, keys, line.row); });
+      work.AskToWrite([&] {
+        if (selection.requests.empty()) RefuseToSendTwice(work, line.row);
+        return SendLine(work, line.pairing, keys, line.row);
+      });
     } catch (const Refused& refused) {
       refusal = refused.Value();
     } catch (const standalone::InvalidInput& unspeakable) {

@@ -58,7 +58,8 @@ struct SentRequests {
 };
 
 // Makes the proposals of entered lines with partners whose relation is established, each in a unit of work of its own:
-// of all that were entered after the pairing, or of those that are named, whenever they were entered. They leave with
+// of all that were entered after the pairing, but what the partner may have been sent before by a request that these
+// books lost, or of those that are named, whatever they are and whenever they were entered. They leave with
 // the next letters. Needs the right to modify transactions of their types.
 SentRequests SendRequests(Company& company, const RequestSelection& selection = {});
 

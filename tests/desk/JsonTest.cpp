@@ -466,7 +466,7 @@ TEST(AsJson, ARefusalWithoutStatusAndRemedyHasNullForThem) {
 }
 
 TEST(AsJson, EachRemedyButNoneHasAName) {
-  for (int number = 1; number <= static_cast<int>(Remedy::kEnterUnderTheLostRequest); ++number) {
+  for (int number = 1; number <= static_cast<int>(Remedy::kSendByNameOrTakeBack); ++number) {
     const Json json =
         JsonOf(Refusal{.what = UseCase::kImport, .status = {}, .why = "no", .remedy = static_cast<Remedy>(number)});
     EXPECT_TRUE(json["remedy"].is_string()) << number;

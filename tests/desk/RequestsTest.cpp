@@ -685,6 +685,34 @@ TEST_F(ALostRequest, ThatIsEnteredOnceMoreIsNoneAnyMore) {
   EXPECT_NE(PartnersLineOf(EnterOnceMore(another)).partners->requestId, request_);
 }
 
+TEST_F(TheRequest, ThatWasEnteredAnewBeforeTheLostOneCameBackIsSentOnlyWhenItIsNamed) {
+  const std::string before = Books("Alder");
+  const std::string lost = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  Restore("Alder", before);
+  const std::string anew =
+      PartnersLineOf(At("Alder", [](Company& company) {
+        return RecordTransaction(company,
+                                 {.type = EnteredType::kBill,
+                                  .date = DateType32{2026, 11, 2},
+                                  .name = NewVendor{standalone::NewListName("Hillcrest")},
+                                  .lines = {{.account = "Maintenance", .amount = LineAmount("480.00")}},
+                                  .shares = {{.partner = "Birch", .share = standalone::ShareText("50%")}},
+                                  .attachments = {}},
+                                 Posting::kPost);
+      })).partners->requestId;
+  CarryUntilAtRest();
+
+  const SentRequests all = At("Alder", [](Company& company) { return SendRequests(company); });
+
+  EXPECT_THAT(Carry("Alder").at(0).notSent, ElementsAre(HasSubstr("Birch was sent the bill " + lost + " of ")));
+  EXPECT_THAT(all.sent, IsEmpty());
+  ASSERT_THAT(all.left, SizeIs(1));
+  EXPECT_EQ(all.left[0].refusal.remedy, Remedy::kSendByNameOrTakeBack);
+  EXPECT_THAT(InboxOf("Birch"), SizeIs(1));
+  EXPECT_THAT(At("Alder", [&](Company& company) { return SendRequests(company, Only(anew)); }).sent, SizeIs(1));
+}
+
 TEST_F(ALostRequest, IsNotAskedForAnewByACopyOrACorrection) {
   const std::int32_t other = EnterOnceMore(BillAnew({2026, 11, 3}, "")).txnId;
   const std::int32_t smaller = EnterOnceMore([&] {

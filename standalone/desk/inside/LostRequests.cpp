@@ -114,20 +114,38 @@ std::vector<LostRequest> LostAndAlive(Work& work) {
   return lost;
 }
 
-bool HasDocumentOf(const LostRequest& lost, const TransactionToPost& toPost) {
-  return !toPost.documentNumber.empty() && lost.proposal.document == toPost.documentNumber;
+// What a line asks its partner for.
+struct Asked {
+  std::int16_t txnType = 0;
+  std::int32_t relationId = 0;
+  std::int64_t amount = 0;
+  DateType32 date;
+  std::string document;
+};
+
+bool HasDocumentOf(const LostRequest& lost, const Asked& asked) {
+  return !asked.document.empty() && lost.proposal.document == asked.document;
 }
 
 // Rather the one of the same document than one of the same day; null without any.
-const LostRequest* FindSame(const std::vector<LostRequest>& lost, const TransactionToPost& toPost,
-                            const LineToPost& line) {
+const LostRequest* FindSame(const std::vector<LostRequest>& lost, const Asked& asked) {
   const LostRequest* ofTheDay = nullptr;
   for (const LostRequest& one : lost) {
-    if (one.pairing.relationId != line.request->relationId || one.proposal.amount != line.amount) continue;
-    if (HasDocumentOf(one, toPost)) return &one;
-    if (one.proposal.date.Compare(toPost.date) == 0) ofTheDay = &one;
+    if (one.pairing.relationId != asked.relationId || one.proposal.amount != asked.amount) continue;
+    if (HasDocumentOf(one, asked)) return &one;
+    if (one.proposal.date.Compare(asked.date) == 0) ofTheDay = &one;
   }
   return ofTheDay;
+}
+
+void RefuseTheSame(Work& work, const std::vector<LostRequest>& lost, const Asked& asked, Remedy remedy) {
+  const LostRequest* const same = FindSame(lost, asked);
+  if (same == nullptr) return;
+  work.Refuse(same->pairing.partnerName + " was sent the " + RequestText(work, same->proposal) +
+                  ", which these books lost; this " + NounOf(EnteredType{asked.txnType}) + " asks for that amount " +
+                  (HasDocumentOf(*same, asked) ? "under the same document number, " + Quoted(asked.document)
+                                               : "on the same day"),
+              remedy);
 }
 
 }  // namespace
@@ -190,14 +208,28 @@ void RefuseToAskTwice(Work& work, const TransactionToPost& toPost, const std::ve
   });
   for (const LineToPost& line : toPost.lines) {
     if (!line.request || Holds(takenUp, line.request->relationId, line.request->requestId)) continue;
-    const LostRequest* const same = FindSame(lost, toPost, line);
-    if (same == nullptr) continue;
-    work.Refuse(same->pairing.partnerName + " was sent the " + RequestText(work, same->proposal) +
-                    ", which these books lost; this " + NounOf(EnteredType{toPost.type}) + " asks for that amount " +
-                    (HasDocumentOf(*same, toPost) ? "under the same document number, " + Quoted(toPost.documentNumber)
-                                                  : "on the same day"),
-                Remedy::kEnterUnderTheLostRequest);
+    RefuseTheSame(work, lost,
+                  {.txnType = toPost.type,
+                   .relationId = line.request->relationId,
+                   .amount = line.amount,
+                   .date = toPost.date,
+                   .document = toPost.documentNumber},
+                  Remedy::kEnterUnderTheLostRequest);
   }
+}
+
+void RefuseToSendTwice(Work& work, const DBMultiEntityTransaction& row) {
+  const std::vector<LostRequest> lost = LostAndAlive(work);
+  if (lost.empty()) return;
+  const std::optional<standalone::TransactionHeader> header = work.Host().Transactions().FindHeader(row.txnId);
+  if (!header) return;
+  RefuseTheSame(work, lost,
+                {.txnType = row.txnType,
+                 .relationId = row.relationId,
+                 .amount = work.Host().Transactions().FindLineOf(row.txnId, row.targetId).amount,
+                 .date = header->date,
+                 .document = header->documentNumber},
+                Remedy::kSendByNameOrTakeBack);
 }
 
 std::vector<standalone::AuditChange> FollowTakenUp(Work& work, const std::vector<LostRequest>& lost) {

@@ -40,6 +40,9 @@ void TakeUp(Work& work, const std::vector<LostRequest>& lost, TransactionToPost&
 // up and has not come to nothing, over the same amount and of the same day or document number.
 void RefuseToAskTwice(Work& work, const TransactionToPost& toPost, const std::vector<LostRequest>& takenUp = {});
 
+// The same for a line that was entered before the request came back, and would be sent by itself.
+void RefuseToSendTwice(Work& work, const DBMultiEntityTransaction& row);
+
 // When they are posted: has their rows follow what the partners have answered.
 std::vector<standalone::AuditChange> FollowTakenUp(Work& work, const std::vector<LostRequest>& lost);
 

@@ -12,6 +12,7 @@
 #include "standalone/books/OwnRequestTable.h"
 #include "standalone/books/RelationTable.h"
 #include "standalone/books/RowFields.h"
+#include "standalone/desk/inside/LostRequests.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/Partners.h"
@@ -167,7 +168,10 @@ SentOfPartner SendAllOf(Work& work, const Pairing& pairing, const exchange::KeyP
   SentOfPartner sent;
   for (const DBMultiEntityTransaction& row : lines) {
     try {
-      work.AskToWrite([&] { return SendLine(work, pairing, keys, row); });
+      work.AskToWrite([&] {
+        RefuseToSendTwice(work, row);
+        return SendLine(work, pairing, keys, row);
+      });
       ++sent.sent;
     } catch (const Refused& refused) {
       sent.left.push_back(LineText(row) + ": " + refused.what());

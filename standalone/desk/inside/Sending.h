@@ -23,7 +23,8 @@ std::vector<DBMultiEntityTransaction> LinesToSend(Work& work, const standalone::
 MEStatusCode SendLine(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
                       const DBMultiEntityTransaction& row);
 
-// Sends them, each in a unit of work of its own.
+// Sends them, each in a unit of work of its own, but what the partner may have been sent before by a request that these
+// books lost.
 struct SentOfPartner {
   std::size_t sent = 0;
   std::vector<std::string> left;  // those that could not be sent, each with why

@@ -308,6 +308,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "enter-what-was-sent";
     case Remedy::kEnterUnderTheLostRequest:
       return "enter-under-the-lost-request";
+    case Remedy::kSendByNameOrTakeBack:
+      return "send-by-name-or-take-back";
   }
   return nullptr;
 }

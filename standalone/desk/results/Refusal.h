@@ -161,6 +161,7 @@ enum class Remedy {
   kCarryUntilCompared,        // with the partners, or insist
   kEnterWhatWasSent,          // as these books lost it
   kEnterUnderTheLostRequest,  // or as another one
+  kSendByNameOrTakeBack,      // what may have been sent before
 };
 
 struct Refusal {

@@ -7,6 +7,7 @@
 #include "standalone/books/RelationTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/NewPairings.h"
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/RelationAccounts.h"
@@ -28,37 +29,6 @@ using standalone::PairingState;
 using standalone::Quoted;
 
 constexpr std::string_view kInvitationLabel = "MULTIENTITY INVITATION";
-// Of a partner whose realm id is not known yet; a company's own has sixteen digits.
-constexpr std::string_view kNoRealm = "0";
-
-// Before anything is made that a refusal would leave behind.
-void RequireMayManage(Work& work) {
-  work.AskToRead([&] { return work.MayManageRelations() ? MEStatusSuccess : MEStatusPermissionDenied; });
-}
-
-void RefuseAnotherOfThatName(Work& work, const standalone::PartnerName& partner) {
-  for (const Pairing& pairing : work.Host().Pairings().List()) {
-    if (pairing.state == PairingState::kRemoved || pairing.partnerName != partner.Text()) continue;
-    work.Refuse("there is a pairing with " + Quoted(partner.Text()) + " already, which is " +
-                    std::string(NameOf(pairing.state)),
-                Remedy::kSeePartners);
-  }
-}
-
-// For a relation that there will be.
-void ReserveAccounts(Work& work, const RelationAccounts& given, const standalone::RealmId& realm, Pairing& pairing) {
-  if (!given.dueFrom || !given.dueTo) {
-    work.Refuse("a pairing needs a due-from and a due-to account", Remedy::kGiveBothAccounts);
-  }
-  const PairOfAccounts chosen = ChooseAccounts(work, realm, given);
-  pairing.dueFromAccountId = chosen.dueFrom.value().id;
-  pairing.dueToAccountId = chosen.dueTo.value().id;
-  if (work.Host().Relations().UsesAccounts(pairing.dueFromAccountId, pairing.dueToAccountId)) {
-    work.Refuse("another relation has one of the accounts already", Remedy::kChooseFreePartnerOrAccounts);
-  }
-  RefuseReserved(work, pairing.dueFromAccountId);
-  RefuseReserved(work, pairing.dueToAccountId);
-}
 
 // Returns the realm id if the company got one now.
 std::optional<std::string> RequireRealm(Work& work, const exchange::PublicKey& key) {
@@ -89,20 +59,6 @@ void RefuseInvitation(Work& work, const exchange::Fact& invitation, const exchan
   if (const std::string why = WhyNotToPair(work, offer, 0); !why.empty()) {
     work.Refuse(Quoted(offer.company) + " cannot be paired with: " + why, Remedy::kTalkToThePartner);
   }
-}
-
-// An existing relation brings its own.
-void ChooseAccountsFor(Work& work, const Acceptance& acceptance, const std::string& realm, Pairing& pairing) {
-  DBMultiEntityRelation relation{};
-  if (!work.Host().Relations().Find(realm, relation)) {
-    ReserveAccounts(work, acceptance.accounts, standalone::RealmId(realm), pairing);
-    return;
-  }
-  if (acceptance.accounts.dueFrom || acceptance.accounts.dueTo) {
-    work.Refuse("the relation that exists already has its accounts", Remedy::kLeaveOutTheAccounts);
-  }
-  pairing.dueFromAccountId = relation.dueFromAccountId;
-  pairing.dueToAccountId = relation.dueToAccountId;
 }
 
 std::string DigitsOf(std::string_view fingerprint) {
@@ -162,7 +118,7 @@ MEStatusCode GiveBackRelation(Pairing& pairing) {
 void CheckInvitation(Work& work, const Invitation& invitation) {
   RefuseAnotherOfThatName(work, invitation.partner);
   Pairing pairing;
-  ReserveAccounts(work, invitation.accounts, standalone::RealmId(kNoRealm), pairing);
+  ChooseAccountsFor(work, invitation.accounts, invitation.realm, pairing);
 }
 
 void CheckAcceptance(Work& work, const Acceptance& acceptance, const exchange::Fact& invitation,
@@ -172,7 +128,7 @@ void CheckAcceptance(Work& work, const Acceptance& acceptance, const exchange::F
   RefuseOwnRealm(work, standalone::RealmId(offer.realm));
   RefuseExistingRelation(work, {.realm = offer.realm, .useExisting = acceptance.useExistingRelation});
   Pairing pairing;
-  ChooseAccountsFor(work, acceptance, offer.realm, pairing);
+  ChooseAccountsFor(work, acceptance.accounts, standalone::RealmId(offer.realm), pairing);
 }
 
 }  // namespace
@@ -196,7 +152,7 @@ InvitationText InvitePartner(Company& company, const Invitation& invitation) {
                     .relationStateBefore = {},
                     .folder = standalone::PathText(invitation.folder),
                     .firstTxnId = work.Host().Transactions().NextId()};
-    ReserveAccounts(work, invitation.accounts, standalone::RealmId(kNoRealm), pairing);
+    ChooseAccountsFor(work, invitation.accounts, invitation.realm, pairing);
     made.newRealm = RequireRealm(work, keys.Public());
     RememberKeys(work, keys);
     pairing.id = work.Host().Pairings().Add(pairing);
@@ -209,6 +165,21 @@ InvitationText InvitePartner(Company& company, const Invitation& invitation) {
   });
   made.fingerprint = exchange::Fingerprint(keys.Public());
   return made;
+}
+
+std::string InvitationOnceMore(Company& company, const std::string& partner) {
+  Work work(company.Opened(), UseCase::kPair);
+  RequireMayManage(work);
+  return work.Read([&] {
+    const Pairing pairing = RequirePairing(work, partner);
+    const std::optional<exchange::Fact> invitation =
+        PairingFact(work, pairing, exchange::kinds::kInvitation, FactOrigin::kMade);
+    if (!invitation) {
+      work.Refuse("these books do not have their invitation for " + Quoted(pairing.partnerName),
+                  Remedy::kRemoveThePairingFirst);
+    }
+    return exchange::TextBlockOf(kInvitationLabel, invitation->Wire());
+  });
 }
 
 AcceptedInvitation AcceptInvitation(Company& company, const Acceptance& acceptance) {
@@ -240,7 +211,7 @@ AcceptedInvitation AcceptInvitation(Company& company, const Acceptance& acceptan
                     .firstTxnId = work.Host().Transactions().NextId()};
     accepted.newRealm = RequireRealm(work, keys.Public());
     RefuseOwnRealm(work, standalone::RealmId(offer.realm));
-    ChooseAccountsFor(work, acceptance, offer.realm, pairing);
+    ChooseAccountsFor(work, acceptance.accounts, standalone::RealmId(offer.realm), pairing);
     const MEStatusCode answer = MakeRelation(work,
                                              {.realm = offer.realm,
                                               .state = standalone::RelationState::kPending,

@@ -21,6 +21,8 @@ struct Invitation {
   standalone::PartnerName partner;
   RelationAccounts accounts;     // reserved for the partner; both are needed
   std::filesystem::path folder;  // empty for none
+  // The partner's, where it is known; a relation with it brings the accounts.
+  std::optional<standalone::RealmId> realm = std::nullopt;
 };
 struct InvitationText {
   std::string text;                     // a block of text that can be mailed
@@ -29,6 +31,8 @@ struct InvitationText {
 };
 // Makes the company's identity and realm id if it has none.
 InvitationText InvitePartner(Company& company, const Invitation& invitation);
+// The text of an invitation of before.
+std::string InvitationOnceMore(Company& company, const std::string& partner);
 
 struct Acceptance {
   std::string invitation;                          // the text that the partner sent, or a mail with it

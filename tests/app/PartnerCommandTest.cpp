@@ -414,3 +414,78 @@ TEST_F(PairingCompanies, TheAuditTrailTellsEachStepOfAPairing) {
               HasSubstr(") accepted the pairing with Alder Supply Company"));
   EXPECT_EQ(Run({"audit", "verify", kFile}).exitCode, 0);
 }
+
+class PairingBothCompanies : public TwoCompanies {
+ protected:
+  static Arguments PairBoth(const Arguments& more = {}) {
+    return With({"partner", "pair", kFile, kBirchFile, "--due-from", "Due from Birch", "--due-to", "Due to Birch",
+                 "--other-due-from", "Due from Alder", "--other-due-to", "Due to Alder"},
+                more);
+  }
+};
+
+TEST_F(PairingBothCompanies, EstablishesBothWithOneCommandAndNoFingerprintIsTyped) {
+  const Outcome outcome = Run(PairBoth({"--folder", "shared"}));
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_THAT(outcome.out,
+              AllOf(StartsWith("Paired Alder Supply Company and Birch Services Company; the relation is established on "
+                               "both sides.\n"),
+                    ContainsRegex("Alder Supply Company had no realm id; it got [1-9][0-9]{15} and keeps it"),
+                    HasSubstr("Fingerprint of Birch Services Company: " + FingerprintOf(kBirchFile) + '\n'),
+                    HasSubstr("nobody needs to call"), HasSubstr("multientity exchange run alder.company")));
+  EXPECT_EQ(Run({"exchange", "status", kFile}).out, "Birch Services Company: established; both have the same\n");
+  EXPECT_EQ(Run({"exchange", "status", kBirchFile}).out, "Alder Supply Company: established; both have the same\n");
+}
+
+TEST_F(PairingBothCompanies, AreToldProgramsInTheirOrder) {
+  const Json companies = Answer(PairBoth()).at("companies");
+
+  ASSERT_EQ(companies.size(), 2U);
+  EXPECT_EQ(companies.at(0).at("file"), kFile);
+  EXPECT_EQ(companies.at(0).at("company"), kAlder);
+  EXPECT_EQ(companies.at(0).at("newRealm"), Answer({"realm", "show", kFile}).at("remembered"));
+  EXPECT_EQ(companies.at(0).at("partner").at("partner"), kBirch);
+  EXPECT_EQ(companies.at(0).at("partner").at("state"), "established");
+  EXPECT_EQ(companies.at(1).at("file"), kBirchFile);
+  EXPECT_EQ(companies.at(1).at("partner").at("fingerprint"), companies.at(0).at("fingerprint"));
+  EXPECT_EQ(companies.at(1).at("partner").at("folder"), nullptr);
+}
+
+TEST_F(PairingBothCompanies, StayAsTheyAreWhenTheOtherOneLacksAnAccount) {
+  const std::string alder = Whole(kFile);
+  const std::string birch = Whole(kBirchFile);
+  Arguments arguments = PairBoth();
+  arguments.back() = "Due to Aldor";
+
+  const Outcome outcome = Run(arguments);
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("birch.company: There is no account \"Due to Aldor\""));
+  EXPECT_EQ(Whole(kFile), alder);
+  EXPECT_EQ(Whole(kBirchFile), birch);
+}
+
+TEST_F(PairingBothCompanies, StayAsTheyAreWhenTheOneDoesNotKnowTheUser) {
+  const std::string alder = Whole(kFile);
+  Done({"users", "add", kBirchFile, "Kim", "--administrator"});
+
+  const Outcome outcome = Run(PairBoth({"--user", "Kim"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, AllOf(HasSubstr("alder.company: "), HasSubstr("Kim")));
+  EXPECT_EQ(Whole(kFile), alder);
+}
+
+TEST_F(PairingBothCompanies, GoOnWithAnInvitationThatWasBegun) {
+  InviteBirch();
+
+  Done(PairBoth());
+
+  EXPECT_EQ(StateOf(kFile, kBirch), "established");
+  EXPECT_EQ(StateOf(kBirchFile, kAlder), "established");
+  const Json error = ErrorOf(PairBoth());
+  EXPECT_EQ(error.at("exit"), 2);
+  EXPECT_EQ(error.at("remedy"), "see-partners");
+  EXPECT_EQ(error.at("message"), "alder.company and birch.company are paired already");
+}

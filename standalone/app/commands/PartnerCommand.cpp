@@ -21,6 +21,7 @@
 #include "standalone/desk/Identity.h"
 #include "standalone/desk/NewFiles.h"
 #include "standalone/desk/Pairing.h"
+#include "standalone/desk/PairingBoth.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
@@ -170,6 +171,61 @@ void ConfirmPartner(Invocation& invocation, const PairingOptions& options) {
                   standalone::Shown(partner.name), standalone::Shown(partner.realm), HowToSend(partner, options.file)));
 }
 
+struct PairOptions {
+  PairingOptions one;
+  PairingOptions other;
+};
+
+desk::CompanyToPair CompanyToPair(Invocation& invocation, const PairingOptions& options) {
+  return {.file = FilePath(options.file),
+          .options = HowToOpen(invocation, options.file),
+          .accounts = PairingAccounts(options)};
+}
+
+Json PairedJson(const std::string& file, const desk::PairedCompany& paired) {
+  return {{"file", file},
+          {"company", paired.name},
+          {"fingerprint", paired.fingerprint},
+          {"newRealm", desk::OrNull(paired.newRealm)},
+          {"partner", desk::JsonOf(paired.partner)}};
+}
+
+std::string PairedText(const desk::PairedCompany& paired) {
+  const std::string name = standalone::Shown(paired.name);
+  const std::string realm =
+      paired.newRealm ? fmt::format("{} had no realm id; it got {} and keeps it.\n", name, *paired.newRealm) : "";
+  return fmt::format("{}Fingerprint of {}: {}\n", realm, name, paired.fingerprint);
+}
+
+std::string PairedText(const PairOptions& options, const desk::PairedBoth& paired) {
+  const std::string letters =
+      paired.one.partner.folder.empty() || paired.other.partner.folder.empty()
+          ? fmt::format(
+                "Letters go as texts, by exchange export and exchange import, until both have a folder: "
+                "multientity partner folder {} {} DIR, and the same for {}.\n",
+                AsTyped(options.one.file), AsTyped(paired.one.partner.name), AsTyped(options.other.file))
+          : fmt::format("Letters go by {}: multientity exchange run {}, and the same for {}.\n",
+                        standalone::Shown(standalone::PathText(paired.one.partner.folder)), AsTyped(options.one.file),
+                        AsTyped(options.other.file));
+  return fmt::format(
+      "Paired {} and {}; the relation is established on both sides.\n{}{}"
+      "Each has the key of the other one, as both files lie here and were compared; nobody needs to call.\n{}",
+      standalone::Shown(paired.one.name), standalone::Shown(paired.other.name), PairedText(paired.one),
+      PairedText(paired.other), letters);
+}
+
+void PairBoth(Invocation& invocation, const PairOptions& options) {
+  PairingOptions other = options.other;
+  other.anyAccount = options.one.anyAccount;
+  const desk::PairedBoth paired = desk::PairBoth({.one = CompanyToPair(invocation, options.one),
+                                                  .other = CompanyToPair(invocation, other),
+                                                  .folder = FolderOf(options.one),
+                                                  .useExistingRelations = options.one.useExistingRelation});
+  invocation.Report({{"companies", Json::array({PairedJson(options.one.file, paired.one),
+                                                PairedJson(options.other.file, paired.other)})}},
+                    PairedText(options, paired));
+}
+
 constexpr std::array kPartnerColumns{"id",          "partner",         "realm",        "state",    "invitedByUs",
                                      "fingerprint", "dueFrom.id",      "dueFrom.name", "dueTo.id", "dueTo.name",
                                      "folder",      "hasLetterToSend", "outstanding"};
@@ -305,6 +361,29 @@ void AddConfirm(CLI::App& group, Invocation& invocation) {
   invocation.When(command, [options](Invocation& run) { ConfirmPartner(run, *options); });
 }
 
+void AddPair(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<PairOptions>();
+  CLI::App& command = AddFileCommand(
+      group, "pair",
+      "Pair two companies that lie in one place, as those of a group do: invites, accepts, compares the keys of both "
+      "and\n"
+      "confirms. What was begun before is gone on with",
+      "partner pair alder.company birch.company --folder /shared/alder-birch \\\n"
+      "    --due-from \"Due from Birch Services Company\" --due-to \"Due to Birch Services Company\" \\\n"
+      "    --other-due-from \"Due from Alder Supply Company\" --other-due-to \"Due to Alder Supply Company\"",
+      options->one.file);
+  command.add_option("OTHER", options->other.file, "The other company's file, behind FILE")->required();
+  AddPairingAccounts(command, options->one);
+  command.add_option("--other-due-from", options->other.dueFrom,
+                     std::string("In the other company's books, what this one owes it: an asset. ") + kAccountHelp);
+  command.add_option("--other-due-to", options->other.dueTo,
+                     std::string("In the other company's books, what it owes this one: a liability. ") + kAccountHelp);
+  command.add_option("--folder", options->one.folder,
+                     "The folder by which letters of both go, such as one beside the files");
+  AddExistingRelation(command, options->one);
+  invocation.When(command, [options](Invocation& run) { PairBoth(run, *options); });
+}
+
 void AddPartnerList(CLI::App& group, Invocation& invocation) {
   const auto options = std::make_shared<PairingOptions>();
   CLI::App& command = AddFileCommand(group, "list", "List the partners with whom this company is paired",
@@ -363,6 +442,7 @@ void AddPartner(CLI::App& program, Invocation& invocation) {
   AddInvite(group, invocation);
   AddAccept(group, invocation);
   AddConfirm(group, invocation);
+  AddPair(group, invocation);
   AddPartnerList(group, invocation);
   AddPartnerShow(group, invocation);
   AddFingerprint(group, invocation);

@@ -152,6 +152,7 @@ std::string WhyNotToPair(Work& work, const exchange::PairingOffer& offer, std::i
     return "its amounts have " + std::to_string(offer.decimals.Count()) + " decimals and these " +
            std::to_string(settings.decimals.Count());
   }
+  if (offer.realm.empty()) return {};
   if (offer.realm == work.RememberedRealm()) return "its realm id " + Quoted(offer.realm) + " is this company's own";
   const std::optional<Pairing> other = LivePairingWithRealm(work, offer.realm);
   if (other && other->id != pairing) {

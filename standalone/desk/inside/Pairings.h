@@ -33,7 +33,8 @@ bool IsOwnKey(Work& work, const exchange::PublicKey& key);
 
 // What this company says of itself at a step of the pairing.
 exchange::PairingOffer OwnOffer(Work& work, exchange::PairingStep step, const std::optional<exchange::Hash>& replyTo);
-// Why a partner with that offer cannot be paired with: its currency, its decimals, its realm; empty when it can.
+// Why a partner with that offer cannot be paired with: its currency, its decimals, its realm, if it has one; empty when
+// it can.
 // `pairing` is the one that is being made, 0 for one that is not in the books yet.
 std::string WhyNotToPair(Work& work, const exchange::PairingOffer& offer, std::int32_t pairing);
 

@@ -7,6 +7,9 @@
 
 namespace platform {
 
+// Where the program lies that is running. Nothing when the system does not tell.
+std::optional<std::filesystem::path> OwnProgram();
+
 // Where a library lies that is loaded by its file name: beside the program and nowhere else, so that neither the
 // current folder nor the environment brings another one. Nothing when the system does not tell where the program lies.
 std::optional<std::filesystem::path> BesideTheProgram(const char* fileName);

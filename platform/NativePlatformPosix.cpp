@@ -47,11 +47,17 @@ constinit PosixPlatform nativePlatform;
 
 namespace platform {
 
-std::optional<std::filesystem::path> BesideTheProgram(const char* fileName) {
+std::optional<std::filesystem::path> OwnProgram() {
   std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
   if (error) return std::nullopt;
-  return program.parent_path() / fileName;
+  return program;
+}
+
+std::optional<std::filesystem::path> BesideTheProgram(const char* fileName) {
+  const std::optional<std::filesystem::path> program = OwnProgram();
+  if (!program) return std::nullopt;
+  return program->parent_path() / fileName;
 }
 
 }  // namespace platform

@@ -58,14 +58,20 @@ constinit Win32Platform nativePlatform;
 
 namespace platform {
 
-std::optional<std::filesystem::path> BesideTheProgram(const char* fileName) {
+std::optional<std::filesystem::path> OwnProgram() {
   std::wstring program(MAX_PATH, L'\0');
   while (true) {
     const DWORD length = ::GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
     if (length == 0) return std::nullopt;
-    if (length < program.size()) return std::filesystem::path(program.substr(0, length)).parent_path() / fileName;
+    if (length < program.size()) return std::filesystem::path(program.substr(0, length));
     program.resize(program.size() * 2);
   }
+}
+
+std::optional<std::filesystem::path> BesideTheProgram(const char* fileName) {
+  const std::optional<std::filesystem::path> program = OwnProgram();
+  if (!program) return std::nullopt;
+  return program->parent_path() / fileName;
 }
 
 }  // namespace platform

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <stdexcept>
+#include <string>
+
 namespace app {
 
 // What the program ends with.
@@ -10,6 +13,16 @@ enum ExitCode : int {
   kExitCompanyFile = 3,  // the company file cannot be opened or created
   kExitNotTold = 4,      // the work is saved, but what it came to could not be printed
   kExitNotKnown = 5,     // the disk failed while the work was saved, which may be there or not
+};
+
+// A failure that is told like any other and ends the program with a code of its own.
+class FailedWith : public std::runtime_error {
+ public:
+  FailedWith(ExitCode code, const std::string& what) : std::runtime_error(what), code_(code) {}
+  ExitCode Code() const noexcept { return code_; }
+
+ private:
+  ExitCode code_;
 };
 
 }  // namespace app

@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
+#include "app/OtherProgram.h"
 #include "app/PairedCompanies.h"
 #include "app/RunningProgram.h"
 #include "app/TwoCompanies.h"
@@ -433,4 +436,100 @@ TEST_F(SwitchedOff, NothingIsDecided) {
   EXPECT_EQ(InInbox(request).at("state"), "new");
   SwitchOn(kBirchFile);
   EXPECT_EQ(AcceptRequest(request).exitCode, 0);
+}
+
+class ExchangingForSeveral : public PairedCompanies {
+ protected:
+  std::size_t LettersInTheFolder() const {
+    const std::filesystem::directory_iterator files(In("shared"));
+    return static_cast<std::size_t>(std::count_if(
+        begin(files), end(files), [](const auto& entry) { return entry.path().extension() == ".envelope"; }));
+  }
+};
+
+TEST_F(ExchangingForSeveral, EachTellsWhatItHasDoneInTheOrderOfTheCompanies) {
+  const Outcome outcome = Run({"exchange", "run", kBirchFile, kFile});
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_THAT(outcome.out,
+              testing::MatchesRegex("birch.company:\nAlder Supply Company: took [0-9] letters?, put [^\n]*\n"
+                                    "(  [^\n]*\n)*Carried for 1 partner: [^\n]*\n"
+                                    "alder.company:\nBirch Services Company: took [^\n]*\n"
+                                    "(  [^\n]*\n)*Carried for 1 partner: [^\n]*\n"));
+}
+
+TEST_F(ExchangingForSeveral, ARequestAndItsAnswerTravelByRunsOfBoth) {
+  const std::string request = EnterBill();
+  Done({"exchange", "run", kFile, kBirchFile});
+  Done({"exchange", "run", kFile, kBirchFile});
+  EXPECT_EQ(InInbox(request).at("state"), "new");
+  EXPECT_EQ(AcceptRequest(request).exitCode, 0);
+
+  for (int round = 0; round < 3; ++round) Done({"exchange", "run", kFile, kBirchFile});
+
+  EXPECT_EQ(InOutbox(request).at("state"), "established");
+}
+
+TEST_F(ExchangingForSeveral, OneThatFailsIsNamedAndStopsNobody) {
+  Done({"init", "cedar.company", "--name", "Cedar"});
+
+  const Outcome outcome = Run({"exchange", "run", "none.company", kFile, "cedar.company", kBirchFile});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(outcome.out, AllOf(StartsWith("alder.company:\n"), HasSubstr("\nbirch.company:\n")));
+  EXPECT_THAT(outcome.err,
+              AllOf(StartsWith("multientity: none.company: There is no company file none.company"),
+                    HasSubstr("\nmultientity: cedar.company: this company has not been paired with anybody\n  invite"),
+                    HasSubstr("\nmultientity: not all went well: none.company ended with 3, cedar.company ended with "
+                              "2\n")));
+}
+
+TEST_F(ExchangingForSeveral, TheyAreToldProgramsAsOneObject) {
+  const Outcome outcome = Run({"exchange", "run", kFile, "none.company", kBirchFile, "--json"});
+
+  EXPECT_EQ(outcome.exitCode, 3);
+  const Json companies = Json::parse(outcome.out).at("companies");
+  ASSERT_EQ(companies.size(), 3U);
+  EXPECT_EQ(companies.at(0).at("file"), kFile);
+  EXPECT_EQ(companies.at(0).at("exit"), 0);
+  EXPECT_EQ(companies.at(0).at("answer").at("partners").at(0).at("partner"), kBirch);
+  EXPECT_EQ(companies.at(0).at("messages"), Json::array());
+  EXPECT_EQ(companies.at(1).at("exit"), 3);
+  EXPECT_EQ(companies.at(1).at("answer"), nullptr);
+  EXPECT_EQ(companies.at(1).at("messages").at(0).at("error").at("exit"), 3);
+  EXPECT_EQ(companies.at(2).at("answer").at("partners").at(0).at("partner"), kAlder);
+  EXPECT_EQ(Json::parse(outcome.err).at("error").at("message"), "not all went well: none.company ended with 3");
+}
+
+TEST_F(ExchangingForSeveral, WhoDoesItIsTheSameForAll) {
+  Done({"users", "add", kFile, "Kim", "--administrator"});
+
+  const Outcome outcome = Run({"exchange", "run", kFile, kBirchFile, "--user", "Kim"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.out, StartsWith("alder.company:\n"));
+  EXPECT_THAT(outcome.err, StartsWith("multientity: birch.company: There is no user \"Kim\""));
+}
+
+TEST_F(ExchangingForSeveral, ACompanyIsGivenOnce) {
+  const Outcome outcome = Run({"exchange", "run", kFile, kBirchFile, kFile});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("\"alder.company\" is given twice"));
+  EXPECT_EQ(outcome.out, "");
+}
+
+TEST_F(ExchangingForSeveral, OneThatWaitsForAnotherProgramKeepsNobodyWaiting) {
+  const OtherProgram other(In(kFile));
+  other.Runs("BEGIN IMMEDIATE");
+  RunningProgram program(In("."), {"exchange", "run", kFile, kBirchFile});
+  const auto latest = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  while (LettersInTheFolder() == 0 && std::chrono::steady_clock::now() < latest) std::this_thread::yield();
+
+  other.Runs("ROLLBACK");
+
+  const Outcome outcome = program.End();
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, StartsWith("alder.company:\n"));
 }

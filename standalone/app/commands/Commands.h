@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "standalone/desk/results/ClosedDays.h"
 
 namespace CLI {
@@ -57,6 +60,9 @@ CLI::App& AddGroup(CLI::App& program, const char* name, const char* description,
 // A command that works on a company file.
 CLI::App& AddFileCommand(CLI::App& parent, const char* name, const char* description, const char* example,
                          std::string& file);
+// One that works on one company file or on several.
+CLI::App& AddFilesCommand(CLI::App& parent, const char* name, const char* description, const char* example,
+                          std::vector<std::string>& files);
 // --after-close, with which an administrator changes days on which the books are closed.
 void AddAfterClose(CLI::App& command, desk::ClosedDays& closedDays);
 // The example and what may be added to every command, for one that is added otherwise.

@@ -17,6 +17,7 @@
 #include "standalone/app/RequestTexts.h"
 #include "standalone/app/TextInput.h"
 #include "standalone/app/Values.h"
+#include "standalone/app/Workers.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/desk/Exchange.h"
 #include "standalone/desk/ExchangeStatus.h"
@@ -25,6 +26,7 @@
 #include "standalone/desk/Pairing.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Counted.h"
+#include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -38,6 +40,10 @@ struct ExchangeOptions {
   std::string partner;
   std::string letters;
   std::optional<std::string> output;
+};
+
+struct RunOptions {
+  std::vector<std::string> files;
 };
 
 struct SendOptions {
@@ -99,8 +105,8 @@ std::string SummaryOf(const std::vector<desk::CarriedWith>& all) {
                      standalone::Counted(static_cast<std::int64_t>(taken), "letter"), put);
 }
 
-void RunOnce(Invocation& invocation, const ExchangeOptions& options) {
-  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+void RunForOne(Invocation& invocation, const std::string& file) {
+  desk::Company company(FilePath(file), HowToOpen(invocation, file));
   const bool forPeople = !invocation.options.json;
   const std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
     if (!forPeople) return;
@@ -112,8 +118,45 @@ void RunOnce(Invocation& invocation, const ExchangeOptions& options) {
     throw std::runtime_error(fmt::format(
         "{} could not be reached; the other partners were served. Look whether the disk or the share is there and may "
         "be written, and carry once more; another folder is set with: multientity partner folder {} PARTNER DIR",
-        standalone::Counted(failures, "folder"), AsTyped(options.file)));
+        standalone::Counted(failures, "folder"), AsTyped(file)));
   }
+}
+
+void RefuseOneTwice(const std::vector<std::string>& files) {
+  for (auto file = files.begin(); file != files.end(); ++file) {
+    if (std::find(files.begin(), file, *file) == file) continue;
+    throw standalone::InvalidInput(fmt::format("{} is given twice; give each company once", standalone::Quoted(*file)));
+  }
+}
+
+std::vector<std::string> ArgumentsFor(const GlobalOptions& options, const std::string& file) {
+  std::vector<std::string> arguments{"--user", options.user};
+  const auto addWhen = [&arguments](bool isGiven, const char* option) {
+    if (isGiven) arguments.emplace_back(option);
+  };
+  addWhen(options.json, "--json");
+  addWhen(options.trace, "--trace");
+  addWhen(options.networkShare, "--network-share");
+  arguments.insert(arguments.end(), {"exchange", "run", file});
+  return arguments;
+}
+
+void RunForAll(Invocation& invocation, const std::vector<std::string>& files) {
+  RefuseOneTwice(files);
+  std::vector<std::vector<std::string>> workers;
+  for (const std::string& file : files) workers.push_back(ArgumentsFor(invocation.options, file));
+  WorkersTold told(invocation.options.json);
+  RunSideBySide(workers, [&](std::size_t worker, const platform::EndedProcess& ended) {
+    invocation.TakeSaved();
+    told.Add(files[worker], ended);
+  });
+  if (invocation.options.json) invocation.Report({{"companies", told.Companies()}}, {});
+  told.FailIfOneDid();
+}
+
+void Run(Invocation& invocation, const RunOptions& options) {
+  if (options.files.size() == 1) return RunForOne(invocation, options.files.front());
+  RunForAll(invocation, options.files);
 }
 
 void ExportLetters(Invocation& invocation, const ExchangeOptions& options) {
@@ -257,13 +300,15 @@ void AddExchangeSend(CLI::App& group, Invocation& invocation) {
 }
 
 void AddExchangeRun(CLI::App& group, Invocation& invocation) {
-  const auto options = std::make_shared<ExchangeOptions>();
-  CLI::App& command = AddFileCommand(
+  const auto options = std::make_shared<RunOptions>();
+  CLI::App& command = AddFilesCommand(
       group, "run",
-      "Carry letters once: take all that lies in the partners' folders for this company, and put what is to be told.\n"
-      "Ends with 1 when a folder could not be reached, once the other partners were served",
-      "exchange run alder.company", options->file);
-  invocation.When(command, [options](Invocation& run) { RunOnce(run, *options); });
+      "Carry letters once: take all that lies in the partners' folders for each company, and put what is to be told.\n"
+      "Several companies are carried for side by side, and none stops another one. Ends with 1 when a folder could "
+      "not\n"
+      "be reached, once the other partners were served",
+      "exchange run alder.company birch.company", options->files);
+  invocation.When(command, [options](Invocation& run) { Run(run, *options); });
 }
 
 void AddExchangeExport(CLI::App& group, Invocation& invocation) {

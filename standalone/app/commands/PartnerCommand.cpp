@@ -204,7 +204,7 @@ std::string PairedText(const PairOptions& options, const desk::PairedBoth& paire
                 "Letters go as texts, by exchange export and exchange import, until both have a folder: "
                 "multientity partner folder {} {} DIR, and the same for {}.\n",
                 AsTyped(options.one.file), AsTyped(paired.one.partner.name), AsTyped(options.other.file))
-          : fmt::format("Letters go by {}: multientity exchange run {}, and the same for {}.\n",
+          : fmt::format("Letters go by {}: multientity exchange run {} {}\n",
                         standalone::Shown(standalone::PathText(paired.one.partner.folder)), AsTyped(options.one.file),
                         AsTyped(options.other.file));
   return fmt::format(

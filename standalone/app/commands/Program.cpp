@@ -315,6 +315,8 @@ ExitCode RunCommand(Invocation& invocation) {
                     invocation.options.usualCompany ? fmt::format(" ({} names this file)", kUsualCompany) : ""));
   } catch (const OutputFailed& error) {
     return FailToTell(invocation, error);
+  } catch (const FailedWith& error) {
+    return Fail(json, error.Code(), error.what());
   } catch (const standalone::OutcomeUnknown& error) {
     return FailWithHint(json, kExitNotKnown, error.what(), HintWhenNotKnown());
   } catch (const std::exception& error) {
@@ -369,6 +371,16 @@ CLI::App& AddFileCommand(CLI::App& parent, const char* name, const char* descrip
                   parent.get_parent() == nullptr && std::string_view(name) == "init"
                       ? "The company file to make"
                       : fmt::format("The company file; may be left out where {} names one", kUsualCompany))
+      ->required();
+  AddFooter(command, example);
+  return command;
+}
+
+CLI::App& AddFilesCommand(CLI::App& parent, const char* name, const char* description, const char* example,
+                          std::vector<std::string>& files) {
+  CLI::App& command = *parent.add_subcommand(name, description);
+  command
+      .add_option("FILE", files, fmt::format("The company files; one may be left out where {} names it", kUsualCompany))
       ->required();
   AddFooter(command, example);
   return command;

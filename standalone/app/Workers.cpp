@@ -1,0 +1,121 @@
+#include "standalone/app/Workers.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+#include <thread>
+
+#include "platform/NativePlatform.h"
+#include "standalone/values/Text.h"
+
+namespace app {
+
+namespace {
+
+platform::EndedProcess RunOne(const std::vector<std::string>& arguments) {
+  try {
+    const auto program = platform::OwnProgram();
+    if (!program) throw std::runtime_error("the system does not tell where the program lies");
+    return platform::ChildProcess(*program, arguments).Wait();
+  } catch (const std::exception& error) {
+    return {.exitCode = kExitNotDone,
+            .output = {},
+            .errors = fmt::format("multientity: the program was not started: {}\n", error.what())};
+  }
+}
+
+// How a program may end by itself; whatever else it ends with, somebody or something has ended it.
+bool IsExitCode(int exitCode) {
+  return exitCode >= kExitDone && exitCode <= kExitNotKnown;
+}
+
+bool WasBrokenOff(const platform::EndedProcess& ended) {
+  return !IsExitCode(ended.exitCode) || (ended.exitCode != kExitDone && ended.errors.empty());
+}
+
+std::string ErrorsFor(const std::string& file, const platform::EndedProcess& ended) {
+  constexpr std::string_view kName = "multientity: ";
+  std::string text;
+  std::istringstream lines(ended.errors);
+  for (std::string line; std::getline(lines, line);) {
+    const bool isNamed = line.starts_with(kName);
+    text +=
+        isNamed ? fmt::format("{}{}: {}\n", kName, standalone::Shown(file), line.substr(kName.size())) : line + '\n';
+  }
+  return text;
+}
+
+// Null for what is no document, as of a program that was ended meanwhile.
+Json AnswerIn(const std::string& output) {
+  Json answer = Json::parse(output, nullptr, /*allow_exceptions=*/false);
+  return answer.is_discarded() ? Json() : answer;
+}
+
+// Objects one after the other, and what is none of them as a text.
+Json MessagesIn(const std::string& errors) {
+  Json messages = Json::array();
+  std::istringstream text(errors);
+  while (!(text >> std::ws).eof()) {
+    const auto begin = static_cast<std::size_t>(text.tellg());
+    try {
+      Json message;
+      text >> message;
+      messages.push_back(std::move(message));
+    } catch (const Json::parse_error&) {
+      messages.push_back(errors.substr(begin));
+      break;
+    }
+  }
+  return messages;
+}
+
+}  // namespace
+
+void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const OnEnded& onEnded) {
+  std::vector<std::packaged_task<platform::EndedProcess()>> tasks;
+  std::vector<std::future<platform::EndedProcess>> outcomes;
+  for (const std::vector<std::string>& arguments : workers) {
+    tasks.emplace_back([&arguments] { return RunOne(arguments); });
+    outcomes.push_back(tasks.back().get_future());
+  }
+  std::atomic<std::size_t> next = 0;
+  const auto work = [&] {
+    for (std::size_t task = next++; task < tasks.size(); task = next++) tasks[task]();
+  };
+  // Of one processor two, so that one that waits for something keeps nobody else waiting.
+  const std::size_t processors = std::max(std::thread::hardware_concurrency(), 2U);
+  std::vector<std::jthread> threads;
+  for (std::size_t i = 0; i < std::min(processors, tasks.size()); ++i) threads.emplace_back(work);
+  for (std::size_t i = 0; i < outcomes.size(); ++i) onEnded(i, outcomes[i].get());
+}
+
+void WorkersTold::Add(const std::string& file, const platform::EndedProcess& ended) {
+  if (json_) {
+    companies_.push_back({{"file", file},
+                          {"exit", ended.exitCode},
+                          {"answer", AnswerIn(ended.output)},
+                          {"messages", MessagesIn(ended.errors)}});
+  } else {
+    if (!ended.output.empty()) Print(fmt::format("{}:\n", file));
+    PrintData(ended.output);
+    FinishPrinting();
+    PrintError(ErrorsFor(file, ended));
+  }
+  if (ended.exitCode == kExitDone) return;
+  failures_ += fmt::format("{}{} {} {}", failures_.empty() ? "" : ", ", file,
+                           WasBrokenOff(ended) ? "was broken off with" : "ended with", ended.exitCode);
+  if (firstFailure_ != kExitDone) return;
+  firstFailure_ = IsExitCode(ended.exitCode) ? static_cast<ExitCode>(ended.exitCode) : kExitNotDone;
+}
+
+void WorkersTold::FailIfOneDid() const {
+  if (firstFailure_ == kExitDone) return;
+  throw FailedWith(firstFailure_, fmt::format("not all went well: {}", failures_));
+}
+
+}  // namespace app

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/ChildProcess.h"
+#include "standalone/app/ExitCode.h"
+#include "standalone/app/terminal/Output.h"
+
+// Several companies at a time: the module has one host in a process, so each has a process of its own.
+namespace app {
+
+// This program once for each of these arguments, side by side, as many at a time as there are processors, at least two.
+// `onEnded` is told of each in their order, on this thread, as soon as it and those before it have ended. One that
+// could not be started has ended with kExitNotDone, and says why.
+using OnEnded = std::function<void(std::size_t worker, const platform::EndedProcess& ended)>;
+void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const OnEnded& onEnded);
+
+// What each of them said: for people as it comes, with the company in front, for programs as a list.
+class WorkersTold {
+ public:
+  explicit WorkersTold(bool json) : json_(json), companies_(Json::array()) {}
+
+  void Add(const std::string& file, const platform::EndedProcess& ended);
+  const Json& Companies() const noexcept { return companies_; }
+  // Throws FailedWith, with the exit code of the first one that failed, if one did.
+  void FailIfOneDid() const;
+
+ private:
+  bool json_;
+  Json companies_;
+  ExitCode firstFailure_ = kExitDone;
+  std::string failures_;
+};
+
+}  // namespace app

@@ -250,6 +250,13 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
              "partner knows with: multientity bill record FILE --lost REQUEST, or check or entry; if it is another "
              "one, "
              "send it with: multientity exchange send FILE REQUEST";
+    case Remedy::kAddARule:
+      return "book it with: multientity inbox accept FILE REQUEST --expense ACCOUNT, where a request that takes back "
+             "another one needs no account; or add a rule for those like it with: multientity rules add FILE --partner "
+             "PARTNER --name NAME --expense ACCOUNT";
+    case Remedy::kSeeTheRules:
+      return "see the rules with: multientity rules list FILE, and take out one with: multientity rules remove FILE "
+             "RULE; what is to be otherwise is added anew with: multientity rules add FILE";
   }
   return {};
 }

@@ -75,6 +75,10 @@ std::string MarksOf(const std::vector<Request>& requests) {
   return text;
 }
 
+std::string OrAny(const std::string& condition) {
+  return condition.empty() ? "any" : condition;
+}
+
 void AddValue(std::string& text, std::string_view what, std::string_view value) {
   if (!value.empty()) text += fmt::format("{:<14} {}\n", fmt::format("{}:", what), Shown(value));
 }
@@ -110,22 +114,29 @@ bool TakesBack(const InboxRequest& request) {
   return request.earlier && request.earlier->reverses;
 }
 
-// The entry that one takes back says where.
+// The entry that one takes back says where, or a rule does.
 std::string HowToBook(const InboxRequest& request, const std::string& file) {
-  return fmt::format("multientity inbox accept {}{}", WhichRequest(request, file),
-                     TakesBack(request) ? "" : " --expense ACCOUNT");
+  const char* const where = request.rule ? " --by rule" : TakesBack(request) ? "" : " --expense ACCOUNT";
+  return fmt::format("multientity inbox accept {}{}", WhichRequest(request, file), where);
 }
 
 std::string HowToReject(const InboxRequest& request, const std::string& file) {
   return fmt::format("multientity inbox reject {} --reason TEXT", WhichRequest(request, file));
 }
 
+// What a rule says of a request.
+std::string TargetText(const desk::Rule& rule) {
+  return fmt::format("{}{}, to {}, {}", rule.id, rule.isLearned ? " (learned)" : "", rule.account.name,
+                     rule.bookedAs ? "as " + rule.bookedAs->name : "under its own name");
+}
+
 std::string NextOfInbox(const InboxRequest& request, const std::string& file) {
   switch (request.state) {
     case InboxState::kNew:
-      return fmt::format("book it with: {}{}; or reject it with: {}", HowToBook(request, file),
-                         TakesBack(request) ? "" : ", and --new-name for a name that is not in these books",
-                         HowToReject(request, file));
+      return fmt::format(
+          "book it with: {}{}; or reject it with: {}", HowToBook(request, file),
+          TakesBack(request) || request.rule ? "" : ", and --new-name for a name that is not in these books",
+          HowToReject(request, file));
     case InboxState::kHeld:
       return fmt::format(
           "nothing until the request that it takes back is booked here; if it never will be, reject it with: {}",
@@ -232,6 +243,32 @@ std::string InboxListText(const std::vector<InboxRequest>& requests) {
   return table.Text() + MarksOf(requests);
 }
 
+std::string RulesText(const std::vector<desk::Rule>& rules) {
+  if (rules.empty()) return "No rules.\n";
+  using enum Importance;
+  Table table({{.title = "Rule", .align = Align::kRight},
+               {.title = "Partner"},
+               {.title = "Name", .importance = kMajor},
+               {.title = "Their account", .importance = kMajor},
+               {.title = "Memo with", .importance = kMinor},
+               {.title = "Account"},
+               {.title = "Booked as", .importance = kMajor},
+               {.title = "From", .importance = kMinor, .fit = Fit::kWhole}});
+  std::string unfit;
+  for (const desk::Rule& rule : rules) {
+    table.Add({std::to_string(rule.id), rule.partner, OrAny(rule.name), OrAny(rule.hint), OrAny(rule.memo),
+               rule.account.name, rule.bookedAs ? rule.bookedAs->name : "its own name",
+               rule.isLearned ? "learned" : "added"});
+    if (rule.unfit.empty()) continue;
+    unfit += Wrapped(fmt::format("Rule {} fits nothing: {}", rule.id, Shown(rule.unfit))) + '\n';
+  }
+  return table.Text() + unfit;
+}
+
+std::string CalledRule(const desk::Rule& rule) {
+  return fmt::format("rule {} for requests of {}", rule.id, Shown(rule.partner));
+}
+
 std::string OutboxListText(const std::vector<OutboxRequest>& requests) {
   if (requests.empty()) return "No requests.\n";
   using enum Importance;
@@ -268,6 +305,8 @@ std::string InboxRequestText(const InboxRequest& request, const std::string& fil
   AddValue(text, "Booked", EntryText(request.entry));
   AddValue(text, "Booked before", EntryText(request.entryBefore));
   AddValue(text, "Look closely", request.mark);
+  if (request.rule) AddValue(text, "Rule", TargetText(*request.rule));
+  AddValue(text, "No rule", request.ruleMark);
   return text + fmt::format("{:<14} {}\n", "Next:", NextOfInbox(request, file));
 }
 

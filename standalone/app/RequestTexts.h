@@ -10,6 +10,7 @@
 #include "standalone/app/terminal/Output.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/Outbox.h"
+#include "standalone/desk/Rules.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/InboxState.h"
 #include "standalone/values/Money.h"
@@ -30,6 +31,11 @@ desk::RequestSelection SelectionOf(const SelectionOptions& options);
 // A list with what has to be looked at closely below it. `file` is the company as people type it.
 std::string InboxListText(const std::vector<desk::InboxRequest>& requests);
 std::string OutboxListText(const std::vector<desk::OutboxRequest>& requests);
+
+// A list with what keeps some of them from fitting below it.
+std::string RulesText(const std::vector<desk::Rule>& rules);
+// "rule 3 for requests of Alder Supply Company".
+std::string CalledRule(const desk::Rule& rule);
 
 // All of one request, a line for each value, and what to do next.
 std::string InboxRequestText(const desk::InboxRequest& request, const std::string& file);

@@ -96,6 +96,7 @@ struct StandaloneHost::Parts {
   PairingTable pairings{file.Data()};
   FactTable facts{file.Data()};
   InboxTable inbox{file.Data()};
+  RuleTable rules{file.Data()};
   OutboxTable outbox{file.Data()};
   standalone::ClosedBooks closedBooks{file.Data()};
   RelationTable relations{file.Data()};
@@ -263,6 +264,10 @@ FactTable& StandaloneHost::Facts() noexcept {
 
 InboxTable& StandaloneHost::Inbox() noexcept {
   return parts_->inbox;
+}
+
+RuleTable& StandaloneHost::Rules() noexcept {
+  return parts_->rules;
 }
 
 OutboxTable& StandaloneHost::Outbox() noexcept {

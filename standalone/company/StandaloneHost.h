@@ -31,6 +31,7 @@
 #include "standalone/books/PreferenceTable.h"
 #include "standalone/books/RejectedRequestTable.h"
 #include "standalone/books/RelationTable.h"
+#include "standalone/books/RuleTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/books/TransactionTable.h"
 #include "standalone/books/UserTable.h"
@@ -146,6 +147,7 @@ class StandaloneHost {
   PairingTable& Pairings() noexcept;
   FactTable& Facts() noexcept;
   InboxTable& Inbox() noexcept;
+  RuleTable& Rules() noexcept;
   OutboxTable& Outbox() noexcept;
   standalone::ClosedBooks& ClosedBooks() noexcept;
   OperationsLog& Log() noexcept;

@@ -10,6 +10,7 @@
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Booking.h"
 #include "standalone/desk/inside/Composing.h"
+#include "standalone/desk/inside/FittingRules.h"
 #include "standalone/desk/inside/HeldRequests.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/ReadRequests.h"
@@ -95,6 +96,18 @@ EntryToRecord EntryFor(Work& work, const Received& received, const RequestBookin
   return entry;
 }
 
+std::string RecordText(std::int32_t id) {
+  return "#" + std::to_string(id);
+}
+
+// Where a rule says none, the name is the one that the request tells, which is made where there is none like it.
+std::variant<Existing, NewVendor> NameByRule(Work& work, const Received& received, const standalone::RuleRow& rule) {
+  if (rule.nameId) return Existing{RecordText(*rule.nameId)};
+  const std::optional<standalone::Name> known = work.Host().Names().FindByFullName(received.says.name);
+  if (known) return Existing{RecordText(known->id)};
+  return NewVendor{standalone::NewListName(received.says.name)};
+}
+
 // The first day on which the books are open, unless the one that is meant is.
 DateType32 OpenDay(Work& work, DateType32 meant) {
   const DateType32 closed = work.Host().Settings().Get().closingDate;
@@ -177,6 +190,28 @@ MEStatusCode Accept(Work& work, const exchange::KeyPair& keys, const Received& r
   DecideWhatNames(work, received.pairing, keys, now.requestId, others);
   accepted.changes.insert(accepted.changes.end(), others.changes.begin(), others.changes.end());
   return answer;
+}
+
+MEStatusCode AcceptByRule(Work& work, const exchange::KeyPair& keys, const Received& received,
+                          const standalone::RuleRow& rule, std::optional<DateType32> date, AcceptedRequest& accepted) {
+  const RequestBooking booking{
+      .expense = Existing{RecordText(rule.accountId)}, .name = NameByRule(work, received, rule), .date = date};
+  const MEStatusCode answer = Accept(work, keys, received, booking, accepted);
+  accepted.changes.push_back({"by rule", std::nullopt, std::to_string(rule.id)});
+  return answer;
+}
+
+void LearnFrom(Work& work, const Received& received, AcceptedRequest& accepted) {
+  const std::int32_t nameId = work.Host().Transactions().FindHeader(accepted.txnId).value().nameId;
+  const standalone::RuleRow learned{.pairing = received.pairing.id,
+                                    .name = received.says.name,
+                                    .hint = received.says.hint,
+                                    .memo = {},
+                                    .accountId = work.Host().Transactions().LinesOf(accepted.txnId).front().accountId,
+                                    .nameId = nameId,
+                                    .learned = true};
+  std::optional<standalone::AuditChange> change = LearnRule(work, learned);
+  if (change) accepted.changes.push_back(*std::move(change));
 }
 
 standalone::AuditDeed DeedOfAccepting(Work& work, const AcceptedRequest& accepted) {

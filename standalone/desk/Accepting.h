@@ -9,6 +9,7 @@
 #include "standalone/books/AuditTable.h"
 #include "standalone/books/InboxTable.h"
 #include "standalone/books/PairingTable.h"
+#include "standalone/books/RuleTable.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/inside/NotedNames.h"
 #include "standalone/desk/inside/Work.h"
@@ -40,11 +41,16 @@ struct AcceptedRequest {
   NotedNames& noted;  // which is told of the names that were made
   std::int32_t txnId = 0;
   bool isDateMoved = false;
-  std::vector<standalone::AuditChange> changes{std::vector<standalone::AuditChange>()};  // of requests
+  std::vector<standalone::AuditChange> changes{std::vector<standalone::AuditChange>()};  // of requests, and of rules
 };
 // Has the module book the request, and answers it; returns what the module answers.
 MEStatusCode Accept(Work& work, const exchange::KeyPair& keys, const Received& received, const RequestBooking& booking,
                     AcceptedRequest& accepted);
+// The same as a rule says it.
+MEStatusCode AcceptByRule(Work& work, const exchange::KeyPair& keys, const Received& received,
+                          const standalone::RuleRow& rule, std::optional<DateType32> date, AcceptedRequest& accepted);
+// Has requests like it be booked to the accounts of its entry.
+void LearnFrom(Work& work, const Received& received, AcceptedRequest& accepted);
 standalone::AuditDeed DeedOfAccepting(Work& work, const AcceptedRequest& accepted);
 
 }  // namespace desk

@@ -8,6 +8,7 @@
 #include "standalone/desk/Accepting.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Behind.h"
+#include "standalone/desk/inside/FittingRules.h"
 #include "standalone/desk/inside/HeldRequests.h"
 #include "standalone/desk/inside/NotedNames.h"
 #include "standalone/desk/inside/OwnIdentity.h"
@@ -39,6 +40,13 @@ std::vector<Received> ReadAll(Work& work, const std::optional<Partner>& partner,
   }
   std::erase_if(all, [&](const Received& received) { return !MaySee(work, received.request.type); });
   return all;
+}
+
+void TellRule(Work& work, Received& received) {
+  if (std::ranges::count(kToAccept, received.row.state) == 0) return;
+  FoundRule found = FindRule(work, received.pairing, received.says);
+  if (found.rule) received.request.rule = RuleOf(work, *found.rule);
+  if (found.isForAPerson) received.request.ruleMark = std::move(found.whyNone);
 }
 
 bool CameEarlier(const InboxRequest& left, const InboxRequest& right) {
@@ -90,13 +98,41 @@ std::vector<Received> Select(Work& work, const RequestSelection& selection, cons
 
 const std::vector<InboxState> kToReject{InboxState::kNew, InboxState::kHeld};
 
-BookedRequest AcceptOne(Work& work, const exchange::KeyPair& keys, const Received& received,
-                        const RequestBooking& booking) {
+// How a person has requests booked.
+struct Wish {
+  const RequestBooking& booking;
+  bool isLearned = false;
+};
+
+bool IsLearned(const RequestSelection& selection, const RequestBooking& booking) {
+  return selection.requests.size() == 1 && booking.expense && booking.name;
+}
+
+standalone::RuleRow RequireRule(Work& work, const Received& received) {
+  FoundRule found = FindRule(work, received.pairing, received.says);
+  if (found.rule) return *std::move(found.rule);
+  work.Refuse(std::move(found.whyNone), found.isForAPerson ? Remedy::kSeeTheRules : Remedy::kAddARule);
+}
+
+MEStatusCode AcceptNow(Work& work, const exchange::KeyPair& keys, const Received& now, const Wish& wish,
+                       AcceptedRequest& accepted, BookedRequest& done) {
+  if (wish.booking.byRule) {
+    const standalone::RuleRow rule = RequireRule(work, now);
+    done.rule = rule.id;
+    return AcceptByRule(work, keys, now, rule, wish.booking.date, accepted);
+  }
+  const MEStatusCode answer = Accept(work, keys, now, wish.booking, accepted);
+  const bool takesBack = now.request.earlier && now.request.earlier->reverses;
+  if (answer == MEStatusSuccess && wish.isLearned && !takesBack) LearnFrom(work, now, accepted);
+  return answer;
+}
+
+BookedRequest AcceptOne(Work& work, const exchange::KeyPair& keys, const Received& received, const Wish& wish) {
   NotedNames noted(work);
   BookedRequest done;
   work.AskToWrite([&] {
     AcceptedRequest accepted{.noted = noted};
-    const MEStatusCode answer = Accept(work, keys, ReadAgain(work, received), booking, accepted);
+    const MEStatusCode answer = AcceptNow(work, keys, ReadAgain(work, received), wish, accepted, done);
     done.isDateMoved = accepted.isDateMoved;
     return work.Recorded(answer, [&] { return DeedOfAccepting(work, accepted); });
   });
@@ -169,7 +205,9 @@ std::vector<InboxRequest> ListInbox(Company& company, const InboxFilter& filter)
   work.Read([&] {
     RequireMaySeeSome(work);
     for (Received& received : ReadAll(work, filter.partner, filter.decided || filter.state)) {
-      if (!filter.state || received.row.state == *filter.state) requests.push_back(std::move(received.request));
+      if (filter.state && received.row.state != *filter.state) continue;
+      TellRule(work, received);
+      requests.push_back(std::move(received.request));
     }
   });
   std::ranges::stable_sort(requests, CameEarlier);
@@ -180,9 +218,10 @@ InboxRequest ShowInbox(Company& company, const standalone::RequestId& request, c
   Work work(company.Opened(), UseCase::kReadInbox);
   return work.Read([&] {
     RequireMaySeeSome(work);
-    InboxRequest shown = RequireReceived(work, request, partner).request;
-    RequireRightsToType(work, shown.type, {kActionView});
-    return shown;
+    Received shown = RequireReceived(work, request, partner);
+    RequireRightsToType(work, shown.request.type, {kActionView});
+    TellRule(work, shown);
+    return std::move(shown.request);
   });
 }
 
@@ -195,10 +234,11 @@ BookedRequests AcceptRequests(Company& company, const RequestSelection& selectio
     RequireNotBehind(work);
     return std::pair(std::move(own), Select(work, selection, kToAccept));
   });
+  const Wish wish{.booking = booking, .isLearned = IsLearned(selection, booking)};
   BookedRequests accepted;
   for (const Received& received : selected) {
-    std::optional<Refusal> refusal = RefusalOf(
-        UseCase::kAcceptRequest, [&] { accepted.booked.push_back(AcceptOne(work, keys, received, booking)); });
+    std::optional<Refusal> refusal =
+        RefusalOf(UseCase::kAcceptRequest, [&] { accepted.booked.push_back(AcceptOne(work, keys, received, wish)); });
     if (refusal) accepted.left.push_back({.request = received.request, .refusal = *std::move(refusal)});
   }
   return accepted;

@@ -11,6 +11,7 @@
 #include "standalone/desk/results/Partner.h"
 #include "standalone/desk/results/Refusal.h"
 #include "standalone/desk/results/RequestSelection.h"
+#include "standalone/desk/results/Rule.h"
 #include "standalone/values/CheckedText.h"
 #include "standalone/values/InboxState.h"
 #include "standalone/values/Money.h"
@@ -49,6 +50,8 @@ struct InboxRequest {
   std::string reason;                                  // rejected, refused: why, if anything was said
   std::optional<EntryOfRequest> entry = std::nullopt;  // accepted: in these books
   std::optional<EntryOfRequest> entryBefore = std::nullopt;  // to be booked again: as the answer has it
+  std::optional<Rule> rule = std::nullopt;                   // new, to be booked again: the one that fits
+  std::string ruleMark{};                                    // why none does although there are some; mostly empty
 };
 
 struct InboxFilter {
@@ -64,17 +67,20 @@ InboxRequest ShowInbox(Company& company, const standalone::RequestId& request,
                        const std::optional<Partner>& partner = {});
 
 // How requests are to be booked. What is left out is taken from the entry that a request takes back, for others from
-// the proposal's own name; refused where that leaves a gap.
+// the proposal's own name; refused where that leaves a gap. By rule, the account and the name are those of the rule
+// that fits each request; refused where none does.
 struct RequestBooking {
   std::optional<std::variant<Existing, NewAccount>> expense = std::nullopt;
   std::optional<std::variant<Existing, NewVendor>> name = std::nullopt;
   std::optional<DateType32> date =
-      std::nullopt;  // the proposal's own when left out; the first open day where that one is closed
+      std::nullopt;     // the proposal's own when left out; the first open day where that one is closed
+  bool byRule = false;  // without an account and a name
 };
 
 struct BookedRequest {
   InboxRequest request;
-  bool isDateMoved = false;  // as the books are closed on the day that was meant
+  bool isDateMoved = false;                         // as the books are closed on the day that was meant
+  std::optional<std::int32_t> rule = std::nullopt;  // by which it was booked
 };
 struct LeftRequest {
   InboxRequest request;
@@ -86,7 +92,8 @@ struct BookedRequests {
 };
 
 // Books requests that are new, and those that are to be booked again, with the relation's own due-to account, and
-// answers them; each is a unit of work of its own. Needs the right journal:create. Refused when nothing fits the
+// answers them; each is a unit of work of its own. What a person says of a single request that is named, both account
+// and name, is learned as a rule for those like it. Needs the right journal:create. Refused when nothing fits the
 // selection.
 BookedRequests AcceptRequests(Company& company, const RequestSelection& selection, const RequestBooking& booking);
 

@@ -1,6 +1,7 @@
 #include "standalone/desk/Names.h"
 
 #include "standalone/books/NameTable.h"
+#include "standalone/books/RuleTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/ListChanges.h"
@@ -26,6 +27,11 @@ void RequireUnusedName(Work& work, const standalone::Name& name) {
   if (use.transactions != 0) {
     work.Refuse(subject + standalone::Counted(use.transactions, "transaction"), Remedy::kRenameInstead);
   }
+  const std::optional<standalone::RuleRow> rule = work.Host().Rules().FindOfName(name.id);
+  if (!rule) return;
+  work.Refuse("requests are booked under the name " + standalone::Quoted(name.fullName) + " by rule " +
+                  std::to_string(rule->id),
+              Remedy::kSeeTheRules);
 }
 
 }  // namespace

@@ -378,15 +378,36 @@ constexpr const char* kARequest =
     R"({"partner":"Alder","realm":"1002","requestId":"R-7","type":"bill","typeNumber":9,"date":"2026-01-31",)"
     R"("amount":"45.00","currency":"USD","documentNumber":"NP-1","name":"Northern Power","memo":"Heating",)"
     R"("hint":"Utilities","reverses":null,"corrects":"R-6","state":"accepted","mark":null,"reason":null,)"
-    R"("entry":{"transaction":601,"date":"2026-02-01"},"entryBefore":null)";
+    R"("entry":{"transaction":601,"date":"2026-02-01"},"entryBefore":null,"rule":null,)"
+    R"("ruleMark":null)";
 
 TEST(AsJson, APartnersRequestHasWhatItsProposalSaysAndWhatBecameOfIt) {
   EXPECT_EQ(JsonOf(ARequest()).dump(), std::string(kARequest) + "}");
 }
 
-TEST(AsJson, ABookedRequestSaysWhetherItsDayWasMoved) {
+TEST(AsJson, ARuleHasWhatTheRequestsAreLikeAndWhereTheyGo) {
+  const Rule rule{.id = 3,
+                  .partner = "Alder",
+                  .realm = "1002",
+                  .name = "Northern Power",
+                  .hint = "",
+                  .memo = "",
+                  .account = {.id = 12, .name = "Power"},
+                  .bookedAs = ListItem{.id = 4, .name = "Northern"},
+                  .isLearned = true,
+                  .unfit = ""};
+  InboxRequest request = ARequest();
+  request.rule = rule;
+
+  EXPECT_EQ(JsonOf(rule).dump(),
+            R"({"id":3,"partner":"Alder","realm":"1002","name":"Northern Power","hint":null,"memo":null,)"
+            R"("account":{"id":12,"name":"Power"},"bookedAs":{"id":4,"name":"Northern"},"learned":true,"unfit":null})");
+  EXPECT_EQ(JsonOf(request).at("rule"), JsonOf(rule));
+}
+
+TEST(AsJson, ABookedRequestSaysWhetherItsDayWasMovedAndByWhichRule) {
   EXPECT_EQ(JsonOf(BookedRequest{.request = ARequest(), .isDateMoved = true}).dump(),
-            std::string(kARequest) + R"(,"dateMoved":true})");
+            std::string(kARequest) + R"(,"dateMoved":true,"byRule":null})");
 }
 
 TEST(AsJson, ARequestThatWasLeftHasItsRefusal) {
@@ -466,7 +487,7 @@ TEST(AsJson, ARefusalWithoutStatusAndRemedyHasNullForThem) {
 }
 
 TEST(AsJson, EachRemedyButNoneHasAName) {
-  for (int number = 1; number <= static_cast<int>(Remedy::kSendByNameOrTakeBack); ++number) {
+  for (int number = 1; number <= static_cast<int>(Remedy::kSeeTheRules); ++number) {
     const Json json =
         JsonOf(Refusal{.what = UseCase::kImport, .status = {}, .why = "no", .remedy = static_cast<Remedy>(number)});
     EXPECT_TRUE(json["remedy"].is_string()) << number;
@@ -475,7 +496,7 @@ TEST(AsJson, EachRemedyButNoneHasAName) {
 
 TEST(AsJson, EachUseCaseHasANameOfItsOwn) {
   std::vector<std::string> names;
-  for (int number = 0; number <= static_cast<int>(UseCase::kWithdrawRequest); ++number) {
+  for (int number = 0; number <= static_cast<int>(UseCase::kChangeRules); ++number) {
     names.push_back(JsonOf(
         Refusal{.what = static_cast<UseCase>(number), .status = {}, .why = "no", .remedy = Remedy::kNone})["what"]);
   }

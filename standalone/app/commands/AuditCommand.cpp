@@ -92,6 +92,8 @@ constexpr auto kDeeds = std::to_array<Deed>({
     {"relation.delete", "deleted"},
     {"relation.update", "changed"},
     {"reminder.reset", "reset"},
+    {"rules.add", "added"},
+    {"rules.remove", "removed"},
     {"settings.change", "changed"},
     {"transaction.attach", "attached papers to"},
     {"transaction.detach", "detached papers from"},

@@ -44,6 +44,7 @@ void AddRejected(CLI::App& program, Invocation& invocation);
 void AddPartner(CLI::App& program, Invocation& invocation);
 void AddExchange(CLI::App& program, Invocation& invocation);
 void AddInbox(CLI::App& program, Invocation& invocation);
+void AddRules(CLI::App& program, Invocation& invocation);
 void AddOutbox(CLI::App& program, Invocation& invocation);
 void AddIdentity(CLI::App& program, Invocation& invocation);
 void AddRealm(CLI::App& program, Invocation& invocation);

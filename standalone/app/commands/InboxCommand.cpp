@@ -19,6 +19,7 @@
 #include "standalone/values/AccountTypes.h"
 #include "standalone/values/Counted.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -47,6 +48,7 @@ struct InboxAcceptOptions {
   std::optional<std::string> name;
   std::optional<std::string> newName;
   std::optional<std::string> date;
+  std::optional<std::string> by;
 };
 
 struct InboxRejectOptions {
@@ -54,6 +56,8 @@ struct InboxRejectOptions {
   SelectionOptions selection;
   std::string reason;
 };
+
+constexpr const char* kByRule = "rule";
 
 constexpr std::array kInboxColumns{"partner",
                                    "realm",
@@ -75,7 +79,9 @@ constexpr std::array kInboxColumns{"partner",
                                    "entry.transaction",
                                    "entry.date",
                                    "entryBefore.transaction",
-                                   "entryBefore.date"};
+                                   "entryBefore.date",
+                                   "rule.id",
+                                   "ruleMark"};
 
 void ListInboxRequests(Invocation& invocation, const InboxListOptions& options) {
   desk::InboxFilter filter;
@@ -96,6 +102,15 @@ void ShowInboxRequest(Invocation& invocation, const InboxShowOptions& options) {
   invocation.Report({{"request", desk::JsonOf(shown)}}, InboxRequestText(shown, options.file));
 }
 
+bool IsByRule(const InboxAcceptOptions& options) {
+  if (options.by && *options.by != kByRule) {
+    throw standalone::InvalidInput(
+        fmt::format("--by {} is not acceptable; requests are booked by a rule with --by {}, or without --by",
+                    standalone::Quoted(*options.by), kByRule));
+  }
+  return options.by.has_value();
+}
+
 desk::RequestBooking BookingOf(const InboxAcceptOptions& options) {
   desk::RequestBooking booking;
   if (options.expense) booking.expense = desk::Existing{*options.expense};
@@ -106,6 +121,7 @@ desk::RequestBooking BookingOf(const InboxAcceptOptions& options) {
   if (options.name) booking.name = desk::Existing{*options.name};
   if (options.newName) booking.name = desk::NewVendor{.name = standalone::NewListName(*options.newName)};
   if (options.date) booking.date = standalone::ParseDate("The date", *options.date);
+  booking.byRule = IsByRule(options);
   return booking;
 }
 
@@ -117,6 +133,7 @@ std::string BookedText(const desk::BookedRequest& booked, const desk::RequestBoo
     text +=
         fmt::format(", as journal entry {} of {}", request.entry->txnId, standalone::FormatIsoDate(request.entry->day));
   }
+  if (booked.rule) text += fmt::format(", by rule {}", *booked.rule);
   if (booked.isDateMoved) {
     text += fmt::format("; the books are closed on {}, which was meant",
                         standalone::FormatIsoDate(booking.date.value_or(request.date)));
@@ -199,17 +216,23 @@ void AddInboxAccept(CLI::App& inbox, Invocation& invocation) {
       "    --new-name \"Cold Spring Elevator Company\"",
       options->file);
   AddInboxSelection(command, options->selection);
+  CLI::Option* const by = command
+                              .add_option("--by", options->by,
+                                          "To the account and the name of the rule that fits each, as rules list "
+                                          "shows them")
+                              ->type_name(kByRule);
   CLI::Option_group* const expense = command.add_option_group(
       "Expense", "The account that is debited; when left out, that of the entry that a request takes back");
-  expense->add_option("--expense", options->expense, kAccountHelp);
-  expense->add_option("--new-expense", options->newExpense, "The name of an account that is to be created");
+  expense->add_option("--expense", options->expense, kAccountHelp)->excludes(by);
+  expense->add_option("--new-expense", options->newExpense, "The name of an account that is to be created")
+      ->excludes(by);
   expense->require_option(0, 1);
   command.add_option("--new-expense-type", options->newExpenseType, "The type of the new account")
       ->capture_default_str();
   CLI::Option_group* const name = command.add_option_group(
       "Name", "The name under which they are booked; when left out, the one that each request tells");
-  name->add_option("--name", options->name, "A name, by record number, such as #12, or colon-separated");
-  name->add_option("--new-name", options->newName, "A vendor that is to be created");
+  name->add_option("--name", options->name, "A name, by record number, such as #12, or colon-separated")->excludes(by);
+  name->add_option("--new-name", options->newName, "A vendor that is to be created")->excludes(by);
   name->require_option(0, 1);
   command.add_option("--date", options->date,
                      "The day of the entries, YYYY-MM-DD; that of each request when left out, or the first day after "

@@ -150,6 +150,7 @@ void AddCommands(CLI::App& program, Invocation& invocation) {
   AddPartner(program, invocation);
   AddExchange(program, invocation);
   AddInbox(program, invocation);
+  AddRules(program, invocation);
   AddOutbox(program, invocation);
   AddIdentity(program, invocation);
   AddRealm(program, invocation);

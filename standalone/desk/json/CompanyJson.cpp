@@ -116,6 +116,10 @@ const char* NameOf(UseCase what) noexcept {
       return "send-request";
     case UseCase::kWithdrawRequest:
       return "withdraw-request";
+    case UseCase::kReadRules:
+      return "read-rules";
+    case UseCase::kChangeRules:
+      return "change-rules";
   }
   return "unknown";
 }
@@ -310,6 +314,10 @@ const char* NameOf(Remedy remedy) noexcept {
       return "enter-under-the-lost-request";
     case Remedy::kSendByNameOrTakeBack:
       return "send-by-name-or-take-back";
+    case Remedy::kAddARule:
+      return "add-a-rule";
+    case Remedy::kSeeTheRules:
+      return "see-the-rules";
   }
   return nullptr;
 }

@@ -28,6 +28,7 @@
 #include "standalone/desk/Relations.h"
 #include "standalone/desk/Reminder.h"
 #include "standalone/desk/Reports.h"
+#include "standalone/desk/Rules.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Transactions.h"
 #include "standalone/desk/Users.h"
@@ -70,6 +71,7 @@ Json JsonOf(const PairedPartner& partner);
 Json JsonOf(const OwnIdentity& identity);
 Json JsonOf(const TakenLetter& letter);
 Json JsonOf(const CarriedWith& carried);
+Json JsonOf(const Rule& rule);
 Json JsonOf(const InboxRequest& request);
 Json JsonOf(const BookedRequest& booked);
 Json JsonOf(const LeftRequest& left);

@@ -17,6 +17,11 @@ Json NumberOrNull(std::int32_t number) {
   return number == 0 ? Json() : Json(number);
 }
 
+Json RecordJson(const std::optional<ListItem>& record) {
+  if (!record) return {};
+  return {{"id", record->id}, {"name", record->name}};
+}
+
 Json EntryJson(const std::optional<EntryOfRequest>& entry) {
   if (!entry) return {};
   return {{"transaction", entry->txnId}, {"date", standalone::FormatIsoDate(entry->day)}};
@@ -27,6 +32,19 @@ Json EarlierJson(const InboxRequest& request, bool reverses) {
 }
 
 }  // namespace
+
+Json JsonOf(const Rule& rule) {
+  return {{"id", rule.id},
+          {"partner", rule.partner},
+          {"realm", SaidJson(rule.realm)},
+          {"name", SaidJson(rule.name)},
+          {"hint", SaidJson(rule.hint)},
+          {"memo", SaidJson(rule.memo)},
+          {"account", RecordJson(rule.account)},
+          {"bookedAs", RecordJson(rule.bookedAs)},
+          {"learned", rule.isLearned},
+          {"unfit", SaidJson(rule.unfit)}};
+}
 
 Json JsonOf(const InboxRequest& request) {
   return {{"partner", request.partner},
@@ -47,12 +65,15 @@ Json JsonOf(const InboxRequest& request) {
           {"mark", SaidJson(request.mark)},
           {"reason", SaidJson(request.reason)},
           {"entry", EntryJson(request.entry)},
-          {"entryBefore", EntryJson(request.entryBefore)}};
+          {"entryBefore", EntryJson(request.entryBefore)},
+          {"rule", request.rule ? JsonOf(*request.rule) : Json()},
+          {"ruleMark", SaidJson(request.ruleMark)}};
 }
 
 Json JsonOf(const BookedRequest& booked) {
   Json json = JsonOf(booked.request);
   json["dateMoved"] = booked.isDateMoved;
+  json["byRule"] = OrNull(booked.rule);
   return json;
 }
 

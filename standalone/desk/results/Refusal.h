@@ -64,6 +64,8 @@ enum class UseCase {
   kReadOutbox,
   kSendRequest,
   kWithdrawRequest,
+  kReadRules,
+  kChangeRules,
 };
 
 // What would be right instead. Each front end says it in its own words.
@@ -162,6 +164,8 @@ enum class Remedy {
   kEnterWhatWasSent,          // as these books lost it
   kEnterUnderTheLostRequest,  // or as another one
   kSendByNameOrTakeBack,      // what may have been sent before
+  kAddARule,                  // or say where the request is to be booked
+  kSeeTheRules,               // and take out the one that is wrong
 };
 
 struct Refusal {

@@ -395,6 +395,23 @@ CREATE UNIQUE INDEX exchange_outbox_line ON exchange_outbox (target_id, pairing_
 CREATE INDEX exchange_outbox_lost ON exchange_outbox (pairing_id, request_id) WHERE target_id IS NULL;
 -- What is entered and waits to be sent.
 CREATE INDEX me_transaction_entered ON me_transaction (relation_id, id) WHERE state = 0 AND of_before = 0;
+
+-- Where requests of a partner are booked: those of that name, hint of the account and text in the memo, each empty for
+-- any. Without a name they are booked under the one that each tells. What was learned from a booking of a person counts
+-- only where no rule that a person added fits.
+CREATE TABLE exchange_rule (
+  id INTEGER PRIMARY KEY AUTOINCREMENT CHECK (id BETWEEN 1 AND 2147483646),
+  pairing_id INTEGER NOT NULL REFERENCES exchange_pairing (id),
+  name TEXT NOT NULL COLLATE NOCASE,
+  hint TEXT NOT NULL COLLATE NOCASE,
+  memo TEXT NOT NULL COLLATE NOCASE,
+  account_id INTEGER NOT NULL REFERENCES account (id),
+  name_id INTEGER REFERENCES name (id),
+  learned INTEGER NOT NULL CHECK (learned IN (0, 1)),
+  UNIQUE (pairing_id, name, hint, memo, learned),
+  CHECK (name <> '' OR hint <> '' OR memo <> '')
+) STRICT;
+CREATE INDEX exchange_rule_name ON exchange_rule (name_id);
 )sql";
 
 inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3};

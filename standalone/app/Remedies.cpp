@@ -246,10 +246,8 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
              "--again";
     case Remedy::kSendByNameOrTakeBack:
       return "if it is that one, take it back with: multientity remove FILE TXN, and enter it under the request that "
-             "the "
-             "partner knows with: multientity bill record FILE --lost REQUEST, or check or entry; if it is another "
-             "one, "
-             "send it with: multientity exchange send FILE REQUEST";
+             "the partner knows with: multientity bill record FILE --lost REQUEST, or check or entry; if it is another "
+             "one, send it with: multientity exchange send FILE REQUEST";
     case Remedy::kAddARule:
       return "book it with: multientity inbox accept FILE REQUEST --expense ACCOUNT, where a request that takes back "
              "another one needs no account; or add a rule for those like it with: multientity rules add FILE --partner "

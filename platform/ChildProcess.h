@@ -14,7 +14,8 @@ struct EndedProcess {
   std::string errors;
 };
 
-// A program that runs beside this one, without input. It is ended at once when this one ends, however that comes about.
+// A program that runs beside this one, without input; Ctrl-C does not reach it. It is ended at once when this one ends,
+// however that comes about.
 class ChildProcess {
  public:
   // Starts it; the arguments behind its name are in UTF-8. Throws std::system_error when it cannot be started.

@@ -115,6 +115,7 @@ class ChildProcess::Child {
   // In the new process, which may only do what a signal handler may.
   [[noreturn]] void Become(char* const* words, pid_t parent, int input, int failure) const noexcept {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setpgid(0, 0);
     if (getppid() == parent && dup2(input, STDIN_FILENO) >= 0 && dup2(output_.writeEnd.Number(), STDOUT_FILENO) >= 0 &&
         dup2(errors_.writeEnd.Number(), STDERR_FILENO) >= 0) {
       execv(words[0], words);

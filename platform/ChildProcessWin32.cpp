@@ -132,8 +132,8 @@ class ChildProcess::Child {
     how.hStdOutput = output_.writeEnd.Get();
     how.hStdError = errors_.writeEnd.Get();
     PROCESS_INFORMATION started{};
-    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr, nullptr, &how,
-                         &started) == 0) {
+    if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
+                         CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr, nullptr, &how, &started) == 0) {
       ThrowProcessError("A program that is to be started");
     }
     process_.Set(started.hProcess);

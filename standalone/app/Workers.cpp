@@ -4,7 +4,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
+#include <exception>
 #include <future>
+#include <mutex>
+#include <semaphore>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
@@ -17,16 +21,24 @@ namespace app {
 
 namespace {
 
-platform::EndedProcess RunOne(const std::vector<std::string>& arguments) {
+// A stop ends it.
+platform::EndedProcess RunOne(const std::vector<std::string>& arguments, const std::stop_token& end = {}) {
   try {
     const auto program = platform::OwnProgram();
     if (!program) throw std::runtime_error("the system does not tell where the program lies");
-    return platform::ChildProcess(*program, arguments).Wait();
+    platform::ChildProcess child(*program, arguments);
+    const std::stop_callback onStop(end, [&child] { child.End(); });
+    return child.Wait();
   } catch (const std::exception& error) {
     return {.exitCode = kExitNotDone,
             .output = {},
             .errors = fmt::format("multientity: the program was not started: {}\n", error.what())};
   }
+}
+
+// Of one processor two, so that one that waits for something keeps nobody else waiting.
+std::size_t MostAtATime() {
+  return std::max(std::thread::hardware_concurrency(), 2U);
 }
 
 // How a program may end by itself; whatever else it ends with, somebody or something has ended it.
@@ -41,6 +53,7 @@ bool WasBrokenOff(const platform::EndedProcess& ended) {
 std::string ErrorsFor(const std::string& file, const platform::EndedProcess& ended) {
   constexpr std::string_view kName = "multientity: ";
   std::string text;
+  if (WasBrokenOff(ended)) text = fmt::format("{}{}: it was broken off with {}\n", kName, file, ended.exitCode);
   std::istringstream lines(ended.errors);
   for (std::string line; std::getline(lines, line);) {
     const bool isNamed = line.starts_with(kName);
@@ -74,6 +87,20 @@ Json MessagesIn(const std::string& errors) {
   return messages;
 }
 
+Json ToldBy(const std::string& file, const platform::EndedProcess& ended) {
+  return {{"file", file},
+          {"exit", ended.exitCode},
+          {"answer", AnswerIn(ended.output)},
+          {"messages", MessagesIn(ended.errors)}};
+}
+
+void TellPeople(const std::string& file, const platform::EndedProcess& ended) {
+  if (!ended.output.empty()) Print(fmt::format("{}:\n", file));
+  PrintData(ended.output);
+  FinishPrinting();
+  PrintError(ErrorsFor(file, ended));
+}
+
 }  // namespace
 
 void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const OnEnded& onEnded) {
@@ -87,24 +114,60 @@ void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const O
   const auto work = [&] {
     for (std::size_t task = next++; task < tasks.size(); task = next++) tasks[task]();
   };
-  // Of one processor two, so that one that waits for something keeps nobody else waiting.
-  const std::size_t processors = std::max(std::thread::hardware_concurrency(), 2U);
   std::vector<std::jthread> threads;
-  for (std::size_t i = 0; i < std::min(processors, tasks.size()); ++i) threads.emplace_back(work);
+  for (std::size_t i = 0; i < std::min(MostAtATime(), tasks.size()); ++i) threads.emplace_back(work);
   for (std::size_t i = 0; i < outcomes.size(); ++i) onEnded(i, outcomes[i].get());
+}
+
+void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std::chrono::seconds every,
+                      std::stop_source& end, const OnEnded& onEnded) {
+  std::counting_semaphore<> places(static_cast<std::ptrdiff_t>(MostAtATime()));
+  std::mutex mutex;
+  std::condition_variable_any nobody;
+  std::exception_ptr failure;
+  const auto runAndTell = [&](std::size_t worker) {
+    places.acquire();
+    const platform::EndedProcess ended =
+        end.stop_requested() ? platform::EndedProcess() : RunOne(workers[worker], end.get_token());
+    places.release();
+    const std::lock_guard lock(mutex);
+    if (end.stop_requested()) return;
+    try {
+      onEnded(worker, ended);
+    } catch (...) {
+      failure = std::current_exception();
+      end.request_stop();
+    }
+  };
+  const auto keepRunning = [&](std::size_t worker) {
+    while (!end.stop_requested()) {
+      runAndTell(worker);
+      std::unique_lock lock(mutex);
+      nobody.wait_for(lock, end.get_token(), every, [] { return false; });
+    }
+  };
+  {
+    std::vector<std::jthread> threads;
+    for (std::size_t i = 0; i < workers.size(); ++i) threads.emplace_back(keepRunning, i);
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+void TellWorker(bool json, const std::string& file, const platform::EndedProcess& ended) {
+  if (!json) return TellPeople(file, ended);
+  const Json told = ToldBy(file, ended);
+  const Json& answer = told.at("answer");
+  const bool isNothing = answer.is_object() && answer.value("partners", Json::array()).empty();
+  if (isNothing && ended.exitCode == kExitDone && told.at("messages").empty()) return;
+  Print(JsonLine(told));
+  FinishPrinting();
 }
 
 void WorkersTold::Add(const std::string& file, const platform::EndedProcess& ended) {
   if (json_) {
-    companies_.push_back({{"file", file},
-                          {"exit", ended.exitCode},
-                          {"answer", AnswerIn(ended.output)},
-                          {"messages", MessagesIn(ended.errors)}});
+    companies_.push_back(ToldBy(file, ended));
   } else {
-    if (!ended.output.empty()) Print(fmt::format("{}:\n", file));
-    PrintData(ended.output);
-    FinishPrinting();
-    PrintError(ErrorsFor(file, ended));
+    TellPeople(file, ended);
   }
   if (ended.exitCode == kExitDone) return;
   failures_ += fmt::format("{}{} {} {}", failures_.empty() ? "" : ", ", file,

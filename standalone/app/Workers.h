@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,15 @@ namespace app {
 // could not be started has ended with kExitNotDone, and says why.
 using OnEnded = std::function<void(std::size_t worker, const platform::EndedProcess& ended)>;
 void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const OnEnded& onEnded);
+
+// The same again and again, each anew so long after it has ended, until a stop is requested, which ends those that run.
+// `onEnded` is told of each as it ends, of one at a time; what it throws stops all, and is thrown.
+void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std::chrono::seconds every,
+                      std::stop_source& end, const OnEnded& onEnded);
+
+// What one of them said: with its company in front for people, on a line for programs; nothing of one that ended well
+// and had nothing to tell.
+void TellWorker(bool json, const std::string& file, const platform::EndedProcess& ended);
 
 // What each of them said: for people as it comes, with the company in front, for programs as a list.
 class WorkersTold {

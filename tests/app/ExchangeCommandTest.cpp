@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <thread>
 
 #include "app/OtherProgram.h"
@@ -532,4 +533,55 @@ TEST_F(ExchangingForSeveral, OneThatWaitsForAnotherProgramKeepsNobodyWaiting) {
   const Outcome outcome = program.End();
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_THAT(outcome.out, StartsWith("alder.company:\n"));
+}
+
+TEST_F(ExchangingForSeveral, QuietlyOnlyWhatTravelsIsTold) {
+  Carry();
+  Carry();
+  EXPECT_EQ(Run({"exchange", "run", kFile, "--quiet"}).out, "");
+  EXPECT_EQ(Answer({"exchange", "run", kFile, "--quiet"}).at("partners"), Json::array());
+  EnterBill();
+
+  const Outcome outcome = Run({"exchange", "run", kFile, "--quiet"});
+
+  EXPECT_THAT(outcome.out, AllOf(StartsWith("Birch Services Company: took 0 letters, put 1 letter into "),
+                                 HasSubstr("\n  sent 1 request\n"), Not(HasSubstr("Carried for"))));
+}
+
+TEST_F(ExchangingForSeveral, WatchedTheyGoOnUntilTheProgramIsEnded) {
+  Carry();
+  Carry();
+  RunningProgram program(In("."), {"exchange", "run", kFile, kBirchFile, "--watch", "--every", "1"});
+  program.EndInput();
+  program.WaitFor("Letters are carried for 2 companies until Ctrl-C ends it, 1 second after each run.\n");
+
+  const std::string request = EnterBill();
+  program.WaitFor("  sent 1 request\n");
+  program.WaitFor("birch.company:\nAlder Supply Company: took 1 letter");
+  program.Signal(SIGTERM);
+  const Outcome outcome = program.End();
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(InInbox(request).at("state"), "new");
+}
+
+TEST_F(ExchangingForSeveral, WatchedOneThatFailsIsToldEachTimeAndTheOtherGoesOn) {
+  RunningProgram program(In("."), {"exchange", "run", "none.company", kFile, "--watch", "--every", "1", "--json"});
+
+  program.WaitFor("{\"file\":\"none.company\",\"exit\":3,\"answer\":null,\"messages\":[{\"error\":");
+  program.WaitFor("{\"file\":\"none.company\",\"exit\":3,");
+  EnterBill();
+  program.WaitFor("{\"file\":\"alder.company\",\"exit\":0,");
+  program.Signal(SIGINT);
+
+  EXPECT_EQ(program.End().exitCode, 0);
+}
+
+TEST_F(ExchangingForSeveral, HowOftenIsSaidOfWhatIsWatchedAndInSeconds) {
+  EXPECT_THAT(Run({"exchange", "run", kFile, "--every", "5"}).err, HasSubstr("give --watch, too"));
+  const Outcome outcome = Run({"exchange", "run", kFile, "--watch", "--every", "soon"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, AllOf(HasSubstr("--every"), HasSubstr("soon")));
 }

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -15,10 +18,12 @@
 #include "standalone/app/Invocation.h"
 #include "standalone/app/PartnerTexts.h"
 #include "standalone/app/RequestTexts.h"
+#include "standalone/app/Seconds.h"
 #include "standalone/app/TextInput.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/Workers.h"
 #include "standalone/app/commands/Commands.h"
+#include "standalone/app/terminal/Termination.h"
 #include "standalone/desk/Exchange.h"
 #include "standalone/desk/ExchangeStatus.h"
 #include "standalone/desk/NewFiles.h"
@@ -44,6 +49,9 @@ struct ExchangeOptions {
 
 struct RunOptions {
   std::vector<std::string> files;
+  bool quiet = false;
+  bool watch = false;
+  std::optional<std::string> every;
 };
 
 struct SendOptions {
@@ -105,15 +113,24 @@ std::string SummaryOf(const std::vector<desk::CarriedWith>& all) {
                      standalone::Counted(static_cast<std::int64_t>(taken), "letter"), put);
 }
 
-void RunForOne(Invocation& invocation, const std::string& file) {
+bool IsNews(const desk::CarriedWith& carried) {
+  const bool hasTravelled =
+      !carried.taken.empty() || !carried.triedAgain.empty() || carried.sent != 0 || carried.put != 0;
+  const bool isAmiss =
+      !carried.failure.empty() || !carried.setAside.empty() || !carried.notSent.empty() || carried.missing != 0;
+  return hasTravelled || isAmiss;
+}
+
+void RunForOne(Invocation& invocation, const std::string& file, bool quiet) {
   desk::Company company(FilePath(file), HowToOpen(invocation, file));
   const bool forPeople = !invocation.options.json;
-  const std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
-    if (!forPeople) return;
+  std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
+    if (!forPeople || (quiet && !IsNews(carried))) return;
     Print(CarriedText(carried));
     FinishPrinting();
   });
-  invocation.Report({{"partners", desk::JsonOf(all)}}, SummaryOf(all));
+  if (quiet) std::erase_if(all, [](const desk::CarriedWith& carried) { return !IsNews(carried); });
+  invocation.Report({{"partners", desk::JsonOf(all)}}, quiet ? "" : SummaryOf(all));
   if (const std::int64_t failures = FailuresAmong(all); failures != 0) {
     throw std::runtime_error(fmt::format(
         "{} could not be reached; the other partners were served. Look whether the disk or the share is there and may "
@@ -129,7 +146,7 @@ void RefuseOneTwice(const std::vector<std::string>& files) {
   }
 }
 
-std::vector<std::string> ArgumentsFor(const GlobalOptions& options, const std::string& file) {
+std::vector<std::string> ArgumentsFor(const GlobalOptions& options, bool quiet, const std::string& file) {
   std::vector<std::string> arguments{"--user", options.user};
   const auto addWhen = [&arguments](bool isGiven, const char* option) {
     if (isGiven) arguments.emplace_back(option);
@@ -138,25 +155,60 @@ std::vector<std::string> ArgumentsFor(const GlobalOptions& options, const std::s
   addWhen(options.trace, "--trace");
   addWhen(options.networkShare, "--network-share");
   arguments.insert(arguments.end(), {"exchange", "run", file});
+  addWhen(quiet, "--quiet");
   return arguments;
 }
 
-void RunForAll(Invocation& invocation, const std::vector<std::string>& files) {
-  RefuseOneTwice(files);
+std::vector<std::vector<std::string>> WorkersFor(const Invocation& invocation, const RunOptions& options) {
+  RefuseOneTwice(options.files);
   std::vector<std::vector<std::string>> workers;
-  for (const std::string& file : files) workers.push_back(ArgumentsFor(invocation.options, file));
+  for (const std::string& file : options.files) {
+    workers.push_back(ArgumentsFor(invocation.options, options.quiet || options.watch, file));
+  }
+  return workers;
+}
+
+void RunForAll(Invocation& invocation, const RunOptions& options) {
   WorkersTold told(invocation.options.json);
-  RunSideBySide(workers, [&](std::size_t worker, const platform::EndedProcess& ended) {
+  RunSideBySide(WorkersFor(invocation, options), [&](std::size_t worker, const platform::EndedProcess& ended) {
     invocation.TakeSaved();
-    told.Add(files[worker], ended);
+    told.Add(options.files[worker], ended);
   });
   if (invocation.options.json) invocation.Report({{"companies", told.Companies()}}, {});
   told.FailIfOneDid();
 }
 
+void Watch(Invocation& invocation, const RunOptions& options) {
+  constexpr std::int32_t kMinute = 60;
+  constexpr std::int32_t kDay = 24 * 60 * kMinute;
+  const std::int32_t every = options.every ? WholeNumber("--every", *options.every, 1, kDay) : kMinute;
+  const std::vector<std::vector<std::string>> workers = WorkersFor(invocation, options);
+  std::stop_source end;
+  TerminationHandlers handlers;
+  handlers.onEnd = [&end](TerminationCause) {
+    end.request_stop();
+  };
+  handlers.watchesInput = false;
+  const Termination termination(std::move(handlers));
+  const bool json = invocation.options.json;
+  if (!json) {
+    Print(fmt::format("Letters are carried for {} until Ctrl-C ends it, {} after each run.\n",
+                      standalone::Counted(static_cast<std::int64_t>(workers.size()), "company", "companies"),
+                      SecondsText(std::chrono::seconds(every))));
+    FinishPrinting();
+  }
+  RunAgainAndAgain(
+      workers, std::chrono::seconds(every), end,
+      [&](std::size_t worker, const platform::EndedProcess& ended) { TellWorker(json, options.files[worker], ended); });
+}
+
 void Run(Invocation& invocation, const RunOptions& options) {
-  if (options.files.size() == 1) return RunForOne(invocation, options.files.front());
-  RunForAll(invocation, options.files);
+  if (options.every && !options.watch) {
+    throw standalone::InvalidInput("--every says how often --watch looks; give --watch, too");
+  }
+  if (options.watch) return Watch(invocation, options);
+  if (options.files.size() == 1) return RunForOne(invocation, options.files.front(), options.quiet);
+  RunForAll(invocation, options);
 }
 
 void ExportLetters(Invocation& invocation, const ExchangeOptions& options) {
@@ -308,6 +360,10 @@ void AddExchangeRun(CLI::App& group, Invocation& invocation) {
       "not\n"
       "be reached, once the other partners were served",
       "exchange run alder.company birch.company", options->files);
+  command.add_flag("--quiet", options->quiet, "Only of partners of whom there is something to tell");
+  command.add_flag("--watch", options->watch,
+                   "Go on until Ctrl-C or a request to terminate: look again and again, tell as with --quiet");
+  command.add_option("--every", options->every, "With --watch: how many seconds after a run the next one comes (60)");
   invocation.When(command, [options](Invocation& run) { Run(run, *options); });
 }
 

@@ -21,6 +21,8 @@ struct TerminationHandlers {
   std::function<void(TerminationCause cause)> onEnd;
   // Each line that is longer than kLongestTypedLine, which is dropped; as soon as it is.
   std::function<void()> onLongLine = nullptr;
+  // Otherwise standard input is left alone, and its end ends nothing: a service has none.
+  bool watchesInput = true;
 };
 
 // Watches standard input and what asks the program to end, as long as this lives; one at a time. Afterwards the program

@@ -105,7 +105,9 @@ class Termination::Watch {
   void Run() {
     LineCutter lines(handlers_.onLine, handlers_.onLongLine);
     while (true) {
-      std::array<pollfd, 2> watched{pollfd{pipe_.ReadEnd(), POLLIN, 0}, pollfd{STDIN_FILENO, POLLIN, 0}};
+      // What has no number is passed over.
+      const int input = handlers_.watchesInput ? STDIN_FILENO : -1;
+      std::array<pollfd, 2> watched{pollfd{pipe_.ReadEnd(), POLLIN, 0}, pollfd{input, POLLIN, 0}};
       if (poll(watched.data(), watched.size(), -1) < 0) continue;
       if (watched[0].revents != 0) return EndBySignal();
       if (watched[1].revents != 0 && !ReadInput(lines)) return End(TerminationCause::kEndOfInput);

@@ -109,12 +109,14 @@ void ReadLines(const std::shared_ptr<Handlers>& handlers) {
 
 class Termination::Watch {
  public:
-  explicit Watch(TerminationHandlers handlers) : handlers_(std::make_shared<Handlers>(std::move(handlers))) {
+  explicit Watch(TerminationHandlers handlers) {
+    const bool watchesInput = handlers.watchesInput;
+    handlers_ = std::make_shared<Handlers>(std::move(handlers));
     ListenToTheConsole();
     const std::lock_guard lock(watchMutex);
     if (watching != nullptr) throw std::logic_error("The console is watched already.");
     watching = handlers_;
-    std::thread(ReadLines, handlers_).detach();
+    if (watchesInput) std::thread(ReadLines, handlers_).detach();
   }
   Watch(const Watch&) = delete;
   Watch& operator=(const Watch&) = delete;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "standalone/app/Listings.h"
+#include "standalone/app/RequestTexts.h"
 #include "standalone/desk/json/Json.h"
 #include "standalone/values/Text.h"
 
@@ -137,6 +138,7 @@ std::string PartnerText(const PairedPartner& partner, const std::string& file) {
       Shown(partner.name), OrNone(partner.realm), StateText(partner), next.why, OrNone(partner.fingerprint),
       OrNone(AccountText(partner.dueFrom)), OrNone(AccountText(partner.dueTo)),
       OrNone(standalone::PathText(partner.folder)));
+  if (partner.bookedUpTo) text += fmt::format("By rule:     up to {}\n", AmountWithCurrency(*partner.bookedUpTo));
   for (const std::string& outstanding : partner.outstanding) {
     text += fmt::format("Outstanding: {}\n", Shown(outstanding));
   }

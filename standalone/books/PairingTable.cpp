@@ -17,6 +17,7 @@ PairingState StateOf(std::string_view stored) {
 Pairing ReadPairing(const Rows& rows) {
   const std::int32_t relation = rows.Int32(7);
   const std::int16_t stateBefore = rows.Int16(12);
+  const std::int64_t bookedUpTo = rows.Int64(13);
   return {.id = rows.Int32(0),
           .pairingId = std::string(rows.Text(1)),
           .invitedByUs = rows.Bool(2),
@@ -29,7 +30,8 @@ Pairing ReadPairing(const Rows& rows) {
           .dueFromAccountId = rows.Int32(8),
           .dueToAccountId = rows.Int32(9),
           .folder = std::string(rows.Text(10)),
-          .firstTxnId = rows.Int32(11)};
+          .firstTxnId = rows.Int32(11),
+          .bookedUpTo = bookedUpTo == 0 ? std::nullopt : std::optional(bookedUpTo)};
 }
 
 // There are as many pairings as there are partners, so that one statement reads them all.
@@ -51,17 +53,17 @@ PairingTable::PairingTable(Database& database)
       insert_(database, Writes::kLists,
               "INSERT INTO exchange_pairing (pairing_id, invited_by_us, state, partner_name, partner_realm, "
               "partner_key, relation_id, relation_state_before, due_from_account_id, due_to_account_id, folder, "
-              "first_txn_id) VALUES (?1, ?2, ?3, ?4, ?5, nullif(?6, x''), nullif(?7, 0), nullif(?12, 0), ?8, ?9, ?10, "
-              "?11)"),
+              "first_txn_id, booked_up_to) VALUES (?1, ?2, ?3, ?4, ?5, nullif(?6, x''), nullif(?7, 0), nullif(?12, 0), "
+              "?8, ?9, ?10, ?11, nullif(?13, 0))"),
       update_(database, Writes::kLists,
               "UPDATE exchange_pairing SET state = ?2, partner_name = ?3, partner_realm = ?4, "
               "partner_key = nullif(?5, x''), relation_id = nullif(?6, 0), due_from_account_id = ?7, "
-              "due_to_account_id = ?8, folder = ?9, first_txn_id = ?10, relation_state_before = nullif(?11, 0) "
-              "WHERE id = ?1"),
+              "due_to_account_id = ?8, folder = ?9, first_txn_id = ?10, relation_state_before = nullif(?11, 0), "
+              "booked_up_to = nullif(?12, 0) WHERE id = ?1"),
       all_(database,
            "SELECT id, pairing_id, invited_by_us, state, partner_name, partner_realm, partner_key, relation_id, "
-           "due_from_account_id, due_to_account_id, folder, first_txn_id, relation_state_before FROM exchange_pairing "
-           "ORDER BY id"),
+           "due_from_account_id, due_to_account_id, folder, first_txn_id, relation_state_before, booked_up_to "
+           "FROM exchange_pairing ORDER BY id"),
       carrying_(database,
                 "SELECT word, word_for, is_echoed, their_word, letters, letters_for, owes_reply, their_summary, "
                 "telling, worked_through, compared_since, is_compared "
@@ -81,14 +83,15 @@ PairingTable::PairingTable(Database& database)
 std::int32_t PairingTable::Add(const Pairing& pairing) {
   insert_.Run(pairing.pairingId, pairing.invitedByUs, NameOf(pairing.state), pairing.partnerName, pairing.partnerRealm,
               Blob{pairing.partnerKey}, pairing.relationId.value_or(0), pairing.dueFromAccountId,
-              pairing.dueToAccountId, pairing.folder, pairing.firstTxnId, pairing.relationStateBefore.value_or(0));
+              pairing.dueToAccountId, pairing.folder, pairing.firstTxnId, pairing.relationStateBefore.value_or(0),
+              pairing.bookedUpTo.value_or(0));
   return static_cast<std::int32_t>(database_.LastInsertedId());
 }
 
 void PairingTable::Change(const Pairing& pairing) {
   update_.Run(pairing.id, NameOf(pairing.state), pairing.partnerName, pairing.partnerRealm, Blob{pairing.partnerKey},
               pairing.relationId.value_or(0), pairing.dueFromAccountId, pairing.dueToAccountId, pairing.folder,
-              pairing.firstTxnId, pairing.relationStateBefore.value_or(0));
+              pairing.firstTxnId, pairing.relationStateBefore.value_or(0), pairing.bookedUpTo.value_or(0));
 }
 
 std::vector<Pairing> PairingTable::List() {

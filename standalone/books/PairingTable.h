@@ -25,6 +25,8 @@ struct Pairing {
   std::int32_t dueToAccountId = 0;
   std::string folder;           // where letters are put and looked for; empty for none
   std::int32_t firstTxnId = 0;  // what has lower numbers was entered before
+  // In minor units: requests up to it that a rule fits are booked without a person.
+  std::optional<std::int64_t> bookedUpTo = std::nullopt;
 };
 
 // How far the carrying of letters to a partner has come.

@@ -201,6 +201,27 @@ MEStatusCode AcceptByRule(Work& work, const exchange::KeyPair& keys, const Recei
   return answer;
 }
 
+void AcceptAtOnce(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const std::string& request,
+                  DecidedRequest& decided) {
+  if (!pairing.bookedUpTo) return;
+  const std::optional<InboxRow> row = work.Host().Inbox().Find(pairing.id, request);
+  if (!row || row->state != InboxState::kNew || !row->mark.empty()) return;
+  const Received received = ReadReceived(work, pairing, *row);
+  if (received.says.amount <= 0 || received.says.amount > *pairing.bookedUpTo) return;
+  const FoundRule found = FindRule(work, pairing, received.says);
+  if (!found.rule) return;
+  NotedNames noted(work);
+  AcceptedRequest accepted{.noted = noted};
+  const MEStatusCode answer = AcceptByRule(work, keys, received, *found.rule, std::nullopt, accepted);
+  if (answer != MEStatusSuccess) throw Refused(RefusalFor(UseCase::kAcceptRequest, answer));
+  const standalone::AuditDeed booked = DeedOfAccepting(work, accepted);
+  decided.changes.insert(decided.changes.end(), booked.changes.begin(), booked.changes.end());
+  decided.txnId = accepted.txnId;
+  std::erase(decided.done, DecidedText(work, received.says, InboxState::kNew));
+  decided.done.push_back(DecidedText(work, received.says, InboxState::kAccepted) + " by rule " +
+                         std::to_string(found.rule->id) + ", as journal entry " + std::to_string(accepted.txnId));
+}
+
 void LearnFrom(Work& work, const Received& received, AcceptedRequest& accepted) {
   const std::int32_t nameId = work.Host().Transactions().FindHeader(accepted.txnId).value().nameId;
   const standalone::RuleRow learned{.pairing = received.pairing.id,

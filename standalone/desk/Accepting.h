@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "standalone/books/RuleTable.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/inside/NotedNames.h"
+#include "standalone/desk/inside/Requests.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/exchange/Keys.h"
 #include "standalone/exchange/Kinds.h"
@@ -49,6 +51,10 @@ MEStatusCode Accept(Work& work, const exchange::KeyPair& keys, const Received& r
 // The same as a rule says it.
 MEStatusCode AcceptByRule(Work& work, const exchange::KeyPair& keys, const Received& received,
                           const standalone::RuleRow& rule, std::optional<DateType32> date, AcceptedRequest& accepted);
+// Books a partner's new request by the rule that fits, up to the amount to which the partner's are booked without a
+// person; nothing otherwise. Throws Refused when the module refuses.
+void AcceptAtOnce(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
+                  const std::string& request, DecidedRequest& decided);
 // Has requests like it be booked to the accounts of its entry.
 void LearnFrom(Work& work, const Received& received, AcceptedRequest& accepted);
 standalone::AuditDeed DeedOfAccepting(Work& work, const AcceptedRequest& accepted);

@@ -8,6 +8,7 @@
 #include <set>
 #include <utility>
 
+#include "standalone/desk/Accepting.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Behind.h"
 #include "standalone/desk/inside/Carrying.h"
@@ -53,7 +54,7 @@ class Carrier {
 
   Work& AtWork() noexcept { return work_; }
   const exchange::KeyPair& OwnKeys() const noexcept { return keys_; }
-  Answering Answers() const noexcept { return {.keys = keys_, .isBehind = missing_ != 0}; }
+  Answering Answers() const noexcept { return {.keys = keys_, .isBehind = missing_ != 0, .bookAtOnce = AcceptAtOnce}; }
   // Facts that this company told its partners, and its books lack.
   std::size_t Missing() const noexcept { return missing_; }
 

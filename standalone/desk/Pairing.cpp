@@ -5,6 +5,7 @@
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/RelationTable.h"
+#include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/NewPairings.h"
@@ -301,6 +302,19 @@ PairedPartner RemovePairing(Company& company, const std::string& partner) {
     const bool isPending = pairing.state == PairingState::kAccepted;
     pairing.state = PairingState::kRemoved;
     return isPending ? GiveBackRelation(pairing) : MEStatusSuccess;
+  });
+}
+
+PairedPartner SetBookedUpTo(Company& company, const std::string& partner,
+                            const std::optional<standalone::LineAmount>& upTo) {
+  return ChangePairing(company, partner, "partner.auto", [&upTo](Work& work, Pairing& pairing) {
+    pairing.bookedUpTo.reset();
+    if (!upTo) return MEStatusSuccess;
+    const standalone::Settings& settings = work.Host().Settings().Get();
+    pairing.bookedUpTo = standalone::RequireAmount(upTo->Text(), settings.homeCurrency, settings.decimals);
+    if (*pairing.bookedUpTo > 0) return MEStatusSuccess;
+    throw standalone::InvalidInput("The amount " + Quoted(upTo->Text()) +
+                                   " is not above nothing; give one up to which requests are booked, such as 500.");
   });
 }
 

@@ -9,6 +9,7 @@
 #include "standalone/desk/results/PairedPartner.h"
 #include "standalone/desk/results/RelationAccounts.h"
 #include "standalone/values/CheckedText.h"
+#include "standalone/values/Money.h"
 
 // How this company and a partner get to know each other, so that what they tell each other is signed and sealed: one
 // invites, the other accepts, the first one confirms once a person has compared fingerprints. Those that begin or end a
@@ -67,6 +68,10 @@ PairedPartner BlockPartner(Company& company, const std::string& partner);
 PairedPartner UnblockPartner(Company& company, const std::string& partner);
 // Ends the pairing. A relation that the partner has not confirmed goes with it; an established one stays.
 PairedPartner RemovePairing(Company& company, const std::string& partner);
+// Up to which amount the partner's requests are booked as soon as they come, where a rule fits; without one each waits
+// for a person. Throws standalone::InvalidInput for an amount that is none of the company's or not above nothing.
+PairedPartner SetBookedUpTo(Company& company, const std::string& partner,
+                            const std::optional<standalone::LineAmount>& upTo);
 // Where letters are put and looked for from now on; empty for nowhere.
 PairedPartner SetPartnerFolder(Company& company, const std::string& partner, const std::filesystem::path& folder);
 

@@ -116,6 +116,25 @@ TEST_F(RulesCommand, ARuleThatFitsNothingMoreSaysWhy) {
   EXPECT_THAT(listed.out, Not(HasSubstr("Rule 1 fits nothing")));
 }
 
+TEST_F(RulesCommand, APartnersRequestsAreBookedAsSoonAsTheyComeOnceThatIsSaid) {
+  Done(Add());
+  const Outcome set = Run({"partner", "auto", kBirchFile, kAlder, "--up-to", "50"});
+  const std::string small = BillInTheInbox("NP-1", "90.00");
+  const std::string large = BillInTheInbox("NP-2", "900.00");
+  const Outcome shown = Run({"partner", "show", kBirchFile, kAlder});
+  const Outcome off = Run({"partner", "auto", kBirchFile, kAlder, "--off"});
+  const std::string after = BillInTheInbox("NP-3", "80.00");
+
+  EXPECT_EQ(set.out,
+            "Requests of Alder Supply Company up to 50.00 USD that a rule fits are booked as soon as they come.\n");
+  EXPECT_THAT(shown.out, HasSubstr("\nBy rule:     up to 50.00 USD\n"));
+  EXPECT_EQ(off.out, "Each request of Alder Supply Company waits in the inbox now.\n");
+  EXPECT_EQ(InInbox(small).at("state"), "accepted");
+  EXPECT_EQ(InInbox(large).at("state"), "new");
+  EXPECT_EQ(InInbox(after).at("state"), "new");
+  EXPECT_EQ(Answer({"partner", "auto", kBirchFile, kAlder, "--up-to", "7.5"}).at("partner").at("bookedUpTo"), "7.50");
+}
+
 TEST_F(RulesCommand, WhatIsNotAcceptableIsToldAndChangesNothing) {
   BillInTheInbox();
   Done(Add());
@@ -141,6 +160,10 @@ TEST_F(RulesCommand, WhatIsNotAcceptableIsToldAndChangesNothing) {
   expectRefused({"inbox", "accept", kBirchFile, "--all", "--by", "rule", "--expense", "Repairs"}, "--by");
   expectRefused({"inbox", "accept", kBirchFile, "--all", "--by", "rule", "--new-name", "X"}, "--by");
   expectRefused({"inbox", "accept", kBirchFile, "--by", "rule"}, "--all");
+  expectRefused({"partner", "auto", kBirchFile, kAlder}, "--up-to");
+  expectRefused({"partner", "auto", kBirchFile, kAlder, "--up-to", "0"}, "\"0\" is not above nothing");
+  expectRefused({"partner", "auto", kBirchFile, kAlder, "--up-to", "much"}, "much");
+  expectRefused({"partner", "auto", kBirchFile, kAlder, "--up-to", "5", "--off"}, "--off");
 
   EXPECT_EQ(Whole(kBirchFile), before);
 }

@@ -303,7 +303,7 @@ TEST(AsJson, APartnerThatIsPairedHasAllThatIsKnownOfIt) {
             R"({"id":1,"partner":"Birch","realm":"1001","state":"established","invitedByUs":true,)"
             R"("fingerprint":"12345 67890 12345 67890 12345 67890","dueFrom":{"id":11,"name":"Due from Birch"},)"
             R"("dueTo":{"id":12,"name":"Due to Birch"},"folder":"shared","hasLetterToSend":true,)"
-            R"("outstanding":["statement: not understood"]})");
+            R"("outstanding":["statement: not understood"],"bookedUpTo":null})");
 }
 
 TEST(AsJson, APartnerOfWhomLittleIsKnownHasNullForTheRest) {

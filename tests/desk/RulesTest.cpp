@@ -7,6 +7,7 @@
 #include "standalone/desk/Correcting.h"
 #include "standalone/desk/Entering.h"
 #include "standalone/desk/Inbox.h"
+#include "standalone/desk/Outbox.h"
 #include "standalone/desk/Rules.h"
 #include "standalone/desk/Transactions.h"
 #include "tests/desk/PairedCompanies.h"
@@ -32,6 +33,7 @@ class TheRule : public PairedCompanies {
     std::string name = "Hillcrest";
     std::string memo = "Inspection";
     std::string account = "Maintenance";
+    std::string amount = "480.00";
   };
 
   TheRule() : PairedCompanies({"Alder", "Birch"}) {
@@ -59,7 +61,7 @@ class TheRule : public PairedCompanies {
                                 .name = Existing{bill.name},
                                 .memo = standalone::Memo(bill.memo),
                                 .documentNumber = standalone::DocumentNumber("HL-" + std::to_string(++lastBill_)),
-                                .lines = {{.account = bill.account, .amount = LineAmount("480.00")}},
+                                .lines = {{.account = bill.account, .amount = LineAmount(bill.amount)}},
                                 .shares = {{.partner = "Birch", .share = standalone::ShareText("50%")}},
                                 .attachments = {}},
                                Posting::kPost);
@@ -84,6 +86,15 @@ class TheRule : public PairedCompanies {
   }
   std::vector<Rule> Rules() {
     return At("Birch", [](Company& company) { return ListRules(company); });
+  }
+
+  void BookUpTo(const std::optional<std::string>& amount) {
+    std::optional<LineAmount> upTo;
+    if (amount) upTo.emplace(*amount);
+    At("Birch", [&](Company& company) { return SetBookedUpTo(company, "Alder", upTo); });
+  }
+  standalone::TransactionState StateAtAlder(const std::string& request) {
+    return At("Alder", [&](Company& company) { return ShowOutbox(company, RequestId(request)).state.value().number; });
   }
 
   static RequestSelection Only(const std::string& request) {
@@ -381,6 +392,109 @@ TEST_F(TheRule, IsNotForARequestThatTakesAnEarlierOneBack) {
 
   ASSERT_THAT(accepted.left, SizeIs(1));
   EXPECT_THAT(accepted.left[0].refusal.why, HasSubstr("it takes back the request "));
+}
+
+TEST_F(TheRule, BooksARequestAsSoonAsItComesUpToTheAmountThatIsSaid) {
+  const Rule rule = Add(For("Hillcrest", "Lift"));
+  BookUpTo("240.00");
+
+  const std::string request = Ask({});
+  CarryInTurns("Alder", "Birch", 2);
+
+  const InboxRequest booked = Shown(request);
+  EXPECT_EQ(booked.state, InboxState::kAccepted);
+  EXPECT_EQ(EntryOf(booked).account->name, "Lift");
+  EXPECT_EQ(StateAtAlder(request), standalone::TransactionState::kEstablished);
+  const AuditedDeed taken = TrailOf("exchange.take").back();
+  EXPECT_EQ(taken.firstTxnId, booked.entry->txnId);
+  EXPECT_THAT(taken.changes,
+              AllOf(Contains(ChangeOf("by rule", std::to_string(rule.id))),
+                    Contains(ChangeOf("request " + request, "accepted")), Contains(ChangeOf("account", "Lift"))));
+  EXPECT_THAT(TrailOf("inbox.accept"), IsEmpty());
+}
+
+TEST_F(TheRule, TellsTogetherWithTheLettersWhatItHasBooked) {
+  const Rule rule = Add(For("Hillcrest", "Lift"));
+  BookUpTo("240.00");
+  EnterBill({});
+  Carry("Alder");
+
+  const std::vector<CarriedWith> carried = Carry("Birch");
+
+  ASSERT_THAT(carried.at(0).taken, SizeIs(1));
+  EXPECT_THAT(carried[0].taken[0].done,
+              ElementsAre(AllOf(HasSubstr("is booked here by rule " + std::to_string(rule.id) + ", as journal entry 1"),
+                                testing::Not(HasSubstr("waits in the inbox")))));
+}
+
+TEST_F(TheRule, LeavesARequestOverMoreThanIsSaidToAPerson) {
+  Add(For("Hillcrest", "Lift"));
+  BookUpTo("239.99");
+
+  EXPECT_EQ(Shown(Ask({})).state, InboxState::kNew);
+}
+
+TEST_F(TheRule, LeavesARequestToAPersonWhereNothingElseIsSaid) {
+  Add(For("Hillcrest", "Lift"));
+  const std::string before = Ask({});
+  BookUpTo("500");
+  BookUpTo({});
+
+  EXPECT_EQ(Shown(Ask({})).state, InboxState::kNew);
+  EXPECT_EQ(Shown(before).state, InboxState::kNew);
+}
+
+TEST_F(TheRule, LeavesACreditToAPerson) {
+  Add(For("Hillcrest", "Lift"));
+  BookUpTo("500");
+
+  EXPECT_EQ(Shown(Ask({.amount = "-480.00"})).state, InboxState::kNew);
+}
+
+TEST_F(TheRule, ThatIsMissingLeavesARequestToAPersonWhateverTheAmount) {
+  Add(For("Stone", "Lift"));
+  BookUpTo("500");
+
+  const InboxRequest request = Shown(Ask({}));
+
+  EXPECT_EQ(request.state, InboxState::kNew);
+  EXPECT_EQ(request.mark, "");
+}
+
+TEST_F(TheRule, LeavesWhatTheModuleRefusesToAPersonWithTheReason) {
+  Add({.partner = Partner("Alder"), .name = "Elsewhere:Hillcrest", .hint = {}, .memo = {}, .expense = "Lift"});
+  AddNameAt("Alder", "Elsewhere");
+  AddNameAt("Alder", "Elsewhere:Hillcrest");
+  BookUpTo("500");
+
+  const std::string request = Ask({.name = "Elsewhere:Hillcrest"});
+
+  const InboxRequest left = Shown(request);
+  EXPECT_EQ(left.state, InboxState::kNew);
+  EXPECT_THAT(left.mark, HasSubstr("it could not be booked by a rule: "));
+  EXPECT_THAT(TrailOf("exchange.take").back().changes, Contains(Field(&AuditedChange::field, "not booked by a rule")));
+  EXPECT_THAT(At("Birch", [](Company& company) { return ListNames(company); }), IsEmpty());
+  AddNameAt("Birch", "Elsewhere");
+  EXPECT_THAT(At("Birch",
+                 [&](Company& company) {
+                   return AcceptRequests(company, Only(request),
+                                         {.expense = {}, .name = {}, .date = {}, .byRule = true});
+                 })
+                  .booked,
+              SizeIs(1));
+}
+
+TEST_F(TheRule, BooksUpToAnAmountOfTheCompany) {
+  for (const char* const amount : {"0", "-5", "1.234"}) {
+    EXPECT_THROW(BookUpTo(amount), standalone::InvalidInput) << amount;
+  }
+  EXPECT_EQ(Seen("Birch", "Alder").bookedUpTo, std::nullopt);
+
+  BookUpTo("500");
+
+  EXPECT_EQ(Seen("Birch", "Alder").bookedUpTo->minorUnits, 50000);
+  EXPECT_THAT(TrailOf("partner.auto"), SizeIs(1));
+  EXPECT_THAT(TrailOf("partner.auto")[0].changes, ElementsAre(ChangeOf("booked by rule up to", "500.00")));
 }
 
 TEST_F(TheRule, FitsNothingOnceThePairingIsEnded) {

@@ -79,6 +79,7 @@ constexpr auto kDeeds = std::to_array<Deed>({
     {"name.rename", "renamed"},
     {"outbox.withdraw", "asked to withdraw"},
     {"partner.accept", "accepted"},
+    {"partner.auto", "changed how requests are booked of"},
     {"partner.block", "blocked"},
     {"partner.confirm", "confirmed"},
     {"partner.folder", "changed the folder of"},

@@ -14,6 +14,7 @@
 #include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
 #include "standalone/app/PartnerTexts.h"
+#include "standalone/app/RequestTexts.h"
 #include "standalone/app/TextInput.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
@@ -47,6 +48,8 @@ struct PairingOptions {
   bool useExistingRelation = false;
   std::optional<std::string> fingerprint;
   bool withRemoved = false;
+  std::optional<std::string> upTo;
+  bool off = false;  // said so that nobody means it by leaving something out
 };
 
 desk::RelationAccounts PairingAccounts(const PairingOptions& options) {
@@ -226,9 +229,9 @@ void PairBoth(Invocation& invocation, const PairOptions& options) {
                     PairedText(options, paired));
 }
 
-constexpr std::array kPartnerColumns{"id",          "partner",         "realm",        "state",    "invitedByUs",
-                                     "fingerprint", "dueFrom.id",      "dueFrom.name", "dueTo.id", "dueTo.name",
-                                     "folder",      "hasLetterToSend", "outstanding"};
+constexpr std::array kPartnerColumns{"id",          "partner",         "realm",        "state",     "invitedByUs",
+                                     "fingerprint", "dueFrom.id",      "dueFrom.name", "dueTo.id",  "dueTo.name",
+                                     "folder",      "hasLetterToSend", "outstanding",  "bookedUpTo"};
 
 void ListPartners(Invocation& invocation, const PairingOptions& options) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
@@ -285,6 +288,19 @@ void SetFolder(Invocation& invocation, const PairingOptions& options) {
                     partner.folder.empty() ? fmt::format("Letters for {} and of it go through no folder now.\n", name)
                                            : fmt::format("Letters for {} and of it go through {} now.\n", name,
                                                          standalone::Shown(standalone::PathText(partner.folder))));
+}
+
+void SetAutomaticBooking(Invocation& invocation, const PairingOptions& options) {
+  std::optional<standalone::LineAmount> upTo;
+  if (options.upTo) upTo.emplace(*options.upTo);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::PairedPartner partner = desk::SetBookedUpTo(company, options.partner, upTo);
+  const std::string name = standalone::Shown(partner.name);
+  invocation.Report({{"partner", desk::JsonOf(partner)}},
+                    partner.bookedUpTo
+                        ? fmt::format("Requests of {} up to {} that a rule fits are booked as soon as they come.\n",
+                                      name, AmountWithCurrency(*partner.bookedUpTo))
+                        : fmt::format("Each request of {} waits in the inbox now.\n", name));
 }
 
 constexpr const char* kPairedPartnerHelp = "The partner: its realm id, or its name";
@@ -433,6 +449,18 @@ void AddFolder(CLI::App& group, Invocation& invocation) {
   invocation.When(command, [options](Invocation& run) { SetFolder(run, *options); });
 }
 
+void AddAuto(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<PairingOptions>();
+  CLI::App& command = AddPartnerCommand(
+      group, "auto", "Book requests of a partner that a rule fits as soon as they come, up to an amount, or no longer",
+      "partner auto birch.company \"Alder Supply Company\" --up-to 500", *options);
+  CLI::Option_group* const how = command.add_option_group("How", "One of these has to be given");
+  how->add_option("--up-to", options->upTo, "Up to this amount; larger ones and credits wait for a person");
+  how->add_flag("--off", options->off, "None of them: each waits for a person");
+  how->require_option(1);
+  invocation.When(command, [options](Invocation& run) { SetAutomaticBooking(run, *options); });
+}
+
 }  // namespace
 
 void AddPartner(CLI::App& program, Invocation& invocation) {
@@ -457,6 +485,7 @@ void AddPartner(CLI::App& program, Invocation& invocation) {
               "partner remove alder.company \"Birch Services Company\"", desk::RemovePairing,
               "Ended the pairing with {}.\n");
   AddFolder(group, invocation);
+  AddAuto(group, invocation);
 }
 
 }  // namespace app

@@ -6,6 +6,7 @@
 
 #include "MultiEntity/MultiEntityDriver.h"
 #include "standalone/books/FactTable.h"
+#include "standalone/books/InboxTable.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Pairings.h"
@@ -32,6 +33,12 @@ class NotApplied : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A request could not be booked at once; it waits for a person instead.
+class NotBookedAtOnce : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 std::string FactText(const Fact& fact, const Pairing& pairing) {
   const std::string request = IsAboutARequest(fact) ? " " + fact.What().name : "";
   const bool isByPartner = fact.What().author.Bytes() == pairing.partnerKey || pairing.partnerKey.empty();
@@ -44,6 +51,7 @@ struct Applied {
   std::string outstanding;
   std::optional<Pairing> after;                                                          // when the pairing has changed
   std::vector<standalone::AuditChange> changes{std::vector<standalone::AuditChange>()};  // of requests
+  std::optional<std::int32_t> txnId{std::optional<std::int32_t>()};                      // of an entry that was booked
 };
 
 Applied Outstanding(std::string why) {
@@ -157,6 +165,7 @@ void Change(Work& work, const Pairing& pairing, const Fact& fact, const Applied&
   standalone::AuditDeed deed = DeedOfPairing(work, "exchange.take", pairing, applied.after ? *applied.after : pairing);
   deed.subject = FactText(fact, pairing);
   deed.changes.insert(deed.changes.end(), applied.changes.begin(), applied.changes.end());
+  if (applied.txnId) deed.transactions = {.first = *applied.txnId, .last = *applied.txnId};
   if (!applied.outstanding.empty()) deed.changes.push_back({"outstanding", std::nullopt, applied.outstanding});
   work.Host().Record(deed);
 }
@@ -194,12 +203,47 @@ constexpr std::string_view kHeldWhileBehind =
     "these books are older than what this company told its partners, and wait "
     "until they were compared";
 
-// Throws NotApplied for what the module refuses.
-Applied Decided(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const Fact& fact) {
+void BookNow(Work& work, const Pairing& pairing, const Answering& answering, const std::string& request,
+             DecidedRequest& decided) {
+  if (answering.bookAtOnce == nullptr) return;
+  try {
+    answering.bookAtOnce(work, pairing, answering.keys, request, decided);
+  } catch (const Refused& refused) {
+    throw NotBookedAtOnce(refused.what());
+  } catch (const standalone::InvalidInput& invalid) {
+    throw NotBookedAtOnce(invalid.what());
+  } catch (const standalone::ConstraintViolation& violation) {
+    throw NotBookedAtOnce(violation.what());
+  }
+}
+
+// A person has to look at what could not be booked.
+void MarkNotBooked(Work& work, const Pairing& pairing, const Answering& answering, const std::string& request,
+                   DecidedRequest& decided) {
+  if (answering.notBooked.empty()) return;
+  std::optional<standalone::InboxRow> row = work.Host().Inbox().Find(pairing.id, request);
+  if (!row || row->state != standalone::InboxState::kNew) return;
+  row->mark = "it could not be booked by a rule: " + answering.notBooked;
+  work.Host().Inbox().Set(*row);
+  decided.done.push_back(row->mark);
+  decided.changes.push_back({"not booked by a rule", std::nullopt, answering.notBooked});
+}
+
+// Throws NotApplied for what the module refuses, NotBookedAtOnce where a request should wait for a person after all.
+Applied Decided(Work& work, const Pairing& pairing, const Answering& answering, const Fact& fact) {
   const RequestOf whose = WhoseRequest(fact, IsOwnKey(work, fact.What().author));
-  DecidedRequest decided = DecideRequest(work, pairing, keys, whose, fact.What().name);
+  const std::string& request = fact.What().name;
+  DecidedRequest decided = DecideRequest(work, pairing, answering.keys, whose, request);
   if (!decided.outstanding.empty()) throw NotApplied(decided.outstanding);
-  return {.done = Joined(decided.done), .outstanding = {}, .after = {}, .changes = std::move(decided.changes)};
+  if (whose == RequestOf::kPartner && fact.What().kind == exchange::kinds::kProposal) {
+    BookNow(work, pairing, answering, request, decided);
+    MarkNotBooked(work, pairing, answering, request, decided);
+  }
+  return {.done = Joined(decided.done),
+          .outstanding = {},
+          .after = {},
+          .changes = std::move(decided.changes),
+          .txnId = decided.txnId};
 }
 
 // Together with the proposal that an answer carries, so that both companies hold it whatever was lost.
@@ -213,7 +257,7 @@ Applied KeepAndDecide(Work& work, const Pairing& pairing, const Answering& answe
   if (!saysNothing && fact.What().kind == exchange::kinds::kAnswer) {
     Keep(work, pairing, exchange::AnswerOf(fact).proposal, isOwn ? FactOrigin::kPartners : FactOrigin::kCameBack);
   }
-  return why.empty() ? Decided(work, pairing, answering.keys, fact) : Outstanding(std::move(why));
+  return why.empty() ? Decided(work, pairing, answering, fact) : Outstanding(std::move(why));
 }
 
 // Within the unit of work that takes it; `refused` says why it could not be applied in one before. Of who is not the
@@ -244,10 +288,10 @@ TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, con
 }
 
 // Within a unit of work; what was done, for people.
-std::string TryNow(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const Fact& fact) {
+std::string TryNow(Work& work, const Pairing& pairing, const Answering& answering, const Fact& fact) {
   const Pairing now = Now(work, pairing);
   if (!IsLive(now)) return {};
-  const Applied applied = IsAboutARequest(fact) ? Decided(work, now, keys, fact) : Apply(work, now, fact);
+  const Applied applied = IsAboutARequest(fact) ? Decided(work, now, answering, fact) : Apply(work, now, fact);
   if (!applied.outstanding.empty()) return {};
   work.Host().Facts().SetAside(now.id, fact.Id().Bytes(), "");
   Change(work, now, fact, applied);
@@ -277,14 +321,30 @@ auto WhateverTheModuleSays(Attempt&& attempt, Otherwise&& otherwise) {
   return std::forward<Otherwise>(otherwise)(why);
 }
 
+// The same once more without booking anything at once where that could not be done.
+template <typename Attempt>
+auto WithoutBookingIfNeedBe(const Answering& answering, Attempt&& attempt) {
+  Answering without = answering;
+  try {
+    return attempt(answering);
+  } catch (const NotBookedAtOnce& refused) {
+    without.bookAtOnce = nullptr;
+    without.notBooked = refused.what();
+  }
+  return std::forward<Attempt>(attempt)(without);
+}
+
 }  // namespace
 
 TakenFact TakeFact(Work& work, const Pairing& pairing, const TakenFrom& from, const std::string& wire) {
   const Fact fact = Fact::VerifiedFromWire(wire);
-  const auto take = [&](const std::string& refused) {
-    return work.Write([&] { return TakeNow(work, pairing, from, fact, refused); });
-  };
-  return WhateverTheModuleSays([&] { return take({}); }, take);
+  return WithoutBookingIfNeedBe(from.answering, [&](const Answering& answering) {
+    const TakenFrom now{.sender = from.sender, .answering = answering};
+    const auto take = [&](const std::string& refused) {
+      return work.Write([&] { return TakeNow(work, pairing, now, fact, refused); });
+    };
+    return WhateverTheModuleSays([&] { return take({}); }, take);
+  });
 }
 
 std::vector<std::string> RetryOutstanding(Work& work, const Pairing& pairing, const Answering& answering) {
@@ -296,9 +356,10 @@ std::vector<std::string> RetryOutstanding(Work& work, const Pairing& pairing, co
   });
   std::vector<std::string> done;
   for (const Fact& fact : facts) {
-    std::string told =
-        WhateverTheModuleSays([&] { return work.Write([&] { return TryNow(work, pairing, answering.keys, fact); }); },
-                              [](const std::string&) { return std::string(); });
+    std::string told = WithoutBookingIfNeedBe(answering, [&](const Answering& now) {
+      return WhateverTheModuleSays([&] { return work.Write([&] { return TryNow(work, pairing, now, fact); }); },
+                                   [](const std::string&) { return std::string(); });
+    });
     if (!told.empty()) done.push_back(std::move(told));
   }
   return done;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "standalone/books/PairingTable.h"
+#include "standalone/desk/inside/Requests.h"
 #include "standalone/desk/inside/Work.h"
 #include "standalone/exchange/Envelope.h"
 #include "standalone/exchange/Keys.h"
@@ -18,10 +19,16 @@ struct TakenFact {
   std::string done;         // for people; empty when nothing changed
   std::string outstanding;  // why it is not applied; empty when it is
 };
+// Books a partner's request that has just become new, if that is meant to be done without a person; within the unit of
+// work. Throws what a use case does when it is refused.
+using BookAtOnce = void (*)(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
+                            const std::string& request, DecidedRequest& decided);
 // By which this company answers. While its books are behind, what partners say of requests is kept and not applied.
 struct Answering {
   const exchange::KeyPair& keys;
   bool isBehind = false;
+  BookAtOnce bookAtOnce = nullptr;
+  std::string notBooked{};  // why a request could not be booked so in a unit of work before
 };
 // Whose letter the fact came with.
 struct TakenFrom {

@@ -7,6 +7,7 @@
 #include "standalone/books/RelationTable.h"
 #include "standalone/books/RowFields.h"
 #include "standalone/books/SettingsTable.h"
+#include "standalone/desk/inside/Composing.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Texts.h"
@@ -34,7 +35,8 @@ Facts FactsOf(Work& work, const std::optional<Pairing>& pairing) {
           {"fingerprint", fingerprint},
           {"due-from account", AccountName(work, pairing->dueFromAccountId)},
           {"due-to account", AccountName(work, pairing->dueToAccountId)},
-          {"folder", pairing->folder}};
+          {"folder", pairing->folder},
+          {"booked by rule up to", pairing->bookedUpTo ? FormatPlainAmount(MoneyOf(work, *pairing->bookedUpTo)) : ""}};
 }
 
 bool IsCalled(const Pairing& pairing, std::string_view text) {
@@ -115,7 +117,8 @@ PairedPartner PairedPartnerOf(Work& work, const Pairing& pairing) {
           .dueTo = account(pairing.dueToAccountId),
           .folder = standalone::PathOfText(pairing.folder),
           .hasLetterToSend = hasLetter,
-          .outstanding = std::move(outstanding)};
+          .outstanding = std::move(outstanding),
+          .bookedUpTo = pairing.bookedUpTo ? std::optional(MoneyOf(work, *pairing.bookedUpTo)) : std::nullopt};
 }
 
 std::string PartnerText(const Pairing& pairing) {

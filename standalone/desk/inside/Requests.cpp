@@ -179,7 +179,7 @@ void DecideAtReceiver(Work& work, const Pairing& pairing, const exchange::KeyPai
   if (standing.answer) MakeAnswer(work, pairing, keys, AnswerFromBooks(work, *proposal, *standing.answer, books));
   NoteChange(decided, request, before, now);
   if (!before || before->state != state) {
-    decided.done.push_back(RequestText(work, proposal->says) + " " + WhatHappened(state));
+    decided.done.push_back(DecidedText(work, proposal->says, state));
   }
 }
 
@@ -334,6 +334,10 @@ void DecideWhatNames(Work& work, const Pairing& pairing, const exchange::KeyPair
 
 void MakeAnswer(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const exchange::Answer& answer) {
   Keep(work, pairing, exchange::MakeFact(answer, keys), standalone::FactOrigin::kMade);
+}
+
+std::string DecidedText(Work& work, const exchange::Proposal& proposal, InboxState state) {
+  return RequestText(work, proposal) + " " + WhatHappened(state);
 }
 
 std::string RequestText(Work& work, const exchange::Proposal& proposal) {

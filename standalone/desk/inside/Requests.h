@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +12,8 @@
 #include "standalone/desk/inside/Work.h"
 #include "standalone/exchange/Fact.h"
 #include "standalone/exchange/Keys.h"
+#include "standalone/exchange/Kinds.h"
+#include "standalone/values/InboxState.h"
 
 // What becomes of requests between this company and its partners: decided anew from all that is held about one whenever
 // something comes to it, so that the order in which facts come makes no difference. Within a unit of work that writes.
@@ -25,6 +29,7 @@ struct DecidedRequest {
   std::vector<std::string> done;                 // for people; empty when nothing has changed
   std::string outstanding;                       // why it could not be done; the unit of work is to be taken back then
   std::vector<standalone::AuditChange> changes;  // for the trail
+  std::optional<std::int32_t> txnId{std::optional<std::int32_t>()};  // of the entry that was booked with it
 };
 
 // Has the inbox, the books and the answers follow what is held; the keys are this company's own.
@@ -39,6 +44,8 @@ void MakeAnswer(Work& work, const standalone::Pairing& pairing, const exchange::
 void DecideWhatNames(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
                      const std::string& request, DecidedRequest& decided);
 
+// "bill R-1 of 2026-11-02 over 33.33 USD waits in the inbox", as DecidedRequest tells it.
+std::string DecidedText(Work& work, const exchange::Proposal& proposal, standalone::InboxState state);
 // "bill R-1 of 2026-11-02 over 33.33 USD".
 std::string RequestText(Work& work, const exchange::Proposal& proposal);
 

@@ -1,4 +1,5 @@
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/Money.h"
 #include "standalone/values/Text.h"
 
 namespace desk {
@@ -32,7 +33,8 @@ Json JsonOf(const PairedPartner& partner) {
           {"dueTo", AccountJson(partner.dueTo)},
           {"folder", PathJson(partner.folder)},
           {"hasLetterToSend", partner.hasLetterToSend},
-          {"outstanding", partner.outstanding}};
+          {"outstanding", partner.outstanding},
+          {"bookedUpTo", partner.bookedUpTo ? Json(standalone::FormatPlainAmount(*partner.bookedUpTo)) : Json()}};
 }
 
 Json JsonOf(const OwnIdentity& identity) {

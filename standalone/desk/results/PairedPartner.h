@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "standalone/desk/results/ListItem.h"
+#include "standalone/values/Money.h"
 #include "standalone/values/PairingState.h"
 
 namespace desk {
@@ -24,6 +25,8 @@ struct PairedPartner {
   std::filesystem::path folder;          // where letters are put and looked for; empty for none
   bool hasLetterToSend = false;          // what the partner has not shown to hold
   std::vector<std::string> outstanding;  // what came and could not be applied, and why
+  // Requests up to it that a rule fits are booked without a person; none of them without it.
+  std::optional<standalone::Money> bookedUpTo = std::nullopt;
 };
 
 }  // namespace desk

@@ -303,6 +303,8 @@ CREATE TABLE exchange_pairing (
   folder TEXT NOT NULL,
   -- Which transactions were entered before is not sent by itself: this is the first that was not.
   first_txn_id INTEGER NOT NULL,
+  -- Requests up to this amount that a rule fits are booked without a person.
+  booked_up_to INTEGER CHECK (booked_up_to > 0),
   CHECK (state IN ('invited', 'removed') OR partner_key IS NOT NULL)
 ) STRICT;
 CREATE UNIQUE INDEX exchange_pairing_relation ON exchange_pairing (relation_id)

@@ -51,7 +51,7 @@ struct InboxRequest {
   std::optional<EntryOfRequest> entry = std::nullopt;  // accepted: in these books
   std::optional<EntryOfRequest> entryBefore = std::nullopt;  // to be booked again: as the answer has it
   std::optional<Rule> rule = std::nullopt;                   // new, to be booked again: the one that fits
-  std::string ruleMark{};                                    // why none does although there are some; mostly empty
+  std::string ruleMark{std::string()};                       // why none does although there are some; mostly empty
 };
 
 struct InboxFilter {

@@ -28,7 +28,7 @@ struct Answering {
   const exchange::KeyPair& keys;
   bool isBehind = false;
   BookAtOnce bookAtOnce = nullptr;
-  std::string notBooked{};  // why a request could not be booked so in a unit of work before
+  std::string notBooked{std::string()};  // why a request could not be booked so in a unit of work before
 };
 // Whose letter the fact came with.
 struct TakenFrom {

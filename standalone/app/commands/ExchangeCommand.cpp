@@ -357,8 +357,7 @@ void AddExchangeRun(CLI::App& group, Invocation& invocation) {
       group, "run",
       "Carry letters once: take all that lies in the partners' folders for each company, and put what is to be told.\n"
       "Several companies are carried for side by side, and none stops another one. Ends with 1 when a folder could "
-      "not\n"
-      "be reached, once the other partners were served",
+      "not\nbe reached, once the other partners were served",
       "exchange run alder.company birch.company", options->files);
   command.add_flag("--quiet", options->quiet, "Only of partners of whom there is something to tell");
   command.add_flag("--watch", options->watch,

@@ -202,6 +202,7 @@ void TakeUp(Work& work, const std::vector<LostRequest>& lost, TransactionToPost&
 }
 
 void RefuseToAskTwice(Work& work, const TransactionToPost& toPost, const std::vector<LostRequest>& takenUp) {
+  if (std::ranges::none_of(toPost.lines, [](const LineToPost& line) { return line.request.has_value(); })) return;
   std::vector<LostRequest> lost = LostAndAlive(work);
   std::erase_if(lost, [&](const LostRequest& one) {
     return Holds(takenUp, one.pairing.relationId.value(), one.proposal.request);

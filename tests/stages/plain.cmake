@@ -19,7 +19,8 @@ add_stage_test(instructions.counts instructions 1800
 add_stage_test(install install 1800 ${scripts}/check-install.sh release)
 add_stage_test(main-job main-job 300 ${scripts}/play-main-job.sh ${programs}/multientity ${work}/main-job)
 add_stage_test(bill-life bill-life 300 ${scripts}/play-bill-life.sh ${programs}/multientity ${work}/bill-life)
-add_stage_test(exchange exchange 300 ${scripts}/play-exchange.sh ${programs}/multientity ${work}/exchange)
+add_stage_test(exchange exchange 300 ${scripts}/check-quotes.sh ${programs}/multientity ${work}/exchange exchange
+  ${PROJECT_SOURCE_DIR}/README.md)
 add_stage_test(bookkeeper bookkeeper 300 ${scripts}/check-quotes.sh ${programs}/multientity ${work}/bookkeeper bookkeeper
   ${PROJECT_SOURCE_DIR}/docs/accountant.md)
 

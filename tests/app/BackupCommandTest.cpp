@@ -159,7 +159,7 @@ TEST_F(BackedUpBooks, ABackupOfAnOlderProgramIsBroughtForwardAsItIsRestored) {
   Done({"restore", "birch.backup", "birch.company"});
 
   EXPECT_EQ(Contents("birch.backup"), before);
-  EXPECT_FALSE(std::filesystem::exists(In("birch.backup.before-3")));
-  EXPECT_THAT(Run({"audit", "show", "birch.company"}).out, HasSubstr("schema version 3, was 1"));
+  EXPECT_FALSE(std::filesystem::exists(In("birch.backup.before-4")));
+  EXPECT_THAT(Run({"audit", "show", "birch.company"}).out, HasSubstr("schema version 4, was 1"));
   Done({"accounts", "birch.company"});
 }

@@ -101,6 +101,24 @@ TEST_F(ACompanyFileOfVersion2, HasItsBooksOpen) {
   host_.Request(Access::kRead, [&] { EXPECT_EQ(host_.Settings().Get().closingDate, NullDate()); });
 }
 
+class ACompanyFileOfVersion3 : public testing::TestWithParam<const char*> {
+ protected:
+  static std::string Kept() {
+    return ReadFile(OldCompanyFile::Place("version-3") / (std::string(GetParam()) + ".txt"));
+  }
+
+  const OldCompanyFile file_{"version-3", (std::string(GetParam()) + ".company").c_str()};
+  StandaloneHost host_{file_.Path()};
+  const Session session_{host_};
+};
+
+TEST_P(ACompanyFileOfVersion3, OpensWithAllThatItHolds) {
+  EXPECT_EQ(Tell(host_) + TellOfTheDesk(host_), Kept());
+}
+
+INSTANTIATE_TEST_SUITE_P(, ACompanyFileOfVersion3, testing::Values("alder", "birch"),
+                         [](const auto& company) { return std::string(company.param); });
+
 TEST_F(ACompanyFileOfVersion1, TakesMoreBookings) {
   const OldCompanyFile file("version-1", "birch.company");
   StandaloneHost host(file.Path());

@@ -99,7 +99,7 @@ TEST_P(ACopyOfAnOlderVersion, PutOverANewerOneThatCrashedIsNoticedAndStaysAsItIs
 
   EXPECT_EQ(ReadFile(CrashedFile()), copy);
   EXPECT_EQ(ReadFile(CrashedLog()), log);
-  EXPECT_FALSE(std::filesystem::exists(CrashedFile().string() + ".before-3"));
+  EXPECT_FALSE(std::filesystem::exists(CrashedFile().string() + ".before-4"));
 }
 
 TEST_P(ACopyOfAnOlderVersion, PutOverANewerOneIsNoticedThoughNothingThereToldOfWhatItsLogHolds) {
@@ -225,9 +225,10 @@ INSTANTIATE_TEST_SUITE_P(, ACopyOfVersion2, testing::Values(OlderFile{"version-2
 INSTANTIATE_TEST_SUITE_P(, ACopyOfAnOlderVersion,
                          testing::Values(OlderFile{"version-1", "birch.company", 1, 1},
                                          OlderFile{"version-1", "crashed.company", 1, 1},
-                                         OlderFile{"version-2", "birch.company", 2, 6}),
+                                         OlderFile{"version-2", "birch.company", 2, 6},
+                                         OlderFile{"version-3", "birch.company", 3, 26}),
                          [](const auto& file) {
-                           return std::string(file.param.stepsTaken == 1 ? "Version1" : "Version2") +
+                           return "Version" + std::to_string(file.param.stepsTaken) +
                                   (file.param.name == std::string_view("crashed.company") ? "Crashed" : "");
                          });
 

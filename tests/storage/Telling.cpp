@@ -98,6 +98,14 @@ void TellRejected(Lines& lines) {
   }
 }
 
+// What a query answers, a line for each row.
+void TellRows(StandaloneHost& host, Lines& lines, const char* kind, const std::string& columns,
+              const std::string& from) {
+  const std::string sql = "SELECT json_array(" + columns + ") FROM " + from;
+  Statement query(host.Data(), sql.c_str());
+  for (Rows rows = query.Query(); rows.Step();) lines.Add(kind, rows.Text(0));
+}
+
 }  // namespace
 
 std::string Tell(StandaloneHost& host) {
@@ -111,6 +119,33 @@ std::string Tell(StandaloneHost& host) {
     TellRelations(lines);
     TellIntercompanyLines(lines);
     TellRejected(lines);
+  });
+  return text.str();
+}
+
+std::string TellOfTheDesk(StandaloneHost& host) {
+  std::ostringstream text;
+  Lines lines(text);
+  host.Request(Access::kRead, [&] {
+    TellRows(host, lines, "closing date", "closing_date", "company");
+    TellRows(host, lines, "account number", "id, number", "account WHERE number <> '' ORDER BY id");
+    TellRows(host, lines, "document", "id, document_number", "txn WHERE document_number <> '' ORDER BY id");
+    TellRows(host, lines, "attachment", "txn_id, reference", "txn_attachment ORDER BY id");
+    TellRows(host, lines, "link", "txn_id, kind, earlier_txn_id", "txn_link ORDER BY txn_id, kind");
+    TellRows(host, lines, "own request", "target_id, names, earlier_target_id", "me_own_request ORDER BY target_id");
+    TellRows(host, lines, "own key", "hex(public_key)", "exchange_own_key ORDER BY id");
+    TellRows(host, lines, "pairing",
+             "id, pairing_id, invited_by_us, state, partner_name, partner_realm, hex(partner_key), relation_id, "
+             "due_from_account_id, due_to_account_id, folder, first_txn_id, booked_up_to",
+             "exchange_pairing ORDER BY id");
+    TellRows(host, lines, "fact", "pairing_id, hex(hash), origin, kind, name, names, month, shown, set_aside",
+             "exchange_fact ORDER BY hash");
+    TellRows(host, lines, "inbox", "pairing_id, request_id, hex(proposal), state, mark, txn_id",
+             "exchange_inbox ORDER BY request_id");
+    TellRows(host, lines, "outbox", "pairing_id, request_id, hex(proposal), target_id, mark",
+             "exchange_outbox ORDER BY request_id");
+    TellRows(host, lines, "rule", "id, pairing_id, name, hint, memo, account_id, name_id, learned",
+             "exchange_rule ORDER BY id");
   });
   return text.str();
 }

@@ -40,7 +40,7 @@ TEST_F(ACompanyOfVersion1, BeginsItsAuditTrailWithWhatItHeld) {
   EXPECT_THAT(lines[0].changes,
               Contains(Held("transactions", std::to_string(Count(host, "SELECT count(*) FROM txn")))));
   EXPECT_THAT(lines[0].changes, Contains(Held("lines", std::to_string(Count(host, "SELECT count(*) FROM txn_line")))));
-  const std::string kept = ReadFile(file_.Path().string() + ".before-3");
+  const std::string kept = ReadFile(file_.Path().string() + ".before-4");
   EXPECT_THAT(lines[0].changes, Contains(Held("SHA-256 of the copy", Sha256Of(kept))));
 }
 

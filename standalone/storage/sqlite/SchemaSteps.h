@@ -416,6 +416,10 @@ CREATE TABLE exchange_rule (
 CREATE INDEX exchange_rule_name ON exchange_rule (name_id);
 )sql";
 
-inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3};
+// What companies that exchange requests learned after they had begun to.
+inline constexpr const char* kVersion4 = R"sql(
+)sql";
+
+inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3, kVersion4};
 
 }  // namespace standalone

@@ -10,4 +10,8 @@ SchemaSpan SchemaSteps() noexcept {
   return steps;
 }
 
+std::string_view SchemaDigest() noexcept {
+  return {};
+}
+
 }  // namespace standalone

@@ -192,5 +192,9 @@ TEST_F(TheLedger, NumbersLinesUpToTheLastNumberThatHasAFollower) {
               HasSubstr("CHECK"));
 }
 
+TEST(TheSchema, HasTheDigestThatIsWrittenDown) {
+  EXPECT_EQ(DigestOf(ObjectsMadeBy(SchemaSteps())), SchemaDigest());
+}
+
 }  // namespace
 }  // namespace standalone

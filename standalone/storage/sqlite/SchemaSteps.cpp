@@ -8,4 +8,8 @@ SchemaSpan SchemaSteps() noexcept {
   return kSchemaSteps;
 }
 
+std::string_view SchemaDigest() noexcept {
+  return kSchemaDigest;
+}
+
 }  // namespace standalone

@@ -422,4 +422,7 @@ inline constexpr const char* kVersion4 = R"sql(
 
 inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3, kVersion4};
 
+// What SchemaDigest() answers, which a test compares with what the steps make.
+inline constexpr const char* kSchemaDigest = "03789897eace1ff923f0d22fd7b4a53793b73a9cb97dc0f7d9fb325b763cfd7a";
+
 }  // namespace standalone

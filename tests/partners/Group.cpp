@@ -1,5 +1,7 @@
 #include "partners/Group.h"
 
+#include <cstdlib>
+
 #include "partners/History.h"
 #include "standalone/desk/Exchange.h"
 #include "standalone/desk/Import.h"
@@ -9,6 +11,8 @@
 namespace partners {
 
 namespace {
+
+constexpr const char* kBeginning = "2026-06-01T09:00:00";
 
 std::string ChartFor(std::size_t companies) {
   std::string csv =
@@ -44,6 +48,7 @@ Group::Group(const std::filesystem::path& folder, std::size_t companies)
 
 void Group::Begin() {
   CloseAll();
+  clocks_.clear();
   requests_.clear();
   std::filesystem::remove_all(play_);
   std::filesystem::copy(paired_, play_, std::filesystem::copy_options::recursive);
@@ -52,10 +57,17 @@ void Group::Begin() {
 desk::Company& Group::Open(std::size_t who) {
   if (!open_ || openFor_ != who) {
     open_.reset();
+    const auto clock = clocks_.find(who);
+    setenv("MULTIENTITY_NOW", clock == clocks_.end() ? kBeginning : clock->second.c_str(), /*overwrite=*/1);
     open_ = std::make_unique<desk::Company>(FileOf(who));
     openFor_ = who;
   }
   return *open_;
+}
+
+void Group::SetClock(std::size_t who, const std::string& time) {
+  clocks_[who] = time;
+  CloseAll();
 }
 
 std::filesystem::path Group::FolderOf(std::size_t who) const {

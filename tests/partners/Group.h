@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <random>
@@ -32,6 +33,9 @@ class Group {
   void Begin();
   void CloseAll() { open_.reset(); }
 
+  // To a local time such as 2026-06-01T09:00:00, at which all of them begin.
+  void SetClock(std::size_t who, const std::string& time);
+
   std::size_t Size() const noexcept { return size_; }
   desk::Company& Open(std::size_t who);
   std::filesystem::path FileOf(std::size_t who) const;
@@ -49,6 +53,7 @@ class Group {
   std::size_t size_;
   std::size_t openFor_ = 0;
   std::unique_ptr<desk::Company> open_;
+  std::map<std::size_t, std::string> clocks_;
   std::vector<Entered> requests_;
 };
 

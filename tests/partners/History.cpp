@@ -28,6 +28,10 @@ const std::vector<Kind>& Kinds() {
       {Act::kReopen, "reopen", 1},
       {Act::kBlock, "block", 1},
       {Act::kUnblock, "unblock", 2},
+      {Act::kAddRule, "add-rule", 2},
+      {Act::kRemoveRule, "remove-rule", 1},
+      {Act::kBookAtOnce, "book-at-once", 2},
+      {Act::kClock, "clock", 2},
       {Act::kCarry, "carry", 26},
       {Act::kCarryAll, "carry-all", 14},
       {Act::kLose, "lose", 4},
@@ -55,7 +59,7 @@ History NewHistory(std::uint64_t seed, bool withRestores) {
   for (const Kind& kind : Kinds()) weights.push_back(kind.isRestore && !withRestores ? 0 : kind.weight);
   std::discrete_distribution<std::size_t> kinds(weights.begin(), weights.end());
   // Mostly two: what goes wrong is mostly between two, and each further one makes fewer histories.
-  std::discrete_distribution<std::size_t> companies({0, 0, 6, 3, 1});
+  std::discrete_distribution<std::size_t> companies({0, 0, 20, 9, 3, 1, 1});
   History history{.companies = companies(random), .steps = {}};
   const auto length = std::uniform_int_distribution<std::size_t>(15, 85)(random);
   std::uniform_int_distribution<std::size_t> who(0, history.companies - 1);

@@ -31,6 +31,10 @@ enum class Act {
   kReopen,
   kBlock,
   kUnblock,
+  kAddRule,
+  kRemoveRule,
+  kBookAtOnce,
+  kClock,
   kCarry,
   kCarryAll,
   kLose,
@@ -68,7 +72,7 @@ struct History {
   std::vector<Step> steps;
 };
 
-inline constexpr std::array kCompanies{"Alder", "Birch", "Cedar", "Dogwood"};
+inline constexpr std::array kCompanies{"Alder", "Birch", "Cedar", "Dogwood", "Elm", "Fir"};
 
 History NewHistory(std::uint64_t seed, bool withRestores);
 // A line for each step.

@@ -16,6 +16,7 @@
 #include "standalone/desk/Outbox.h"
 #include "standalone/desk/Pairing.h"
 #include "standalone/desk/Rejections.h"
+#include "standalone/desk/Rules.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Transactions.h"
 #include "standalone/values/Decimals.h"
@@ -158,6 +159,15 @@ class Playing {
         return;
       case Act::kUnblock:
         return Unblock();
+      case Act::kAddRule:
+        return AddRule();
+      case Act::kRemoveRule:
+        desk::RemoveRule(Here(), AnyOf(desk::ListRules(Here())).id);
+        return;
+      case Act::kBookAtOnce:
+        return BookAtOnce();
+      case Act::kClock:
+        return SetClock();
       case Act::kCarry:
         Carry(group_, who_);
         folder_.Remember();
@@ -305,6 +315,28 @@ class Playing {
     for (const desk::PairedPartner& partner : desk::ListPairedPartners(Here())) {
       if (partner.state == standalone::PairingState::kBlocked) desk::UnblockPartner(Here(), partner.name);
     }
+  }
+
+  void AddRule() {
+    desk::RuleToAdd rule{.partner = desk::Partner(kCompanies.at(AnotherCompany())),
+                         .name = {},
+                         .hint = "Utilities",
+                         .memo = {},
+                         .expense = OneIn(2) ? "Utilities" : "Rent"};
+    if (OneIn(2)) rule.name = "Northern Power";
+    if (OneIn(2)) rule.bookedAs = "Northern Power";
+    desk::AddRule(Here(), rule);
+  }
+  void BookAtOnce() {
+    const char* partner = kCompanies.at(AnotherCompany());
+    std::optional<LineAmount> upTo;
+    if (!OneIn(4)) upTo = LineAmount(Amount(static_cast<std::int64_t>(1'000 + Below(40'000))));
+    desk::SetBookedUpTo(Here(), partner, upTo);
+  }
+  // Those of the companies disagree by up to two months.
+  void SetClock() {
+    group_.SetClock(who_, "2026-0" + std::to_string(5 + Below(3)) + "-" + std::to_string(10 + Below(19)) + "T0" +
+                              std::to_string(Below(10)) + ":00:00");
   }
 
   void Accept(const desk::RequestSelection& selection) {

@@ -5,8 +5,8 @@ add_stage_test(valgrind valgrind 1800
   valgrind --quiet --leak-check=full --show-leak-kinds=definite,indirect --errors-for-leak-kinds=definite,indirect
   --error-exitcode=9 ${programs}/model_check --processes 4 --histories 20)
 add_stage_test(crash crash 1800 ${programs}/crash)
-add_stage_test(partners.1 partners 300 ${programs}/partner_check --seed 1 --seconds 40)
-add_stage_test(partners.2 partners 300 ${programs}/partner_check --seed 100001 --seconds 40)
+add_stage_test(partners.1 partners 1800 ${programs}/partner_check --seed 1 --histories 500)
+add_stage_test(partners.2 partners 1800 ${programs}/partner_check --seed 100001 --histories 500)
 use_all_processors(model valgrind crash)
 
 add_stage_test(instructions.plans instructions 300

@@ -5,7 +5,8 @@
 #   scripts/play-exchange.sh PROGRAM DIRECTORY
 #
 # PROGRAM is multientity. DIRECTORY receives the company files and the folder by which the letters go; it is new, or one
-# that such a script has used before, which is emptied first. Exits with 1 when something is not as expected.
+# that such a script has used before, which is emptied first. BIRCHS_PROGRAM names another program for Birch, if it has
+# one. Exits with 1 when something is not as expected.
 
 # The day is always the same one, because README.md quotes what is printed.
 export MULTIENTITY_NOW=2026-11-30T12:00:00

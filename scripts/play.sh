@@ -6,6 +6,7 @@ if [[ $# -ne 2 ]]; then
   exit 2
 fi
 program=$(realpath -- "$1")
+birchs_program=${BIRCHS_PROGRAM:+$(realpath -- "$BIRCHS_PROGRAM")}
 samples=$(realpath -- "$(dirname -- "${BASH_SOURCE[0]}")/../samples")
 mkdir -p -- "$2"
 cd -- "$2"
@@ -59,12 +60,24 @@ later() {
   printf -v MULTIENTITY_NOW '%sT%02d:%02d:%02d' "$kToday" $((12 + seconds / 3600)) $((seconds / 60 % 60)) $((seconds % 60))
 }
 
+# The program that works on the company of a command: Birch may have another one than Alder.
+program_for() {
+  local word
+  for word in "$@"; do
+    if [[ $word == birch.company ]]; then
+      printf '%s' "${birchs_program:-$program}"
+      return
+    fi
+  done
+  printf '%s' "$program"
+}
+
 # Runs the program; `output`, `complaint` and `trace` hold what it printed, `status` what the module answered (- when it
 # was not asked), `exit_code` how it ended.
 ask() {
   exit_code=0
   later
-  "$program" "$@" --trace >output.txt 2>errors.txt || exit_code=$?
+  "$(program_for "$@")" "$@" --trace >output.txt 2>errors.txt || exit_code=$?
   output=$(tr -d '\r' <output.txt)
   trace=$(tr -d '\r' <errors.txt | grep '^log ' || true)
   complaint=$(tr -d '\r' <errors.txt | grep -v -e '^log ' -e '^status ' || true)

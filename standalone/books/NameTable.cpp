@@ -78,11 +78,21 @@ std::optional<Name> NameTable::FindByFullName(std::string_view fullName) {
   return ReadOne(byFullName_.Query(fullName));
 }
 
+// A name of digits only may look like the record number of another one.
+std::optional<Name> NameTable::FindTyped(std::string_view text) {
+  if (const auto id = ParseMarkedRecordNumber(text)) return Find(*id);
+  std::optional<Name> called = FindByFullName(NormalizedFullName("The name", text));
+  const std::optional<std::int32_t> id = ParseRecordNumber(text);
+  if (!id) return called;
+  std::optional<Name> numbered = Find(*id);
+  if (!called || !numbered || called->id == numbered->id) return numbered ? numbered : called;
+  throw InvalidInput(Quoted(text) + " is the record number of the name " + Quoted(numbered->fullName) + " (#" +
+                     std::to_string(numbered->id) + ") and the full name of another one (#" +
+                     std::to_string(called->id) + "); write # before the record number, as here.");
+}
+
 Name NameTable::Require(std::string_view idOrFullName) {
-  std::optional<std::int32_t> id = ParseMarkedRecordNumber(idOrFullName);
-  if (!id) id = ParseRecordNumber(idOrFullName);
-  std::optional<Name> name = id ? Find(*id) : FindByFullName(NormalizedFullName("The name", idOrFullName));
-  if (name) return *std::move(name);
+  if (std::optional<Name> name = FindTyped(idOrFullName)) return *std::move(name);
   std::vector<std::string> known;
   for (const Name& other : List()) known.push_back(other.fullName);
   throw InvalidInput("There is no name " + Quoted(idOrFullName) +

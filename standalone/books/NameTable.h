@@ -43,8 +43,8 @@ class NameTable {
   std::vector<Name> List();
   std::optional<Name> Find(std::int32_t id);
   std::optional<Name> FindByFullName(std::string_view fullName);
-  // A record number, which a "#" may mark, or a full name that a person typed; a text of digits is a record number.
-  // Throws InvalidInput.
+  // A record number, which a "#" may mark, or a full name that a person typed. Throws InvalidInput, also for what is
+  // the record number of one name and the full name of another.
   Name Require(std::string_view idOrFullName);
   // For finding those, but for the one of that full name, that are called alike.
   AlikeNames ForAlike(std::string_view butFor = {});
@@ -60,6 +60,7 @@ class NameTable {
 
  private:
   std::optional<Name> ReadOne(Rows rows);
+  std::optional<Name> FindTyped(std::string_view text);
   void RequireFreeName(std::string_view fullName, std::int32_t id);
   std::int64_t LongestBelow(std::int32_t id);
 

@@ -46,6 +46,10 @@ void FillFromProposal(Work& work, const exchange::Proposal& proposal, InboxReque
                      .requestId = proposal.earlier->request};
 }
 
+std::string RecordText(std::int32_t id) {
+  return "#" + std::to_string(id);
+}
+
 // What a request takes back is booked to where it stands now.
 struct StandsAt {
   std::string expense;
@@ -64,7 +68,24 @@ std::optional<StandsAt> WhereReversedStands(Work& work, const Received& received
   const std::vector<std::int32_t> moves = LiveMovesOf(work, row.txnId);
   const std::int32_t expense = moves.empty() ? work.Host().Transactions().FindLineOf(row.txnId, row.targetId).accountId
                                              : work.Host().Transactions().LinesOf(moves.back()).front().accountId;
-  return StandsAt{.expense = "#" + std::to_string(expense), .name = "#" + std::to_string(header->nameId)};
+  return StandsAt{.expense = RecordText(expense), .name = RecordText(header->nameId)};
+}
+
+// By its record number, as a name of digits only may look like that of another one.
+Existing NameTold(Work& work, const InboxRequest& request) {
+  const std::optional<standalone::Name> known = work.Host().Names().FindByFullName(request.name);
+  if (known) return Existing{RecordText(known->id)};
+  work.Refuse(
+      (request.name.empty() ? "the request " + Quoted(request.requestId) + " of " + request.partner + " names nobody"
+                            : "there is no name " + Quoted(request.name) + " in these books") +
+          ", and whom the entry is with is not told",
+      Remedy::kNameExpenseAndName);
+}
+
+std::variant<Existing, NewVendor> NameFor(Work& work, const Received& received, const RequestBooking& booking,
+                                          const std::optional<StandsAt>& reversed) {
+  if (booking.name) return *booking.name;
+  return reversed ? Existing{reversed->name} : NameTold(work, received.request);
 }
 
 EntryToRecord EntryFor(Work& work, const Received& received, const RequestBooking& booking) {
@@ -75,29 +96,15 @@ EntryToRecord EntryFor(Work& work, const Received& received, const RequestBookin
                     " is to be booked is not told",
                 Remedy::kNameExpenseAndName);
   }
-  std::variant<Existing, NewVendor> name = Existing{reversed ? reversed->name : request.name};
-  if (booking.name) {
-    name = *booking.name;
-  } else if (!reversed && !work.Host().Names().FindByFullName(request.name)) {
-    work.Refuse(
-        (request.name.empty() ? "the request " + Quoted(request.requestId) + " of " + request.partner + " names nobody"
-                              : "there is no name " + Quoted(request.name) + " in these books") +
-            ", and whom the entry is with is not told",
-        Remedy::kNameExpenseAndName);
-  }
   EntryToRecord entry{
       .partner = Partner(request.realm),
       .request = standalone::RequestId(request.requestId),
       .amount = standalone::LineAmount(standalone::FormatPlainAmount(request.amount)),
       .expense = booking.expense ? *booking.expense : std::variant<Existing, NewAccount>(Existing{reversed->expense}),
       .dueTo = std::nullopt,
-      .name = std::move(name)};
+      .name = NameFor(work, received, booking, reversed)};
   if (!request.memo.empty()) entry.memo = standalone::Memo(standalone::Trimmed(request.memo));
   return entry;
-}
-
-std::string RecordText(std::int32_t id) {
-  return "#" + std::to_string(id);
 }
 
 // Where a rule says none, the name is the one that the request tells, which is made where there is none like it.

@@ -268,6 +268,26 @@ TEST_F(TheNameList, KnowsARecordNumberByItsMark) {
   EXPECT_THROW(Names().Require("#77"), InvalidInput);
 }
 
+TEST_F(TheNameList, AsksWhichIsMeantWhereARecordNumberIsTheNameOfAnother) {
+  Names().Create("Walker", NameKind::kVendor);
+  const Name hollis = Names().Create("Hollis", NameKind::kVendor);
+  const std::string digits = std::to_string(hollis.id);
+  const Name numbered = Names().Create(digits, NameKind::kVendor);
+
+  EXPECT_THAT(MessageOf<InvalidInput>([&] { Names().Require(digits); }),
+              AllOf(HasSubstr("\"Hollis\" (#" + digits + ")"),
+                    HasSubstr("another one (#" + std::to_string(numbered.id) + ")")));
+  EXPECT_EQ(Names().Require("#" + digits).fullName, "Hollis");
+  EXPECT_EQ(Names().Require("#" + std::to_string(numbered.id)).fullName, digits);
+}
+
+TEST_F(TheNameList, FindsANameOfDigitsOnlyThatIsNoRecordNumberOfAnother) {
+  const Name street = Names().Create("1848", NameKind::kVendor);
+
+  EXPECT_EQ(Names().Require("1848").id, street.id);
+  EXPECT_EQ(Names().Require(std::to_string(street.id)).fullName, "1848");
+}
+
 TEST_F(TheNameList, RenamesANameWithAllThatStandBelowIt) {
   const Name walker = Names().Create("Walker", NameKind::kCustomer);
   const Name depot = Names().Create("Walker:Depot", NameKind::kCustomer);

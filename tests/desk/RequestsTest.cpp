@@ -9,8 +9,10 @@
 #include "standalone/desk/Import.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/Journal.h"
+#include "standalone/desk/Names.h"
 #include "standalone/desk/Outbox.h"
 #include "standalone/desk/Rejections.h"
+#include "standalone/desk/Reports.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Transactions.h"
 #include "tests/desk/PairedCompanies.h"
@@ -317,6 +319,32 @@ TEST_F(TheRequest, IsNotBookedWithoutAnAccountAndStaysAsItIs) {
   EXPECT_THAT(accepted.booked, IsEmpty());
   EXPECT_EQ(accepted.left.at(0).refusal.remedy, Remedy::kNameExpenseAndName);
   EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kNew);
+}
+
+TEST_F(TheRequest, IsBookedUnderTheNameThatItTellsAlsoWhereThatLooksLikeTheNumberOfAnother) {
+  At("Birch", [](Company& company) {
+    AddName(company, {.name = "Walker", .kind = "vendor"});
+    AddName(company, {.name = "1", .kind = "vendor"});
+  });
+  At("Alder", [](Company& company) { AddName(company, {.name = "1", .kind = "vendor"}); });
+  At("Alder", [](Company& company) {
+    return RecordTransaction(company,
+                             {.type = EnteredType::kBill,
+                              .name = Existing{"1"},
+                              .lines = {{.account = "Maintenance", .amount = LineAmount("10.00")}},
+                              .shares = {{.partner = "Birch", .share = standalone::ShareText("50%")}},
+                              .attachments = {}},
+                             Posting::kPost);
+  });
+  CarryInTurns("Alder", "Birch", 1);
+  const std::string request = InboxOf("Birch").at(0).requestId;
+
+  const BookedRequests accepted =
+      AcceptAtBirch(request, {.expense = Existing{"Maintenance"}, .name = std::nullopt, .date = std::nullopt});
+
+  ASSERT_THAT(accepted.booked, SizeIs(1)) << accepted.left.at(0).refusal.why;
+  const std::int32_t entry = accepted.booked[0].request.entry->txnId;
+  EXPECT_EQ(At("Birch", [&](Company& company) { return ShowTransaction(company, entry); }).name->name, "1");
 }
 
 TEST_F(TheRequest, IsAnsweredOnce) {

@@ -143,6 +143,10 @@ TransactionToPost Composed(Work& work, const TransactionToRecord& given) {
   return toPost;
 }
 
+std::int32_t NameIdOf(const RecordedTransaction& transaction) {
+  return transaction.name ? transaction.name->id : 0;
+}
+
 // Who asks for one of another type learns nothing about it.
 RecordedTransaction RequireOriginal(Work& work, const TransactionToCopy& copy) {
   const std::optional<standalone::TransactionHeader> header = work.Host().Transactions().FindHeader(copy.txnId);
@@ -173,7 +177,7 @@ TransactionToPost Copied(Work& work, const TransactionToCopy& copy) {
   TransactionToPost toPost{
       .type = static_cast<std::int16_t>(copy.type),
       .date = copy.date ? *copy.date : work.Today(),
-      .nameId = original.name ? original.name->id : 0,
+      .nameId = NameIdOf(original),
       .memo = original.memo,
       .documentNumber = copy.documentNumber ? copy.documentNumber->Text() : original.documentNumber,
       .lines = {},
@@ -302,12 +306,15 @@ bool IsTheSame(const LineToPost& line, const RecordedLine& original) {
          line.memo == original.memo && line.request.has_value() == original.partners.has_value();
 }
 
+bool IsOfAnotherPaper(const TransactionToPost& toPost, const RecordedTransaction& original) {
+  return toPost.documentNumber != original.documentNumber || toPost.nameId != NameIdOf(original);
+}
+
 // A day counts where it is given: what is left out is today, which hardly ever is the original's.
 void RequireAnythingElse(Work& work, const TransactionToPost& toPost, const RecordedTransaction& original,
                          std::optional<DateType32> date) {
-  const bool isElse = (date && *date != original.date) || toPost.nameId != (original.name ? original.name->id : 0) ||
-                      toPost.memo != original.memo || toPost.documentNumber != original.documentNumber ||
-                      toPost.attachments != original.attachments ||
+  const bool isElse = (date && *date != original.date) || IsOfAnotherPaper(toPost, original) ||
+                      toPost.memo != original.memo || toPost.attachments != original.attachments ||
                       !std::ranges::equal(toPost.lines, original.lines, IsTheSame);
   if (isElse) return;
   work.Refuse("nothing of " + TransactionText(original.type, original.txnId) + " would be another",
@@ -320,7 +327,7 @@ TransactionToPost Corrected(Work& work, const RecordedTransaction& original, con
   TransactionToPost toPost{
       .type = static_cast<std::int16_t>(given.type),
       .date = date,
-      .nameId = original.name ? original.name->id : 0,
+      .nameId = NameIdOf(original),
       .memo = given.memo ? given.memo->Text() : original.memo,
       .documentNumber = given.documentNumber ? given.documentNumber->Text() : original.documentNumber,
       .lines = {},
@@ -365,6 +372,7 @@ CorrectedTransaction PostCorrection(Work& work, const TransactionToCorrect& give
   const TransactionToPost toPost = Corrected(work, original, given, date);
   if (!given.again) RefuseToAskTwice(work, toPost);
   PostedReversal reversal = PostReversal(work, header, reversalDate, original.memo);
+  if (!given.again && IsOfAnotherPaper(toPost, original)) RefuseASecondOne(work, toPost);
   const std::int32_t correctionId = Post(work, toPost).txnId;
   if (how == Posting::kPost) {
     work.Host().Record(closing.Told(DeedOfCorrection(work, given.type, reversal, correctionId)));

@@ -97,7 +97,8 @@ struct TransactionToCorrect {
   bool withoutPartners = false;
   std::optional<std::string> credited = std::nullopt;  // with lines only
   std::vector<standalone::Attachment> attachments{std::vector<standalone::Attachment>()};
-  bool again = false;  // although the books have lost a request that asked for the same
+  // Although the books have one of the new name and document number, or have lost a request that asked for the same.
+  bool again = false;
   ClosedDays closedDays = ClosedDays::kRefused;
 };
 

@@ -540,6 +540,34 @@ TEST_F(ACorrection, ChangesTheDocumentNumberAndThePapers) {
   EXPECT_EQ(corrected.reversed.reversal.documentNumber, "");
 }
 
+TEST_F(ACorrection, DoesNotEnterAPaperThatIsInTheBooksUnlessItIsAnother) {
+  TransactionToCorrect given{.type = EnteredType::kBill, .txnId = kPlainBill};
+  given.documentNumber = standalone::DocumentNumber("W-9");
+  const std::int32_t first = Correct(given).correction.txnId;
+  given.txnId = kBill;
+
+  const Refusal refusal = RefusalOfCorrecting(given);
+
+  EXPECT_EQ(refusal.remedy, Remedy::kRecordAgain);
+  EXPECT_THAT(refusal.why, HasSubstr("bill " + std::to_string(first)));
+  given.again = true;
+  EXPECT_EQ(Correct(given).correction.documentNumber, "W-9");
+}
+
+TEST_F(ACorrection, OfSomethingElseKeepsTheDocumentNumberThatTwoHave) {
+  TransactionToCorrect given{.type = EnteredType::kBill, .txnId = kPlainBill};
+  given.documentNumber = standalone::DocumentNumber("W-9");
+  Correct(given);
+  given.txnId = kBill;
+  given.again = true;
+  const std::int32_t second = Correct(given).correction.txnId;
+
+  const CorrectedTransaction corrected =
+      Correct({.type = EnteredType::kBill, .txnId = second, .memo = standalone::Memo("Another one")});
+
+  EXPECT_EQ(corrected.correction.documentNumber, "W-9");
+}
+
 TEST_F(ACorrection, IsMadeOfWhatWasEnteredHereAndStands) {
   const std::int32_t reversal = Reverse(kPlainBill).reversal.txnId;
   const std::int32_t move = MoveExpense(*company_, {.txnId = kPartnersEntry, .account = "Checking"}).move.txnId;

@@ -338,8 +338,7 @@ void AddCorrect(CLI::App& group, Invocation& invocation, const Entered& entered)
   command.add_flag("--no-partners", options->noPartners, "No partner bears a part of the new lines")
       ->excludes("--partner");
   AddHowToPost(command, *options);
-  command.add_flag("--again", options->again,
-                   "Enter it although the partner was sent the like by a request that these books lost");
+  AddAgain(command, *options);
   invocation.When(command, [type = entered.type, options](Invocation& run) { Correct(run, type, *options); });
 }
 

@@ -121,23 +121,46 @@ void EntryDialogue::Complete(desk::TransactionToRecord& transaction) const {
   const bool isAskedForAll = transaction.lines.empty();
   // What was sent before has all of it.
   const bool wasSent = !transaction.lost.empty();
-  if (isAskedForAll && !wasSent) AskForHeader(transaction);
+  if (isAskedForAll && !wasSent) {
+    RequireGiven(transaction);
+    AskForDate(transaction);
+  }
   const bool needsName = transaction.type != EnteredType::kEntry || isAskedForAll;
   if (needsName && !wasSent && std::holds_alternative<std::monostate>(transaction.name)) AskForName(transaction);
+  if (isAskedForAll && !wasSent) AskForNumberAndMemo(transaction);
   if (isAskedForAll) AskForLines(transaction);
   AskForAccountToCredit(transaction);
   if (isAskedForAll && transaction.shares.empty()) AskForShares(transaction);
 }
 
-void EntryDialogue::AskForHeader(desk::TransactionToRecord& transaction) const {
-  if (!transaction.date) {
-    Ask("Date (YYYY-MM-DD, or none for today)", [&](const std::string& answer) {
-      if (!answer.empty()) transaction.date = standalone::ParseDate("The date", answer);
-    });
+// What was given on the command line, before anything is typed in vain.
+void EntryDialogue::RequireGiven(const desk::TransactionToRecord& transaction) const {
+  if (transaction.date) desk::RequireDay(company_, transaction.date, transaction.closedDays);
+  if (const auto* const vendor = std::get_if<desk::NewVendor>(&transaction.name)) {
+    desk::RequireNewVendor(company_, *vendor);
+  } else if (const auto* const named = std::get_if<desk::Existing>(&transaction.name)) {
+    desk::RequireName(company_, named->text);
   }
+}
+
+void EntryDialogue::AskForDate(desk::TransactionToRecord& transaction) const {
+  if (transaction.date) return;
+  Ask("Date (YYYY-MM-DD, or none for today)", [&](const std::string& answer) {
+    std::optional<DateType32> date;
+    if (!answer.empty()) date = standalone::ParseDate("The date", answer);
+    desk::RequireDay(company_, date, transaction.closedDays);
+    transaction.date = date;
+  });
+}
+
+void EntryDialogue::AskForNumberAndMemo(desk::TransactionToRecord& transaction) const {
   if (transaction.documentNumber.Text().empty()) {
-    Ask("Document number (or none)",
-        [&](const std::string& answer) { transaction.documentNumber = standalone::DocumentNumber(answer); });
+    Ask("Document number (or none)", [&](const std::string& answer) {
+      transaction.documentNumber = standalone::DocumentNumber(answer);
+      desk::RequireAnotherDocument(company_, transaction);
+    });
+  } else {
+    desk::RequireAnotherDocument(company_, transaction);
   }
   if (transaction.memo.Text().empty()) {
     Ask("Memo (or none)", [&](const std::string& answer) { transaction.memo = standalone::Memo(answer); });
@@ -147,7 +170,9 @@ void EntryDialogue::AskForHeader(desk::TransactionToRecord& transaction) const {
 void EntryDialogue::AskForName(desk::TransactionToRecord& transaction) const {
   Ask(QuestionForTheName(transaction.type), [&](const std::string& answer) {
     if (answer.starts_with('+')) {
-      transaction.name = desk::NewVendor{standalone::NewListName(Trimmed(std::string_view(answer).substr(1)))};
+      const desk::NewVendor vendor{standalone::NewListName(Trimmed(std::string_view(answer).substr(1)))};
+      desk::RequireNewVendor(company_, vendor);
+      transaction.name = vendor;
     } else if (!answer.empty()) {
       desk::RequireName(company_, answer);
       transaction.name = desk::Existing{answer};
@@ -169,7 +194,7 @@ bool EntryDialogue::AskForLine(desk::TransactionToRecord& transaction) const {
       [&](const std::string& answer) {
         account = answer;
         if (!answer.empty()) {
-          desk::RequireAccount(company_, answer);
+          desk::RequireAccount(company_, transaction.type, answer);
         } else if (transaction.lines.empty()) {
           throw standalone::InvalidInput("A line is needed.");
         } else if (transaction.type == EnteredType::kEntry) {

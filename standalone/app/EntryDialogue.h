@@ -25,8 +25,10 @@ class EntryDialogue {
  private:
   // Hands answers to `take` until it throws no refusal.
   void Ask(const std::string& question, const std::function<void(const std::string& answer)>& take) const;
-  void AskForHeader(desk::TransactionToRecord& transaction) const;
+  void RequireGiven(const desk::TransactionToRecord& transaction) const;
+  void AskForDate(desk::TransactionToRecord& transaction) const;
   void AskForName(desk::TransactionToRecord& transaction) const;
+  void AskForNumberAndMemo(desk::TransactionToRecord& transaction) const;
   void AskForLines(desk::TransactionToRecord& transaction) const;
   bool AskForLine(desk::TransactionToRecord& transaction) const;
   void AskForAccountToCredit(desk::TransactionToRecord& transaction) const;

@@ -78,11 +78,15 @@ LinesToCompose LinesOf(Work& work, const TransactionToRecord& given) {
   return toCompose;
 }
 
-// It is made right before the transaction that names it is posted.
-std::int32_t MakeVendor(Work& work, const NewVendor& vendor) {
+void RefuseKnownVendor(Work& work, const NewVendor& vendor) {
   if (const auto known = work.Host().Names().FindByFullName(vendor.name.Text())) {
     work.Refuse("there is a name " + standalone::Quoted(known->fullName) + " already", Remedy::kUseTheNameLikeThat);
   }
+}
+
+// It is made right before the transaction that names it is posted.
+std::int32_t MakeVendor(Work& work, const NewVendor& vendor) {
+  RefuseKnownVendor(work, vendor);
   return work.Host().Names().Create(vendor.name.Text(), standalone::NameKind::kVendor).id;
 }
 
@@ -95,20 +99,31 @@ std::int32_t NameOf(Work& work, const TransactionToRecord& given) {
               Remedy::kNameWhom);
 }
 
-void RefuseASecondOne(Work& work, const TransactionToPost& toPost) {
-  if (toPost.documentNumber.empty()) return;
+// What the paper of a transaction calls itself, and whose it is.
+struct Document {
+  std::int16_t type = 0;
+  std::int32_t nameId = 0;
+  const std::string& number;
+};
+
+void RefuseASecondOne(Work& work, const Document& document) {
+  if (document.number.empty()) return;
   const std::optional<std::int32_t> known =
-      work.Host().Transactions().FindDocument(toPost.type, toPost.nameId, toPost.documentNumber);
+      work.Host().Transactions().FindDocument(document.type, document.nameId, document.number);
   if (!known) return;
-  work.Refuse("the document number " + standalone::Quoted(toPost.documentNumber) +
-                  " of that name is in the books, as " + TransactionText(EnteredType{toPost.type}, *known),
+  work.Refuse("the document number " + standalone::Quoted(document.number) + " of that name is in the books, as " +
+                  TransactionText(EnteredType{document.type}, *known),
               Remedy::kRecordAgain);
+}
+
+Document DocumentOf(const TransactionToPost& toPost) {
+  return {.type = toPost.type, .nameId = toPost.nameId, .number = toPost.documentNumber};
 }
 
 // What is lost comes first: who says that it is another one than a transaction of the books means no more than that.
 void RefuseWhatIsKnown(Work& work, const TransactionToPost& toPost, const std::vector<LostRequest>& takenUp = {}) {
   RefuseToAskTwice(work, toPost, takenUp);
-  RefuseASecondOne(work, toPost);
+  RefuseASecondOne(work, DocumentOf(toPost));
 }
 
 std::vector<LostRequest> LostOf(Work& work, const TransactionToRecord& given) {
@@ -372,7 +387,7 @@ CorrectedTransaction PostCorrection(Work& work, const TransactionToCorrect& give
   const TransactionToPost toPost = Corrected(work, original, given, date);
   if (!given.again) RefuseToAskTwice(work, toPost);
   PostedReversal reversal = PostReversal(work, header, reversalDate, original.memo);
-  if (!given.again && IsOfAnotherPaper(toPost, original)) RefuseASecondOne(work, toPost);
+  if (!given.again && IsOfAnotherPaper(toPost, original)) RefuseASecondOne(work, DocumentOf(toPost));
   const std::int32_t correctionId = Post(work, toPost).txnId;
   if (how == Posting::kPost) {
     work.Host().Record(closing.Told(DeedOfCorrection(work, given.type, reversal, correctionId)));
@@ -390,9 +405,36 @@ void RequireMayEnter(Company& company, EnteredType type) {
   work.Read([&] { work.RequireRight(RightToCreate(type)); });
 }
 
-void RequireAccount(Company& company, const std::string& account) {
+void RequireDay(Company& company, std::optional<DateType32> day, ClosedDays closedDays) {
   Work work(company.Opened(), UseCase::kRecordTransaction);
-  work.Read([&] { standalone::RequireTakesPostings(work.Host().Accounts().Require(account)); });
+  work.Read([&] {
+    Closing closing(work, closedDays);
+    if (closedDays == ClosedDays::kRefused) closing.RequireOpen(day.value_or(work.Today()));
+  });
+}
+
+void RequireNewVendor(Company& company, const NewVendor& vendor) {
+  Work work(company.Opened(), UseCase::kRecordTransaction);
+  work.Read([&] { RefuseKnownVendor(work, vendor); });
+}
+
+void RequireAnotherDocument(Company& company, const TransactionToRecord& transaction) {
+  if (transaction.again || std::holds_alternative<NewVendor>(transaction.name)) return;
+  Work work(company.Opened(), UseCase::kRecordTransaction);
+  work.Read([&] {
+    RefuseASecondOne(work, {.type = static_cast<std::int16_t>(transaction.type),
+                            .nameId = NameOf(work, transaction),
+                            .number = transaction.documentNumber.Text()});
+  });
+}
+
+void RequireAccount(Company& company, EnteredType type, const std::string& account) {
+  Work work(company.Opened(), UseCase::kRecordTransaction);
+  work.Read([&] {
+    const standalone::Account found = work.Host().Accounts().Require(account);
+    standalone::RequireTakesPostings(found);
+    RefusePairedAccount(work, type, found.id);
+  });
 }
 
 void RequireName(Company& company, const std::string& name) {

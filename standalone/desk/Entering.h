@@ -57,7 +57,12 @@ struct TransactionToRecord {
 // For who asks a person bit by bit: each looks up one thing and throws what the whole transaction would be refused
 // with.
 void RequireMayEnter(Company& company, EnteredType type);
-void RequireAccount(Company& company, const std::string& account);
+// Today when left out.
+void RequireDay(Company& company, std::optional<DateType32> day, ClosedDays closedDays);
+void RequireNewVendor(Company& company, const NewVendor& vendor);
+// By its name and document number.
+void RequireAnotherDocument(Company& company, const TransactionToRecord& transaction);
+void RequireAccount(Company& company, EnteredType type, const std::string& account);
 void RequireName(Company& company, const std::string& name);
 void RequirePartnerToShareWith(Company& company, const std::string& partner);
 standalone::Money RequireAmount(Company& company, const standalone::LineAmount& amount);

@@ -166,15 +166,15 @@ TEST_F(EnterBooks, AtATerminalAPersonIsAskedForAllThatIsMissing) {
   program.WaitFor("The date");
   program.WaitFor("Date (YYYY-MM-DD, or none for today): ");
   program.Type("2024-03-05\n");
-  program.WaitFor("Document number (or none): ");
-  program.Type("NP-1\n");
-  program.WaitFor("Memo (or none): ");
-  program.Type("\n");
   program.WaitFor("From whom");
   program.Type("Nobody\n");
   program.WaitFor("There is no name \"Nobody\"");
   program.WaitFor("From whom");
   program.Type("Northern Power\n");
+  program.WaitFor("Document number (or none): ");
+  program.Type("NP-1\n");
+  program.WaitFor("Memo (or none): ");
+  program.Type("\n");
   program.WaitFor("Line 1, account");
   program.Type("Nowhere\n");
   program.WaitFor("There is no account");
@@ -226,7 +226,7 @@ TEST_F(EnterBooks, AtATerminalNothingIsAskedWithYes) {
 
 TEST_F(EnterBooks, AtATerminalAPersonIsToldWhatAnEntryLacksAndOnWhichSide) {
   RunningProgram program = AtATerminal({"entry", "record", kFile});
-  for (const char* const question : {"Date (", "Document number (", "Memo (", "Name"}) {
+  for (const char* const question : {"Date (", "Name", "Document number (", "Memo ("}) {
     program.WaitFor(question);
     program.Type("\n");
   }
@@ -252,6 +252,53 @@ TEST_F(EnterBooks, AtATerminalAPersonIsToldWhatAnEntryLacksAndOnWhichSide) {
   program.WaitFor("Line 4, account");
   program.Type("\n");
   program.WaitFor("Partner who bears a part");
+}
+
+TEST_F(EnterBooks, AtATerminalWhatTheBooksRefuseIsToldBeforeTheLinesAreTyped) {
+  Done(Bill({"--number", "NP-1"}));
+  Done({"settings", "set", kFile, "closing-date", "2024-02-29"});
+  RunningProgram program = AtATerminal({"bill", "record", kFile});
+
+  program.WaitFor("Date (");
+  program.Type("2024-02-29\n");
+  program.WaitFor("the books are closed through 2024-02-29");
+  program.WaitFor("Date (");
+  program.Type("2024-03-06\n");
+  program.WaitFor("From whom");
+  program.Type("+Northern Power\n");
+  program.WaitFor("there is a name \"Northern Power\" already");
+  program.WaitFor("From whom");
+  program.Type("Northern Power\n");
+  program.WaitFor("Document number (");
+  program.Type("NP-1\n");
+  program.WaitFor("is in the books, as bill 1");
+  program.WaitFor("Document number (");
+  program.Type("NP-2\n");
+  program.WaitFor("Memo (");
+  program.Type("\n");
+  program.WaitFor("Line 1, account");
+  program.Type("Due from Birch\n");
+  program.WaitFor("is paired with a partner");
+  program.WaitFor("Line 1, account");
+}
+
+TEST_F(EnterBooks, AtATerminalWhatWasGivenIsLookedAtBeforeAnythingIsAsked) {
+  Done(Bill({"--number", "NP-1"}));
+  Done({"settings", "set", kFile, "closing-date", "2024-02-29"});
+  const auto told = [&](const Arguments& given) {
+    Arguments arguments{"bill", "record", kFile};
+    arguments.insert(arguments.end(), given.begin(), given.end());
+    const Outcome outcome = AtATerminal(arguments).End();
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_THAT(outcome.out, Not(HasSubstr("Line 1")));
+    return outcome.err;
+  };
+
+  EXPECT_THAT(told({"--date", "2024-02-29"}), HasSubstr("the books are closed through 2024-02-29"));
+  EXPECT_THAT(told({"--date", "2024-03-06", "--new-name", "Northern Power"}), HasSubstr("a name \"Northern Power\""));
+  EXPECT_THAT(told({"--date", "2024-03-06", "--name", "Nobody"}), HasSubstr("no name \"Nobody\""));
+  EXPECT_THAT(told({"--date", "2024-03-06", "--name", "Northern Power", "--number", "NP-1"}),
+              HasSubstr("is in the books, as bill 1"));
 }
 
 TEST_F(EnterBooks, TheEndOfTheInputCancelsAndNothingIsSaved) {

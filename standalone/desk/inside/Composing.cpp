@@ -46,10 +46,7 @@ void RequireLines(Work& work, const LinesToCompose& given) {
                       ", and a line over nothing is not booked",
                   Remedy::kGiveLines);
     }
-    if (given.type == EnteredType::kBill && work.Host().Relations().UsesAccounts(line.accountId, 0)) {
-      work.Refuse("the account " + QuotedAccount(work, line.accountId) + " is paired with a partner",
-                  Remedy::kGiveThePartner);
-    }
+    RefusePairedAccount(work, given.type, line.accountId);
   }
 }
 
@@ -208,6 +205,11 @@ std::vector<LineToPost> ComposeEntry(Work& work, const LinesToCompose& given) {
 standalone::Money MoneyOf(Work& work, std::int64_t minorUnits) {
   const standalone::Settings& settings = work.Host().Settings().Get();
   return {.minorUnits = minorUnits, .currency = settings.homeCurrency, .decimals = settings.decimals};
+}
+
+void RefusePairedAccount(Work& work, EnteredType type, std::int32_t accountId) {
+  if (type != EnteredType::kBill || !work.Host().Relations().UsesAccounts(accountId, 0)) return;
+  work.Refuse("the account " + QuotedAccount(work, accountId) + " is paired with a partner", Remedy::kGiveThePartner);
 }
 
 bool MayCredit(EnteredType type, std::int16_t accountType) noexcept {

@@ -30,6 +30,9 @@ struct LinesToCompose {
 // credited; sums to zero. Refused for lines or shares that cannot be.
 std::vector<LineToPost> Compose(Work& work, const LinesToCompose& given);
 
+// What a partner bears of a bill is no line of it.
+void RefusePairedAccount(Work& work, EnteredType type, std::int32_t accountId);
+
 // Whether what a bill or a check comes to may be credited to an account of that type.
 bool MayCredit(EnteredType type, std::int16_t accountType) noexcept;
 

@@ -6,6 +6,7 @@
 
 #include "standalone/books/AccountTable.h"
 #include "standalone/books/IntercompanyTable.h"
+#include "standalone/books/RelationTable.h"
 #include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Closing.h"
@@ -73,6 +74,10 @@ standalone::Account RequireAnotherAccount(Work& work, const BookedExpense& expen
   if (account.id == expense.dueToId) {
     work.Refuse("the account " + standalone::Quoted(account.fullName) + " is the one that " + TextOf(expense.entry) +
                     " credits with what is due",
+                Remedy::kNameAnExpenseAccount);
+  }
+  if (work.Host().Relations().UsesAccounts(account.id, 0)) {
+    work.Refuse("the account " + standalone::Quoted(account.fullName) + " is paired with a partner",
                 Remedy::kNameAnExpenseAccount);
   }
   return account;

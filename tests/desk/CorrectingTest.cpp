@@ -881,6 +881,15 @@ TEST_F(AMove, DoesNotGoToTheAccountOfWhatIsDue) {
   EXPECT_EQ(RefusalOfMoving("Due to Birch").remedy, Remedy::kNameAnExpenseAccount);
 }
 
+TEST_F(AMove, DoesNotGoToAnAccountThatIsPairedWithAnyPartner) {
+  for (const char* const paired : {"Due from Birch", "Due to Cedar"}) {
+    const Refusal refusal = RefusalOfMoving(paired);
+
+    EXPECT_EQ(refusal.remedy, Remedy::kNameAnExpenseAccount);
+    EXPECT_THAT(refusal.why, HasSubstr("is paired with a partner"));
+  }
+}
+
 TEST_F(AMove, DoesNotGoToAnAccountThatTakesNoAmounts) {
   const std::string before = WholeFile();
   const std::string deleted = std::to_string(Number("SELECT id FROM account WHERE full_name = 'Old Rent'"));

@@ -205,10 +205,13 @@ TEST_F(BooksOfMarch, HaveNoTotalOfASideOnWhichNothingIsOpen) {
   EXPECT_THAT(out, AllOf(HasSubstr("\nTotal owed to us 1,290.00\n"), Not(HasSubstr("Total owed by us"))));
 }
 
-TEST_F(BooksOfMarch, AddUpTheIntercompanyLinesThatAreListed) {
-  EXPECT_THAT(Squeezed(Run({"transactions", kFile}).out), HasSubstr("\nTotal 1,365.50 USD\n"));
-  EXPECT_THAT(Squeezed(Run({"transactions", kFile, "--type", "bill"}).out), HasSubstr("\nTotal 40.00 USD\n"));
-  EXPECT_THAT(Squeezed(Run({"transactions", kFile, "--txn", "3"}).out), HasSubstr("\nTotal 75.50 USD\n"));
+TEST_F(BooksOfMarch, AddUpTheIntercompanyLinesThatAreListedForEachSide) {
+  EXPECT_THAT(Squeezed(Run({"transactions", kFile}).out),
+              HasSubstr("\nTotal owed to us 1,290.00 USD\nTotal owed by us 75.50 USD\n"));
+  EXPECT_THAT(Squeezed(Run({"transactions", kFile, "--type", "bill"}).out),
+              AllOf(HasSubstr("\nTotal owed to us 40.00 USD\n"), Not(HasSubstr("owed by us"))));
+  EXPECT_THAT(Squeezed(Run({"transactions", kFile, "--txn", "3"}).out),
+              AllOf(HasSubstr("\nTotal owed by us 75.50 USD\n"), Not(HasSubstr("owed to us"))));
   EXPECT_THAT(Run({"transactions", kFile, "--csv"}).out, Not(HasSubstr("Total")));
 }
 

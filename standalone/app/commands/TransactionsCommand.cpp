@@ -71,11 +71,17 @@ Json NamesOf(const std::vector<std::int16_t>& types) {
   return names;
 }
 
-// Of the lines that have an amount, which is in the company's currency; none when it is more than can be counted.
-std::optional<standalone::Money> TotalOf(const std::vector<desk::IntercompanyLine>& lines) {
+// The expense of an entry that was booked from a partner's request.
+bool IsOwedByUs(const desk::IntercompanyLine& line) noexcept {
+  return line.otherAccount.has_value();
+}
+
+// Of the lines of one side that have an amount, which is in the company's currency; none when it is more than can be
+// counted.
+std::optional<standalone::Money> TotalOf(const std::vector<desk::IntercompanyLine>& lines, bool isOwedByUs) {
   std::optional<standalone::Money> total;
   for (const desk::IntercompanyLine& line : lines) {
-    if (!line.amount) continue;
+    if (!line.amount || IsOwedByUs(line) != isOwedByUs) continue;
     if (!total) {
       total = line.amount;
       continue;
@@ -87,11 +93,15 @@ std::optional<standalone::Money> TotalOf(const std::vector<desk::IntercompanyLin
   return total;
 }
 
+void AddTotal(Table& table, const char* owed, const std::optional<standalone::Money>& total) {
+  if (!total) return;
+  table.AddTotal({"Total", "", "", "", owed, "", "", "", standalone::FormatAmount(*total), total->currency, "", ""});
+}
+
 std::string TableText(const std::vector<desk::IntercompanyLine>& lines) {
   Table table = LinesTable(lines);
-  if (const auto total = TotalOf(lines)) {
-    table.AddTotal({"Total", "", "", "", "", "", "", "", standalone::FormatAmount(*total), total->currency, "", ""});
-  }
+  AddTotal(table, "owed to us", TotalOf(lines, /*isOwedByUs=*/false));
+  AddTotal(table, "owed by us", TotalOf(lines, /*isOwedByUs=*/true));
   return table.Text();
 }
 

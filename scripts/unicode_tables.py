@@ -11,6 +11,9 @@ from pathlib import Path
 SOFT_HYPHEN = 0xAD
 # Vowels and final consonants are drawn into the syllable that a leading consonant begins.
 HANGUL_JOINED = ("V", "T")
+# The forms of characters that read as those do of which they are forms: accented letters, blanks that do not break,
+# wide and narrow letters, ligatures, and those that Arabic letters take within a word.
+READ_THE_SAME = ("", "noBreak", "wide", "narrow", "compat", "initial", "medial", "final", "isolated")
 
 
 def fields_of(file: Path) -> Iterator[list[str]]:
@@ -32,6 +35,12 @@ def having(file: Path, *values: str) -> set[int]:
     return {number for fields in fields_of(file) if fields[1] in values for number in numbers_of(fields[0])}
 
 
+def unseen(data: Path) -> set[int]:
+    """The characters that stand between others and are not drawn."""
+    formats = having(data / "extracted" / "DerivedGeneralCategory.txt", "Cf")
+    return formats - having(data / "PropList.txt", "Prepended_Concatenation_Mark")
+
+
 def without_a_cell(data: Path) -> set[int]:
     """The characters that a terminal draws onto their neighbour, or not at all."""
     marks = having(data / "extracted" / "DerivedGeneralCategory.txt", "Mn", "Me", "Cf")
@@ -43,14 +52,14 @@ def with_two_cells(data: Path) -> set[int]:
     return having(data / "EastAsianWidth.txt", "W", "F") - without_a_cell(data)
 
 
-def canonical_decompositions(data: Path) -> dict[int, list[int]]:
-    """Each character that consists of others, with these, none of which consists of others. Without Hangul's syllables,
-    which follow from their numbers."""
-    once = {
-        int(fields[0], 16): [int(part, 16) for part in fields[5].split()]
-        for fields in fields_of(data / "UnicodeData.txt")
-        if fields[5] and not fields[5].startswith("<")
-    }
+def decompositions_of(data: Path) -> dict[int, list[int]]:
+    """Each character that consists of others, or reads like them, with these, none of which does so itself; nothing for
+    one that nobody sees. Without Hangul's syllables, which follow from their numbers."""
+    once: dict[int, list[int]] = {number: [] for number in unseen(data)}
+    for fields in fields_of(data / "UnicodeData.txt"):
+        form, parts = fields[5].rpartition("> ")[::2]
+        if parts and form.removeprefix("<") in READ_THE_SAME:
+            once[int(fields[0], 16)] = [int(part, 16) for part in parts.split()]
 
     def whole(number: int) -> list[int]:
         return [part for first in once[number] for part in whole(first)] if number in once else [number]
@@ -112,7 +121,7 @@ def class_table(name: str, classes: dict[int, int]) -> str:
 
 
 def header(data: Path) -> str:
-    decompositions = canonical_decompositions(data)
+    decompositions = decompositions_of(data)
     tables = [
         range_table("kWithoutACell", without_a_cell(data)),
         range_table("kWithTwoCells", with_two_cells(data)),

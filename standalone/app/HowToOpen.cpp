@@ -50,7 +50,8 @@ std::string LookalikesText(const desk::Lookalikes& found) {
   const auto told = static_cast<std::int64_t>(found.first.size());
   if (found.count > told) text += fmt::format(", and {} more", found.count - told);
   return fmt::format(
-      "among the {}, {}: they differ only by capitals or by how accents are written; look whether both are meant",
+      "among the {}, {}: they differ only by capitals or by how the same letters are written; look whether both are "
+      "meant",
       accounts ? "accounts" : "names", text);
 }
 

@@ -16,8 +16,8 @@ struct AlikePair {
 };
 
 // Full names of a list that a reader takes for one but for capitals: they differ by more than the case of ASCII
-// letters, and so are two to the company file, but not by more than the case of other letters or how an accent is
-// written. Of those in ASCII, of which the file has one of a kind, the list itself is asked.
+// letters, and so are two to the company file, but not by more than the case of other letters or how the same letters
+// are written. Of those in ASCII, of which the file has one of a kind, the list itself is asked.
 class AlikeNames {
  public:
   using FindInList = std::function<std::optional<std::string>(std::string_view fullName)>;

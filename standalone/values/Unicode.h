@@ -12,9 +12,9 @@ std::size_t CellsOf(char32_t character) noexcept;
 // Of a whole text; a byte that is not UTF-8 takes one.
 std::size_t CellsIn(std::string_view text) noexcept;
 
-// The same for all texts that a reader takes for one but for capitals: with Unicode's full case folding, and whether an
-// accented letter is written as one character or as two. For comparing only; that of an ASCII text is its small
-// letters.
+// The same for all texts that a reader takes for one but for capitals: with Unicode's full case folding, whether an
+// accented letter is written as one character or as two, a letter wide or narrow, a blank so that it does not break,
+// and without what is not drawn. For comparing only; that of an ASCII text is its small letters.
 std::string FoldedForm(std::string_view text);
 
 }  // namespace standalone

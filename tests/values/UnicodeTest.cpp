@@ -61,6 +61,20 @@ TEST(TheFoldedForm, IsOneForAnAccentedLetterAndForLetterAndAccent) {
   EXPECT_EQ(FoldedForm("\u03b1\u0345\u0301"), FoldedForm("\u1fb4"));
 }
 
+TEST(TheFoldedForm, IsOneForLettersAndBlanksInAnotherFormThatReadTheSame) {
+  EXPECT_EQ(FoldedForm("\uff32\uff45\uff4e\uff54"), "rent");
+  EXPECT_EQ(FoldedForm("Office\u00a0Rent"), "office rent");
+  EXPECT_EQ(FoldedForm("O\ufb03ce"), "office");
+  EXPECT_EQ(FoldedForm("\uff76\uff9e"), FoldedForm("\u30ac"));
+  EXPECT_EQ(FoldedForm("\ufe8e"), FoldedForm("\u0627"));
+}
+
+TEST(TheFoldedForm, IsOneWithAndWithoutWhatNobodySees) {
+  EXPECT_EQ(FoldedForm("Re\u200bnt\ufeff"), "rent");
+  EXPECT_EQ(FoldedForm("Re\u00adnt"), "rent");
+  EXPECT_NE(FoldedForm("\u06001"), "1");
+}
+
 TEST(TheFoldedForm, IsAnotherOneForWhatReadsAnotherWay) {
   EXPECT_NE(FoldedForm("Caf\u00e9"), FoldedForm("Cafe"));
   EXPECT_NE(FoldedForm("e\u0301\u0302"), FoldedForm("e\u0302\u0301"));

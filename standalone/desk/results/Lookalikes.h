@@ -7,7 +7,7 @@
 namespace desk {
 
 // Names that were made in a list although a reader may take them for others of it: they differ from these only by
-// capitals, or by how an accent is written.
+// capitals, or by how the same letters are written.
 struct Lookalikes {
   enum class List { kAccounts, kNames };
   struct Pair {

@@ -291,6 +291,27 @@ TEST_F(ThePairing, IsNamedByWhatOnePartnerIsCalledOnly) {
   });
 }
 
+TEST_F(ThePairing, IsNamedByThePartnerInAnyCaseAndSuggestedWhereItIsMistyped) {
+  Invite("Alder", "Birch");
+  At("Alder", [](Company& company) {
+    EXPECT_EQ(ShowPairedPartner(company, "bIRCH").name, "Birch");
+    EXPECT_THAT(RefusalOf([&] { ShowPairedPartner(company, "Brich"); }).why, HasSubstr("Did you mean \"Birch\"?"));
+  });
+}
+
+TEST_F(ThePairing, IsNamedLetterByLetterWhereTwoAreCalledTheSameButForTheCase) {
+  Invite("Alder", "Birch");
+  At("Alder", [](Company& company) {
+    InvitePartner(company, {.partner = standalone::PartnerName("BIRCH"),
+                            .accounts = AccountsFor("Cedar"),
+                            .folder = std::filesystem::path()});
+
+    EXPECT_EQ(ShowPairedPartner(company, "BIRCH").name, "BIRCH");
+    EXPECT_EQ(ShowPairedPartner(company, "Birch").name, "Birch");
+    EXPECT_EQ(RefusalOf([&] { ShowPairedPartner(company, "birch"); }).remedy, Remedy::kSeePartners);
+  });
+}
+
 TEST_F(ThePairing, GoesOnBesideAFileThatCannotBeSetAside) {
   Accept("Birch", "Alder", Invite("Alder", "Birch"));
   Carry("Birch");

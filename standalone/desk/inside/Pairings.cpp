@@ -1,6 +1,7 @@
 #include "standalone/desk/inside/Pairings.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include "MultiEntity/MultiEntityDriver.h"
@@ -12,6 +13,7 @@
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Texts.h"
 #include "standalone/exchange/Errors.h"
+#include "standalone/values/Suggestions.h"
 #include "standalone/values/Text.h"
 
 namespace desk {
@@ -39,8 +41,29 @@ Facts FactsOf(Work& work, const std::optional<Pairing>& pairing) {
           {"booked by rule up to", pairing->bookedUpTo ? FormatPlainAmount(MoneyOf(work, *pairing->bookedUpTo)) : ""}};
 }
 
-bool IsCalled(const Pairing& pairing, std::string_view text) {
-  return !text.empty() && (pairing.partnerRealm == text || pairing.partnerName == text);
+template <typename IsIt>
+std::vector<Pairing> Those(const std::vector<Pairing>& pairings, IsIt&& isIt) {
+  std::vector<Pairing> found;
+  std::ranges::copy_if(pairings, std::back_inserter(found), isIt);
+  return found;
+}
+
+std::vector<Pairing> ThoseCalled(const std::vector<Pairing>& pairings, std::string_view text) {
+  if (text.empty()) return {};
+  std::vector<Pairing> found = Those(
+      pairings, [&](const Pairing& pairing) { return pairing.partnerRealm == text || pairing.partnerName == text; });
+  if (!found.empty()) return found;
+  return Those(pairings,
+               [&](const Pairing& pairing) { return standalone::EqualIgnoringCase(pairing.partnerName, text); });
+}
+
+std::vector<std::string> NamesAndRealmsOf(const std::vector<Pairing>& pairings) {
+  std::vector<std::string> texts;
+  for (const Pairing& pairing : pairings) {
+    texts.push_back(pairing.partnerName);
+    if (!pairing.partnerRealm.empty()) texts.push_back(pairing.partnerRealm);
+  }
+  return texts;
 }
 
 std::optional<Pairing> LivePairingWithRealm(Work& work, std::string_view realm) {
@@ -86,15 +109,15 @@ MEStatusCode MakeAnew(Work& work, const RelationOfPartner& wanted, const Pairing
 }  // namespace
 
 Pairing RequirePairing(Work& work, std::string_view partner) {
-  std::vector<Pairing> called = work.Host().Pairings().List();
-  std::erase_if(called, [partner](const Pairing& pairing) {
-    return pairing.state == PairingState::kRemoved || !IsCalled(pairing, partner);
-  });
+  const std::vector<Pairing> live =
+      Those(work.Host().Pairings().List(), [](const Pairing& one) { return one.state != PairingState::kRemoved; });
+  const std::vector<Pairing> called = ThoseCalled(live, partner);
   if (called.size() == 1) return called.front();
   if (!called.empty()) {
     work.Refuse(Quoted(partner) + " is both " + PartnerText(called[0]) + " and " + PartnerText(called[1]),
                 Remedy::kSeePartners);
   }
+  work.Suggest(standalone::DidYouMean(partner, NamesAndRealmsOf(live)));
   work.Refuse("this company is not paired with anybody called " + Quoted(partner), Remedy::kSeePartners);
 }
 

@@ -16,8 +16,8 @@
 // The partners with whom this company is paired, and the facts that both hold; within a unit of work.
 namespace desk {
 
-// By name or realm id, among those that are not removed. Refused for one that there is not, and for what two are
-// called.
+// By realm id or name, whose ASCII letters may have another case, among those that are not removed. Refused for one
+// that there is not, and for what two are called.
 standalone::Pairing RequirePairing(Work& work, std::string_view partner);
 PairedPartner PairedPartnerOf(Work& work, const standalone::Pairing& pairing);
 // Birch Services Company, with the realm id as far as it is known.

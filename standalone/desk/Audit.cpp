@@ -20,11 +20,6 @@ namespace {
 
 constexpr const char* kTheTrail = "the audit trail";
 
-bool Holds(const Period& period, DateType32 day) {
-  return (period.From() == NullDate() || period.From().Compare(day) <= 0) &&
-         (period.To() == NullDate() || period.To().Compare(day) >= 0);
-}
-
 // What posts or removes transactions with a link to an earlier one.
 constexpr std::array kDeedsWithLinks{"transaction.reverse", "transaction.remove", "bill.correct",
                                      "check.correct",       "entry.correct",      "journal.move"};
@@ -84,6 +79,12 @@ void RequireUserOfTheTrail(Work& work, const std::string& user) {
 
 }  // namespace
 
+bool IsOfPeriod(const AuditedDeed& deed, const Period& period) noexcept {
+  const DateType32 day = deed.localTime.day;
+  return (period.From() == NullDate() || period.From().Compare(day) <= 0) &&
+         (period.To() == NullDate() || period.To().Compare(day) >= 0);
+}
+
 AuditedDeed AuditedDeedOf(const standalone::AuditLine& line) {
   AuditedDeed deed{.number = line.number,
                    .at = AuditedDeed::Moment(std::chrono::milliseconds(line.at)),
@@ -111,7 +112,7 @@ std::vector<AuditedDeed> ListAudit(Company& company, const AuditQuery& query) {
   std::map<std::int64_t, AuditedDeed> deeds;
   const auto take = [&](const standalone::AuditLine& line) {
     AuditedDeed deed = AuditedDeedOf(line);
-    if (Holds(query.period, deed.localTime.day)) deeds.emplace(line.number, std::move(deed));
+    if (IsOfPeriod(deed, query.period)) deeds.emplace(line.number, std::move(deed));
   };
   work.Read([&] {
     work.RequireAdministratorOrAccountant(kTheTrail);

@@ -7,5 +7,7 @@ namespace desk {
 
 // For the use cases alone.
 AuditedDeed AuditedDeedOf(const standalone::AuditLine& line);
+// By its local time.
+bool IsOfPeriod(const AuditedDeed& deed, const Period& period) noexcept;
 
 }  // namespace desk

@@ -233,14 +233,16 @@ bool AreAllEstablished(const std::vector<ShownLine>& lines) noexcept {
   return any;
 }
 
-std::vector<AuditedDeed> DeedsAbout(Work& work, std::int32_t txnId) {
+std::vector<AuditedDeed> DeedsAbout(Work& work, std::int32_t txnId, const Period& period) {
   std::vector<AuditedDeed> deeds;
-  work.Host().Audit().ForEach({.user = {}, .action = {}, .txnId = txnId},
-                              [&deeds](const standalone::AuditLine& line) { deeds.push_back(AuditedDeedOf(line)); });
+  work.Host().Audit().ForEach({.user = {}, .action = {}, .txnId = txnId}, [&](const standalone::AuditLine& line) {
+    AuditedDeed deed = AuditedDeedOf(line);
+    if (IsOfPeriod(deed, period)) deeds.push_back(std::move(deed));
+  });
   return deeds;
 }
 
-ShownTransaction ShownTransactionOf(Work& work, const standalone::TransactionHeader& header) {
+ShownTransaction ShownTransactionOf(Work& work, const standalone::TransactionHeader& header, const Period& trail) {
   ShownTransaction shown{.currency = CurrencyOf(work),
                          .txnId = header.id,
                          .type = header.type,
@@ -258,7 +260,7 @@ ShownTransaction ShownTransactionOf(Work& work, const standalone::TransactionHea
     const auto name = work.Host().Names().Find(header.nameId);
     shown.name = ListItem{.id = header.nameId, .name = name ? name->fullName : ""};
   }
-  if (work.IsAdministratorOrAccountant()) shown.audit = DeedsAbout(work, header.id);
+  if (work.IsAdministratorOrAccountant()) shown.audit = DeedsAbout(work, header.id, trail);
   return shown;
 }
 
@@ -326,7 +328,7 @@ OpenItems ReadOpenItems(Company& company, const OpenItemsQuery& query) {
   });
 }
 
-ShownTransaction ShowTransaction(Company& company, std::int32_t txnId) {
+ShownTransaction ShowTransaction(Company& company, std::int32_t txnId, const Period& trail) {
   Work work(company.Opened(), UseCase::kShowTransaction);
   return work.Read([&] {
     work.RequireOneOf({kViewBills, kViewChecks, kViewEntries});
@@ -337,7 +339,7 @@ ShownTransaction ShowTransaction(Company& company, std::int32_t txnId) {
                                      std::to_string(txnId) + "' tells.");
     }
     work.RequireRight(ViewRightOf(header->type));
-    return ShownTransactionOf(work, *header);
+    return ShownTransactionOf(work, *header, trail);
   });
 }
 

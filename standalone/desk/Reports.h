@@ -202,7 +202,7 @@ struct ShownTransaction {
   std::optional<std::vector<AuditedDeed>> audit;  // for administrators and accountants
 };
 
-// Needs the right to view transactions of its type.
-ShownTransaction ShowTransaction(Company& company, std::int32_t txnId);
+// With the lines of the audit trail of those days. Needs the right to view transactions of its type.
+ShownTransaction ShowTransaction(Company& company, std::int32_t txnId, const Period& trail = {NullDate(), NullDate()});
 
 }  // namespace desk

@@ -290,6 +290,14 @@ TEST_F(BooksOfMarch, ShowTheTrailOfATransactionToAdministratorsAndAccountants) {
                          Not(HasSubstr("march.csv"))));
 }
 
+TEST_F(BooksOfMarch, ShowTheTrailOfATransactionOfSomeDaysOnly) {
+  EXPECT_THAT(Run({"show", kFile, "1", "--to", "1999-12-31"}).out,
+              AllOf(HasSubstr("Northern Power"), HasSubstr("The audit trail up to 1999-12-31 does not tell of it.\n")));
+  EXPECT_THAT(Run({"show", kFile, "1", "--from", "2000-01-01"}).out,
+              AllOf(HasSubstr("The audit trail from 2000-01-01 on:\n"), HasSubstr("march.csv")));
+  EXPECT_EQ(Run({"show", kFile, "1", "--from", "2000-01-02", "--to", "2000-01-01"}).exitCode, 2);
+}
+
 TEST_F(BooksOfMarch, ShowTheLinesOfATransactionToASpreadsheet) {
   const std::string out = Run({"show", kFile, "3", "--csv"}).out;
 

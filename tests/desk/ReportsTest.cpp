@@ -458,6 +458,15 @@ TEST_F(TheShownTransaction, HasTheTrailForAdministratorsAndAccountants) {
   EXPECT_TRUE(ShowTransaction(*company_, 1).audit);
 }
 
+TEST_F(TheShownTransaction, HasTheTrailOfTheDaysThatAreAskedForAndIsItselfWhole) {
+  const DateType32 day = ShowTransaction(*company_, 1).audit->at(0).localTime.day;
+
+  EXPECT_THAT(*ShowTransaction(*company_, 1, {day, day}).audit, SizeIs(1));
+  const ShownTransaction before = ShowTransaction(*company_, 1, {NullDate(), DateType32(1999, 12, 31)});
+  EXPECT_THAT(*before.audit, IsEmpty());
+  EXPECT_FALSE(before.lines.empty());
+}
+
 TEST_F(TheShownTransaction, HasNoTrailForOthers) {
   OpenFor("Robin", {"bills:view"});
 

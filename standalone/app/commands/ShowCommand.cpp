@@ -25,6 +25,7 @@ namespace {
 struct ShowOptions {
   std::string file;
   std::string txn;
+  PeriodOptions trail;
 };
 
 std::string HeaderText(const desk::ShownTransaction& shown) {
@@ -87,10 +88,11 @@ std::string AboutIt(const desk::ShownTransaction& shown) {
   return text.empty() ? text : '\n' + text;
 }
 
-std::string TrailText(const desk::ShownTransaction& shown) {
+std::string TrailText(const desk::ShownTransaction& shown, const desk::Period& trail) {
   if (!shown.audit) return "\nThe audit trail is shown to administrators and accountants.\n";
-  if (shown.audit->empty()) return "\nThe audit trail does not tell of it.\n";
-  std::string text = "\nThe audit trail:\n";
+  const std::string days = PeriodText(trail).empty() ? "" : ' ' + PeriodText(trail);
+  if (shown.audit->empty()) return fmt::format("\nThe audit trail{} does not tell of it.\n", days);
+  std::string text = fmt::format("\nThe audit trail{}:\n", days);
   for (const desk::AuditedDeed& deed : *shown.audit) text += DeedLine(deed);
   return text;
 }
@@ -165,10 +167,12 @@ Json ShownRows(const desk::ShownTransaction& shown) {
 
 void ShowTransaction(Invocation& invocation, const ShowOptions& options) {
   const std::int32_t txnId = RecordId("transaction id", options.txn);
+  const desk::Period trail = PeriodOf(options.trail);
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
-  const desk::ShownTransaction shown = desk::ShowTransaction(company, txnId);
-  invocation.ReportList(invocation.options.csv ? Json{{"rows", ShownRows(shown)}} : desk::JsonOf(shown), kShownColumns,
-                        HeaderText(shown) + '\n' + ShownLinesTable(shown).Text() + AboutIt(shown) + TrailText(shown));
+  const desk::ShownTransaction shown = desk::ShowTransaction(company, txnId, trail);
+  invocation.ReportList(
+      invocation.options.csv ? Json{{"rows", ShownRows(shown)}} : desk::JsonOf(shown), kShownColumns,
+      HeaderText(shown) + '\n' + ShownLinesTable(shown).Text() + AboutIt(shown) + TrailText(shown, trail));
 }
 
 }  // namespace
@@ -178,6 +182,9 @@ void AddShowTransaction(CLI::App& program, Invocation& invocation) {
   CLI::App& command = AddFileCommand(program, "show", "Show a bill, check or journal entry with all that belongs to it",
                                      "show alder.company 12", options->file);
   command.add_option("TXN", options->txn, "Its id, as the lists have it")->required();
+  command.add_option("--from", options->trail.from,
+                     "First day of what the audit trail tells of it, YYYY-MM-DD; open when left out");
+  command.add_option("--to", options->trail.to, "Last day of that, YYYY-MM-DD; open when left out");
   AddCsvOption(command, invocation.options);
   invocation.When(command, [options](Invocation& run) { ShowTransaction(run, *options); });
 }

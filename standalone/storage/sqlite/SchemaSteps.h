@@ -418,6 +418,8 @@ CREATE INDEX exchange_rule_name ON exchange_rule (name_id);
 
 // What companies that exchange requests learned after they had begun to.
 inline constexpr const char* kVersion4 = R"sql(
+-- The few facts that wait to be applied are asked for with each letter.
+CREATE INDEX exchange_fact_set_aside ON exchange_fact (pairing_id) WHERE set_aside <> '';
 )sql";
 
 inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3, kVersion4};

@@ -16,6 +16,9 @@ struct Sizes {
   std::int64_t reportedTransactions = 100'000;
   std::int32_t accounts = 50'000;
   std::int32_t relations = 1'000;
+  std::int64_t exchangedProposals = 10'000;
+  std::int64_t fewProposals = 1'000;
+  std::int64_t manyProposals = 100'000;
 };
 
 // Each makes its company files in `folder`, makes sure that both sides answer the same, and adds its lines to the
@@ -25,6 +28,7 @@ void AddRecording(Table& table, const std::filesystem::path& folder);
 void AddRequests(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
 void AddImporting(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
 void AddLookingUp(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
+void AddExchanging(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
 void AddFreeAccounts(Table& table, const std::filesystem::path& folder, const Sizes& sizes);
 
 // The sample company with that many lines, made at the first question.
@@ -39,6 +43,8 @@ void Require(bool isSame, const char* what);
 void PrintListingGrowth(const Table& table, const Sizes& sizes);
 void PrintListingMemory(const std::filesystem::path& folder, const Sizes& sizes);
 void PrintImportMemory(const std::filesystem::path& folder, const Sizes& sizes);
+// The time for each proposal and the peak memory, of few and of many.
+void PrintExchangeGrowth(const std::filesystem::path& folder, const Sizes& sizes);
 // What hledger needs for reports of the same transactions, where it is installed.
 void PrintJournalReports(const std::filesystem::path& folder, const Sizes& sizes);
 // What the ledger program needs for as many entries, where it is installed.

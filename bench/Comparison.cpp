@@ -54,20 +54,21 @@ class Reporter : public benchmark::BenchmarkReporter {
 
 void Table::Add(Comparison comparison, Body ours, Body byHand) {
   const std::string name = NameOf(comparison.what, kByHand);
-  Register(NameOf(comparison.what, kOurs), comparison.waitsForDisk, std::move(ours));
-  Register(name, comparison.waitsForDisk, std::move(byHand));
+  Register(NameOf(comparison.what, kOurs), comparison, std::move(ours));
+  Register(name, comparison, std::move(byHand));
   hands_[comparison.what].push_back(name);
   comparisons_.push_back(std::move(comparison));
 }
 
 void Table::AddOtherHand(const std::string& what, const char* side, Body byHand) {
-  Register(NameOf(what, side), /*waitsForDisk=*/false, std::move(byHand));
+  Register(NameOf(what, side), Comparison(), std::move(byHand));
   hands_[what].push_back(NameOf(what, side));
 }
 
-void Table::Register(const std::string& name, bool waitsForDisk, Body body) {
+void Table::Register(const std::string& name, const Comparison& comparison, Body body) {
   auto* const registered = benchmark::RegisterBenchmark(name.c_str(), std::move(body))->UseRealTime();
-  if (waitsForDisk) registered->Repetitions(durable_.repetitions)->Iterations(durable_.requests);
+  if (comparison.waitsForDisk) registered->Repetitions(durable_.repetitions)->Iterations(durable_.requests);
+  if (comparison.rounds != 0) registered->Repetitions(comparison.rounds)->Iterations(1);
 }
 
 void Table::Run(int repetitions, double minimumSeconds) {

@@ -20,6 +20,8 @@ struct Comparison {
   // Waits for the disk, whose time changes from one moment to the next: measured in many short repetitions. Both sides
   // do the same number of times, because a write-ahead log that still grows takes longer than one that is used again.
   bool waitsForDisk = false;
+  // Of work that takes minutes, in place of the other numbers: how often it is measured, once each time.
+  int rounds = 0;
 };
 
 inline constexpr const char* kOurs = "multientity";
@@ -72,7 +74,7 @@ class Table {
 
   void Print() const;
   void PrintLine(const Comparison& comparison) const;
-  void Register(const std::string& name, bool waitsForDisk, Body body);
+  void Register(const std::string& name, const Comparison& comparison, Body body);
 
   std::regex only_;
   DurableRuns durable_;

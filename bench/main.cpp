@@ -65,11 +65,18 @@ Sizes QuickSizes() {
   sizes.storedLines = 100'000;
   sizes.importedTransactions = 10'000;
   sizes.reportedTransactions = 10'000;
+  sizes.exchangedProposals = 1'000;
+  sizes.fewProposals = 500;
+  sizes.manyProposals = 5'000;
   return sizes;
 }
 
 Sizes CheckedSizes() {
-  return {.listedLines = {1'000}, .storedLines = 1'000, .importedTransactions = 1'000, .reportedTransactions = 8'000};
+  return {.listedLines = {1'000},
+          .storedLines = 1'000,
+          .importedTransactions = 1'000,
+          .reportedTransactions = 8'000,
+          .exchangedProposals = 100};
 }
 
 void WarnOfFolderInMemory(const std::filesystem::path& folder) {
@@ -90,6 +97,7 @@ void AddAll(Table& table, const std::filesystem::path& folder, const Sizes& size
   AddImporting(table, folder, sizes);
   AddLookingUp(table, folder, sizes);
   AddFreeAccounts(table, folder, sizes);
+  AddExchanging(table, folder, sizes);
 }
 
 void Check(const Options& options) {
@@ -116,6 +124,7 @@ void Measure(const Options& options) {
   PrintListingGrowth(table, sizes);
   if (table.Wants("peak memory of the period listing")) PrintListingMemory(folder.Path(), sizes);
   if (table.Wants("peak memory of the import")) PrintImportMemory(folder.Path(), sizes);
+  if (table.Wants("growth of the exchange")) PrintExchangeGrowth(folder.Path(), sizes);
   if (table.Wants("hledger")) PrintJournalReports(folder.Path(), sizes);
   if (table.Wants("ledger")) PrintLedger(folder.Path(), sizes);
 }

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/ChildProcess.h"
+#include "platform/DescriptorPosix.h"
 
 namespace platform {
 
@@ -25,40 +26,6 @@ constexpr int kNoDescriptor = -1;
 [[noreturn]] void ThrowProcessError(int error, const std::string& what) {
   throw std::system_error(error, std::generic_category(), what);
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) noexcept : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() { Close(); }
-
-  int Number() const noexcept { return number_; }
-  void Close() noexcept {
-    if (number_ != kNoDescriptor) close(std::exchange(number_, kNoDescriptor));
-  }
-
- private:
-  int number_;
-};
-
-// Its ends go to no program that is started meanwhile.
-class Pipe {
- public:
-  Pipe() : Pipe(Make()) {}
-
-  Descriptor readEnd;
-  Descriptor writeEnd;
-
- private:
-  explicit Pipe(const std::array<int, 2>& ends) noexcept : readEnd(ends[0]), writeEnd(ends[1]) {}
-
-  static std::array<int, 2> Make() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) ThrowProcessError(errno, "A pipe");
-    return ends;
-  }
-};
 
 ssize_t ReadSome(int descriptor, char* into, std::size_t most) noexcept {
   while (true) {

@@ -11,49 +11,17 @@
 #include <system_error>
 
 #include "crash/ProgramRun.h"
+#include "platform/DescriptorPosix.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using platform::Descriptor;
+using platform::Pipe;
 
 [[noreturn]] void ThrowSystemError(const char* what) {
   throw std::system_error(errno, std::generic_category(), what);
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) noexcept : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() { Close(); }
-
-  int Number() const noexcept { return number_; }
-  bool IsOpen() const noexcept { return number_ >= 0; }
-  void Close() noexcept {
-    if (IsOpen()) close(number_);
-    number_ = -1;
-  }
-
- private:
-  int number_;
-};
-
-// Closed in the programs that other threads start meanwhile, so that its end is seen when this one's program ends.
-struct Pipe {
-  Pipe() : Pipe(Open()) {}
-
-  Descriptor reading;
-  Descriptor writing;
-
- private:
-  explicit Pipe(const std::array<int, 2>& ends) noexcept : reading(ends[0]), writing(ends[1]) {}
-
-  static std::array<int, 2> Open() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) ThrowSystemError("pipe2");
-    return ends;
-  }
-};
 
 pid_t Start(std::vector<std::string> words, const RunOptions& options, const Pipe& out, const Pipe& err) {
   std::vector<char*> pointers;
@@ -64,8 +32,8 @@ pid_t Start(std::vector<std::string> words, const RunOptions& options, const Pip
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_adddup2(&actions, out.writing.Number(), STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, err.writing.Number(), STDERR_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, out.writeEnd.Number(), STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, err.writeEnd.Number(), STDERR_FILENO);
   posix_spawn_file_actions_addchdir_np(&actions, options.directory.c_str());
   pid_t child = 0;
   const int error = posix_spawn(&child, pointers[0], &actions, nullptr, pointers.data(), environ);
@@ -98,7 +66,7 @@ void ReadInto(std::string& text, Descriptor& from) {
 
 // False when nothing came until then.
 bool ReadSome(ProgramRun& run, Pipe& out, Pipe& err, std::optional<Clock::time_point> until) {
-  std::array<pollfd, 2> watched{pollfd{out.reading.Number(), POLLIN, 0}, pollfd{err.reading.Number(), POLLIN, 0}};
+  std::array<pollfd, 2> watched{pollfd{out.readEnd.Number(), POLLIN, 0}, pollfd{err.readEnd.Number(), POLLIN, 0}};
   timespec left{};
   if (until) {
     const auto remaining = std::max(*until - Clock::now(), Clock::duration::zero());
@@ -108,8 +76,8 @@ bool ReadSome(ProgramRun& run, Pipe& out, Pipe& err, std::optional<Clock::time_p
   }
   const int ready = ppoll(watched.data(), watched.size(), until ? &left : nullptr, nullptr);
   if (ready < 0) ThrowSystemError("ppoll");
-  if (watched[0].revents != 0) ReadInto(run.out, out.reading);
-  if (watched[1].revents != 0) ReadInto(run.err, err.reading);
+  if (watched[0].revents != 0) ReadInto(run.out, out.readEnd);
+  if (watched[1].revents != 0) ReadInto(run.err, err.readEnd);
   return ready != 0;
 }
 
@@ -121,14 +89,14 @@ ProgramRun Run(const std::vector<std::string>& words, const RunOptions& options)
   Pipe err;
   const Clock::time_point start = Clock::now();
   const pid_t child = Start(words, options, out, err);
-  out.writing.Close();
-  err.writing.Close();
+  out.writeEnd.Close();
+  err.writeEnd.Close();
 
   const bool killsWhenItPrints = options.killAfter == kWhenItPrints;
   std::optional<Clock::time_point> killAt;
   if (options.killAfter && !killsWhenItPrints) killAt = start + *options.killAfter;
   bool wasKilled = false;
-  while (out.reading.IsOpen() || err.reading.IsOpen()) {
+  while (out.readEnd.IsOpen() || err.readEnd.IsOpen()) {
     const bool isTime = !ReadSome(run, out, err, killAt);
     if (wasKilled || !(isTime || (killsWhenItPrints && !run.out.empty()))) continue;
     run.hadFileOpen = HasOpen(child, options.watchedFile);

@@ -5,7 +5,6 @@
 
 #include "partners/Books.h"
 #include "partners/Carrying.h"
-#include "partners/History.h"
 #include "partners/Holding.h"
 #include "standalone/desk/Audit.h"
 #include "standalone/desk/Inbox.h"
@@ -23,9 +22,9 @@ using standalone::TransactionState;
 constexpr int kMostRounds = 12;
 
 // What may still change, of all companies.
-std::string Changing(Group& group) {
+std::string Changing(Companies& companies) {
   std::string text;
-  for (std::size_t who = 0; who < group.Size(); ++who) text += Books(group.FileOf(who)).Changing();
+  for (std::size_t who = 0; who < companies.Size(); ++who) text += Books(companies.FileOf(who)).Changing();
   return text;
 }
 
@@ -72,22 +71,22 @@ std::size_t CompanyNamed(std::string_view name) {
 
 class Agreement {
  public:
-  Agreement(Group& group, bool hasRestores) : group_(group), hasRestores_(hasRestores) {}
+  Agreement(Companies& companies, bool hasRestores) : companies_(companies), hasRestores_(hasRestores) {}
 
   void Require() {
     RequireTheSameFacts();
-    for (std::size_t who = 0; who < group_.Size(); ++who) Gather(who);
+    for (std::size_t who = 0; who < companies_.Size(); ++who) Gather(who);
     for (const auto& [name, sides] : requests_) RequireOneOutcome(name.second, sides);
     RequireTheSameTotals();
-    for (std::size_t who = 0; who < group_.Size(); ++who) RequireTheTrail(who);
+    for (std::size_t who = 0; who < companies_.Size(); ++who) RequireTheTrail(who);
   }
 
  private:
   void RequireTheSameFacts() {
     // Of each pairing, by company.
     std::map<std::string, std::map<std::size_t, std::map<exchange::Hash, std::string>>> held;
-    for (std::size_t who = 0; who < group_.Size(); ++who) {
-      Books books(group_.FileOf(who));
+    for (std::size_t who = 0; who < companies_.Size(); ++who) {
+      Books books(companies_.FileOf(who));
       for (const auto& [pairing, facts] : books.Facts()) {
         for (const HeldFact& fact : facts) {
           held[pairing][who][fact.fact.Id()] = fact.fact.What().kind + " " + fact.fact.What().name;
@@ -118,7 +117,7 @@ class Agreement {
     return sides;
   }
   void Gather(std::size_t who) {
-    desk::Company& company = group_.Open(who);
+    desk::Company& company = companies_.Open(who);
     for (desk::OutboxRequest& sent : desk::ListOutbox(company, {.settled = true})) {
       if (!sent.isSent && !sent.isLost) continue;
       Sides& sides = Of(who, CompanyNamed(sent.partner), sent.requestId);
@@ -141,7 +140,7 @@ class Agreement {
   void RequireTheSameTotals() const {
     std::map<std::pair<std::size_t, std::size_t>, std::pair<std::int64_t, std::int64_t>> totals;
     std::map<std::size_t, std::vector<InboxRow>> inboxes;
-    for (std::size_t who = 0; who < group_.Size(); ++who) inboxes[who] = Books(group_.FileOf(who)).Inbox();
+    for (std::size_t who = 0; who < companies_.Size(); ++who) inboxes[who] = Books(companies_.FileOf(who)).Inbox();
     for (const auto& [name, sides] : requests_) {
       if (!sides.sent || !sides.sent->state || sides.got->state == InboxState::kToBookAgain) continue;
       auto& [dueFrom, dueTo] = totals[name.first];
@@ -163,14 +162,14 @@ class Agreement {
   }
 
   void RequireTheTrail(std::size_t who) const {
-    const desk::AuditVerdict verdict = desk::VerifyAudit(group_.Open(who));
+    const desk::AuditVerdict verdict = desk::VerifyAudit(companies_.Open(who));
     if (verdict.breakAt) {
       throw Violation(std::string(kCompanies.at(who)) + ": the audit trail breaks at " +
                       std::to_string(*verdict.breakAt));
     }
   }
 
-  Group& group_;
+  Companies& companies_;
   bool hasRestores_;
   std::map<std::pair<std::pair<std::size_t, std::size_t>, std::string>, Sides> requests_;
 };
@@ -178,12 +177,12 @@ class Agreement {
 }  // namespace
 
 // A letter that is set aside in one round is put again in the same one, at the soonest, and taken in the next.
-void ComeToRest(Group& group) {
-  std::string before = Changing(group);
+void ComeToRest(Companies& companies) {
+  std::string before = Changing(companies);
   int quiet = 0;
   for (int round = 0; round < kMostRounds; ++round) {
-    for (std::size_t who = 0; who < group.Size(); ++who) Carry(group, who);
-    std::string after = Changing(group);
+    for (std::size_t who = 0; who < companies.Size(); ++who) Carry(companies, who);
+    std::string after = Changing(companies);
     quiet = after == before ? quiet + 1 : 0;
     if (quiet == 2) return;
     before = std::move(after);
@@ -191,8 +190,8 @@ void ComeToRest(Group& group) {
   throw Violation("after " + std::to_string(kMostRounds) + " rounds of carrying something still changes");
 }
 
-void RequireAgreement(Group& group, bool hasRestores) {
-  Agreement(group, hasRestores).Require();
+void RequireAgreement(Companies& companies, bool hasRestores) {
+  Agreement(companies, hasRestores).Require();
 }
 
 }  // namespace partners

@@ -3,6 +3,9 @@
 #include <array>
 #include <chrono>
 
+#include "standalone/books/AuditTable.h"
+#include "standalone/storage/Database.h"
+
 namespace partners {
 
 namespace {
@@ -95,6 +98,11 @@ std::vector<std::string> Books::Texts(const char* sql) {
   std::vector<std::string> texts;
   file_.ForEachRow(sql, [&texts](const standalone::Rows& row) { texts.emplace_back(row.Text(0)); });
   return texts;
+}
+
+std::optional<std::int64_t> Books::TrailBreak() {
+  const standalone::UnitOfWork work(file_, standalone::Access::kRead);
+  return standalone::AuditTable(file_).Check().breakAt;
 }
 
 }  // namespace partners

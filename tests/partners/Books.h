@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -60,6 +61,8 @@ class Books {
   // All that carrying changes, as a text.
   std::string Changing();
   std::vector<std::string> Texts(const char* sql);
+  // The first line of the audit trail that does not go on from the one before it.
+  std::optional<std::int64_t> TrailBreak();
 
  private:
   standalone::SqliteDatabase file_;

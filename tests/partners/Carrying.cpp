@@ -5,8 +5,8 @@
 
 namespace partners {
 
-void Carry(Group& group, std::size_t who) {
-  for (const desk::CarriedWith& with : desk::RunExchange(group.Open(who))) {
+void Carry(Companies& companies, std::size_t who) {
+  for (const desk::CarriedWith& with : desk::RunExchange(companies.Open(who))) {
     if (!with.failure.empty()) throw Violation("carrying with " + with.partner + " failed: " + with.failure);
   }
 }

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
-#include "partners/Group.h"
+#include "partners/Companies.h"
 
 namespace partners {
 
 // One run of the exchange for one company; throws Violation when the folder could not be reached.
-void Carry(Group& group, std::size_t who);
+void Carry(Companies& companies, std::size_t who);
 
 }  // namespace partners

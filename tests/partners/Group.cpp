@@ -1,8 +1,5 @@
 #include "partners/Group.h"
 
-#include <cstdlib>
-
-#include "partners/History.h"
 #include "standalone/desk/Exchange.h"
 #include "standalone/desk/Import.h"
 #include "standalone/desk/Pairing.h"
@@ -11,8 +8,6 @@
 namespace partners {
 
 namespace {
-
-constexpr const char* kBeginning = "2026-06-01T09:00:00";
 
 std::string ChartFor(std::size_t companies) {
   std::string csv =
@@ -35,54 +30,23 @@ desk::RelationAccounts AccountsFor(std::size_t partner) {
 
 }  // namespace
 
-Group::Group(const std::filesystem::path& folder, std::size_t companies)
-    : play_(folder / "play"), paired_(folder / "paired"), size_(companies) {
-  std::filesystem::create_directories(Shared());
-  for (std::size_t who = 0; who < size_; ++who) Make(who);
-  for (std::size_t inviter = 0; inviter < size_; ++inviter) {
-    for (std::size_t accepter = inviter + 1; accepter < size_; ++accepter) Pair(inviter, accepter);
+Group::Group(const std::filesystem::path& folder, std::size_t companies) : Companies(folder, companies) {
+  for (std::size_t who = 0; who < Size(); ++who) Make(who);
+  for (std::size_t inviter = 0; inviter < Size(); ++inviter) {
+    for (std::size_t accepter = inviter + 1; accepter < Size(); ++accepter) Pair(inviter, accepter);
   }
-  CloseAll();
-  std::filesystem::copy(play_, paired_, std::filesystem::copy_options::recursive);
+  Keep();
 }
 
 void Group::Begin() {
-  CloseAll();
-  clocks_.clear();
+  Companies::Begin();
   requests_.clear();
-  std::filesystem::remove_all(play_);
-  std::filesystem::copy(paired_, play_, std::filesystem::copy_options::recursive);
-}
-
-desk::Company& Group::Open(std::size_t who) {
-  if (!open_ || openFor_ != who) {
-    open_.reset();
-    const auto clock = clocks_.find(who);
-    setenv("MULTIENTITY_NOW", clock == clocks_.end() ? kBeginning : clock->second.c_str(), /*overwrite=*/1);
-    open_ = std::make_unique<desk::Company>(FileOf(who));
-    openFor_ = who;
-  }
-  return *open_;
-}
-
-void Group::SetClock(std::size_t who, const std::string& time) {
-  clocks_[who] = time;
-  CloseAll();
-}
-
-std::filesystem::path Group::FolderOf(std::size_t who) const {
-  return play_ / kCompanies.at(who);
-}
-
-std::filesystem::path Group::FileOf(std::size_t who) const {
-  return FolderOf(who) / "books.company";
 }
 
 void Group::Make(std::size_t who) {
-  std::filesystem::create_directory(FolderOf(who));
   desk::CreateCompany({.file = FileOf(who), .name = std::string(kCompanies.at(who)) + " Company"});
   const standalone::TemporaryFolder lists;
-  standalone::WriteFile(lists / "accounts.csv", ChartFor(size_));
+  standalone::WriteFile(lists / "accounts.csv", ChartFor(Size()));
   standalone::WriteFile(lists / "names.csv", "name,kind\nNorthern Power,vendor\n");
   desk::Import(Open(who), desk::Importable::kAccounts, lists / "accounts.csv");
   desk::Import(Open(who), desk::Importable::kNames, lists / "names.csv");

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <random>
 
+#include "partners/Companies.h"
+
 namespace partners {
 
 const std::vector<Kind>& Kinds() {

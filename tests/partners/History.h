@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -71,8 +70,6 @@ struct History {
   std::size_t companies = 2;
   std::vector<Step> steps;
 };
-
-inline constexpr std::array kCompanies{"Alder", "Birch", "Cedar", "Dogwood", "Elm", "Fir"};
 
 History NewHistory(std::uint64_t seed, bool withRestores);
 // A line for each step.

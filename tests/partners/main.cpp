@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <map>
@@ -158,6 +159,7 @@ int main(int argumentCount, char** arguments) {
                    "Leaves the companies of a history that fails as they are, and does not shorten it");
   CLI11_PARSE(program, argumentCount, arguments);
 
+  setenv("MULTIENTITY_NOW", "2026-06-01T09:00:00", /*overwrite=*/1);
   std::printf("seed %llu\n", static_cast<unsigned long long>(options.seed));
   std::fflush(stdout);
   const std::filesystem::path folder = options.directory / ("multientity-partners-" + std::to_string(getpid()));

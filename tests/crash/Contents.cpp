@@ -222,10 +222,14 @@ Inspection Inspect(const std::filesystem::path& file) {
   return inspection;
 }
 
-Inspection InspectCopy(const std::filesystem::path& file) {
-  const std::filesystem::path copy = file.string() + ".copy";
+std::filesystem::path CopyOf(const std::filesystem::path& file) {
+  std::filesystem::path copy = file.string() + ".copy";
   CopyIfThere(file, copy);
   CopyIfThere(file.string() + "-wal", copy.string() + "-wal");
   std::filesystem::remove(copy.string() + "-shm");
-  return Inspect(copy);
+  return copy;
+}
+
+Inspection InspectCopy(const std::filesystem::path& file) {
+  return Inspect(CopyOf(file));
 }

@@ -72,5 +72,6 @@ struct Inspection {
 // have to be intercompany ones.
 Inspection Inspect(const std::filesystem::path& file);
 
-// The same for a copy of the file and its write-ahead log, so that the file stays as a crash left it.
+// A copy of the file and its write-ahead log beside it, so that the file stays as a crash left it.
+std::filesystem::path CopyOf(const std::filesystem::path& file);
 Inspection InspectCopy(const std::filesystem::path& file);

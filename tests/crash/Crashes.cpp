@@ -4,7 +4,6 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <sstream>
 #include <thread>
 #include <utility>
 
@@ -36,43 +35,6 @@ void WriteFile(const std::filesystem::path& file, std::string_view text) {
   if (!stream.flush()) throw std::runtime_error("cannot write " + file.string());
 }
 
-std::vector<std::string> CommandOf(const Scene& scene, const std::vector<std::string>& words) {
-  std::vector<std::string> command{scene.program.string()};
-  command.insert(command.end(), words.begin(), words.end());
-  command.emplace_back("--json");
-  return command;
-}
-
-std::string Joined(const std::vector<std::string>& words) {
-  std::string text;
-  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
-  return text;
-}
-
-std::string AfterMilliseconds(nanoseconds time) {
-  if (time == kWhenItPrints) return " when it prints";
-  std::ostringstream text;
-  text << " after " << static_cast<double>(time.count()) / 1e6 << " ms";
-  return text.str();
-}
-
-std::string Description(const ProgramRun& run) {
-  switch (run.ending) {
-    case Ending::kByItself:
-      return "ended with " + std::to_string(run.code) + ' ' + run.out + run.err;
-    case Ending::kKilled:
-      return "killed; it had printed: " + run.out + run.err + '\n';
-    default:
-      return "died of signal " + std::to_string(run.code) + ' ' + run.err;
-  }
-}
-
-ProgramRun RunToItsEnd(const Scene& scene, const std::vector<std::string>& words) {
-  ProgramRun run = Run(CommandOf(scene, words), {.directory = scene.directory});
-  if (run.ending == Ending::kByItself && run.code == 0) return run;
-  throw BooksBroken("multientity " + Joined(words) + ' ' + Description(run));
-}
-
 std::filesystem::path MakeBooks(const Scene& scene) {
   const std::filesystem::path file = scene.directory / kBooksName;
   WriteFile(scene.directory / "accounts.csv", kAccountsCsv);
@@ -89,27 +51,6 @@ nanoseconds Median(std::vector<nanoseconds> times) {
   std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
   return times[times.size() / 2];
 }
-
-// The size and the time of the last change of a company file and of its write-ahead log.
-class Stamps {
- public:
-  explicit Stamps(const std::filesystem::path& file) : file_(Of(file)), log_(Of(file.string() + "-wal")) {}
-
-  Traces Until(const Stamps& later) const { return {.inLog = log_ != later.log_, .inFile = file_ != later.file_}; }
-
- private:
-  using Stamp = std::pair<std::uintmax_t, std::filesystem::file_time_type>;
-
-  static Stamp Of(const std::filesystem::path& file) {
-    std::error_code missing;
-    const std::uintmax_t size = std::filesystem::file_size(file, missing);
-    if (missing || size == 0) return {};
-    return {size, std::filesystem::last_write_time(file, missing)};
-  }
-
-  Stamp file_;
-  Stamp log_;
-};
 
 Moment MomentOf(const ProgramRun& run, const Report& report, bool isCommitted, Traces traces) {
   if (report.kind == Report::Kind::kDone) return Moment::kAfterReport;

@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <map>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "crash/Commands.h"
 #include "crash/Contents.h"
 #include "crash/Timing.h"
 #include "crash/Wish.h"
@@ -34,23 +34,6 @@ struct Tally {
   int ended = 0;  // by themselves, before they were to be killed
   int refused = 0;
   std::chrono::nanoseconds took{};
-};
-
-// Something is wrong with the books after a crash. What() says what, and what was done last.
-class BooksBroken : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-// What a run that was alone on the company file changed of it.
-struct Traces {
-  bool inLog = false;
-  bool inFile = false;
-};
-
-struct Scene {
-  std::filesystem::path program{};
-  std::filesystem::path directory{};  // existing and empty
 };
 
 // A company whose users are unlucky: the program is killed again and again while they work.

@@ -20,6 +20,7 @@ struct ProgramRun {
   std::string out{};         // all that it printed, however it ended
   std::string err{};
   std::chrono::nanoseconds took{};
+  int changes = 0;  // how often something was seen to have changed in the watched folders
 };
 
 struct RunOptions {
@@ -27,6 +28,9 @@ struct RunOptions {
   std::filesystem::path watchedFile{};  // see ProgramRun::hadFileOpen
   // SIGKILL, counted from its start, or kWhenItPrints; never when left out.
   std::optional<std::chrono::nanoseconds> killAfter{};
+  std::vector<std::filesystem::path> watchedFolders{};
+  // SIGKILL once so many changes were seen in these.
+  std::optional<int> killAtChange{};
 };
 
 // How soon a program is killed that is killed as soon as it prints.

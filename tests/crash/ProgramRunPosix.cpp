@@ -1,8 +1,9 @@
-// Starting, watching and killing a program is POSIX here; which files it has open is told by Linux.
+// Starting, watching and killing a program is POSIX here; which files it has open and changes is told by Linux.
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/inotify.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,9 +65,36 @@ void ReadInto(std::string& text, Descriptor& from) {
   }
 }
 
+// What is changed in the folders from now on; none without any.
+Descriptor Changes(const std::vector<std::filesystem::path>& folders) {
+  if (folders.empty()) return Descriptor(-1);
+  const int changes = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+  if (changes < 0) ThrowSystemError("inotify_init1");
+  for (const std::filesystem::path& folder : folders) {
+    if (inotify_add_watch(changes, folder.c_str(), IN_CREATE | IN_MODIFY | IN_MOVE | IN_DELETE) < 0) {
+      ThrowSystemError("inotify_add_watch");
+    }
+  }
+  return Descriptor(changes);
+}
+
+// All that have come count as one, as they may have come together.
+void CountChange(ProgramRun& run, const Descriptor& changes) {
+  std::array<char, 65536> bytes{};
+  if (read(changes.Number(), bytes.data(), bytes.size()) < 0) ThrowSystemError("read");
+  ++run.changes;
+}
+
+struct Sources {
+  Pipe out;
+  Pipe err;
+  Descriptor changes;
+};
+
 // False when nothing came until then.
-bool ReadSome(ProgramRun& run, Pipe& out, Pipe& err, std::optional<Clock::time_point> until) {
-  std::array<pollfd, 2> watched{pollfd{out.readEnd.Number(), POLLIN, 0}, pollfd{err.readEnd.Number(), POLLIN, 0}};
+bool ReadSome(ProgramRun& run, Sources& from, std::optional<Clock::time_point> until) {
+  std::array<pollfd, 3> watched{pollfd{from.out.readEnd.Number(), POLLIN, 0},
+                                pollfd{from.err.readEnd.Number(), POLLIN, 0}, pollfd{from.changes.Number(), POLLIN, 0}};
   timespec left{};
   if (until) {
     const auto remaining = std::max(*until - Clock::now(), Clock::duration::zero());
@@ -76,8 +104,9 @@ bool ReadSome(ProgramRun& run, Pipe& out, Pipe& err, std::optional<Clock::time_p
   }
   const int ready = ppoll(watched.data(), watched.size(), until ? &left : nullptr, nullptr);
   if (ready < 0) ThrowSystemError("ppoll");
-  if (watched[0].revents != 0) ReadInto(run.out, out.readEnd);
-  if (watched[1].revents != 0) ReadInto(run.err, err.readEnd);
+  if (watched[0].revents != 0) ReadInto(run.out, from.out.readEnd);
+  if (watched[1].revents != 0) ReadInto(run.err, from.err.readEnd);
+  if (watched[2].revents != 0) CountChange(run, from.changes);
   return ready != 0;
 }
 
@@ -85,20 +114,21 @@ bool ReadSome(ProgramRun& run, Pipe& out, Pipe& err, std::optional<Clock::time_p
 
 ProgramRun Run(const std::vector<std::string>& words, const RunOptions& options) {
   ProgramRun run;
-  Pipe out;
-  Pipe err;
+  Sources from{.out = {}, .err = {}, .changes = Changes(options.watchedFolders)};
   const Clock::time_point start = Clock::now();
-  const pid_t child = Start(words, options, out, err);
-  out.writeEnd.Close();
-  err.writeEnd.Close();
+  const pid_t child = Start(words, options, from.out, from.err);
+  from.out.writeEnd.Close();
+  from.err.writeEnd.Close();
 
   const bool killsWhenItPrints = options.killAfter == kWhenItPrints;
   std::optional<Clock::time_point> killAt;
   if (options.killAfter && !killsWhenItPrints) killAt = start + *options.killAfter;
   bool wasKilled = false;
-  while (out.readEnd.IsOpen() || err.readEnd.IsOpen()) {
-    const bool isTime = !ReadSome(run, out, err, killAt);
-    if (wasKilled || !(isTime || (killsWhenItPrints && !run.out.empty()))) continue;
+  while (from.out.readEnd.IsOpen() || from.err.readEnd.IsOpen()) {
+    const bool isTime = !ReadSome(run, from, killAt);
+    const bool hasPrinted = killsWhenItPrints && !run.out.empty();
+    const bool hasChanged = options.killAtChange && run.changes >= *options.killAtChange;
+    if (wasKilled || !(isTime || hasPrinted || hasChanged)) continue;
     run.hadFileOpen = HasOpen(child, options.watchedFile);
     kill(child, SIGKILL);
     wasKilled = true;

@@ -5,9 +5,10 @@ add_stage_test(valgrind valgrind 1800
   valgrind --quiet --leak-check=full --show-leak-kinds=definite,indirect --errors-for-leak-kinds=definite,indirect
   --error-exitcode=9 ${programs}/model_check --processes 4 --histories 20)
 add_stage_test(crash crash 1800 ${programs}/crash)
+add_stage_test(crash.partners crash 1800 ${programs}/partner_kills)
 add_stage_test(partners.1 partners 1800 ${programs}/partner_check --seed 1 --histories 500)
 add_stage_test(partners.2 partners 1800 ${programs}/partner_check --seed 100001 --histories 500)
-use_all_processors(model valgrind crash)
+use_all_processors(model valgrind crash crash.partners)
 
 add_stage_test(instructions.plans instructions 300
   ${scripts}/compare-plans.sh ${programs}/multientity_bench ${PROJECT_SOURCE_DIR}/bench/plans.txt)

@@ -47,6 +47,14 @@ bool IsNameFor(std::string_view name, std::string_view address) {
          EqualIgnoringCase(name.substr(0, address.size()), address) && EndsWith(name, kEnvelopeSuffix);
 }
 
+// One as Put() gives them, rather than that of a copy, or what a mail program has made of it.
+bool IsGivenHere(std::string_view name) {
+  constexpr std::size_t kUuidBytes = 36;
+  constexpr std::size_t kBefore = kAddressDigits + 1;
+  return name.size() == kBefore + kUuidBytes + std::string_view(kEnvelopeSuffix).size() &&
+         name.substr(kBefore, kUuidBytes).find_first_not_of("0123456789abcdefABCDEF-") == std::string_view::npos;
+}
+
 bool IsNameOfADraft(std::string_view name) {
   return name.starts_with('.') && IsAddress(name.substr(1, kAddressDigits)) &&
          EndsWith(name, std::string(kEnvelopeSuffix) + kDraftSuffix);
@@ -140,7 +148,7 @@ std::vector<std::string> FolderMailbox::List(std::string_view address) {
     if (IsNameFor(name, address)) names.push_back(std::move(name));
   }
   if (error) ThrowFailure("It cannot be listed", error);
-  std::ranges::sort(names);
+  std::ranges::sort(names, {}, [](const std::string& name) { return std::pair(IsGivenHere(name), name); });
   return names;
 }
 

@@ -49,7 +49,8 @@ class Mailbox {
 
   // Puts an envelope as a whole or not at all; its name, by which it is asked for.
   virtual std::string Put(std::string_view address, std::string_view bytes) = 0;
-  // The names of what lies there for an address, in ascending order. Nothing is read for it.
+  // The names of what lies there for an address, in ascending order; those that others have given come in front, as
+  // they do not tell when it was put. Nothing is read for it.
   virtual std::vector<std::string> List(std::string_view address) = 0;
   // One that was listed, unless it is larger than that many bytes. It stays where it is.
   virtual TakenEnvelope Take(std::string_view name, std::size_t most) = 0;

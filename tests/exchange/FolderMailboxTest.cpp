@@ -56,6 +56,16 @@ TEST_F(AFolderOfEnvelopes, SortsThoseThatWerePutEarlierInFront) {
   EXPECT_THAT(mailbox.List(kBirch), ElementsAre(early, late));
 }
 
+TEST_F(AFolderOfEnvelopes, HasThoseWithNamesOfOthersInFrontOfAllThatWerePut) {
+  const std::string early = mailbox.Put(kBirch, "early");
+  clock.now += std::chrono::hours(1);
+  const std::string late = mailbox.Put(kBirch, "late");
+  const std::string copy = WriteEnvelope(early.substr(17, 36) + " (1)", "5:early,");
+  const std::string letter = WriteEnvelope("letter from Alder", "5:hello,");
+
+  EXPECT_THAT(mailbox.List(kBirch), ElementsAre(copy, letter, early, late));
+}
+
 TEST_F(AFolderOfEnvelopes, LeavesWhatIsOthersAlone) {
   const std::vector<std::string> others = {"README.txt",
                                            "desktop.ini",

@@ -6,8 +6,9 @@
 IDENTITY is the identity file of the company that the envelope is for, or any file with a line "seed", a blank and 64
 hexadecimal digits. ENVELOPE is an envelope, or the file of one as it lies in a shared folder. Everything is checked as
 docs/exchange.md says: the seal, the sender's signature, and of each fact its canonical form, its hash and its author's
-signature. Ends with 1 and says why when the envelope is refused; a fact
-that is none is shown with the reason. Whether the sender is a partner is for the reader to see: compare the fingerprint.
+signature. Of an answer the proposal that it answers is shown as "answers", of a dispute and a note what they say as
+"remark", or why they are "not_understood". Ends with 1 and says why when the envelope is refused; a fact that is none is
+shown with the reason. Whether the sender is a partner is for the reader to see: compare the fingerprint.
 
 Needs Debian's python3-nacl.
 """
@@ -26,6 +27,8 @@ MOST_AROUND_BYTES = 9
 MOST_BODY_BYTES = 65_536
 MOST_FIELDS = 64
 MOST_NAME_BYTES = 64
+MOST_REQUEST_BYTES = 36
+MOST_TEXT_BYTES = 4_000
 OUTSIDE = b"multientity-sealed-1\n"
 ENVELOPE_FORM = b"multientity-envelope-1"
 FACT_FORM = b"multientity-fact-1"
@@ -108,6 +111,35 @@ def fields_of(texts):
     return dict(zip(names, texts[1::2]))
 
 
+def text_of(fields, name, most):
+    require(name in fields, f"it has no field {name.decode()}")
+    text = plain_text(fields[name])
+    require(text is not None and 1 <= len(fields[name]) <= most, f"{name.decode()} is {fields[name][:80]!r}")
+    return text
+
+
+def remark_in(fact, fields):
+    """What a dispute or a note says, and who made the request that it is about: its author or the author's partner."""
+    require_like(HEX_16, fact["name"].encode(), "the name")
+    require(fact["month"], "it is of no month")
+    of_dispute, of_note = {b"about", b"text"}, {b"about", b"asker", b"text"}
+    require(set(fields) <= (of_dispute if fact["kind"] == "dispute" else of_note), "it has a field that it cannot have")
+    asker = "partner" if fact["kind"] == "dispute" else text_of(fields, b"asker", MOST_NAME_BYTES)
+    require(asker in ("author", "partner"), f"the asker is {asker!r}")
+    return {
+        "about": text_of(fields, b"about", MOST_REQUEST_BYTES),
+        "asker": asker,
+        "text": text_of(fields, b"text", MOST_TEXT_BYTES),
+    }
+
+
+def tell_remark(fact, fields):
+    try:
+        fact["remark"] = remark_in(fact, fields)
+    except Refused as refusal:
+        fact["not_understood"] = str(refusal)
+
+
 def read_fact(wire):
     """A fact as it travels: its body and its author's signature."""
     parts = [text for _, text in netstrings(wire)]
@@ -133,6 +165,8 @@ def read_fact(wire):
     require(is_signed(fact["author"], body, signature), "its author did not sign it")
     if fact["kind"] == "answer" and b"proposal" in fields:
         fact["answers"] = shown_fact(fields[b"proposal"])
+    if fact["kind"] in ("dispute", "note"):
+        tell_remark(fact, fields)
     return fact
 
 

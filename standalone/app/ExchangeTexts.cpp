@@ -29,6 +29,11 @@ void AddInboxKinds(std::vector<KindOfRequests>& kinds, const desk::InboxStatus& 
   kinds.push_back(
       {&inbox.toBookAgain, "in the inbox, to be booked again", kUs,
        "book again what these books lost; see it with: multientity inbox list {} --partner {} --state to-book-again"});
+  kinds.push_back({&inbox.disputed.requests, "in the inbox, disputed", inbox.disputed.toAnswer == 0 ? kPartner : kUs,
+                   inbox.disputed.toAnswer == 0
+                       ? ""
+                       : "book, reject or answer what is disputed, of which the partner has said something; see it "
+                         "with: multientity inbox list {} --partner {}"});
   kinds.push_back({&inbox.held, "in the inbox, held until what they take back is booked", kNobody, ""});
 }
 
@@ -41,6 +46,11 @@ void AddOutboxKinds(std::vector<KindOfRequests>& kinds, const desk::OutboxStatus
        "multientity outbox list {} --partner {}"});
   kinds.push_back(
       {&outbox.entered, "entered, to be sent", kUs, "send it with: multientity exchange send {} --partner {}"});
+  kinds.push_back({&outbox.disputed.requests, "disputed by the partner", outbox.disputed.toAnswer == 0 ? kPartner : kUs,
+                   outbox.disputed.toAnswer == 0
+                       ? ""
+                       : "answer or withdraw what the partner disputes; see why with: multientity outbox list {} "
+                         "--partner {}"});
   kinds.push_back({&outbox.unanswered, "sent, without an answer", kPartner, ""});
   kinds.push_back({&outbox.withdrawing, "being withdrawn", kPartner, ""});
 }

@@ -33,9 +33,20 @@ const char* TypeText(std::int16_t type) {
   return desk::NounOf(desk::EnteredType{type});
 }
 
+template <typename Request>
+const char* DisputedText(const Request& request) {
+  return request.isDisputed ? ", disputed" : "";
+}
+
+std::string StateOfInbox(const InboxRequest& request) {
+  return std::string(NameOf(request.state)) + DisputedText(request);
+}
+
 std::string StateOfOutbox(const OutboxRequest& request) {
-  if (request.isLost || !request.state) return "lost";
-  return request.isWithdrawing ? "withdrawing" : standalone::MarkedStateName(*request.state);
+  const std::string state = request.isLost || !request.state ? "lost"
+                            : request.isWithdrawing          ? "withdrawing"
+                                                             : standalone::MarkedStateName(*request.state);
+  return state + DisputedText(request);
 }
 
 bool IsOpen(const OutboxRequest& request) {
@@ -62,15 +73,31 @@ std::optional<standalone::Money> SumOf(const std::vector<Request>& requests, Cou
   return sum;
 }
 
-// A sentence for each that a person has to look at closely.
+template <typename Request>
+std::string WhoSays(const Request& request, const desk::Remark& remark) {
+  return remark.isOurs ? "this company" : request.partner;
+}
+
+// What was said last in a dispute, with whoever began it.
+template <typename Request>
+std::string DisputeText(const Request& request) {
+  const auto dispute = std::ranges::find(request.remarks, true, &desk::Remark::isDispute);
+  const desk::Remark& last = request.remarks.back();
+  const std::string disputed = "disputed by " + WhoSays(request, *dispute);
+  return last.isDispute ? disputed + ": " + last.text
+                        : disputed + "; " + WhoSays(request, last) + " says: " + last.text;
+}
+
+// A sentence for each that a person has to look at closely, and for each that is disputed.
 template <typename Request>
 std::string MarksOf(const std::vector<Request>& requests) {
   std::string text;
+  const auto add = [&text](const Request& request, const std::string& what) {
+    text += Wrapped(fmt::format("{} of {}: {}", Shown(request.requestId), Shown(request.partner), Shown(what))) + '\n';
+  };
   for (const Request& request : requests) {
-    if (request.mark.empty()) continue;
-    text +=
-        Wrapped(fmt::format("{} of {}: {}", Shown(request.requestId), Shown(request.partner), Shown(request.mark))) +
-        '\n';
+    if (!request.mark.empty()) add(request, request.mark);
+    if (request.isDisputed) add(request, DisputeText(request));
   }
   return text;
 }
@@ -93,6 +120,13 @@ void AddCommonValues(std::string& text, const Request& request) {
   AddValue(text, "Amount", AmountWithCurrency(request.amount));
   AddValue(text, "Name", request.name);
   AddValue(text, "Memo", request.memo);
+}
+
+template <typename Request>
+void AddRemarks(std::string& text, const Request& request) {
+  for (const desk::Remark& remark : request.remarks) {
+    AddValue(text, remark.isDispute ? "Dispute" : "Note", fmt::format("{}: {}", WhoSays(request, remark), remark.text));
+  }
 }
 
 // "FILE REQUEST --partner PARTNER", as a command takes them.
@@ -124,6 +158,15 @@ std::string HowToReject(const InboxRequest& request, const std::string& file) {
   return fmt::format("multientity inbox reject {} --reason TEXT", WhichRequest(request, file));
 }
 
+std::string NextOfDisputed(const InboxRequest& request, const std::string& file) {
+  return fmt::format(
+      "wait for what {} does; or answer with: multientity inbox note {} --text TEXT; or decide it: {}reject it with: "
+      "{}",
+      request.partner, WhichRequest(request, file),
+      request.state == InboxState::kNew ? fmt::format("book it with: {}; or ", HowToBook(request, file)) : "",
+      HowToReject(request, file));
+}
+
 // What a rule says of a request.
 std::string TargetText(const desk::Rule& rule) {
   return fmt::format("{}{}, to {}, {}", rule.id, rule.isLearned ? " (learned)" : "", rule.account.name,
@@ -131,6 +174,7 @@ std::string TargetText(const desk::Rule& rule) {
 }
 
 std::string NextOfInbox(const InboxRequest& request, const std::string& file) {
+  if (request.isDisputed) return NextOfDisputed(request, file);
   switch (request.state) {
     case InboxState::kNew:
       return fmt::format(
@@ -184,6 +228,11 @@ std::string NextOfOutbox(const OutboxRequest& request, const std::string& file) 
     case TransactionState::kEntered:
       return fmt::format("send it with: multientity exchange send {}", WhichRequest(request, file));
     case TransactionState::kSent:
+      if (request.isDisputed) {
+        return fmt::format(
+            "answer with: multientity outbox note {} --text TEXT; or take it back with: multientity outbox withdraw {}",
+            WhichRequest(request, file), WhichRequest(request, file));
+      }
       return fmt::format("nothing until the partner answers; to take it back: multientity outbox withdraw {}",
                          WhichRequest(request, file));
     case TransactionState::kCameBack:
@@ -232,7 +281,7 @@ std::string InboxListText(const std::vector<InboxRequest>& requests) {
   for (const InboxRequest& request : requests) {
     table.Add({request.partner, FormatIsoDate(request.date), standalone::TransactionTypeName(request.type),
                request.document, request.name, standalone::FormatAmount(request.amount), request.amount.currency,
-               std::string(NameOf(request.state)), request.requestId});
+               StateOfInbox(request), request.requestId});
   }
   const auto isNew = [](const InboxRequest& request) {
     return request.state == InboxState::kNew;
@@ -300,13 +349,14 @@ std::string InboxRequestText(const InboxRequest& request, const std::string& fil
   AddValue(text, "Document", request.document);
   AddValue(text, "Their account", request.hint);
   if (request.earlier) AddValue(text, "Earlier", EarlierText(*request.earlier));
-  AddValue(text, "State", NameOf(request.state));
+  AddValue(text, "State", StateOfInbox(request));
   AddValue(text, "Reason", request.reason);
   AddValue(text, "Booked", EntryText(request.entry));
   AddValue(text, "Booked before", EntryText(request.entryBefore));
   AddValue(text, "Look closely", request.mark);
   if (request.rule) AddValue(text, "Rule", TargetText(*request.rule));
   AddValue(text, "No rule", request.ruleMark);
+  AddRemarks(text, request);
   return text + fmt::format("{:<14} {}\n", "Next:", NextOfInbox(request, file));
 }
 
@@ -317,6 +367,7 @@ std::string OutboxRequestText(const OutboxRequest& request, const std::string& f
   AddValue(text, "State", StateOfOutbox(request));
   AddValue(text, "Reason", request.reason);
   AddValue(text, "Look closely", request.mark);
+  AddRemarks(text, request);
   return text + fmt::format("{:<14} {}\n", "Next:", NextOfOutbox(request, file));
 }
 
@@ -326,6 +377,11 @@ std::string CalledRequest(const InboxRequest& request) {
 
 std::string CalledRequest(const OutboxRequest& request) {
   return Called(request, "to");
+}
+
+std::string RemarkLeavesText(const std::string& file) {
+  return fmt::format("That leaves with the next letters: multientity exchange run {}, or exchange export.\n",
+                     AsTyped(file));
 }
 
 std::string AmountWithCurrency(const standalone::Money& amount) {

@@ -45,6 +45,10 @@ std::string OutboxRequestText(const desk::OutboxRequest& request, const std::str
 std::string CalledRequest(const desk::InboxRequest& request);
 std::string CalledRequest(const desk::OutboxRequest& request);
 
+// That what was said of a request leaves with the next letters; `file` is the company as people type it.
+std::string RemarkLeavesText(const std::string& file);
+inline constexpr const char* kRemarkHelp = "What the partner is told, 1 to 4000 bytes";
+
 // "480.00 USD", the latter if the company has a currency.
 std::string AmountWithCurrency(const standalone::Money& amount);
 

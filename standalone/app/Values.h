@@ -26,6 +26,8 @@ inline constexpr const char* kPartnerHelp = "The partner company: its realm id, 
 // Both are one option; the second name is that of the first programs.
 inline constexpr const char* kPartnerOption = "--partner,--realm";
 inline constexpr const char* kRequestHelp = "The request id that both companies know, 1 to 36 bytes";
+inline constexpr const char* kWhichPartnerHelp =
+    "The partner, by its realm id or its name, where several have a request of that id";
 // Of an account.
 inline constexpr const char* kAccountHelp =
     "An account, by number, by record number, such as #12, or by colon-separated name";

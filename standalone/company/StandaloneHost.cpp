@@ -98,6 +98,7 @@ struct StandaloneHost::Parts {
   InboxTable inbox{file.Data()};
   RuleTable rules{file.Data()};
   OutboxTable outbox{file.Data()};
+  RemarkTable remarks{file.Data()};
   standalone::ClosedBooks closedBooks{file.Data()};
   RelationTable relations{file.Data()};
   IntercompanyTable intercompany{file.Data(), linesAhead};
@@ -272,6 +273,10 @@ RuleTable& StandaloneHost::Rules() noexcept {
 
 OutboxTable& StandaloneHost::Outbox() noexcept {
   return parts_->outbox;
+}
+
+RemarkTable& StandaloneHost::Remarks() noexcept {
+  return parts_->remarks;
 }
 
 ClosedBooks& StandaloneHost::ClosedBooks() noexcept {

@@ -31,6 +31,7 @@
 #include "standalone/books/PreferenceTable.h"
 #include "standalone/books/RejectedRequestTable.h"
 #include "standalone/books/RelationTable.h"
+#include "standalone/books/RemarkTable.h"
 #include "standalone/books/RuleTable.h"
 #include "standalone/books/SettingsTable.h"
 #include "standalone/books/TransactionTable.h"
@@ -149,6 +150,7 @@ class StandaloneHost {
   InboxTable& Inbox() noexcept;
   RuleTable& Rules() noexcept;
   OutboxTable& Outbox() noexcept;
+  RemarkTable& Remarks() noexcept;
   standalone::ClosedBooks& ClosedBooks() noexcept;
   OperationsLog& Log() noexcept;
 

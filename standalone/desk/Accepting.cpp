@@ -14,6 +14,7 @@
 #include "standalone/desk/inside/HeldRequests.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/ReadRequests.h"
+#include "standalone/desk/inside/Remarks.h"
 #include "standalone/desk/inside/Requests.h"
 #include "standalone/desk/inside/Reversing.h"
 #include "standalone/values/Amount.h"
@@ -141,6 +142,9 @@ Received ReadReceived(Work& work, const Pairing& pairing, const InboxRow& row) {
   const HeldRequest held = HeldAbout(work, pairing, RequestOf::kPartner, row.requestId);
   received.says = held.Proposal()->says;
   FillFromProposal(work, received.says, request);
+  request.remarks = RemarksAbout(work, pairing, RequestOf::kPartner, row.requestId);
+  request.isDisputed =
+      (row.state == InboxState::kNew || row.state == InboxState::kHeld) && IsAnyDispute(request.remarks);
   if (row.txnId) request.entry = EntryIn(work, *row.txnId);
   const exchange::Answer* answer = held.Answer();
   if (answer == nullptr) return received;
@@ -214,6 +218,7 @@ void AcceptAtOnce(Work& work, const Pairing& pairing, const exchange::KeyPair& k
   const std::optional<InboxRow> row = work.Host().Inbox().Find(pairing.id, request);
   if (!row || row->state != InboxState::kNew || !row->mark.empty()) return;
   const Received received = ReadReceived(work, pairing, *row);
+  if (received.request.isDisputed) return;
   if (received.says.amount <= 0 || received.says.amount > *pairing.bookedUpTo) return;
   const FoundRule found = FindRule(work, pairing, received.says);
   if (!found.rule) return;

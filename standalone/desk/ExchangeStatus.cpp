@@ -41,7 +41,8 @@ RequestsOfAKind* WhereItCounts(OutboxStatus& status, const OutboxRequest& reques
     case standalone::TransactionState::kEntered:
       return &status.entered;
     case standalone::TransactionState::kSent:
-      return request.isWithdrawing ? &status.withdrawing : &status.unanswered;
+      if (request.isWithdrawing) return &status.withdrawing;
+      return request.isDisputed ? &status.disputed.requests : &status.unanswered;
     case standalone::TransactionState::kCameBack:
       return &status.cameBack;
     default:
@@ -50,6 +51,7 @@ RequestsOfAKind* WhereItCounts(OutboxStatus& status, const OutboxRequest& reques
 }
 
 RequestsOfAKind* WhereItCounts(InboxStatus& status, const InboxRequest& request) {
+  if (request.isDisputed) return &status.disputed.requests;
   switch (request.state) {
     case standalone::InboxState::kNew:
       return &status.waiting;
@@ -62,11 +64,20 @@ RequestsOfAKind* WhereItCounts(InboxStatus& status, const InboxRequest& request)
   }
 }
 
+// Counts one that is among the disputed ones.
+template <typename Status, typename Request>
+void CountToAnswer(Status& status, const RequestsOfAKind* kind, const Request& request) {
+  if (kind == &status.disputed.requests && !request.remarks.back().isOurs) ++status.disputed.toAnswer;
+}
+
 OutboxesByRealm OutboxesOf(Company& company) {
   OutboxesByRealm all;
   for (const OutboxRequest& request : ListOutbox(company)) {
-    if (RequestsOfAKind* const kind = WhereItCounts(all[request.realm], request))
-      CountIn(*kind, request.date, request.amount);
+    OutboxStatus& status = all[request.realm];
+    RequestsOfAKind* const kind = WhereItCounts(status, request);
+    if (kind == nullptr) continue;
+    CountIn(*kind, request.date, request.amount);
+    CountToAnswer(status, kind, request);
   }
   return all;
 }
@@ -78,6 +89,7 @@ InboxesByRealm InboxesOf(Company& company) {
     RequestsOfAKind* const kind = WhereItCounts(status, request);
     if (kind == nullptr) continue;
     CountIn(*kind, request.date, request.amount);
+    CountToAnswer(status, kind, request);
     if (!request.mark.empty()) ++status.marked;
   }
   return all;

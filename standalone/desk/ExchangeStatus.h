@@ -20,9 +20,15 @@ struct RequestsOfAKind {
   std::optional<DateType32> oldest;      // the earliest of their dates
 };
 
+struct DisputedRequests {
+  RequestsOfAKind requests;
+  std::int64_t toAnswer = 0;  // of which the partner was the last to say something
+};
+
 struct OutboxStatus {
   RequestsOfAKind entered;      // and not sent
-  RequestsOfAKind unanswered;   // sent, and the partner has neither answered nor been asked not to accept them
+  RequestsOfAKind unanswered;   // sent, and the partner has neither answered nor disputed nor been asked to let go
+  DisputedRequests disputed;    // by the partner, which has not answered them nor been asked to let go
   RequestsOfAKind withdrawing;  // the partner was asked not to accept them, and has not answered
   RequestsOfAKind cameBack;
   RequestsOfAKind lost;  // the partner has their proposals, these books have no transactions
@@ -31,6 +37,7 @@ struct OutboxStatus {
 struct InboxStatus {
   RequestsOfAKind waiting;  // new, for a person
   RequestsOfAKind held;
+  DisputedRequests disputed;  // by this company; neither waiting nor held
   RequestsOfAKind toBookAgain;
   std::int64_t marked = 0;  // of all of these, those that a person has to look at closely
 };

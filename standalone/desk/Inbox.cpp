@@ -15,6 +15,7 @@
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/ReadRequests.h"
+#include "standalone/desk/inside/Remarks.h"
 #include "standalone/desk/inside/Requests.h"
 #include "standalone/desk/inside/TypeRights.h"
 #include "standalone/desk/inside/Work.h"
@@ -42,9 +43,12 @@ std::vector<Received> ReadAll(Work& work, const std::optional<Partner>& partner,
   return all;
 }
 
+constexpr const char* kLeftToAPerson = "it is disputed, and left to a person";
+
 void TellRule(Work& work, Received& received) {
   if (std::ranges::count(kToAccept, received.row.state) == 0) return;
   FoundRule found = FindRule(work, received.pairing, received.says);
+  if (received.request.isDisputed && found.rule) found = {.rule = {}, .whyNone = kLeftToAPerson, .isForAPerson = true};
   if (found.rule) received.request.rule = RuleOf(work, *found.rule);
   if (found.isForAPerson) received.request.ruleMark = std::move(found.whyNone);
 }
@@ -86,7 +90,8 @@ std::vector<Received> Select(Work& work, const RequestSelection& selection, cons
   } else {
     selected = ReadAll(work, selection.partner, /*decided=*/false);
     std::erase_if(selected, [&](const Received& received) {
-      return std::ranges::count(states, received.row.state) == 0 || !received.row.mark.empty();
+      return std::ranges::count(states, received.row.state) == 0 || !received.row.mark.empty() ||
+             received.request.isDisputed;
     });
     std::ranges::stable_sort(selected, CameEarlier, &Received::request);
   }
@@ -109,6 +114,7 @@ bool IsLearned(const RequestSelection& selection, const RequestBooking& booking)
 }
 
 standalone::RuleRow RequireRule(Work& work, const Received& received) {
+  if (received.request.isDisputed) work.Refuse(kLeftToAPerson, Remedy::kAnswerInTheInbox);
   FoundRule found = FindRule(work, received.pairing, received.says);
   if (found.rule) return *std::move(found.rule);
   work.Refuse(std::move(found.whyNone), found.isForAPerson ? Remedy::kSeeTheRules : Remedy::kAddARule);
@@ -182,6 +188,26 @@ InboxRequest RejectOne(Work& work, const exchange::KeyPair& keys, const Received
     return answer;
   });
   return work.Read([&] { return ReadAgain(work, received).request; });
+}
+
+InboxRequest Say(Work& work, const standalone::RequestId& request, const std::optional<Partner>& partner,
+                 const standalone::RemarkText& text, bool isDispute) {
+  return work.Write([&] {
+    work.RequireFeature();
+    RequireMaySeeSome(work);
+    const Received received = RequireReceived(work, request, partner);
+    RequireRightsToType(work, received.request.type, {kActionView});
+    const exchange::KeyPair keys = RequireKeys(work);
+    RequireNotBehind(work);
+    if (isDispute) RequireInState(work, received, kToReject, "disputed");
+    work.Host().Record(MakeRemark(work, received.pairing, keys,
+                                  {.isDispute = isDispute,
+                                   .whose = RequestOf::kPartner,
+                                   .request = received.row.requestId,
+                                   .month = exchange::MonthOf(received.says.date),
+                                   .text = text.Text()}));
+    return ReadAgain(work, received).request;
+  });
 }
 
 // Each is a unit of work of its own; one that is refused is left as it is.
@@ -260,6 +286,18 @@ RejectedRequests RejectRequests(Company& company, const RequestSelection& select
     if (refusal) rejected.left.push_back({.request = received.request, .refusal = *std::move(refusal)});
   }
   return rejected;
+}
+
+InboxRequest DisputeRequest(Company& company, const standalone::RequestId& request,
+                            const standalone::RemarkText& reason, const std::optional<Partner>& partner) {
+  Work work(company.Opened(), UseCase::kDisputeRequest);
+  return Say(work, request, partner, reason, /*isDispute=*/true);
+}
+
+InboxRequest NoteOnRequest(Company& company, const standalone::RequestId& request, const standalone::RemarkText& text,
+                           const std::optional<Partner>& partner) {
+  Work work(company.Opened(), UseCase::kNoteOnRequest);
+  return Say(work, request, partner, text, /*isDispute=*/false);
 }
 
 }  // namespace desk

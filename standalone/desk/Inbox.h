@@ -10,6 +10,7 @@
 #include "standalone/desk/Journal.h"
 #include "standalone/desk/results/Partner.h"
 #include "standalone/desk/results/Refusal.h"
+#include "standalone/desk/results/Remark.h"
 #include "standalone/desk/results/RequestSelection.h"
 #include "standalone/desk/results/Rule.h"
 #include "standalone/values/CheckedText.h"
@@ -52,6 +53,8 @@ struct InboxRequest {
   std::optional<EntryOfRequest> entryBefore = std::nullopt;  // to be booked again: as the answer has it
   std::optional<Rule> rule = std::nullopt;                   // new, to be booked again: the one that fits
   std::string ruleMark{std::string()};                       // why none does although there are some; mostly empty
+  std::vector<Remark> remarks{std::vector<Remark>()};        // in the order in which they came into these books
+  bool isDisputed = false;                                   // by this company, which has not decided it
 };
 
 struct InboxFilter {
@@ -105,5 +108,14 @@ struct RejectedRequests {
 // Answers requests that are new or held with a rejection, each in a unit of work of its own; those of bills and checks
 // stand among the rejections as well. Needs the right to view transactions of their types.
 RejectedRequests RejectRequests(Company& company, const RequestSelection& selection, const standalone::Memo& reason);
+
+// Tells the partner why a request that is new or held is not going to be booked as it is, without deciding it: it is
+// booked by no rule and left out of selections from now on, until it is accepted or rejected by its name. Needs the
+// right to view transactions of its type, like the one below.
+InboxRequest DisputeRequest(Company& company, const standalone::RequestId& request,
+                            const standalone::RemarkText& reason, const std::optional<Partner>& partner = {});
+// Tells the partner something about a request, whatever has become of it.
+InboxRequest NoteOnRequest(Company& company, const standalone::RequestId& request, const standalone::RemarkText& text,
+                           const std::optional<Partner>& partner = {});
 
 }  // namespace desk

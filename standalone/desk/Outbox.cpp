@@ -17,6 +17,7 @@
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/ReadRequests.h"
+#include "standalone/desk/inside/Remarks.h"
 #include "standalone/desk/inside/Sending.h"
 #include "standalone/desk/inside/TypeRights.h"
 #include "standalone/desk/inside/Work.h"
@@ -82,7 +83,10 @@ OutboxRequest RequestOfSent(Work& work, const Pairing& pairing, const OutboxRow&
   request.isSent = true;
   request.mark = sent.mark;
   request.isWithdrawing = held.facts.withdrawal && request.state && request.state->number == TransactionState::kSent;
-  if (const exchange::Answer* answer = held.Answer()) request.reason = answer->reason;
+  request.remarks = RemarksAbout(work, pairing, RequestOf::kUs, sent.requestId);
+  const exchange::Answer* answer = held.Answer();
+  request.isDisputed = answer == nullptr && IsAnyDispute(request.remarks);
+  if (answer != nullptr) request.reason = answer->reason;
   return request;
 }
 
@@ -290,6 +294,27 @@ OutboxRequest WithdrawRequest(Company& company, const standalone::RequestId& req
                         .subject = "the request " + Quoted(request.Text()) + " to " + PartnerText(found.pairing),
                         .transactions = standalone::TransactionRange{.first = before.txnId, .last = before.txnId},
                         .changes = {{"withdrawing", "no", "yes"}}});
+    return RequestOfSent(work, found.pairing, found.row);
+  });
+}
+
+OutboxRequest NoteOnOwnRequest(Company& company, const standalone::RequestId& request,
+                               const standalone::RemarkText& text, const std::optional<Partner>& partner) {
+  Work work(company.Opened(), UseCase::kNoteOnRequest);
+  return work.Write([&] {
+    work.RequireFeature();
+    RequireMaySeeSome(work);
+    const FoundRequest found = RequireSent(work, request, partner);
+    RequireRightsToType(work, RequestOfSent(work, found.pairing, found.row).type, {kActionView});
+    const exchange::KeyPair keys = RequireKeys(work);
+    RequireNotBehind(work);
+    const HeldRequest held = HeldAbout(work, found.pairing, RequestOf::kUs, request.Text());
+    work.Host().Record(MakeRemark(work, found.pairing, keys,
+                                  {.isDispute = false,
+                                   .whose = RequestOf::kUs,
+                                   .request = request.Text(),
+                                   .month = exchange::MonthOf(held.Proposal()->says.date),
+                                   .text = text.Text()}));
     return RequestOfSent(work, found.pairing, found.row);
   });
 }

@@ -8,6 +8,7 @@
 #include "MultiEntityHost/DateType32.h"
 #include "standalone/desk/results/Partner.h"
 #include "standalone/desk/results/Refusal.h"
+#include "standalone/desk/results/Remark.h"
 #include "standalone/desk/results/RequestSelection.h"
 #include "standalone/values/CheckedText.h"
 #include "standalone/values/Money.h"
@@ -33,9 +34,11 @@ struct OutboxRequest {
   std::optional<standalone::BookedState> state = std::nullopt;  // none for one that is lost
   bool isSent = false;                                          // its proposal was made, and goes with the letters
   bool isWithdrawing = false;                                   // asked to be withdrawn, and not answered
-  bool isLost = false;  // the partner has its proposal, these books have no transaction
-  std::string reason;   // that the partner gave, if it came back
-  std::string mark;     // why a person has to look closely, as a sentence; mostly empty
+  bool isLost = false;                                 // the partner has its proposal, these books have no transaction
+  std::string reason;                                  // that the partner gave, if it came back
+  std::string mark;                                    // why a person has to look closely, as a sentence; mostly empty
+  std::vector<Remark> remarks{std::vector<Remark>()};  // in the order in which they came into these books
+  bool isDisputed = false;                             // by the partner, who has not answered it
 };
 
 struct OutboxFilter {
@@ -67,5 +70,10 @@ SentRequests SendRequests(Company& company, const RequestSelection& selection = 
 // modify transactions of its type.
 OutboxRequest WithdrawRequest(Company& company, const standalone::RequestId& request,
                               const std::optional<Partner>& partner = {});
+
+// Tells the partner something about a request that was sent, such as what it disputes. Needs the right to view
+// transactions of its type.
+OutboxRequest NoteOnOwnRequest(Company& company, const standalone::RequestId& request,
+                               const standalone::RemarkText& text, const std::optional<Partner>& partner = {});
 
 }  // namespace desk

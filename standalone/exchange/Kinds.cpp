@@ -35,6 +35,11 @@ constexpr std::array<std::pair<std::string_view, Outcome>, 4> kOutcomes{{
     {"withdrawn", Outcome::kWithdrawn},
 }};
 
+constexpr std::array<std::pair<std::string_view, Asker>, 2> kAskers{{
+    {"author", Asker::kAuthor},
+    {"partner", Asker::kPartner},
+}};
+
 template <typename Words>
 auto FindWord(const Words& words, std::string_view word) {
   const auto found = std::ranges::find(words, word, [](const auto& pair) { return pair.first; });
@@ -218,6 +223,28 @@ Answer ReadAnswer(const Fact& fact) {
   return answer;
 }
 
+Asker AskerOf(const Fact& fact, std::string_view word) {
+  const std::optional<Asker> asker = FindWord(kAskers, word);
+  Require(fact, asker.has_value(), "has the asker " + Quoted(word) + "; it is the author or the partner");
+  return *asker;
+}
+
+Remark ReadRemark(const Fact& fact, bool isDispute) {
+  const Statement& what = fact.What();
+  Require(fact, IsPairingId(what.name), "is named " + Quoted(what.name) + "; it is named by 32 digits of its own");
+  Require(fact, !what.month.empty(), "is of no month");
+  TakenFields fields(fact);
+  Remark remark{.isDispute = isDispute,
+                .id = what.name,
+                .request = standalone::RequestId(fields.Need("about")).Text(),
+                .month = what.month,
+                .asker = isDispute ? Asker::kPartner : AskerOf(fact, fields.Need("asker")),
+                .text = std::string(
+                    standalone::RequireText("The field \"text\"", fields.Need("text"), 1, standalone::kMemoLength))};
+  fields.RequireNoOther();
+  return remark;
+}
+
 template <typename Kind>
 Kind Only(const Fact& fact) {
   Meaning meaning = MeaningOf(fact);
@@ -251,6 +278,7 @@ Meaning MeaningOf(const Fact& fact) {
     if (kind == kinds::kProposal) return ReadProposal(fact);
     if (kind == kinds::kWithdrawal) return ReadWithdrawal(fact);
     if (kind == kinds::kAnswer) return ReadAnswer(fact);
+    if (kind == kinds::kDispute || kind == kinds::kNote) return ReadRemark(fact, kind == kinds::kDispute);
     throw NotUnderstood("This version does not know facts of kind " + Quoted(kind) + ".");
   });
 }
@@ -269,6 +297,10 @@ Withdrawal WithdrawalOf(const Fact& fact) {
 
 Answer AnswerOf(const Fact& fact) {
   return Only<Answer>(fact);
+}
+
+Remark RemarkOf(const Fact& fact) {
+  return Only<Remark>(fact);
 }
 
 Fact MakeFact(const PairingOffer& offer, std::string_view pairing, const KeyPair& author) {
@@ -334,6 +366,18 @@ Fact MakeFact(const Answer& answer, const KeyPair& author) {
                                         {"reason", answer.reason},
                                         {"proposal", answer.proposal.Wire()}})},
                    author));
+}
+
+Fact MakeFact(const Remark& remark, std::string_view pairing, const KeyPair& author) {
+  const std::string_view asker = remark.isDispute ? std::string_view() : FindWordOf(kAskers, remark.asker);
+  return Understandable(Fact::Signed(
+      {.pairing = std::string(pairing),
+       .author = author.Public(),
+       .kind = std::string(remark.isDispute ? kinds::kDispute : kinds::kNote),
+       .name = remark.id,
+       .month = remark.month,
+       .fields = NotEmpty({{"about", remark.request}, {"asker", std::string(asker)}, {"text", remark.text}})},
+      author));
 }
 
 std::string MonthOf(DateType32 date) {

@@ -21,6 +21,8 @@ inline constexpr std::string_view kConfirmation = "confirmation";
 inline constexpr std::string_view kProposal = "proposal";
 inline constexpr std::string_view kWithdrawal = "withdrawal";
 inline constexpr std::string_view kAnswer = "answer";
+inline constexpr std::string_view kDispute = "dispute";
+inline constexpr std::string_view kNote = "note";
 }  // namespace kinds
 
 enum class PairingStep { kInvitation, kAcceptance, kConfirmation };
@@ -87,7 +89,22 @@ struct Answer {
   friend bool operator==(const Answer&, const Answer&) = default;
 };
 
-using Meaning = std::variant<PairingOffer, Proposal, Withdrawal, Answer>;
+// By whom the request that a remark is about was made.
+enum class Asker { kAuthor, kPartner };  // of the remark
+
+// What a company says about a request, and what decides nothing. A dispute is of the one that is asked.
+struct Remark {
+  bool isDispute = false;
+  std::string id;       // 32 digits of its own, by which the fact is named
+  std::string request;  // 1 to 36 bytes
+  std::string month;    // that of the proposal
+  Asker asker = Asker::kPartner;
+  std::string text;  // 1 to 4000 bytes
+
+  friend bool operator==(const Remark&, const Remark&) = default;
+};
+
+using Meaning = std::variant<PairingOffer, Proposal, Withdrawal, Answer, Remark>;
 
 // Does not look at the signature of the fact itself, but at that of a proposal in an answer.
 Meaning MeaningOf(const Fact& fact);
@@ -97,12 +114,14 @@ PairingOffer PairingOfferOf(const Fact& fact);
 Proposal ProposalOf(const Fact& fact);
 Withdrawal WithdrawalOf(const Fact& fact);
 Answer AnswerOf(const Fact& fact);
+Remark RemarkOf(const Fact& fact);
 
 // Signed facts that say it; throw NotUnderstood, or Malformed, for what would not be understood.
 Fact MakeFact(const PairingOffer& offer, std::string_view pairing, const KeyPair& author);
 Fact MakeFact(const Proposal& proposal, std::string_view pairing, const KeyPair& author);
 Fact MakeFact(const Withdrawal& withdrawal, std::string_view pairing, const KeyPair& author);
 Fact MakeFact(const Answer& answer, const KeyPair& author);
+Fact MakeFact(const Remark& remark, std::string_view pairing, const KeyPair& author);
 
 // YYYY-MM.
 std::string MonthOf(DateType32 date);

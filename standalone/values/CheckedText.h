@@ -30,6 +30,8 @@ using PartnerName = CheckedText<RequirePartnerName>;
 using PartnerTxnId = CheckedText<RequirePartnerTxnId>;
 // What a person says of a transaction or a line, 0 to 4000 bytes, without blanks at its ends.
 using Memo = CheckedText<RequireMemo>;
+// What a person says about a request to the partner, 1 to 4000 bytes, without blanks at its ends.
+using RemarkText = CheckedText<RequireRemark>;
 // What the paper of a transaction calls it, 0 to 100 bytes, without blanks at its ends.
 using DocumentNumber = CheckedText<RequireDocumentNumber>;
 // Where the paper is, 1 to 4000 bytes.

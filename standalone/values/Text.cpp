@@ -113,6 +113,10 @@ std::string_view RequireMemo(std::string_view text) {
   return RequireText("The memo", Trimmed(text), 0, kMemoLength);
 }
 
+std::string_view RequireRemark(std::string_view text) {
+  return RequireText("The text", Trimmed(text), 1, kMemoLength);
+}
+
 std::string_view RequireDocumentNumber(std::string_view text) {
   return RequireText("The document number", Trimmed(text), 0, kDocumentNumberLength);
 }

@@ -37,6 +37,8 @@ std::string_view RequirePartnerName(std::string_view text);
 std::string_view RequirePartnerTxnId(std::string_view text);
 // 0 to 4000 bytes; returns it without blanks at its ends.
 std::string_view RequireMemo(std::string_view text);
+// What is said about a request, 1 to 4000 bytes; returns it without blanks at its ends.
+std::string_view RequireRemark(std::string_view text);
 // What the paper of a transaction calls it, 0 to 100 bytes; returns it without blanks at its ends.
 std::string_view RequireDocumentNumber(std::string_view text);
 // Where the paper is, 1 to 4000 bytes.

@@ -186,6 +186,106 @@ TEST_F(InboxCommand, AReasonGoesWithTheRejectionToTheSender) {
                     HasSubstr("Next:          correct it with: multientity bill correct alder.company 1;")));
 }
 
+TEST_F(InboxCommand, ADisputeIsToldToBothUntilTheRequestIsDecided) {
+  const std::string request = BillInTheInbox();
+
+  const Outcome disputed = Run({"inbox", "dispute", kBirchFile, request, "--reason", "Our half is 40.00"});
+  Carry();
+
+  EXPECT_EQ(disputed.exitCode, 0) << disputed.err;
+  EXPECT_EQ(disputed.out, "Disputed request " + request +
+                              " of Alder Supply Company, a bill of 2024-03-05 over 45.00 USD.\n"
+                              "That leaves with the next letters: multientity exchange run birch.company, or exchange "
+                              "export.\n");
+  EXPECT_THAT(
+      Run({"inbox", "show", kBirchFile, request}).out,
+      AllOf(HasSubstr("State:         new, disputed\n"), HasSubstr("Dispute:       this company: Our half is 40.00\n"),
+            HasSubstr("multientity inbox note birch.company " + request),
+            HasSubstr("multientity inbox accept birch.company " + request),
+            HasSubstr("multientity inbox reject birch.company " + request)));
+  EXPECT_THAT(Run({"outbox", "show", kFile, request}).out,
+              AllOf(HasSubstr("State:         sent, disputed\n"),
+                    HasSubstr("Dispute:       Birch Services Company: Our half is 40.00\n"),
+                    HasSubstr("multientity outbox note alder.company " + request),
+                    HasSubstr("multientity outbox withdraw alder.company " + request)));
+  EXPECT_THAT(Run({"inbox", "list", kBirchFile, "--wide"}).out,
+              AllOf(HasSubstr("  new, disputed "),
+                    HasSubstr(request + " of Alder Supply Company: disputed by this company: Our half is 40.00\n")));
+  EXPECT_THAT(Run({"outbox", "list", kFile, "--wide"}).out,
+              AllOf(HasSubstr("  sent, disputed "),
+                    HasSubstr(request +
+                              " of Birch Services Company: disputed by Birch Services Company: Our half is 40.00\n")));
+  ASSERT_EQ(AcceptRequest(request).exitCode, 0);
+  EXPECT_THAT(Run({"inbox", "show", kBirchFile, request}).out,
+              AllOf(HasSubstr("State:         accepted\n"), HasSubstr("Dispute:       this company: ")));
+}
+
+TEST_F(InboxCommand, NotesGoBothWaysAndTheStatusTellsWhoHasToSaySomething) {
+  const std::string request = BillInTheInbox();
+  Done({"inbox", "dispute", kBirchFile, request, "--reason", "Our half is 40.00"});
+  Carry();
+  const std::string disputed = Run({"exchange", "status", kFile}).out;
+  const std::string waiting = Run({"exchange", "status", kBirchFile}).out;
+
+  const Outcome noted = Run({"outbox", "note", kFile, request, "--text", "The tax is in it"});
+  Carry();
+
+  EXPECT_EQ(noted.exitCode, 0) << noted.err;
+  EXPECT_THAT(noted.out, StartsWith("Noted on request " + request + " to Birch Services Company, a bill of "));
+  EXPECT_THAT(disputed,
+              AllOf(HasSubstr("\n  disputed by the partner: 1 request over 45.00 USD, of 2024-03-05\n"),
+                    HasSubstr("answer or withdraw what the partner disputes; see why with: multientity outbox list "
+                              "alder.company --partner \"Birch Services Company\"")));
+  EXPECT_THAT(waiting, AllOf(HasSubstr("\n  in the inbox, disputed: 1 request over 45.00 USD, of 2024-03-05\n"),
+                             Not(HasSubstr("book, reject or answer what is disputed"))));
+  EXPECT_THAT(Run({"exchange", "status", kBirchFile}).out, HasSubstr("book, reject or answer what is disputed"));
+  EXPECT_THAT(Run({"inbox", "list", kBirchFile, "--wide"}).out,
+              HasSubstr("disputed by this company; Alder Supply Company says: The tax is in it\n"));
+  EXPECT_EQ(Run({"inbox", "note", kBirchFile, request, "--text", "Then it is right"}).exitCode, 0);
+  EXPECT_THAT(Run({"inbox", "show", kBirchFile, request}).out,
+              AllOf(HasSubstr("Note:          Alder Supply Company: The tax is in it\n"),
+                    HasSubstr("Note:          this company: Then it is right\n")));
+}
+
+TEST_F(InboxCommand, ProgramsGetWhatWasSaidOfARequest) {
+  const std::string request = BillInTheInbox();
+  const Json disputed =
+      Answer({"inbox", "dispute", kBirchFile, request, "--reason", "Our half is 40.00"}).at("request");
+  Carry();
+  const Json status = Answer({"exchange", "status", kFile}).at("partners").at(0).at("outbox").at("disputed");
+
+  EXPECT_EQ(disputed.at("disputed"), true);
+  EXPECT_EQ(disputed.at("state"), "new");
+  EXPECT_EQ(disputed.at("remarks").at(0).at("by"), "us");
+  EXPECT_EQ(InOutbox(request).at("disputed"), true);
+  const Json remark = InOutbox(request).at("remarks").at(0);
+  EXPECT_EQ(remark.at("id"), disputed.at("remarks").at(0).at("id"));
+  EXPECT_EQ(remark.at("kind"), "dispute");
+  EXPECT_EQ(remark.at("by"), "partner");
+  EXPECT_EQ(remark.at("text"), "Our half is 40.00");
+  EXPECT_EQ(status.at("count"), 1);
+  EXPECT_EQ(status.at("amount"), "45.00");
+  EXPECT_EQ(status.at("toAnswer"), 1);
+  EXPECT_THAT(Run({"inbox", "list", kBirchFile, "--csv"}).out, HasSubstr(",state,disputed,mark,"));
+}
+
+TEST_F(InboxCommand, ADisputeAndANoteNeedATextAndLeaveTheBooksAsTheyWereWithoutOne) {
+  const std::string request = BillInTheInbox();
+  const std::string before = Whole(kBirchFile);
+
+  const Outcome silent = Run({"inbox", "dispute", kBirchFile, request});
+  const Outcome empty = Run({"inbox", "dispute", kBirchFile, request, "--reason", " "});
+  const Outcome endless = Run({"inbox", "note", kBirchFile, request, "--text", std::string(4001, 't')});
+
+  EXPECT_EQ(silent.exitCode, 2);
+  EXPECT_THAT(silent.err, HasSubstr("--reason is required"));
+  EXPECT_EQ(empty.exitCode, 2);
+  EXPECT_THAT(empty.err, HasSubstr("The text is empty; it needs a text."));
+  EXPECT_EQ(endless.exitCode, 2);
+  EXPECT_THAT(endless.err, HasSubstr("4000 bytes are the most"));
+  EXPECT_EQ(Whole(kBirchFile), before);
+}
+
 TEST_F(InboxCommand, OnlyOneStateIsListedAndAnotherWordIsToldWithWhatMayHaveBeenMeant) {
   const std::string request = BillInTheInbox();
 
@@ -209,6 +309,9 @@ TEST_F(InboxCommand, ARequestThatIsNotThereIsRefused) {
     EXPECT_EQ(outcome.exitCode, 2) << verb << outcome.out;
     EXPECT_THAT(outcome.err, HasSubstr("R-1")) << verb;
   }
+  EXPECT_THAT(Run({"inbox", "dispute", kBirchFile, "R-1", "--reason", "What is it?"}).err, HasSubstr("R-1"));
+  EXPECT_THAT(Run({"inbox", "note", kBirchFile, "R-1", "--text", "What is it?"}).err, HasSubstr("R-1"));
+  EXPECT_THAT(Run({"outbox", "note", kFile, "R-1", "--text", "What is it?"}).err, HasSubstr("R-1"));
 }
 
 TEST_F(InboxCommand, TheUsualCompanyIsTakenForOneThatIsNotGiven) {

@@ -173,8 +173,8 @@ TEST_F(OutboxCommand, WhatRestoredBooksLostIsNotAskedForByACorrectionUnlessItIsA
   EXPECT_EQ(Run(With(correct, {"--again"})).exitCode, 0);
 }
 
-TEST_F(OutboxCommand, ARequestIsNeededToBeShownOrWithdrawn) {
-  for (const char* const verb : {"show", "withdraw"}) {
+TEST_F(OutboxCommand, ARequestIsNeededToBeShownWithdrawnOrNotedOn) {
+  for (const char* const verb : {"show", "withdraw", "note"}) {
     const Outcome outcome = Run({"outbox", verb, kFile});
 
     EXPECT_EQ(outcome.exitCode, 2) << outcome.out;

@@ -1,5 +1,5 @@
 // Two companies that are partners compare the facts that they hold, by letters that are lost, doubled and crossed, and
-// over backups that are restored. The facts are notes, which every version keeps and none acts upon.
+// over backups that are restored. The facts are of a kind that no version knows, which each keeps and none acts upon.
 #include <filesystem>
 #include <random>
 #include <set>
@@ -113,7 +113,7 @@ class ComparingPartners : public testing::Test {
         Keep(work, pairing,
              exchange::Fact::Signed({.pairing = pairing.pairingId,
                                      .author = keys.Public(),
-                                     .kind = "note",
+                                     .kind = "greeting",
                                      .name = note,
                                      .month = month,
                                      .fields = {{"text", text}}},
@@ -128,7 +128,7 @@ class ComparingPartners : public testing::Test {
       const exchange::KeyPair keys = RequireKeys(work);
       const exchange::Statement what{.pairing = pairing.pairingId,
                                      .author = keys.Public(),
-                                     .kind = "note",
+                                     .kind = "greeting",
                                      .name = note,
                                      .month = "2026-03",
                                      .fields = {}};

@@ -377,12 +377,25 @@ InboxRequest ARequest() {
 constexpr const char* kARequest =
     R"({"partner":"Alder","realm":"1002","requestId":"R-7","type":"bill","typeNumber":9,"date":"2026-01-31",)"
     R"("amount":"45.00","currency":"USD","documentNumber":"NP-1","name":"Northern Power","memo":"Heating",)"
-    R"("hint":"Utilities","reverses":null,"corrects":"R-6","state":"accepted","mark":null,"reason":null,)"
+    R"("hint":"Utilities","reverses":null,"corrects":"R-6","state":"accepted","disputed":false,"mark":null,)"
+    R"("reason":null,)"
     R"("entry":{"transaction":601,"date":"2026-02-01"},"entryBefore":null,"rule":null,)"
-    R"("ruleMark":null)";
+    R"("ruleMark":null,"remarks":[])";
 
 TEST(AsJson, APartnersRequestHasWhatItsProposalSaysAndWhatBecameOfIt) {
   EXPECT_EQ(JsonOf(ARequest()).dump(), std::string(kARequest) + "}");
+}
+
+TEST(AsJson, WhatWasSaidOfARequestHasWhoSaidItAndWhetherItDisputes) {
+  InboxRequest request = ARequest();
+  request.remarks = {{.id = "0f", .isDispute = true, .isOurs = true, .text = "Our half is 40.00"},
+                     {.id = "1e", .isDispute = false, .isOurs = false, .text = "The tax is in it"}};
+  request.isDisputed = true;
+
+  EXPECT_EQ(JsonOf(request).at("disputed"), true);
+  EXPECT_EQ(JsonOf(request).at("remarks").dump(),
+            R"([{"id":"0f","kind":"dispute","by":"us","text":"Our half is 40.00"},)"
+            R"({"id":"1e","kind":"note","by":"partner","text":"The tax is in it"}])");
 }
 
 TEST(AsJson, ARuleHasWhatTheRequestsAreLikeAndWhereTheyGo) {
@@ -438,8 +451,8 @@ TEST(AsJson, ARequestThatIsLostHasNoTransactionAndNoState) {
       JsonOf(lost).dump(),
       R"({"partner":"Birch","realm":"1001","requestId":"R-8","transaction":null,"line":null,"type":"check",)"
       R"("typeNumber":3,"date":"2026-01-31","amount":"-1.00","currency":null,"name":"Northern Power","memo":"",)"
-      R"("state":null,"stateNumber":null,"ofBefore":null,"sent":true,"withdrawing":false,"lost":true,"reason":null,)"
-      R"("mark":"these books lost it"})");
+      R"("state":null,"stateNumber":null,"ofBefore":null,"sent":true,"withdrawing":false,"disputed":false,"lost":true,)"
+      R"("reason":null,"mark":"these books lost it","remarks":[]})");
 }
 
 TEST(AsJson, RequestsOfAKindHaveNoAmountAndNoDayWhereThereAreNone) {

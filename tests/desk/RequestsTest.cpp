@@ -840,6 +840,13 @@ TEST_F(WithTheFeatureSwitchedOff, NothingIsCarriedSentOrDecidedWhateverElseIsMis
   EXPECT_EQ(statusOf([&](Company& company) { return AcceptRequests(company, {}, booking); }), MEStatusFeatureDisabled);
   EXPECT_EQ(statusOf([](Company& company) { return RejectRequests(company, {}, standalone::Memo("No")); }),
             MEStatusFeatureDisabled);
+  const standalone::RemarkText text("No");
+  EXPECT_EQ(statusOf([&](Company& company) { return DisputeRequest(company, RequestId("R-1"), text); }),
+            MEStatusFeatureDisabled);
+  EXPECT_EQ(statusOf([&](Company& company) { return NoteOnRequest(company, RequestId("R-1"), text); }),
+            MEStatusFeatureDisabled);
+  EXPECT_EQ(statusOf([&](Company& company) { return NoteOnOwnRequest(company, RequestId("R-1"), text); }),
+            MEStatusFeatureDisabled);
 }
 
 }  // namespace

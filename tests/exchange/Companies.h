@@ -12,6 +12,7 @@ namespace exchange::testing {
 inline constexpr const char* kPairing = "00112233445566778899aabbccddeeff";
 inline constexpr const char* kOtherPairing = "ffeeddccbbaa99887766554433221100";
 inline constexpr const char* kWord = "0f1e2d3c4b5a69788796a5b4c3d2e1f0";
+inline constexpr const char* kOwnId = "102132435465768798a9bacbdcedfe0f";
 inline constexpr const char* kOtherWord = "a0a1a2a3a4a5a6a7a8a9aaabacadaeaf";
 
 // Of the seed first, first + 1, ... first + 31.

@@ -15,6 +15,7 @@ using testing::Birch;
 using testing::Cedar;
 using ::testing::HasSubstr;
 using testing::kOtherPairing;
+using testing::kOwnId;
 using testing::kPairing;
 using testing::ProposedRent;
 using testing::Rent;
@@ -331,8 +332,87 @@ TEST(Outcomes, RankAcceptedBeforeRejectedBeforeRefusedBeforeWithdrawn) {
   EXPECT_LT(Outcome::kRefused, Outcome::kWithdrawn);
 }
 
+Remark DisputedRent() {
+  return {.isDispute = true,
+          .id = kOwnId,
+          .request = "REQ-1",
+          .month = "2026-11",
+          .asker = Asker::kPartner,
+          .text = "Our half is 600.00"};
+}
+
+Remark NotedRent(Asker asker) {
+  Remark note = DisputedRent();
+  note.isDispute = false;
+  note.asker = asker;
+  return note;
+}
+
+TEST(ADispute, IsReadAsItWasMade) {
+  const Fact fact = MakeFact(DisputedRent(), kPairing, Birch());
+
+  EXPECT_EQ(RemarkOf(fact), DisputedRent());
+  EXPECT_EQ(fact.What().kind, "dispute");
+  EXPECT_EQ(fact.What().name, kOwnId);
+  EXPECT_EQ(fact.What().month, "2026-11");
+  EXPECT_EQ(fact.What().fields, (Fields{{"about", "REQ-1"}, {"text", "Our half is 600.00"}}));
+}
+
+TEST(ADispute, IsOfTheOneThatIsAskedAndSaysNothingOfIt) {
+  const Fact fact = MakeFact(DisputedRent(), kPairing, Birch());
+
+  EXPECT_THAT(WhyNot(With(fact, Birch(), "asker", "partner")), HasSubstr("does not know"));
+}
+
+TEST(ANote, SaysWhoseTheRequestIs) {
+  for (const auto& [asker, word] : {std::pair(Asker::kAuthor, "author"), std::pair(Asker::kPartner, "partner")}) {
+    const Fact fact = MakeFact(NotedRent(asker), kPairing, Birch());
+
+    EXPECT_EQ(RemarkOf(fact), NotedRent(asker));
+    EXPECT_EQ(fact.What().kind, "note");
+    EXPECT_EQ(fact.What().fields.at("asker"), word);
+    EXPECT_THAT(WhyNot(Without(fact, Birch(), "asker")), HasSubstr("has no field \"asker\""));
+    EXPECT_THAT(WhyNot(With(fact, Birch(), "asker", "somebody")), HasSubstr("has the asker \"somebody\""));
+  }
+}
+
+TEST(ADisputeAndANote, AreNamedByAnIdOfTheirOwnAndAreOfAMonth) {
+  for (const Remark& remark : {DisputedRent(), NotedRent(Asker::kAuthor)}) {
+    const Fact fact = MakeFact(remark, kPairing, Birch());
+    for (const char* const name : {"REQ-1", "0F1E2D3C4B5A69788796A5B4C3D2E1F0", "0f1e2d3c4b5a69788796a5b4c3d2e1f"}) {
+      EXPECT_THAT(WhyNot(Changed(fact, Birch(), [&](Statement& what) { what.name = name; })),
+                  HasSubstr("is named by 32 digits of its own"))
+          << name;
+    }
+    EXPECT_THAT(WhyNot(Changed(fact, Birch(), [](Statement& what) { what.month.clear(); })), HasSubstr("of no month"));
+  }
+}
+
+TEST(ADisputeAndANote, AreAboutARequestAndSaySomethingOfPlainCharacters) {
+  for (const Remark& remark : {DisputedRent(), NotedRent(Asker::kAuthor)}) {
+    const Fact fact = MakeFact(remark, kPairing, Birch());
+    EXPECT_THAT(WhyNot(Without(fact, Birch(), "about")), HasSubstr("has no field \"about\""));
+    EXPECT_THAT(WhyNot(With(fact, Birch(), "about", std::string(37, 'r'))), HasSubstr("36 bytes are the most"));
+    EXPECT_THAT(WhyNot(Without(fact, Birch(), "text")), HasSubstr("has no field \"text\""));
+    EXPECT_THAT(WhyNot(With(fact, Birch(), "text", "two\nlines")), HasSubstr("control character"));
+    EXPECT_THAT(WhyNot(With(fact, Birch(), "text", std::string(4001, 't'))), HasSubstr("4000 bytes are the most"));
+    EXPECT_NO_THROW(RemarkOf(With(fact, Birch(), "text", std::string(4000, 't'))));
+    EXPECT_THAT(WhyNot(With(fact, Birch(), "x-mood", "cross")), HasSubstr("does not know"));
+  }
+}
+
+TEST(ADisputeAndANote, ThatWouldNotBeUnderstoodAreNotMade) {
+  Remark wordless = DisputedRent();
+  wordless.text.clear();
+  Remark nameless = NotedRent(Asker::kPartner);
+  nameless.id = "REQ-1";
+
+  EXPECT_THROW(MakeFact(wordless, kPairing, Birch()), NotUnderstood);
+  EXPECT_THROW(MakeFact(nameless, kPairing, Birch()), NotUnderstood);
+}
+
 TEST(AFactOfAnUnknownKind, IsNotUnderstoodButStaysAFact) {
-  for (const char* const kind : {"note", "dispute", "statement", "new-key", "farewell"}) {
+  for (const char* const kind : {"statement", "new-key", "farewell"}) {
     const Fact fact = Changed(ProposedRent(), Alder(), [&](Statement& what) { what.kind = kind; });
     EXPECT_THAT(WhyNot(fact), HasSubstr("does not know facts of kind \"" + std::string(kind) + "\""));
     EXPECT_TRUE(Fact::VerifiedFromWire(fact.Wire()).IsVerified());
@@ -345,6 +425,7 @@ TEST(AFactOfAnotherKind, IsNotTakenForTheOneThatIsExpected) {
   EXPECT_THROW(AnswerOf(ProposedRent()), NotUnderstood);
   EXPECT_THROW(WithdrawalOf(ProposedRent()), NotUnderstood);
   EXPECT_THROW(PairingOfferOf(ProposedRent()), NotUnderstood);
+  EXPECT_THROW(RemarkOf(ProposedRent()), NotUnderstood);
 }
 
 }  // namespace

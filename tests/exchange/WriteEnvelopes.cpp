@@ -20,6 +20,12 @@ using exchange::testing::kPairing;
 using exchange::testing::LetterToBirch;
 using nlohmann::json;
 
+json Shown(const exchange::Remark& remark) {
+  return {{"about", remark.request},
+          {"asker", remark.asker == exchange::Asker::kAuthor ? "author" : "partner"},
+          {"text", remark.text}};
+}
+
 json Shown(const Fact& fact) {
   json shown{{"hash", fact.Id().Hex()},  {"pairing", fact.What().pairing}, {"author", fact.What().author.Hex()},
              {"kind", fact.What().kind}, {"name", fact.What().name},       {"month", fact.What().month},
@@ -31,6 +37,8 @@ json Shown(const Fact& fact) {
       shown["fields"][name] = value;
     }
   }
+  const std::string& kind = fact.What().kind;
+  if (kind == exchange::kinds::kDispute || kind == exchange::kinds::kNote) shown["remark"] = Shown(RemarkOf(fact));
   return shown;
 }
 
@@ -77,6 +85,15 @@ Letter WithAllKinds() {
   letter.facts.push_back(MakeFact(offer, kPairing, Alder()).Wire());
   letter.facts.push_back(
       MakeFact(exchange::Withdrawal{.request = "REQ-1", .month = "2026-11"}, kPairing, Alder()).Wire());
+  exchange::Remark remark{.isDispute = true,
+                          .id = exchange::testing::kOwnId,
+                          .request = "Übertrag 東京",
+                          .month = "2026-11",
+                          .asker = exchange::Asker::kPartner,
+                          .text = "Not ours"};
+  letter.facts.push_back(MakeFact(remark, kPairing, Alder()).Wire());
+  remark.isDispute = false;
+  letter.facts.push_back(MakeFact(remark, kPairing, Alder()).Wire());
   exchange::Proposal theirs = exchange::testing::Rent();
   theirs.request = "Übertrag 東京";
   theirs.earlier.reset();

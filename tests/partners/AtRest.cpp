@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "partners/Books.h"
 #include "partners/Carrying.h"
@@ -129,7 +130,25 @@ class Agreement {
     }
   }
 
+  static std::set<std::string> SaidOf(const std::vector<desk::Remark>& remarks, bool isByUs) {
+    std::set<std::string> said;
+    for (const desk::Remark& remark : remarks) {
+      if (remark.isOurs == isByUs) said.insert(remark.id);
+    }
+    return said;
+  }
+  static void RequireTheSameRemarks(const std::string& request, const Sides& sides) {
+    for (const bool isBySender : {true, false}) {
+      if (SaidOf(sides.sent->remarks, isBySender) == SaidOf(sides.got->remarks, !isBySender)) continue;
+      throw Violation("not the same is told of what was said: " + Described(request, sides));
+    }
+    const bool isDecided = sides.got->state != InboxState::kNew && sides.got->state != InboxState::kHeld;
+    if (sides.sent->isDisputed != sides.got->isDisputed || (isDecided && sides.got->isDisputed)) {
+      throw Violation("only one side calls it disputed: " + Described(request, sides));
+    }
+  }
   void RequireOneOutcome(const std::string& request, const Sides& sides) const {
+    if (sides.sent && sides.got) RequireTheSameRemarks(request, sides);
     const bool isLost = sides.sent && sides.sent->isLost;
     if (isLost && hasRestores_ && sides.got) return;
     if (!sides.sent || !sides.sent->state || !sides.got || !Agree(sides.got->state, sides.sent->state->number)) {

@@ -13,7 +13,10 @@ void Note(std::map<RequestName, HeldRequest>& held, const std::string& pairing, 
   // An answer is by the other one of the two.
   const bool isAnswer = std::holds_alternative<exchange::Answer>(meaning);
   const bool isOfOwnRequest = isAnswer != one.isOwn;
-  if (std::holds_alternative<exchange::PairingOffer>(meaning)) return;
+  // A dispute and a note decide nothing.
+  if (std::holds_alternative<exchange::PairingOffer>(meaning) || std::holds_alternative<exchange::Remark>(meaning)) {
+    return;
+  }
   HeldRequest& request = held[{.pairing = pairing, .request = one.fact.What().name, .isOwn = isOfOwnRequest}];
   request.isOwn = isOfOwnRequest;
   if (const auto* proposal = std::get_if<exchange::Proposal>(&meaning)) {

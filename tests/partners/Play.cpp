@@ -138,6 +138,15 @@ class Playing {
         return Accept({.requests = {AnyInInbox()}});
       case Act::kReject:
         return Reject();
+      case Act::kDispute:
+        desk::DisputeRequest(Here(), AnyInInbox(), standalone::RemarkText("Our half is less"));
+        return;
+      case Act::kNote:
+        desk::NoteOnRequest(Here(), AnyInInbox(), standalone::RemarkText("We look at it"));
+        return;
+      case Act::kNoteOnOwn:
+        desk::NoteOnOwnRequest(Here(), RequestId(AnyOwnIn({kSent}).request), standalone::RemarkText("It is right"));
+        return;
       case Act::kBookByHand:
         return BookByHand();
       case Act::kRemoveBooked:

@@ -57,6 +57,13 @@ struct InboxRejectOptions {
   std::string reason;
 };
 
+struct InboxRemarkOptions {
+  std::string file;
+  std::string request;
+  std::optional<std::string> partner;
+  std::string text;
+};
+
 constexpr const char* kByRule = "rule";
 
 constexpr std::array kInboxColumns{"partner",
@@ -74,6 +81,7 @@ constexpr std::array kInboxColumns{"partner",
                                    "reverses",
                                    "corrects",
                                    "state",
+                                   "disputed",
                                    "mark",
                                    "reason",
                                    "entry.transaction",
@@ -172,6 +180,23 @@ void RejectInboxRequests(Invocation& invocation, const InboxRejectOptions& optio
   FailForLeft(done.rejected.size(), RefusalsOf(done.left));
 }
 
+// DisputeRequest() or NoteOnRequest().
+using SaysOfRequest = desk::InboxRequest (*)(desk::Company& company, const standalone::RequestId& request,
+                                             const standalone::RemarkText& text,
+                                             const std::optional<desk::Partner>& partner);
+
+void SayOfInboxRequest(Invocation& invocation, const InboxRemarkOptions& options, SaysOfRequest says,
+                       std::string_view said) {
+  const standalone::RequestId request(options.request);
+  const standalone::RemarkText text(options.text);
+  std::optional<desk::Partner> partner;
+  if (options.partner) partner.emplace(*options.partner);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::InboxRequest told = says(company, request, text, partner);
+  invocation.Report({{"request", desk::JsonOf(told)}},
+                    fmt::format("{} {}.\n", said, CalledRequest(told)) + RemarkLeavesText(options.file));
+}
+
 // More than what is named is only meant when that is said.
 void AddInboxSelection(CLI::App& command, SelectionOptions& selection) {
   CLI::Option_group* const which =
@@ -195,13 +220,41 @@ void AddInboxList(CLI::App& inbox, Invocation& invocation) {
   invocation.When(command, [options](Invocation& run) { ListInboxRequests(run, *options); });
 }
 
+CLI::App& AddInboxRemark(CLI::App& inbox, const char* name, const char* description, const char* example,
+                         InboxRemarkOptions& options) {
+  CLI::App& command = AddFileCommand(inbox, name, description, example, options.file);
+  command.add_option("REQUEST", options.request, kRequestHelp)->required();
+  command.add_option(kPartnerOption, options.partner, kWhichPartnerHelp);
+  return command;
+}
+
+void AddInboxRemarks(CLI::App& inbox, Invocation& invocation) {
+  const auto disputed = std::make_shared<InboxRemarkOptions>();
+  CLI::App& dispute = AddInboxRemark(
+      inbox, "dispute",
+      "Tell the partner why a request is not going to be booked as it is, without deciding it.\n"
+      "No rule books it any more; accept or reject it when that is settled",
+      "inbox dispute birch.company b38b6825-fb4c-418a-b472-4fc5a6afe048 \\\n    --reason \"Our half is 240.00\"",
+      *disputed);
+  dispute.add_option("--reason", disputed->text, kRemarkHelp)->required();
+  invocation.When(dispute,
+                  [disputed](Invocation& run) { SayOfInboxRequest(run, *disputed, desk::DisputeRequest, "Disputed"); });
+
+  const auto noted = std::make_shared<InboxRemarkOptions>();
+  CLI::App& note = AddInboxRemark(inbox, "note", "Tell the partner something about a request",
+                                  "inbox note birch.company b38b6825-fb4c-418a-b472-4fc5a6afe048 \\\n"
+                                  "    --text \"We book it as soon as the paper is here\"",
+                                  *noted);
+  note.add_option("--text", noted->text, kRemarkHelp)->required();
+  invocation.When(note, [noted](Invocation& run) { SayOfInboxRequest(run, *noted, desk::NoteOnRequest, "Noted on"); });
+}
+
 void AddInboxShow(CLI::App& inbox, Invocation& invocation) {
   const auto options = std::make_shared<InboxShowOptions>();
   CLI::App& command = AddFileCommand(inbox, "show", "Show one request, what has become of it and what to do next",
                                      "inbox show birch.company b38b6825-fb4c-418a-b472-4fc5a6afe048", options->file);
   command.add_option("REQUEST", options->request, kRequestHelp)->required();
-  command.add_option(kPartnerOption, options->partner,
-                     "The partner, by its realm id or its name, where several have a request of that id");
+  command.add_option(kPartnerOption, options->partner, kWhichPartnerHelp);
   invocation.When(command, [options](Invocation& run) { ShowInboxRequest(run, *options); });
 }
 
@@ -254,12 +307,14 @@ void AddInboxReject(CLI::App& inbox, Invocation& invocation) {
 }  // namespace
 
 void AddInbox(CLI::App& program, Invocation& invocation) {
-  CLI::App& inbox = AddGroup(program, "inbox", "See, book and reject what partner companies ask this one to book",
-                             "inbox list birch.company");
+  CLI::App& inbox =
+      AddGroup(program, "inbox", "See, book, reject and dispute what partner companies ask this one to book",
+               "inbox list birch.company");
   AddInboxList(inbox, invocation);
   AddInboxShow(inbox, invocation);
   AddInboxAccept(inbox, invocation);
   AddInboxReject(inbox, invocation);
+  AddInboxRemarks(inbox, invocation);
 }
 
 }  // namespace app

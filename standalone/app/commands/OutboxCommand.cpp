@@ -31,11 +31,13 @@ struct OutboxRequestOptions {
   std::string file;
   std::string request;
   std::optional<std::string> partner;
+  std::string text{std::string()};
 };
 
-constexpr std::array kOutboxColumns{
-    "partner", "realm", "requestId", "transaction", "line",     "type", "typeNumber",  "date", "amount", "currency",
-    "name",    "memo",  "state",     "stateNumber", "ofBefore", "sent", "withdrawing", "lost", "reason", "mark"};
+constexpr std::array kOutboxColumns{"partner",    "realm",       "requestId", "transaction", "line",        "type",
+                                    "typeNumber", "date",        "amount",    "currency",    "name",        "memo",
+                                    "state",      "stateNumber", "ofBefore",  "sent",        "withdrawing", "lost",
+                                    "reason",     "mark",        "disputed"};
 
 void ListOutboxRequests(Invocation& invocation, const OutboxListOptions& options) {
   desk::OutboxFilter filter;
@@ -70,20 +72,30 @@ void WithdrawOutboxRequest(Invocation& invocation, const OutboxRequestOptions& o
                                 CalledRequest(withdrawn), AsTyped(options.file)));
 }
 
+void NoteOnOutboxRequest(Invocation& invocation, const OutboxRequestOptions& options) {
+  const standalone::RequestId request(options.request);
+  const standalone::RemarkText text(options.text);
+  const std::optional<desk::Partner> partner = PartnerOfRequest(options);
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::OutboxRequest noted = desk::NoteOnOwnRequest(company, request, text, partner);
+  invocation.Report({{"request", desk::JsonOf(noted)}},
+                    fmt::format("Noted on {}.\n", CalledRequest(noted)) + RemarkLeavesText(options.file));
+}
+
 CLI::App& AddOutboxRequestCommand(CLI::App& outbox, const char* name, const char* description, const char* example,
                                   OutboxRequestOptions& options) {
   CLI::App& command = AddFileCommand(outbox, name, description, example, options.file);
   command.add_option("REQUEST", options.request, kRequestHelp)->required();
-  command.add_option(kPartnerOption, options.partner,
-                     "The partner, by its realm id or its name, where several have a request of that id");
+  command.add_option(kPartnerOption, options.partner, kWhichPartnerHelp);
   return command;
 }
 
 }  // namespace
 
 void AddOutbox(CLI::App& program, Invocation& invocation) {
-  CLI::App& outbox = AddGroup(program, "outbox", "See and withdraw what this company asks its partners to book",
-                              "outbox list alder.company");
+  CLI::App& outbox =
+      AddGroup(program, "outbox", "See, withdraw and explain what this company asks its partners to book",
+               "outbox list alder.company");
 
   const auto list = std::make_shared<OutboxListOptions>();
   CLI::App& listed = AddFileCommand(outbox, "list", "List the requests to partners that are not settled",
@@ -103,6 +115,15 @@ void AddOutbox(CLI::App& program, Invocation& invocation) {
       outbox, "withdraw", "Ask the partner not to book a request that was sent; what it has decided stands",
       "outbox withdraw alder.company b38b6825-fb4c-418a-b472-4fc5a6afe048", *withdraw);
   invocation.When(withdrawn, [withdraw](Invocation& run) { WithdrawOutboxRequest(run, *withdraw); });
+
+  const auto note = std::make_shared<OutboxRequestOptions>();
+  CLI::App& noted = AddOutboxRequestCommand(
+      outbox, "note", "Tell the partner something about a request that was sent, such as one that it disputes",
+      "outbox note alder.company b38b6825-fb4c-418a-b472-4fc5a6afe048 \\\n"
+      "    --text \"It is half of the yearly inspection\"",
+      *note);
+  noted.add_option("--text", note->text, kRemarkHelp)->required();
+  invocation.When(noted, [note](Invocation& run) { NoteOnOutboxRequest(run, *note); });
 }
 
 }  // namespace app

@@ -10,6 +10,7 @@
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/Remarks.h"
 #include "standalone/desk/inside/Requests.h"
 #include "standalone/exchange/Errors.h"
 #include "standalone/exchange/Fact.h"
@@ -39,8 +40,14 @@ class NotBookedAtOnce : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// Of a remark that is understood.
+std::string AboutText(const Fact& fact) {
+  if (!IsRemark(fact) || !WhyNotUnderstood(fact).empty()) return {};
+  return " about request " + exchange::RemarkOf(fact).request;
+}
+
 std::string FactText(const Fact& fact, const Pairing& pairing) {
-  const std::string request = IsAboutARequest(fact) ? " " + fact.What().name : "";
+  const std::string request = IsAboutARequest(fact) ? " " + fact.What().name : AboutText(fact);
   const bool isByPartner = fact.What().author.Bytes() == pairing.partnerKey || pairing.partnerKey.empty();
   return "the " + fact.What().kind + request + (isByPartner ? " of " : " that was sent to ") + PartnerText(pairing);
 }
@@ -260,6 +267,25 @@ Applied KeepAndDecide(Work& work, const Pairing& pairing, const Answering& answe
   return why.empty() ? Decided(work, pairing, answering, fact) : Outstanding(std::move(why));
 }
 
+Applied Told(Work& work, const Pairing& pairing, const Fact& fact) {
+  ToldRemark told = TellRemark(work, pairing, fact);
+  return {.done = std::move(told.done),
+          .outstanding = std::move(told.outstanding),
+          .after = {},
+          .changes = {{"text", std::nullopt, exchange::RemarkOf(fact).text}}};
+}
+
+Applied KeepAndTell(Work& work, const Pairing& pairing, const Answering& answering, const Fact& fact) {
+  const bool isOwn = IsOwnKey(work, fact.What().author);
+  std::string why = WhyNotUnderstood(fact);
+  if (why.empty() && answering.isBehind && !isOwn) why = kHeldWhileBehind;
+  Keep(work, pairing, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, why);
+  if (!why.empty()) return Outstanding(std::move(why));
+  Applied told = Told(work, pairing, fact);
+  if (!told.outstanding.empty()) work.Host().Facts().SetAside(pairing.id, fact.Id().Bytes(), told.outstanding);
+  return told;
+}
+
 // Within the unit of work that takes it; `refused` says why it could not be applied in one before. Of who is not the
 // partner yet nothing is kept but what makes it the partner: anybody may have the invitation.
 TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, const Fact& fact,
@@ -274,25 +300,40 @@ TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, con
   }
   const bool isOwn = IsOwnKey(work, fact.What().author);
   const bool isAboutARequest = IsAboutARequest(fact);
+  const bool isRemark = IsRemark(fact);
   const Applied applied = isAboutARequest   ? KeepAndDecide(work, now, from.answering, fact, refused)
+                          : isRemark        ? KeepAndTell(work, now, from.answering, fact)
                           : refused.empty() ? Apply(work, now, fact)
                                             : Outstanding(refused);
   TakenFact taken{.isNew = isOwn || !now.partnerKey.empty() || applied.after, .done = applied.done, .outstanding = {}};
   if (!applied.outstanding.empty()) taken.outstanding = FactText(fact, now) + ": " + applied.outstanding;
   if (!taken.isNew) return taken;
-  if (!isAboutARequest) {
+  if (!isAboutARequest && !isRemark) {
     Keep(work, now, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, applied.outstanding);
   }
   Change(work, now, fact, applied);
   return taken;
 }
 
+// A remark that was not understood before waits for its request from now on.
+void WaitFor(Work& work, const Pairing& pairing, const Fact& fact, const Applied& applied) {
+  const std::string_view hash = fact.Id().Bytes();
+  if (work.Host().Facts().Find(pairing.id, hash).value().setAside == applied.outstanding) return;
+  work.Host().Facts().SetAside(pairing.id, hash, applied.outstanding);
+  Change(work, pairing, fact, applied);
+}
+
 // Within a unit of work; what was done, for people.
 std::string TryNow(Work& work, const Pairing& pairing, const Answering& answering, const Fact& fact) {
   const Pairing now = Now(work, pairing);
   if (!IsLive(now)) return {};
-  const Applied applied = IsAboutARequest(fact) ? Decided(work, now, answering, fact) : Apply(work, now, fact);
-  if (!applied.outstanding.empty()) return {};
+  const Applied applied = IsAboutARequest(fact) ? Decided(work, now, answering, fact)
+                          : IsRemark(fact)      ? Told(work, now, fact)
+                                                : Apply(work, now, fact);
+  if (!applied.outstanding.empty()) {
+    if (IsRemark(fact)) WaitFor(work, now, fact, applied);
+    return {};
+  }
   work.Host().Facts().SetAside(now.id, fact.Id().Bytes(), "");
   Change(work, now, fact, applied);
   return applied.done;
@@ -302,6 +343,7 @@ bool MayBeTriedAgain(Work& work, const Pairing& pairing, const Answering& answer
   if (std::ranges::count(kKindsOfThePairing, stored.kind) != 0) return true;
   if (answering.isBehind && stored.origin == FactOrigin::kPartners) return false;
   const Fact fact(stored.body, stored.signature);
+  if (IsRemark(fact)) return WhyNotUnderstood(fact).empty();
   return IsAboutARequest(fact) && WhyNothing(work, pairing, fact).empty();
 }
 

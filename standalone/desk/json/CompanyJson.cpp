@@ -110,6 +110,10 @@ const char* NameOf(UseCase what) noexcept {
       return "accept-request";
     case UseCase::kRejectRequest:
       return "reject-request";
+    case UseCase::kDisputeRequest:
+      return "dispute-request";
+    case UseCase::kNoteOnRequest:
+      return "note-on-request";
     case UseCase::kReadOutbox:
       return "read-outbox";
     case UseCase::kSendRequest:

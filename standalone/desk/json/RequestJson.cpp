@@ -31,6 +31,23 @@ Json EarlierJson(const InboxRequest& request, bool reverses) {
   return request.earlier && request.earlier->reverses == reverses ? Json(request.earlier->requestId) : Json();
 }
 
+Json RemarksJson(const std::vector<Remark>& remarks) {
+  Json list = Json::array();
+  for (const Remark& remark : remarks) {
+    list.push_back({{"id", remark.id},
+                    {"kind", remark.isDispute ? "dispute" : "note"},
+                    {"by", remark.isOurs ? "us" : "partner"},
+                    {"text", remark.text}});
+  }
+  return list;
+}
+
+Json DisputedJson(const DisputedRequests& disputed) {
+  Json json = JsonOf(disputed.requests);
+  json["toAnswer"] = disputed.toAnswer;
+  return json;
+}
+
 }  // namespace
 
 Json JsonOf(const Rule& rule) {
@@ -62,12 +79,14 @@ Json JsonOf(const InboxRequest& request) {
           {"reverses", EarlierJson(request, true)},
           {"corrects", EarlierJson(request, false)},
           {"state", NameOf(request.state)},
+          {"disputed", request.isDisputed},
           {"mark", SaidJson(request.mark)},
           {"reason", SaidJson(request.reason)},
           {"entry", EntryJson(request.entry)},
           {"entryBefore", EntryJson(request.entryBefore)},
           {"rule", request.rule ? JsonOf(*request.rule) : Json()},
-          {"ruleMark", SaidJson(request.ruleMark)}};
+          {"ruleMark", SaidJson(request.ruleMark)},
+          {"remarks", RemarksJson(request.remarks)}};
 }
 
 Json JsonOf(const BookedRequest& booked) {
@@ -100,9 +119,11 @@ Json JsonOf(const OutboxRequest& request) {
                             : Json{{"state", nullptr}, {"stateNumber", nullptr}, {"ofBefore", nullptr}});
   json["sent"] = request.isSent;
   json["withdrawing"] = request.isWithdrawing;
+  json["disputed"] = request.isDisputed;
   json["lost"] = request.isLost;
   json["reason"] = SaidJson(request.reason);
   json["mark"] = SaidJson(request.mark);
+  json["remarks"] = RemarksJson(request.remarks);
   return json;
 }
 
@@ -120,16 +141,15 @@ Json JsonOf(const RequestsOfAKind& requests) {
 }
 
 Json JsonOf(const OutboxStatus& outbox) {
-  return {{"entered", JsonOf(outbox.entered)},
-          {"unanswered", JsonOf(outbox.unanswered)},
-          {"withdrawing", JsonOf(outbox.withdrawing)},
-          {"cameBack", JsonOf(outbox.cameBack)},
-          {"lost", JsonOf(outbox.lost)}};
+  return {{"entered", JsonOf(outbox.entered)},         {"unanswered", JsonOf(outbox.unanswered)},
+          {"disputed", DisputedJson(outbox.disputed)}, {"withdrawing", JsonOf(outbox.withdrawing)},
+          {"cameBack", JsonOf(outbox.cameBack)},       {"lost", JsonOf(outbox.lost)}};
 }
 
 Json JsonOf(const InboxStatus& inbox) {
   return {{"new", JsonOf(inbox.waiting)},
           {"held", JsonOf(inbox.held)},
+          {"disputed", DisputedJson(inbox.disputed)},
           {"toBookAgain", JsonOf(inbox.toBookAgain)},
           {"marked", inbox.marked}};
 }

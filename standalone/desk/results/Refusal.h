@@ -61,6 +61,8 @@ enum class UseCase {
   kReadInbox,
   kAcceptRequest,
   kRejectRequest,
+  kDisputeRequest,
+  kNoteOnRequest,
   kReadOutbox,
   kSendRequest,
   kWithdrawRequest,

@@ -420,6 +420,18 @@ CREATE INDEX exchange_rule_name ON exchange_rule (name_id);
 inline constexpr const char* kVersion4 = R"sql(
 -- The few facts that wait to be applied are asked for with each letter.
 CREATE INDEX exchange_fact_set_aside ON exchange_fact (pairing_id) WHERE set_aside <> '';
+-- What companies say about requests, and what decides nothing: the disputes and notes that are understood, each by the
+-- request that it is about, of this company's own or of the partner's, whether that is here or not.
+CREATE TABLE exchange_remark (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  pairing_id INTEGER NOT NULL,
+  hash BLOB NOT NULL,
+  request_id TEXT NOT NULL CHECK (request_id <> ''),
+  asked_by_us INTEGER NOT NULL CHECK (asked_by_us IN (0, 1)),
+  UNIQUE (pairing_id, hash),
+  FOREIGN KEY (pairing_id, hash) REFERENCES exchange_fact (pairing_id, hash)
+) STRICT;
+CREATE INDEX exchange_remark_request ON exchange_remark (pairing_id, request_id, asked_by_us);
 )sql";
 
 inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3, kVersion4};

@@ -33,6 +33,7 @@ UserTable::UserTable(Database& database)
     : database_(database),
       all_(database, "SELECT id, name, administrator, accountant FROM user ORDER BY name"),
       byName_(database, "SELECT id, name, administrator, accountant FROM user WHERE name = ?1"),
+      byNumber_(database, "SELECT id, name, administrator, accountant FROM user WHERE id = ?1"),
       isAdministrator_(database, "SELECT 1 FROM user WHERE id = ?1 AND administrator = 1"),
       isAccountant_(database, "SELECT 1 FROM user WHERE id = ?1 AND accountant = 1"),
       featureRights_(database,
@@ -64,14 +65,11 @@ std::vector<User> UserTable::List() {
 }
 
 std::optional<User> UserTable::Find(std::string_view name) {
-  User user;
-  {
-    Rows rows = byName_.Query(name);
-    if (!rows.Step()) return std::nullopt;
-    user = ReadUser(rows);
-  }
-  FillRights(user);
-  return user;
+  return ReadOne(byName_.Query(name));
+}
+
+std::optional<User> UserTable::FindByNumber(std::int32_t id) {
+  return ReadOne(byNumber_.Query(id));
 }
 
 User UserTable::Require(std::string_view name) {
@@ -132,6 +130,13 @@ bool UserTable::HasRight(std::int32_t userId, FeatureRight right) {
 bool UserTable::HasRight(std::int32_t userId, ListRight right) {
   return hasListRight_.Query(userId, static_cast<std::int32_t>(right.list), static_cast<std::int32_t>(right.action))
       .Step();
+}
+
+std::optional<User> UserTable::ReadOne(Rows rows) {
+  if (!rows.Step()) return std::nullopt;
+  User user = ReadUser(rows);
+  FillRights(user);
+  return user;
 }
 
 void UserTable::FillRights(User& user) {

@@ -31,6 +31,7 @@ class UserTable {
 
   std::vector<User> List();
   std::optional<User> Find(std::string_view name);
+  std::optional<User> FindByNumber(std::int32_t id);
   // Throws InvalidInput when there is no such user.
   User Require(std::string_view name);
 
@@ -49,6 +50,7 @@ class UserTable {
   bool HasRight(std::int32_t userId, ListRight right);
 
  private:
+  std::optional<User> ReadOne(Rows rows);
   void FillRights(User& user);
   void InsertRights(const User& user);
   void RequireOtherAdministrator(const User& user);
@@ -56,6 +58,7 @@ class UserTable {
   Database& database_;
   Statement all_;
   Statement byName_;
+  Statement byNumber_;
   Statement isAdministrator_;
   Statement isAccountant_;
   Statement featureRights_;

@@ -152,6 +152,19 @@ const User& StandaloneHost::CurrentUser() const noexcept {
   return parts_->user;
 }
 
+User StandaloneHost::Become(User user) noexcept {
+  parts_->foundUser.Forget();
+  parts_->permissions.ForgetUser();
+  return std::exchange(parts_->user, std::move(user));
+}
+
+StandaloneHost::ActingAs::ActingAs(StandaloneHost& host, User user)
+    : host_(host), selected_(host.Become(std::move(user))) {}
+
+StandaloneHost::ActingAs::~ActingAs() {
+  host_.Become(std::move(selected_));
+}
+
 void StandaloneHost::FindUserAgain() {
   if (parts_->foundUser.Held() != nullptr) return;
   std::optional<User> found = parts_->users.Find(parts_->user.name);

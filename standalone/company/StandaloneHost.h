@@ -112,8 +112,21 @@ class StandaloneHost {
   // of the line.
   std::int64_t Record(const AuditDeed& deed);
 
-  // The user that was selected, as the file had it when it was last looked at.
+  // The user that was selected, or as whom is acted, as the file had it when it was last looked at.
   const User& CurrentUser() const noexcept;
+  // Has all be done as another user than the one that was selected, as long as it lives: by that user's rights, and in
+  // the audit trail under that user's name. Made and gone outside of units of work; one at a time.
+  class ActingAs {
+   public:
+    ActingAs(StandaloneHost& host, User user);
+    ActingAs(const ActingAs&) = delete;
+    ActingAs& operator=(const ActingAs&) = delete;
+    ~ActingAs();
+
+   private:
+    StandaloneHost& host_;
+    User selected_;
+  };
   // Looks, within a unit of work and by the name: what others have put in the place of the company, as by a restore,
   // may give the user's number to somebody else. Every request begins with it. Throws UnitOfWorkError when there is no
   // user of that name any more.
@@ -174,6 +187,9 @@ class StandaloneHost {
 
  private:
   struct Parts;
+
+  // The one before.
+  User Become(User user) noexcept;
 
   class LoggedUnit {
    public:

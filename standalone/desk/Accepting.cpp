@@ -225,7 +225,10 @@ void AcceptAtOnce(Work& work, const Pairing& pairing, const exchange::KeyPair& k
   NotedNames noted(work);
   AcceptedRequest accepted{.noted = noted};
   const MEStatusCode answer = AcceptByRule(work, keys, received, *found.rule, std::nullopt, accepted);
-  if (answer != MEStatusSuccess) throw Refused(RefusalFor(UseCase::kAcceptRequest, answer));
+  if (answer != MEStatusSuccess) {
+    throw Refused(
+        {.what = UseCase::kAcceptRequest, .status = answer, .why = work.WhyNotDone(UseCase::kAcceptRequest, answer)});
+  }
   const standalone::AuditDeed booked = DeedOfAccepting(work, accepted);
   decided.changes.insert(decided.changes.end(), booked.changes.begin(), booked.changes.end());
   decided.txnId = accepted.txnId;

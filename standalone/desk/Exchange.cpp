@@ -12,6 +12,7 @@
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Behind.h"
 #include "standalone/desk/inside/Carrying.h"
+#include "standalone/desk/inside/ExchangeUser.h"
 #include "standalone/desk/inside/Letters.h"
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Pairings.h"
@@ -44,11 +45,16 @@ struct Taken {
   bool stays = false;  // where it lies: it says what the partner holds, and asks for nothing
 };
 
-// What carries for one company, as the only one.
+// What carries for one company, as the only one. Whoever starts it needs the right to; what it does then, it does as
+// the company's own user for that.
 class Carrier {
  public:
   explicit Carrier(Company& company)
-      : company_(company.Opened()), work_(company_, UseCase::kExchange), keys_(Keys()), lock_(TakeLock()) {
+      : company_(company.Opened()),
+        work_(company_, UseCase::kExchange),
+        keys_(Keys()),
+        lock_(TakeLock()),
+        acting_(work_.Host(), RequireExchangeUser(work_)) {
     LookBehind();
   }
 
@@ -135,6 +141,7 @@ class Carrier {
   Work work_;
   exchange::KeyPair keys_;
   exchange::CarrierLock lock_;
+  standalone::StandaloneHost::ActingAs acting_;
   std::size_t missing_ = 0;
   std::map<std::int32_t, std::set<exchange::Hash>> notTaken_;  // by pairing
 };

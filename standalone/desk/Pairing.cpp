@@ -8,6 +8,7 @@
 #include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/ExchangeUser.h"
 #include "standalone/desk/inside/NewPairings.h"
 #include "standalone/desk/inside/OwnIdentity.h"
 #include "standalone/desk/inside/Pairings.h"
@@ -83,6 +84,12 @@ void RequireState(Work& work, const Pairing& pairing, PairingState state, std::s
   work.Refuse("the pairing with " + PartnerText(pairing) + " is " + std::string(NameOf(pairing.state)) + "; only one " +
                   "that is " + std::string(NameOf(state)) + " can be " + std::string(whatFor),
               Remedy::kSeePartners);
+}
+
+void RecordBegun(Work& work, const char* action, const Pairing& pairing) {
+  standalone::AuditDeed deed = DeedOfPairing(work, action, std::nullopt, pairing);
+  HaveExchangeUser(work, deed);
+  work.Host().Record(deed);
 }
 
 // What changes the pairing with a partner, and the audit trail tells.
@@ -161,7 +168,7 @@ InvitationText InvitePartner(Company& company, const Invitation& invitation) {
         exchange::MakeFact(OwnOffer(work, PairingStep::kInvitation, std::nullopt), pairing.pairingId, keys);
     Keep(work, pairing, fact, FactOrigin::kMade);
     made.text = exchange::TextBlockOf(kInvitationLabel, fact.Wire());
-    work.Host().Record(DeedOfPairing(work, "partner.invite", std::nullopt, pairing));
+    RecordBegun(work, "partner.invite", pairing);
     return MEStatusSuccess;
   });
   made.fingerprint = exchange::Fingerprint(keys.Public());
@@ -225,7 +232,7 @@ AcceptedInvitation AcceptInvitation(Company& company, const Acceptance& acceptan
     Keep(work, pairing,
          exchange::MakeFact(OwnOffer(work, PairingStep::kAcceptance, invitation.Id()), pairing.pairingId, keys),
          FactOrigin::kMade);
-    work.Host().Record(DeedOfPairing(work, "partner.accept", std::nullopt, pairing));
+    RecordBegun(work, "partner.accept", pairing);
     accepted.partner = PairedPartnerOf(work, pairing);
     return answer;
   });

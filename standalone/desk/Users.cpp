@@ -4,6 +4,7 @@
 #include "standalone/books/UserTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Deeds.h"
+#include "standalone/desk/inside/ExchangeUser.h"
 #include "standalone/desk/inside/Work.h"
 
 namespace desk {
@@ -77,7 +78,8 @@ ChangedUser ChangeUser(Company& company, const User& user) {
 void RemoveUser(Company& company, const std::string& name) {
   Work work(company.Opened(), UseCase::kChangeUsers);
   work.WriteAsAdministrator(kChangeOfUsers, [&] {
-    const std::optional<standalone::User> removed = work.Host().Users().Find(name);
+    const standalone::User removed = work.Host().Users().Require(name);
+    LetGoOfUser(work, removed);
     work.Host().Users().Remove(name);
     work.Host().Record(DeedOfUser(removed, {}));
   });

@@ -6,12 +6,15 @@
 
 namespace standalone {
 
-// The rights of the selected user as the company file has them now. An administrator may do everything. Whose number
-// changes is told by the user that is handed in, which outlives this.
+// The rights of the user that is handed in, which outlives this, as the company file has them now. An administrator may
+// do everything.
 class PermissionsService final : public Permissions {
  public:
   PermissionsService(Database& database, UserTable& users, const User& user)
       : users_(users), user_(user), isAdministrator_(database) {}
+
+  // For when that is another user now; a number that changes with the company file is noticed.
+  void ForgetUser() noexcept { isAdministrator_.Forget(); }
 
   bool CurrentUserIsAdminUser() override;
   bool FeaturePermissionAvailable(ProgramFeature feature, UserAction action, unsigned char option) override;

@@ -266,6 +266,45 @@ TEST_F(ExchangingCompanies, TheAuditTrailTellsWhatWasTaken) {
 
 class ExchangingRequests : public PairedCompanies {};
 
+TEST_F(ExchangingRequests, WhatIsDoneByItselfIsToldUnderTheCompanysOwnUserForIt) {
+  const std::string request = BillInTheInbox();
+  EnterBill("NP-2");
+  Carry();
+  AcceptRequest(request);
+  Carry();
+
+  const Json sent = Answer({"audit", "show", kFile, "--what", "exchange.send"}).at("audit");
+
+  ASSERT_EQ(sent.size(), 2U);
+  EXPECT_EQ(sent.at(0).at("user"), "Admin");
+  EXPECT_EQ(sent.at(1).at("user"), "Exchange");
+  EXPECT_EQ(sent.at(1).at("systemUser"), sent.at(0).at("systemUser"));
+  EXPECT_THAT(Run({"audit", "show", kFile, "--what", "exchange.take"}).out, HasSubstr("  Exchange ("));
+  EXPECT_THAT(Run({"audit", "show", kBirchFile, "--what", "inbox"}).out, HasSubstr("  Admin ("));
+}
+
+TEST_F(ExchangingRequests, WhatTheCompanysOwnUserMayNotDoIsToldAndDoneOnceItMay) {
+  const std::string request = EnterBill();
+  Done({"users", "change", kFile, "Exchange", "--accountant", "--right", "journal:modify"});
+
+  const Outcome without = Run({"exchange", "run", kFile});
+  Done({"users", "change", kFile, "Exchange", "--accountant", "--right", "bills:modify"});
+  const Outcome with = Run({"exchange", "run", kFile});
+
+  EXPECT_EQ(without.exitCode, 0) << without.err;
+  EXPECT_THAT(without.out, AllOf(HasSubstr("  not sent: the request \"" + request),
+                                 HasSubstr("the user \"Exchange\" has no right to move transactions of that type")));
+  EXPECT_THAT(with.out, HasSubstr("  sent 1 request\n"));
+}
+
+TEST_F(ExchangingRequests, TheCompanysOwnUserStaysWhileItIsPaired) {
+  const Outcome outcome = Run({"users", "remove", kFile, "Exchange"});
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, AllOf(HasSubstr("\"Exchange\""), HasSubstr("users change")));
+  EXPECT_EQ(Answer({"users", "list", kFile}).at("users").size(), 2U);
+}
+
 TEST_F(ExchangingRequests, WhatWasEnteredIsSentAndListedOnce) {
   const std::string request = EnterBill();
 

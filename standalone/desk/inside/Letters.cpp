@@ -102,7 +102,7 @@ Applied ApplyConfirmation(Work& work, const Pairing& pairing, const Fact& fact) 
   if (offer.realm != pairing.partnerRealm) return Outstanding("it is of another realm than the invitation");
   if (std::string why = WhyNotToPair(work, offer, pairing.id); !why.empty()) return Outstanding(std::move(why));
   if (pairing.state != PairingState::kAccepted) return {};
-  if (!work.MayManageRelations()) return Outstanding("the user has no right to manage relations");
+  if (!work.MayManageRelations()) return Outstanding(work.WhyNotManageRelations());
   MERelationInfo info;
   info.realmId = std::string_view(pairing.partnerRealm);
   info.state = static_cast<MEState>(standalone::RelationState::kEstablished);
@@ -122,7 +122,7 @@ Applied ConfirmAgain(Work& work, const Pairing& pairing, const Fact& fact) {
   if (pairing.state != PairingState::kAnswered || !work.Host().Facts().Has(pairing.id, acceptance.Bytes())) {
     return Outstanding("the acceptance that it confirms is not here yet");
   }
-  if (!work.MayManageRelations()) return Outstanding("the user has no right to manage relations");
+  if (!work.MayManageRelations()) return Outstanding(work.WhyNotManageRelations());
   Pairing after = pairing;
   const MEStatusCode answer = MakeRelation(
       work, {.realm = pairing.partnerRealm, .state = standalone::RelationState::kEstablished, .useExisting = true},

@@ -221,7 +221,7 @@ std::string CloseWhatItCorrects(Work& work, const Pairing& pairing, const exchan
   const std::optional<KnownLine> earlier = FindLine(work, pairing, lost.earlier->request);
   if (!earlier || !earlier->isOwn || TransactionState{earlier->row.state} != TransactionState::kCameBack) return {};
   const MEStatusCode answer = MoveTo(pairing, lost.earlier->request, TransactionState::kClosed);
-  if (answer != MEStatusSuccess) return RefusalFor(UseCase::kSetTransactionState, answer).why;
+  if (answer != MEStatusSuccess) return work.WhyNotDone(UseCase::kSetTransactionState, answer);
   decided.changes.push_back({"request " + lost.earlier->request, "came-back", "closed"});
   return {};
 }
@@ -269,7 +269,7 @@ void DecideAtSender(Work& work, const Pairing& pairing, const std::string& reque
   if (!standing.row || standing.row == books.row) return;
   const MEStatusCode answer = MoveTo(pairing, request, *standing.row);
   if (answer != MEStatusSuccess) {
-    decided.outstanding = RefusalFor(UseCase::kSetTransactionState, answer).why;
+    decided.outstanding = work.WhyNotDone(UseCase::kSetTransactionState, answer);
     return;
   }
   decided.changes.push_back(

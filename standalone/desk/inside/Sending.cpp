@@ -148,6 +148,9 @@ MEStatusCode SendLine(Work& work, const Pairing& pairing, const exchange::KeyPai
   const exchange::Fact proposal = exchange::MakeFact(ProposalFor(work, pairing, row), pairing.pairingId, keys);
   const MEStatusCode answer = MultiEntityDriver::UpdateTransactionWithState(
       std::string_view(pairing.partnerRealm), std::string_view(request), static_cast<MEState>(TransactionState::kSent));
+  if (answer == MEStatusPermissionDenied) {
+    work.Refuse(answer, work.WhyNotDone(UseCase::kSendRequest, answer), Remedy::kAskForTheRight);
+  }
   if (answer != MEStatusSuccess) return answer;
   Keep(work, pairing, proposal, standalone::FactOrigin::kMade);
   work.Host().Outbox().Set({.pairing = pairing.id,

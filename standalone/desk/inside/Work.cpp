@@ -85,6 +85,21 @@ bool Work::MayManageRelations() {
   return IsAdministrator() || (Attached().HasBridge() && Host().CurrentUserIsAccountant());
 }
 
+std::string Work::WhyNotManageRelations() {
+  const std::string why =
+      "the user " + standalone::Quoted(Host().CurrentUser().name) + " has no right to manage relations";
+  return Attached().HasBridge() ? why : why + ": without the bridge library beside the program nobody is an accountant";
+}
+
+std::string Work::WhyNotDone(UseCase what, MEStatusCode answer) {
+  constexpr std::string_view kTheUser = "the user ";
+  std::string why = RefusalFor(what, answer).why;
+  if (answer == MEStatusPermissionDenied && why.starts_with(kTheUser)) {
+    why.insert(kTheUser.size(), standalone::Quoted(Host().CurrentUser().name) + " ");
+  }
+  return why;
+}
+
 DateType32 Work::Today() {
   return platform::Today(Host().Clock());
 }

@@ -80,8 +80,9 @@ class Work {
   // Throws Refused while what partners do with each other is switched off, as the module's own operations do. Within a
   // unit of work.
   void RequireFeature();
-  // Whether the module will let the user change relations.
+  // Whether the module will let the user change relations; and why not.
   bool MayManageRelations();
+  std::string WhyNotManageRelations();
 
   // The day that it is by the company's clock.
   DateType32 Today();
@@ -99,6 +100,8 @@ class Work {
   void Suggest(std::string suggestion) { suggestion_ = std::move(suggestion); }
 
   void Accept(MEStatusCode answer);
+  // Why the module did not do it, to be kept and read later: it names the user who has no right to it.
+  std::string WhyNotDone(UseCase what, MEStatusCode answer);
 
   // After the unit of work that made them.
   void Tell(const Lookalikes& names) { company_.Tell(names); }

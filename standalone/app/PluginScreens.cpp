@@ -3,8 +3,11 @@
 #include <fmt/format.h>
 
 #include "standalone/app/Listings.h"
+#include "standalone/app/PartnerTexts.h"
 #include "standalone/app/terminal/Screen.h"
 #include "standalone/desk/json/Json.h"
+#include "standalone/values/AccountTypes.h"
+#include "standalone/values/Dates.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -23,15 +26,52 @@ std::string RelationsText(const desk::Part<desk::Relation>& relations, std::stri
   return PartText(relations.refusal, RelationsTable(relations.items), whenEmpty);
 }
 
+// Nothing without one: most companies exchange nothing.
+std::string RequestsText(const std::vector<desk::WaitingRequest>& requests, const std::string& file) {
+  if (requests.empty()) return {};
+  Table table({{.title = "Partner"},
+               {.title = "Date", .fit = Fit::kWhole},
+               {.title = "Type", .importance = Importance::kMinor, .fit = Fit::kWhole},
+               {.title = "Name", .importance = Importance::kMajor},
+               {.title = "Amount", .align = Align::kRight},
+               {.title = "State", .importance = Importance::kMinor, .fit = Fit::kWhole},
+               {.title = "Request", .importance = Importance::kMajor, .fit = Fit::kWhole}});
+  for (const desk::WaitingRequest& request : requests) {
+    table.Add({request.partner, standalone::FormatIsoDate(request.date), standalone::TransactionTypeName(request.type),
+               request.name, standalone::FormatAmount(request.amount), std::string(NameOf(request.state)),
+               request.requestId});
+  }
+  return fmt::format(
+      "Requests of partners in the inbox:\n{}"
+      "Book them or reject them: multientity inbox accept {} REQUEST --expense ACCOUNT, multientity inbox reject {} "
+      "REQUEST\n",
+      table.Text(), AsTyped(file), AsTyped(file));
+}
+
+std::string PartnersToLookAfterText(const std::vector<desk::PairedPartner>& partners, const std::string& file) {
+  if (partners.empty()) return {};
+  std::string text = "Partners to look after:\n";
+  for (const desk::PairedPartner& partner : partners) {
+    const NextStep next = NextStepWith(partner, file);
+    text += fmt::format("  {}: {}\n", Shown(partner.name), next.why);
+    for (const std::string& outstanding : partner.outstanding) {
+      text += fmt::format("    outstanding: {}\n", Shown(outstanding));
+    }
+    if (!next.toDo.empty()) text += fmt::format("    {}\n", next.toDo);
+  }
+  return text;
+}
+
 struct ScreenText {
   const std::string& file;
 
   std::string operator()(const desk::PendingWork& pending) const {
     return fmt::format(
         "Intercompany transactions that wait for this company's answer:\n{}"
-        "Relations that wait for an answer:\n{}",
+        "Relations that wait for an answer:\n{}{}{}",
         PartText(pending.lines.refusal, LinesTable(pending.lines.items), "  None that this user may see.\n"),
-        RelationsText(pending.relations, "  None.\n"));
+        RelationsText(pending.relations, "  None.\n"), RequestsText(pending.requests, file),
+        PartnersToLookAfterText(pending.partners, file));
   }
   std::string operator()(const desk::RelationsAfterRealmReset& after) const {
     return fmt::format(

@@ -53,6 +53,8 @@ class FactTable {
   bool HasNotShown(std::int32_t pairing);
   // Those that are set aside, in that order.
   void ForEachSetAside(std::int32_t pairing, const std::function<void(const StoredFact& fact)>& take);
+  // How many there are of all pairings that are not ended.
+  std::int64_t CountSetAside();
   // All in ascending order of the hashes, which are valid within the call.
   void ForEachHash(std::int32_t pairing, const std::function<void(std::string_view hash)>& take);
   // Month by month, each in ascending order of the hashes, which are valid within the call.
@@ -77,6 +79,7 @@ class FactTable {
   Statement naming_;
   Statement notShown_;
   Statement setAside_;
+  Statement countSetAside_;
   Statement anyNotShown_;
   Statement hashes_;
   Statement hashesByMonth_;

@@ -49,7 +49,12 @@ InboxTable::InboxTable(Database& database)
                "WHERE pairing_id = ?1 AND state IN ('new', 'held', 'to-book-again') ORDER BY id"),
       all_(database,
            "SELECT pairing_id, request_id, proposal, state, mark, txn_id FROM exchange_inbox "
-           "WHERE pairing_id = ?1 ORDER BY id") {}
+           "WHERE pairing_id = ?1 ORDER BY id"),
+      toAnswer_(database,
+                "SELECT count(*) FROM exchange_inbox AS inbox JOIN exchange_pairing ON exchange_pairing.id = "
+                "inbox.pairing_id "
+                "WHERE inbox.state IN ('new', 'held', 'to-book-again') AND inbox.state <> 'held' "
+                "AND exchange_pairing.state <> 'removed'") {}
 
 void InboxTable::Set(const InboxRow& row) {
   set_.Run(row.pairing, row.requestId, Blob{row.proposal}, NameOf(row.state), row.mark, row.txnId.value_or(0));
@@ -69,6 +74,12 @@ std::optional<InboxRow> InboxTable::FindByEntry(std::int32_t txnId) {
 
 void InboxTable::ForEach(std::int32_t pairing, bool decided, const std::function<void(const InboxRow& row)>& take) {
   for (Rows rows = decided ? all_.Query(pairing) : waiting_.Query(pairing); rows.Step();) take(ReadInbox(rows));
+}
+
+std::int64_t InboxTable::CountToAnswer() {
+  Rows rows = toAnswer_.Query();
+  rows.Step();
+  return rows.Int64(0);
 }
 
 }  // namespace standalone

@@ -39,6 +39,8 @@ class InboxTable {
   std::optional<InboxRow> FindByEntry(std::int32_t txnId);
   // Those of one pairing in the order in which they came; only those with which something is left to do, or all.
   void ForEach(std::int32_t pairing, bool decided, const std::function<void(const InboxRow& row)>& take);
+  // Of all pairings that are not ended, those that are new or to be booked again.
+  std::int64_t CountToAnswer();
 
  private:
   Statement set_;
@@ -47,6 +49,7 @@ class InboxTable {
   Statement byEntry_;
   Statement waiting_;
   Statement all_;
+  Statement toAnswer_;
 };
 
 }  // namespace standalone

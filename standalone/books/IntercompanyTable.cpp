@@ -99,7 +99,7 @@ IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
       countWithRequest_(database, "SELECT count(*) FROM me_transaction WHERE relation_id = ?1 AND request_id = ?2"),
       anyOfTransaction_(database, "SELECT 1 FROM me_transaction WHERE txn_id = ?1"),
       countOpen_(database, "SELECT count(*) FROM me_transaction WHERE txn_id = ?1 AND state <> 3"),
-      states_(database, "SELECT DISTINCT state, of_before FROM me_transaction"),
+      states_(database, "SELECT state, of_before, count(*) FROM me_transaction GROUP BY state, of_before"),
       ofBefore_(database, "SELECT of_before FROM me_transaction WHERE txn_id = ?1 AND target_id = ?2") {}
 
 void IntercompanyTable::Add(const DBMultiEntityTransaction& row) {
@@ -225,12 +225,10 @@ bool IntercompanyTable::HasRequest(std::int64_t relationId, std::string_view req
   return withRequest_.Query(relationId, requestId).Step();
 }
 
-bool IntercompanyTable::HasAnyState(bool (*is)(BookedState state)) {
-  Rows rows = states_.Query();
-  while (rows.Step()) {
-    if (is({TransactionState{rows.Int16(0)}, rows.Bool(1)})) return true;
+void IntercompanyTable::ForEachState(const std::function<void(BookedState state, std::int64_t count)>& take) {
+  for (Rows rows = states_.Query(); rows.Step();) {
+    take({TransactionState{rows.Int16(0)}, rows.Bool(1)}, rows.Int64(2));
   }
-  return false;
 }
 
 bool IntercompanyTable::IsOfBefore(std::int32_t txnId, std::int32_t targetId) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,8 +68,8 @@ class IntercompanyTable {
   std::optional<std::int32_t> FirstOn(std::int64_t relationId, std::int32_t accountId);
   bool HasRequest(std::int64_t relationId, std::string_view requestId);
   std::int64_t CountWithRequest(std::int64_t relationId, std::string_view requestId);
-  // Whether any row's state is one for which `is` answers true; each state is asked for once.
-  bool HasAnyState(bool (*is)(BookedState state));
+  // How many rows are in each state that some are in.
+  void ForEachState(const std::function<void(BookedState state, std::int64_t count)>& take);
   // Whether the row was booked with version 1.0; false when there is none. When all rows were listed, that is known of
   // each until something is booked.
   bool IsOfBefore(std::int32_t txnId, std::int32_t targetId);

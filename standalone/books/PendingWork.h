@@ -1,8 +1,12 @@
 #pragma once
 
 #include "MultiEntityHost/Bridge.h"
+#include "standalone/books/FactTable.h"
+#include "standalone/books/InboxTable.h"
 #include "standalone/books/IntercompanyTable.h"
+#include "standalone/books/PairingTable.h"
 #include "standalone/books/RelationTable.h"
+#include "standalone/values/WaitingWork.h"
 
 namespace standalone {
 
@@ -15,16 +19,23 @@ bool WaitsForAnswer(BookedState state) noexcept;
 // What waits in the company file; each question is answered in the unit of work that is open, or in one of its own.
 class PendingWork {
  public:
-  PendingWork(Database& database, RelationTable& relations, IntercompanyTable& intercompany) noexcept
-      : database_(database), relations_(relations), intercompany_(intercompany) {}
+  struct Tables {
+    RelationTable& relations;
+    IntercompanyTable& intercompany;
+    PairingTable& pairings;
+    InboxTable& inbox;
+    FactTable& facts;
+  };
+  PendingWork(Database& database, const Tables& tables) noexcept : database_(database), tables_(tables) {}
 
-  // Relations wait while one of them is pending (state 1).
+  // Relations wait while one of them is pending (state 1); all else that waits counts as transactions.
   SyncNeed Need();
+  // Of partners with whom the pairing is ended nothing is counted.
+  WaitingWork Count();
 
  private:
   Database& database_;
-  RelationTable& relations_;
-  IntercompanyTable& intercompany_;
+  Tables tables_;
 };
 
 }  // namespace standalone

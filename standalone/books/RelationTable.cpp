@@ -52,7 +52,7 @@ RelationTable::RelationTable(Database& database)
       othersUseAccounts_(database,
                          "SELECT 1 FROM me_relation WHERE (due_from_account_id IN (nullif(?1, 0), nullif(?2, 0)) "
                          "OR due_to_account_id IN (nullif(?1, 0), nullif(?2, 0))) AND realm_id <> ?3 LIMIT 1"),
-      inState_(database, "SELECT 1 FROM me_relation WHERE state = ?1 LIMIT 1") {}
+      inState_(database, "SELECT count(*) FROM me_relation WHERE state = ?1") {}
 
 // A partner's messages ask for the same relation again and again.
 bool RelationTable::Find(std::string_view realmId, DBMultiEntityRelation& row) {
@@ -128,8 +128,10 @@ bool RelationTable::OthersUseAccounts(std::string_view realmId, std::int64_t acc
   return othersUseAccounts_.Query(account1, account2, realmId).Step();
 }
 
-bool RelationTable::HasAnyInState(std::int16_t state) {
-  return inState_.Query(state).Step();
+std::int64_t RelationTable::CountInState(std::int16_t state) {
+  Rows rows = inState_.Query(state);
+  rows.Step();
+  return rows.Int64(0);
 }
 
 }  // namespace standalone

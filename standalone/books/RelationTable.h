@@ -36,7 +36,7 @@ class RelationTable {
   bool UsesAccounts(std::int64_t account1, std::int64_t account2);
   // The same without the relation of that realm.
   bool OthersUseAccounts(std::string_view realmId, std::int64_t account1, std::int64_t account2);
-  bool HasAnyInState(std::int16_t state);
+  std::int64_t CountInState(std::int16_t state);
 
  private:
   using ByRealm = std::unordered_map<std::string, DBMultiEntityRelation, TextHash, std::equal_to<>>;

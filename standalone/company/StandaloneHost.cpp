@@ -107,7 +107,9 @@ struct StandaloneHost::Parts {
   std::unique_ptr<platform::LoopEvents> events;
   platform::LoopPlatform system{*events, clock};
   MessageLoop loop;
-  PendingWork pending{file.Data(), relations, intercompany};
+  PendingWork pending{
+      file.Data(),
+      {.relations = relations, .intercompany = intercompany, .pairings = pairings, .inbox = inbox, .facts = facts}};
   RuntimeService runtime;
   DatabasePreferencesService databasePreferences{preferenceTable};
   PreferencesService preferences{settings, application};
@@ -140,7 +142,9 @@ struct StandaloneHost::Parts {
 
 StandaloneHost::StandaloneHost(const std::filesystem::path& companyFile, const std::string& userName,
                                HostOptions options)
-    : parts_(std::make_unique<Parts>(*this, companyFile, userName, std::move(options))) {}
+    : parts_(std::make_unique<Parts>(*this, companyFile, userName, std::move(options))) {
+  parts_->messages.SetWaiting([this] { return WaitingText(parts_->pending.Count()); });
+}
 
 StandaloneHost::~StandaloneHost() = default;
 

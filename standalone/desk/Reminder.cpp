@@ -80,6 +80,7 @@ Reminder ShowReminder(Company& company) {
     reminder.rememberedDay = work.Host().Preferences().Find(kLaunchDatePreference);
     reminder.obstacle = ObstacleFor(work);
     reminder.launchDay = LaunchDay();
+    reminder.waiting = work.Host().Pending().Count();
     if (reminder.obstacle) return reminder;
     if (reminder.launchDay) {
       reminder.timing = TimingOf(work, *reminder.launchDay);

@@ -7,6 +7,7 @@
 
 #include "MultiEntityHost/DateType32.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/WaitingWork.h"
 
 namespace desk {
 
@@ -38,10 +39,11 @@ struct ReminderTiming {
 };
 
 struct Reminder {
-  std::optional<NoReminder> obstacle;        // none when it comes while the company is open
-  std::optional<std::string> rememberedDay;  // as the company has it
-  std::optional<DateType32> launchDay;       // today when no day is remembered
-  std::optional<ReminderTiming> timing;      // if the company were opened now; when it comes
+  std::optional<NoReminder> obstacle;                          // none when it comes while the company is open
+  std::optional<std::string> rememberedDay;                    // as the company has it
+  std::optional<DateType32> launchDay;                         // today when no day is remembered
+  std::optional<ReminderTiming> timing;                        // if the company were opened now; when it comes
+  standalone::WaitingWork waiting{standalone::WaitingWork()};  // of which it would tell now
 };
 
 Reminder ShowReminder(Company& company);

@@ -137,7 +137,7 @@ YNC_Tag MessagesService::YesNoInfoMsgO(const Util::SourceContext& /*source*/, Re
                                        bool /*flag1*/, bool /*flag2*/) {
   Question question;
   question.title = StringResource(list, firstIndex);
-  question.text = StringResource(list, secondIndex);
+  question.text = QuestionText(list, secondIndex);
   return Ask(question) ? kAnswerYes : kAnswerNo;
 }
 
@@ -150,6 +150,15 @@ std::int32_t MessagesService::KRMSG_MessageO(std::uintptr_t /*window*/, std::int
 void MessagesService::KRWarnMsgWithTitle02(std::uintptr_t /*window*/, const Util::SourceContext& /*source*/,
                                            const char* first, const char* second, bool /*flag*/) {
   Ask({QuestionKind::kWarning, first, second, kOk, {}});
+}
+
+// The module says in words that something waits; the company says what.
+std::string MessagesService::QuestionText(std::int32_t list, std::int32_t index) const {
+  std::string text(StringResource(list, index));
+  const bool asksWhetherToLook =
+      list == kReminderStrings && (index == kReminderOfBothText || index == kReminderOfTransactionsText);
+  const std::string waiting = asksWhetherToLook && waiting_ ? waiting_() : "";
+  return waiting.empty() ? text : "Waiting for you: " + waiting + ". Do you want to look at it now?";
 }
 
 bool MessagesService::Ask(const Question& question) {

@@ -31,6 +31,8 @@ class MessagesService final : public Messages {
   MessagesService(Database& database, Answerer answerer);
 
   void SetAnswerer(Answerer answerer) { answerer_ = std::move(answerer); }
+  // Says, within a unit of work, what the reminder's question is about; empty for nothing that could be counted.
+  void SetWaiting(std::function<std::string()> waiting) { waiting_ = std::move(waiting); }
 
   ResourceInstance GetKRWinInstance() override;
   void GetIndStringC(char* buffer, std::size_t size, ResourceInstance instance, std::int32_t list,
@@ -44,9 +46,11 @@ class MessagesService final : public Messages {
 
  private:
   bool Ask(const Question& question);
+  std::string QuestionText(std::int32_t list, std::int32_t index) const;
 
   Database& database_;
   Answerer answerer_;
+  std::function<std::string()> waiting_;
 };
 
 // The text of a string list; empty when there is none.

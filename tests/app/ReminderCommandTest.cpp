@@ -126,7 +126,8 @@ TEST_F(RelatedBooks, TheReminderIsShownForPeople) {
               testing::MatchesRegex("Reminder:   comes while the company is open\n"
                                     "Launch day: [0-9-]+ \\(today, as the company file remembers no day\\)\n"
                                     "Delay:      1 second, until [0-9-]+ [0-9:]+\n"
-                                    "Why:        00:00 today has passed, so the least delay of 1 second counts\n"));
+                                    "Why:        00:00 today has passed, so the least delay of 1 second counts\n"
+                                    "Waiting:    nothing\n"));
 }
 
 TEST_F(RelatedBooks, AFarDayIsResetToToday) {

@@ -106,6 +106,17 @@ TEST_F(WhatWaits, IsNoRelationThatIsWithoutAccountsOrDeactivated) {
   EXPECT_EQ(host_.Pending().Need(), kNothingWaits);
 }
 
+TEST_F(WhatWaits, IsCountedByWhatItIs) {
+  Relate(1);
+  Carry(2);
+  Carry(3);
+  CarryFromBefore(0);
+  CarryFromBefore(1);
+  CarryFromBefore(2);
+
+  EXPECT_EQ(host_.Pending().Count(), (WaitingWork{.cameBack = 2, .ofBefore = 2, .relations = 1}));
+}
+
 TEST_F(WhatWaits, CanBeBoth) {
   Relate(1);
   Carry(2);

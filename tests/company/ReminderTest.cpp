@@ -110,7 +110,7 @@ TEST_F(TheReminder, OpensThePendingTransactionsWhenTheUserWantsTo) {
 
   RunOpenCompany();
 
-  EXPECT_THAT(shown_, ElementsAre(HasSubstr("Intercompany transactions are waiting for your answer.")));
+  EXPECT_THAT(shown_, ElementsAre(HasSubstr("Waiting for you: 1 transaction that came back.")));
   EXPECT_THAT(opened_, ElementsAre(PluginView::kPendingTransactions));
   EXPECT_EQ(LaunchDate(), MESchedulerUtil::DateToString(DateAdd(platform::Today(platform::SystemClock()), 1)));
 }
@@ -135,7 +135,7 @@ TEST_F(TheReminder, TellsOfTransactionsAndARelationThatWait) {
 
   RunOpenCompany();
 
-  EXPECT_THAT(shown_, ElementsAre(HasSubstr("and a relation with a partner company is not established yet")));
+  EXPECT_THAT(shown_, ElementsAre(HasSubstr("1 transaction that came back, 1 relation not established yet.")));
 }
 
 TEST_F(TheReminder, WarnsOfARelationThatIsPendingAndOpensNothing) {

@@ -233,10 +233,12 @@ TEST(AsJson, AReminderThatComesHasItsTimes) {
                                                .leastDelay = 900s,
                                                .delay = 3600s,
                                                .comesEarly = false,
-                                               .due = {.day = {2026, 1, 31}, .sinceMidnight = 10h + 5s}}})
+                                               .due = {.day = {2026, 1, 31}, .sinceMidnight = 10h + 5s}},
+                      .waiting = {.requests = 2, .cameBack = 1}})
           .dump(),
       R"({"comes":true,"obstacle":null,"launchDate":"2026-01-31","remembered":true,"rememberedDay":"20260131",)"
-      R"("launchHour":10,"secondsUntilLaunch":3600,"leastDelaySeconds":900,"delaySeconds":3600,"dueAt":"2026-01-31T10:00:05","comesEarly":false})");
+      R"("launchHour":10,"secondsUntilLaunch":3600,"leastDelaySeconds":900,"delaySeconds":3600,"dueAt":"2026-01-31T10:00:05","comesEarly":false,)"
+      R"("waiting":{"requests":2,"cameBack":1,"ofBefore":0,"partners":0,"outstanding":0,"relations":0}})");
 }
 
 TEST(AsJson, AReminderThatDoesNotComeHasTheObstacle) {
@@ -245,7 +247,8 @@ TEST(AsJson, AReminderThatDoesNotComeHasTheObstacle) {
           .dump(),
       R"({"comes":false,"obstacle":"remembered-day-is-none","launchDate":null,"remembered":false,"rememberedDay":null,)"
       R"("launchHour":null,"secondsUntilLaunch":null,"leastDelaySeconds":null,"delaySeconds":null,)"
-      R"("dueAt":null,"comesEarly":null})");
+      R"("dueAt":null,"comesEarly":null,)"
+      R"("waiting":{"requests":0,"cameBack":0,"ofBefore":0,"partners":0,"outstanding":0,"relations":0}})");
 }
 
 TEST(AsJson, AResetReminderHasTheDayOfBefore) {
@@ -525,7 +528,24 @@ TEST(AsJson, TheScreenOfWhatWaitsHasLinesAndRelations) {
 
   EXPECT_EQ(JsonOf(PluginScreen(pending)).dump(),
             std::string(R"({"view":"pending-transactions","refusals":[],"transactions":[)") + kALine +
-                R"(],"relations":[)" + kARelation + "]}");
+                R"(],"relations":[)" + kARelation + R"(],"requests":[],"partners":[]})");
+}
+
+TEST(AsJson, TheScreenOfWhatWaitsHasRequestsOfPartners) {
+  const PendingWork pending{.lines = {.items = {}, .refusal = {}},
+                            .relations = {.items = {}, .refusal = {}},
+                            .requests = {{.partner = "Birch",
+                                          .realm = "1001",
+                                          .requestId = "R-1",
+                                          .type = kTxnTypeBill,
+                                          .date = {2026, 11, 2},
+                                          .amount = {4000, "USD"},
+                                          .name = "Northern Power",
+                                          .state = standalone::InboxState::kNew}}};
+
+  EXPECT_EQ(JsonOf(PluginScreen(pending)).at("requests").dump(),
+            R"([{"partner":"Birch","realm":"1001","requestId":"R-1","type":"bill","typeNumber":9,"date":"2026-11-02",)"
+            R"("amount":"40.00","currency":"USD","name":"Northern Power","state":"new"}])");
 }
 
 TEST(AsJson, AScreenThatCouldNotBeReadWholeSaysWhy) {
@@ -534,7 +554,7 @@ TEST(AsJson, AScreenThatCouldNotBeReadWholeSaysWhy) {
 
   EXPECT_EQ(JsonOf(PluginScreen(pending)).dump(),
             R"({"view":"pending-transactions","refusals":[{"status":8,"what":"list-transactions",)"
-            R"("meaning":"not read","remedy":null}],"transactions":[],"relations":[]})");
+            R"("meaning":"not read","remedy":null}],"transactions":[],"relations":[],"requests":[],"partners":[]})");
 }
 
 TEST(AsJson, TheScreenAfterARealmResetHasTheRememberedRealm) {

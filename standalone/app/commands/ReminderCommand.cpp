@@ -71,6 +71,11 @@ std::string DayText(const desk::Reminder& reminder) {
          (reminder.rememberedDay ? "" : " (today, as the company file remembers no day)");
 }
 
+std::string WaitingText(const desk::Reminder& reminder) {
+  const std::string waiting = standalone::WaitingText(reminder.waiting);
+  return waiting.empty() ? "nothing" : waiting;
+}
+
 std::string DelayText(const desk::Reminder& reminder) {
   if (!reminder.timing) return "none";
   return fmt::format("{}, until {}", SecondsText(reminder.timing->delay),
@@ -81,10 +86,11 @@ void ShowReminder(Invocation& invocation, const std::string& file) {
   desk::Company company(FilePath(file), HowToOpen(invocation, file));
   const desk::Reminder reminder = desk::ShowReminder(company);
   invocation.Report(desk::JsonOf(reminder),
-                    fmt::format("Reminder:   {}\nLaunch day: {}\nDelay:      {}\nWhy:        {}\n",
+                    fmt::format("Reminder:   {}\nLaunch day: {}\nDelay:      {}\nWhy:        {}\nWaiting:    {}\n",
                                 reminder.obstacle ? "does not come" : "comes while the company is open",
                                 DayText(reminder), DelayText(reminder),
-                                reminder.obstacle ? WhyNot(reminder) : WhyThen(*reminder.launchDay, *reminder.timing)));
+                                reminder.obstacle ? WhyNot(reminder) : WhyThen(*reminder.launchDay, *reminder.timing),
+                                WaitingText(reminder)));
 }
 
 std::string ResetText(const desk::ReminderReset& reset) {

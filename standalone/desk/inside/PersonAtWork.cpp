@@ -6,6 +6,7 @@
 #include "standalone/books/PendingWork.h"
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/RelationRows.h"
+#include "standalone/desk/inside/WaitingPartners.h"
 
 namespace desk {
 
@@ -28,7 +29,9 @@ PendingWork PendingWorkFor(Work& work) {
   std::erase_if(listed, [&work](const METxnInfo& line) { return !standalone::WaitsForAnswer(StateOf(work, line)); });
   PendingWork pending{
       .lines = {.items = LineReader(work).Read(listed), .refusal = RefusalOf(UseCase::kListTransactions, answer)},
-      .relations = RelationsFor(work)};
+      .relations = RelationsFor(work),
+      .requests = RequestsToAnswer(work),
+      .partners = PartnersToLookAfter(work)};
   std::erase_if(pending.relations.items,
                 [](const Relation& relation) { return relation.state != standalone::RelationState::kPending; });
   return pending;

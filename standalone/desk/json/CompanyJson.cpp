@@ -377,6 +377,8 @@ struct ScreenJson {
     Json json{{"view", "pending-transactions"}, {"refusals", Json::array()}};
     AddPart(json, "transactions", pending.lines);
     AddPart(json, "relations", pending.relations);
+    json["requests"] = JsonOf(pending.requests);
+    json["partners"] = JsonOf(pending.partners);
     return json;
   }
   Json operator()(const RelationsAfterRealmReset& after) const {
@@ -496,6 +498,11 @@ Json JsonOf(const RealmCheck& check) {
           {"remembered", OrNull(check.after)}};
 }
 
+Json JsonOf(const standalone::WaitingWork& waiting) {
+  return {{"requests", waiting.requests}, {"cameBack", waiting.cameBack},       {"ofBefore", waiting.ofBefore},
+          {"partners", waiting.partners}, {"outstanding", waiting.outstanding}, {"relations", waiting.relations}};
+}
+
 Json JsonOf(const Reminder& reminder) {
   Json json{{"comes", !reminder.obstacle.has_value()},
             {"obstacle", reminder.obstacle ? Json(NameOf(*reminder.obstacle)) : Json()},
@@ -507,7 +514,8 @@ Json JsonOf(const Reminder& reminder) {
             {"leastDelaySeconds", nullptr},
             {"delaySeconds", nullptr},
             {"dueAt", nullptr},
-            {"comesEarly", nullptr}};
+            {"comesEarly", nullptr},
+            {"waiting", JsonOf(reminder.waiting)}};
   if (!reminder.timing) return json;
   json["launchHour"] = reminder.timing->launchHour;
   json["secondsUntilLaunch"] = reminder.timing->untilLaunch.count();

@@ -63,6 +63,19 @@ Json JsonOf(const Rule& rule) {
           {"unfit", SaidJson(rule.unfit)}};
 }
 
+Json JsonOf(const WaitingRequest& request) {
+  return {{"partner", request.partner},
+          {"realm", request.realm},
+          {"requestId", request.requestId},
+          {"type", standalone::TransactionTypeName(request.type)},
+          {"typeNumber", request.type},
+          {"date", standalone::FormatIsoDate(request.date)},
+          {"amount", standalone::FormatPlainAmount(request.amount)},
+          {"currency", SaidJson(request.amount.currency)},
+          {"name", request.name},
+          {"state", NameOf(request.state)}};
+}
+
 Json JsonOf(const InboxRequest& request) {
   return {{"partner", request.partner},
           {"realm", request.realm},

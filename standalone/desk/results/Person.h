@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "standalone/desk/results/IntercompanyLine.h"
+#include "standalone/desk/results/PairedPartner.h"
 #include "standalone/desk/results/Refusal.h"
 #include "standalone/desk/results/Relation.h"
+#include "standalone/desk/results/WaitingRequest.h"
 
 namespace desk {
 
@@ -31,10 +33,13 @@ struct Part {
   std::optional<Refusal> refusal;
 };
 
-// The screens of the intercompany plug-in. What waits for this company's answer:
+// The screens of the intercompany plug-in. What waits for this company's answer; of requests what the user may see, of
+// partners, for who manages relations, those that are to be confirmed or of whom something is outstanding:
 struct PendingWork {
   Part<IntercompanyLine> lines;
   Part<Relation> relations;
+  std::vector<WaitingRequest> requests{std::vector<WaitingRequest>()};
+  std::vector<PairedPartner> partners{std::vector<PairedPartner>()};
 };
 // The relations, with the question what becomes of them now that the company's realm is another one.
 struct RelationsAfterRealmReset {

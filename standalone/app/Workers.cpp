@@ -63,13 +63,28 @@ std::string ErrorsFor(const std::string& file, const platform::EndedProcess& end
   return text;
 }
 
-// Null for what is no document, as of a program that was ended meanwhile.
+Json ToldBy(const std::string& file, const platform::EndedProcess& ended) {
+  return {{"file", file},
+          {"exit", ended.exitCode},
+          {"answer", AnswerIn(ended.output)},
+          {"messages", MessagesIn(ended.errors)}};
+}
+
+void TellPeople(const std::string& file, const platform::EndedProcess& ended) {
+  if (!ended.output.empty()) Print(fmt::format("{}:\n", file));
+  PrintData(ended.output);
+  FinishPrinting();
+  PrintError(ErrorsFor(file, ended));
+}
+
+}  // namespace
+
+// One that was ended meanwhile has printed a part.
 Json AnswerIn(const std::string& output) {
   Json answer = Json::parse(output, nullptr, /*allow_exceptions=*/false);
   return answer.is_discarded() ? Json() : answer;
 }
 
-// Objects one after the other, and what is none of them as a text.
 Json MessagesIn(const std::string& errors) {
   Json messages = Json::array();
   std::istringstream text(errors);
@@ -87,21 +102,18 @@ Json MessagesIn(const std::string& errors) {
   return messages;
 }
 
-Json ToldBy(const std::string& file, const platform::EndedProcess& ended) {
-  return {{"file", file},
-          {"exit", ended.exitCode},
-          {"answer", AnswerIn(ended.output)},
-          {"messages", MessagesIn(ended.errors)}};
+std::vector<std::string> ArgumentsToCarry(const GlobalOptions& options, bool quiet, const std::string& file) {
+  std::vector<std::string> arguments{"--user", options.user};
+  const auto addWhen = [&arguments](bool isGiven, const char* option) {
+    if (isGiven) arguments.emplace_back(option);
+  };
+  addWhen(options.json, "--json");
+  addWhen(options.trace, "--trace");
+  addWhen(options.networkShare, "--network-share");
+  arguments.insert(arguments.end(), {"exchange", "run", file});
+  addWhen(quiet, "--quiet");
+  return arguments;
 }
-
-void TellPeople(const std::string& file, const platform::EndedProcess& ended) {
-  if (!ended.output.empty()) Print(fmt::format("{}:\n", file));
-  PrintData(ended.output);
-  FinishPrinting();
-  PrintError(ErrorsFor(file, ended));
-}
-
-}  // namespace
 
 void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const OnEnded& onEnded) {
   std::vector<std::packaged_task<platform::EndedProcess()>> tasks;
@@ -120,7 +132,7 @@ void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const O
 }
 
 void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std::chrono::seconds every,
-                      std::stop_source& end, const OnEnded& onEnded) {
+                      std::stop_source& end, const OnEnded& onEnded, const std::function<bool()>& isWanted) {
   std::counting_semaphore<> places(static_cast<std::ptrdiff_t>(MostAtATime()));
   std::mutex mutex;
   std::condition_variable_any nobody;
@@ -141,7 +153,7 @@ void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std:
   };
   const auto keepRunning = [&](std::size_t worker) {
     while (!end.stop_requested()) {
-      runAndTell(worker);
+      if (!isWanted || isWanted()) runAndTell(worker);
       std::unique_lock lock(mutex);
       nobody.wait_for(lock, end.get_token(), every, [] { return false; });
     }

@@ -9,10 +9,14 @@
 
 #include "platform/ChildProcess.h"
 #include "standalone/app/ExitCode.h"
+#include "standalone/app/Invocation.h"
 #include "standalone/app/terminal/Output.h"
 
 // Several companies at a time: the module has one host in a process, so each has a process of its own.
 namespace app {
+
+// By which this program carries a company's letters once, for the same user.
+std::vector<std::string> ArgumentsToCarry(const GlobalOptions& options, bool quiet, const std::string& file);
 
 // This program once for each of these arguments, side by side, as many at a time as there are processors, at least two.
 // `onEnded` is told of each in their order, on this thread, as soon as it and those before it have ended. One that
@@ -21,9 +25,15 @@ using OnEnded = std::function<void(std::size_t worker, const platform::EndedProc
 void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const OnEnded& onEnded);
 
 // The same again and again, each anew so long after it has ended, until a stop is requested, which ends those that run.
-// `onEnded` is told of each as it ends, of one at a time; what it throws stops all, and is thrown.
+// `onEnded` is told of each as it ends, of one at a time; what it throws stops all, and is thrown. Where `isWanted` is
+// given, it is asked before each run, which is left out unless it answers true.
 void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std::chrono::seconds every,
-                      std::stop_source& end, const OnEnded& onEnded);
+                      std::stop_source& end, const OnEnded& onEnded, const std::function<bool()>& isWanted = {});
+
+// An object, null for what is none.
+Json AnswerIn(const std::string& output);
+// Objects one after the other, and what is none of them as a text.
+Json MessagesIn(const std::string& errors);
 
 // What one of them said: with its company in front for people, on a line for programs; nothing of one that ended well
 // and had nothing to tell.

@@ -45,6 +45,10 @@ OwnIdentity AdoptImported(Work& work) {
 
 }  // namespace
 
+bool HasIdentity(const std::filesystem::path& company) {
+  return standalone::IsThere(standalone::IdentityOf(company));
+}
+
 std::optional<OwnIdentity> ShowIdentity(Company& company) {
   Work work(company.Opened(), UseCase::kUseIdentity);
   return work.Read([&]() -> std::optional<OwnIdentity> {

@@ -14,6 +14,8 @@ struct OwnIdentity {
   std::string fingerprint;
   std::string realm;
 };
+// Whether one lies beside a company, as beside each that was ever paired and was not moved away.
+bool HasIdentity(const std::filesystem::path& company);
 // None while it has never been paired. Refused where the identity that belongs to the books is missing or another one.
 std::optional<OwnIdentity> ShowIdentity(Company& company);
 // The identity as a text that only the passphrase opens, for a move to another machine. For administrators.

@@ -42,6 +42,7 @@ class KeptOpen::Day {
     work_.Host().Loop().Run();
   }
   void Quit() noexcept { work_.Host().Loop().Quit(); }
+  void Post(std::function<void()> task) { work_.Host().Loop().Post(std::move(task)); }
   void Close() noexcept { work_.Host().App().Close(); }
 
  private:
@@ -87,6 +88,10 @@ void KeptOpen::Run() {
 
 void KeptOpen::Quit() noexcept {
   day_->Quit();
+}
+
+void KeptOpen::Post(std::function<void()> task) {
+  day_->Post(std::move(task));
 }
 
 void KeptOpen::Close() noexcept {

@@ -41,6 +41,8 @@ class KeptOpen {
   void Run();
   // From any thread, also before Run(), and for good.
   void Quit() noexcept;
+  // From any thread: `task` runs on the thread of Run(), outside of units of work; never when Run() ends before that.
+  void Post(std::function<void()> task);
   // After Run(): disarms the reminder. The company takes no more work.
   void Close() noexcept;
 

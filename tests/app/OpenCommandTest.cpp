@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include "app/Books.h"
+#include "app/PairedCompanies.h"
 #include "app/RunningProgram.h"
 
 using testing::AllOf;
@@ -263,4 +264,106 @@ TEST_F(OpenBooks, AnAnswerThatIsNeitherYesNorNoIsRefusedBeforeTheCompanyIsOpened
 
 TEST_F(EmptyDirectory, ACompanyThatIsNotThereIsNotOpened) {
   EXPECT_EQ(Run({"open", "nowhere.company"}).exitCode, 3);
+}
+
+// Alder and Birch are paired and carry by one folder; Birch is the one that is kept open.
+class OpenAndPaired : public PairedCompanies {
+ protected:
+  RunningProgram OpenBirch(std::vector<std::string> more = {}) const {
+    more.insert(more.begin(), {"open", kBirchFile});
+    return {In("."), more};
+  }
+  void LetBirchsReminderComeAtOnce() const {
+    WriteFile("birch.company.remote.toml",
+              "[values.MultiEntity]\nInitialDelayInSeconds = \"1\"\nHoursToLaunchDay = \"0\"\n");
+  }
+  // In the folder, and not in Birch's inbox yet.
+  std::string SendBill(const std::string& number = "NP-1") const {
+    std::string request = EnterBill(number);
+    Done({"exchange", "run", kFile});
+    return request;
+  }
+};
+
+TEST_F(OpenAndPaired, LettersAreCarriedAsSoonAsTheCompanyIsOpen) {
+  const std::string request = SendBill();
+  RunningProgram program = OpenBirch();
+
+  program.WaitFor("Alder Supply Company: took 1 letter, ");
+  program.WaitFor("waits in the inbox\n");
+
+  EXPECT_EQ(InInbox(request).at("state"), "new");
+  program.EndInput();
+  EXPECT_EQ(program.End().exitCode, 0);
+}
+
+TEST_F(OpenAndPaired, LettersThatComeLaterAreCarriedWhileItIsOpen) {
+  SendBill();
+  RunningProgram program = OpenBirch({"--every", "1", "--json"});
+  program.WaitFor(EventLine("letters-carried"));
+
+  SendBill("NP-2");
+  program.WaitFor(EventLine("letters-carried"));
+
+  program.EndInput();
+  const Outcome outcome = program.End();
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(OpenAndPaired, WhatWasDecidedMeanwhileLeavesWhenItIsClosed) {
+  const std::string request = SendBill();
+  RunningProgram program = OpenBirch({"--every", "3600"});
+  program.WaitFor("waits in the inbox\n");
+  AcceptRequest(request);
+
+  program.EndInput();
+  const Outcome outcome = program.End();
+  Done({"exchange", "run", kFile});
+
+  EXPECT_THAT(outcome.out, HasSubstr("put 1 letter into "));
+  EXPECT_EQ(InOutbox(request).at("state"), "established");
+}
+
+TEST_F(OpenAndPaired, WhatIsAmissIsToldOnceAndEndsNothing) {
+  Done({"partner", "folder", kBirchFile, kAlder, "shared"});
+  std::filesystem::rename(In("shared"), In("elsewhere"));
+  RunningProgram program = OpenBirch({"--every", "1"});
+  program.WaitFor("Letters were not carried: ");
+
+  std::filesystem::rename(In("elsewhere"), In("shared"));
+  SendBill();
+  const std::string printed = program.WaitFor("waits in the inbox\n");
+
+  EXPECT_THAT(printed, Not(HasSubstr("not carried")));
+  program.EndInput();
+  EXPECT_EQ(program.End().exitCode, 0);
+}
+
+TEST_F(OpenAndPaired, WhoMayNotCarryIsToldNothingOfIt) {
+  SendBill();
+  Done({"users", "add", kBirchFile, "Kim", "--right", "bills:view"});
+  RunningProgram program = OpenBirch({"--user", "Kim", "--json"});
+  program.WaitFor(EventLine("opened"));
+
+  program.EndInput();
+  const Outcome outcome = program.End();
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, Not(HasSubstr("letters")));
+}
+
+TEST_F(OpenAndPaired, TheReminderSaysHowManyRequestsWaitAndShowsThem) {
+  const std::string request = BillInTheInbox();
+  LetBirchsReminderComeAtOnce();
+  RunningProgram program = OpenBirch({"--answer", "yes"});
+
+  const std::string printed = program.WaitFor("multientity inbox reject birch.company REQUEST\n");
+
+  EXPECT_THAT(printed,
+              AllOf(HasSubstr("Waiting for you: 1 request of partners to answer. Do you want to look at it now?"),
+                    HasSubstr("\nRequests of partners in the inbox:\n"), HasSubstr(request)));
+  EXPECT_THAT(Run({"reminder", "show", kBirchFile}).out, HasSubstr("Waiting:    1 request of partners to answer\n"));
+  program.EndInput();
+  EXPECT_EQ(program.End().exitCode, 0);
 }

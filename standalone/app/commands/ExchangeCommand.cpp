@@ -13,6 +13,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "standalone/app/CarriedTexts.h"
 #include "standalone/app/ExchangeTexts.h"
 #include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
@@ -59,41 +60,6 @@ struct SendOptions {
   SelectionOptions selection;
 };
 
-// A line for each thing that a letter did, and for each that it could not do.
-std::string TakenText(const desk::TakenLetter& letter, std::string_view indent) {
-  std::string text;
-  for (const std::string& done : letter.done) text += fmt::format("{}{}\n", indent, standalone::Shown(done));
-  for (const std::string& outstanding : letter.outstanding) {
-    text += fmt::format("{}outstanding: {}\n", indent, standalone::Shown(outstanding));
-  }
-  return text;
-}
-
-std::string CarriedText(const desk::CarriedWith& carried) {
-  const std::string name = standalone::Shown(carried.partner);
-  if (!carried.failure.empty()) {
-    return fmt::format("{}: its folder could not be reached: {}\n", name, standalone::Shown(carried.failure));
-  }
-  std::string text = fmt::format("{}: took {}, put {} into {}\n", name,
-                                 standalone::Counted(static_cast<std::int64_t>(carried.taken.size()), "letter"),
-                                 standalone::Counted(static_cast<std::int64_t>(carried.put), "letter"),
-                                 standalone::Shown(standalone::PathText(carried.folder)));
-  for (const desk::TakenLetter& letter : carried.taken) text += TakenText(letter, "  ");
-  for (const std::string& done : carried.triedAgain) text += fmt::format("  {}\n", standalone::Shown(done));
-  if (carried.missing != 0) {
-    text += fmt::format(
-        "  these books lack {} that partners were told, as a backup was restored; nothing is decided or "
-        "sent until each partner has shown what it holds\n",
-        standalone::Counted(static_cast<std::int64_t>(carried.missing), "fact"));
-  }
-  if (carried.sent != 0) {
-    text += fmt::format("  sent {}\n", standalone::Counted(static_cast<std::int64_t>(carried.sent), "request"));
-  }
-  for (const std::string& left : carried.notSent) text += fmt::format("  not sent: {}\n", standalone::Shown(left));
-  for (const std::string& file : carried.setAside) text += fmt::format("  set aside: {}\n", standalone::Shown(file));
-  return text;
-}
-
 std::int64_t FailuresAmong(const std::vector<desk::CarriedWith>& all) {
   return std::ranges::count_if(all, [](const desk::CarriedWith& carried) { return !carried.failure.empty(); });
 }
@@ -126,7 +92,7 @@ void RunForOne(Invocation& invocation, const std::string& file, bool quiet) {
   const bool forPeople = !invocation.options.json;
   std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
     if (!forPeople || (quiet && !IsNews(carried))) return;
-    Print(CarriedText(carried));
+    Print(CarriedText(desk::JsonOf(carried)));
     FinishPrinting();
   });
   if (quiet) std::erase_if(all, [](const desk::CarriedWith& carried) { return !IsNews(carried); });
@@ -146,24 +112,11 @@ void RefuseOneTwice(const std::vector<std::string>& files) {
   }
 }
 
-std::vector<std::string> ArgumentsFor(const GlobalOptions& options, bool quiet, const std::string& file) {
-  std::vector<std::string> arguments{"--user", options.user};
-  const auto addWhen = [&arguments](bool isGiven, const char* option) {
-    if (isGiven) arguments.emplace_back(option);
-  };
-  addWhen(options.json, "--json");
-  addWhen(options.trace, "--trace");
-  addWhen(options.networkShare, "--network-share");
-  arguments.insert(arguments.end(), {"exchange", "run", file});
-  addWhen(quiet, "--quiet");
-  return arguments;
-}
-
 std::vector<std::vector<std::string>> WorkersFor(const Invocation& invocation, const RunOptions& options) {
   RefuseOneTwice(options.files);
   std::vector<std::vector<std::string>> workers;
   for (const std::string& file : options.files) {
-    workers.push_back(ArgumentsFor(invocation.options, options.quiet || options.watch, file));
+    workers.push_back(ArgumentsToCarry(invocation.options, options.quiet || options.watch, file));
   }
   return workers;
 }
@@ -179,9 +132,7 @@ void RunForAll(Invocation& invocation, const RunOptions& options) {
 }
 
 void Watch(Invocation& invocation, const RunOptions& options) {
-  constexpr std::int32_t kMinute = 60;
-  constexpr std::int32_t kDay = 24 * 60 * kMinute;
-  const std::int32_t every = options.every ? WholeNumber("--every", *options.every, 1, kDay) : kMinute;
+  const std::chrono::seconds every = HowOften(options.every);
   const std::vector<std::vector<std::string>> workers = WorkersFor(invocation, options);
   std::stop_source end;
   TerminationHandlers handlers;
@@ -194,12 +145,12 @@ void Watch(Invocation& invocation, const RunOptions& options) {
   if (!json) {
     Print(fmt::format("Letters are carried for {} until Ctrl-C ends it, {} after each run.\n",
                       standalone::Counted(static_cast<std::int64_t>(workers.size()), "company", "companies"),
-                      SecondsText(std::chrono::seconds(every))));
+                      SecondsText(every)));
     FinishPrinting();
   }
-  RunAgainAndAgain(
-      workers, std::chrono::seconds(every), end,
-      [&](std::size_t worker, const platform::EndedProcess& ended) { TellWorker(json, options.files[worker], ended); });
+  RunAgainAndAgain(workers, every, end, [&](std::size_t worker, const platform::EndedProcess& ended) {
+    TellWorker(json, options.files[worker], ended);
+  });
 }
 
 void Run(Invocation& invocation, const RunOptions& options) {
@@ -240,7 +191,7 @@ std::string LetterText(const desk::TakenLetter& letter) {
   const std::string whose = letter.partner.empty() ? "a partner that is not known" : standalone::Shown(letter.partner);
   const std::string news =
       letter.facts == 0 ? "nothing new" : standalone::Counted(static_cast<std::int64_t>(letter.facts), "new fact");
-  return fmt::format("Took a letter of {}: {}.\n{}", whose, news, TakenText(letter, "  "));
+  return fmt::format("Took a letter of {}: {}.\n{}", whose, news, TakenText(desk::JsonOf(letter), "  "));
 }
 
 void ImportLetters(Invocation& invocation, const ExchangeOptions& options) {

@@ -3,18 +3,22 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "standalone/app/CarriedTexts.h"
 #include "standalone/app/Dialogue.h"
 #include "standalone/app/ExitCode.h"
 #include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/LettersBeside.h"
 #include "standalone/app/PluginScreens.h"
 #include "standalone/app/Seconds.h"
 #include "standalone/app/Values.h"
@@ -38,7 +42,10 @@ using standalone::Shown;
 struct OpenOptions {
   std::string file;
   std::optional<std::string> answer;
+  std::optional<std::string> every;
 };
+
+constexpr std::chrono::seconds kLettersAtLast{30};
 
 Screen ScreenFor(const Invocation& invocation) {
   if (!invocation.options.json) return Screen();
@@ -61,10 +68,14 @@ const char* CauseText(TerminationCause cause) noexcept {
 }
 
 // The trace comes as it happens.
-desk::CompanyOptions HowToStayOpen(Invocation& invocation, const std::string& file) {
+desk::CompanyOptions HowToStayOpen(Invocation& invocation, const std::string& file, bool& isOnlyRead) {
   desk::CompanyOptions options = HowToOpen(invocation, file);
   // How it ends is told of the company that is closed, whatever was saved while it was open.
   options.onSaved = {};
+  options.onOpened = [&isOnlyRead, tell = std::move(options.onOpened)](const desk::Opening& opening) {
+    isOnlyRead = opening.onlyRead.has_value();
+    tell(opening);
+  };
   if (invocation.options.trace) {
     options.onLogLine = [json = invocation.options.json](const desk::NewLogLine& line) {
       PrintError(TraceText(line, json));
@@ -76,7 +87,8 @@ desk::CompanyOptions HowToStayOpen(Invocation& invocation, const std::string& fi
 // Tells at a terminal what happens while a company stays open, until it is told to close it.
 class OpenCompany {
  public:
-  OpenCompany(Invocation& invocation, std::string file, std::optional<bool> answer);
+  // `every` is how often letters are carried.
+  OpenCompany(Invocation& invocation, std::string file, std::optional<bool> answer, std::chrono::seconds every);
   OpenCompany(const OpenCompany&) = delete;
   OpenCompany& operator=(const OpenCompany&) = delete;
   ~OpenCompany() = default;
@@ -94,23 +106,31 @@ class OpenCompany {
   void OnFailure(std::string_view what);
   void OnLongLine();
   void OnEnd(TerminationCause cause);
+  void OnCarried(CarriedBeside carried);
+  void TellCarried();
 
   Invocation& invocation_;
   std::string file_;
+  std::chrono::seconds every_;
+  bool isOnlyRead_ = false;
   Screen screen_;
   TypedLines typed_;
   desk::Company company_;
   Dialogue dialogue_;
   desk::KeptOpen open_;
+  std::mutex mutex_;
+  std::vector<CarriedBeside> carried_;  // and not told yet
   bool failed_ = false;
   std::atomic<TerminationCause> cause_ = TerminationCause::kEndOfInput;
 };
 
-OpenCompany::OpenCompany(Invocation& invocation, std::string file, std::optional<bool> answer)
+OpenCompany::OpenCompany(Invocation& invocation, std::string file, std::optional<bool> answer,
+                         std::chrono::seconds every)
     : invocation_(invocation),
       file_(std::move(file)),
+      every_(every),
       screen_(ScreenFor(invocation)),
-      company_(FilePath(file_), HowToStayOpen(invocation, file_)),
+      company_(FilePath(file_), HowToStayOpen(invocation, file_, isOnlyRead_)),
       dialogue_(screen_, "reminder-shown", answer,
                 screen_.IsForPeople() && InputComesFromATerminal()
                     ? [this](const std::string& prompt) { return typed_.AnswerTo([&] { ShowPrompt(prompt); }); }
@@ -150,10 +170,18 @@ void OpenCompany::Run() {
   };
   const Termination termination(std::move(handlers));
   TellOpened();
+  std::optional<LettersBeside> letters;
+  // Where a company on a share is worked on, nobody else may have it open.
+  if (!isOnlyRead_ && !invocation_.options.networkShare) {
+    letters.emplace(invocation_.options, file_, every_,
+                    [this](CarriedBeside carried) { OnCarried(std::move(carried)); });
+  }
   open_.Run();
   const char* const cause = CauseText(cause_);
   screen_.Tell({{"event", "closing"}, {"cause", cause}}, fmt::format("Closing {}: {}.\n", Shown(file_), cause));
   open_.Close();
+  if (letters) letters->CarryAtLast(kLettersAtLast);
+  TellCarried();
   screen_.Tell({{"event", "closed"}, {"file", file_}}, fmt::format("Closed {}.\n", Shown(file_)));
   if (failed_) throw std::runtime_error("not all went well while the company was open; see what was said meanwhile");
 }
@@ -191,6 +219,31 @@ void OpenCompany::OnFailure(std::string_view what) {
                                       : fmt::format("multientity: {}\n", Shown(what)));
 }
 
+// On the thread that carries.
+void OpenCompany::OnCarried(CarriedBeside carried) {
+  {
+    const std::lock_guard lock(mutex_);
+    carried_.push_back(std::move(carried));
+  }
+  open_.Post([this] { TellCarried(); });
+}
+
+void OpenCompany::TellCarried() {
+  std::vector<CarriedBeside> all;
+  {
+    const std::lock_guard lock(mutex_);
+    all.swap(carried_);
+  }
+  for (const CarriedBeside& carried : all) {
+    std::string text;
+    for (const Json& partner : carried.partners) text += CarriedText(partner);
+    if (!carried.partners.empty()) screen_.Tell({{"event", "letters-carried"}, {"partners", carried.partners}}, text);
+    if (carried.failure.empty()) continue;
+    screen_.Tell({{"event", "letters-not-carried"}, {"message", carried.failure}},
+                 fmt::format("Letters were not carried: {}\n", Shown(carried.failure)));
+  }
+}
+
 // On the watching thread.
 void OpenCompany::OnLongLine() {
   const std::string what =
@@ -207,7 +260,7 @@ void OpenCompany::OnEnd(TerminationCause cause) {
 
 void Open(Invocation& invocation, const OpenOptions& options) {
   const std::optional<bool> answer = GivenAnswer(options.answer);
-  OpenCompany(invocation, options.file, answer).Run();
+  OpenCompany(invocation, options.file, answer, HowOften(options.every)).Run();
 }
 
 }  // namespace
@@ -216,10 +269,11 @@ void AddOpen(CLI::App& program, Invocation& invocation) {
   const auto options = std::make_shared<OpenOptions>();
   CLI::App& command = AddFileCommand(
       program, "open",
-      "Keep a company open: the daily reminder of intercompany work is armed and shown when it is due, until the end\n"
-      "of input, Ctrl-C or a request to terminate closes the company. With --json, one event per line",
+      "Keep a company open: the daily reminder of intercompany work is shown when it is due, and letters are carried,\n"
+      "until the end of input, Ctrl-C or a request to terminate closes it. With --json, one event per line",
       "open alder.company", options->file);
   AddAnswerOption(command, options->answer);
+  command.add_option("--every", options->every, "Carry letters so many seconds after each run; 60 when left out");
   invocation.When(command, [options](Invocation& run) { Open(run, *options); });
 }
 

@@ -1,0 +1,57 @@
+#include "standalone/app/CarriedTexts.h"
+
+#include <fmt/format.h>
+
+#include <cstdint>
+
+#include "standalone/values/Counted.h"
+#include "standalone/values/Text.h"
+
+namespace app {
+
+namespace {
+
+std::string LinesOf(const desk::Json& texts, std::string_view before) {
+  std::string lines;
+  for (const desk::Json& text : texts) {
+    lines += fmt::format("{}{}\n", before, standalone::Shown(text.get<std::string>()));
+  }
+  return lines;
+}
+
+// Null is an empty one.
+std::string TextIn(const desk::Json& object, const char* key) {
+  const desk::Json& text = object.at(key);
+  return text.is_null() ? "" : standalone::Shown(text.get<std::string>());
+}
+
+}  // namespace
+
+std::string TakenText(const desk::Json& letter, std::string_view indent) {
+  return LinesOf(letter.at("done"), indent) + LinesOf(letter.at("outstanding"), fmt::format("{}outstanding: ", indent));
+}
+
+std::string CarriedText(const desk::Json& carried) {
+  const std::string name = TextIn(carried, "partner");
+  if (const std::string failure = TextIn(carried, "failure"); !failure.empty()) {
+    return fmt::format("{}: its folder could not be reached: {}\n", name, failure);
+  }
+  std::string text =
+      fmt::format("{}: took {}, put {} into {}\n", name,
+                  standalone::Counted(static_cast<std::int64_t>(carried.at("taken").size()), "letter"),
+                  standalone::Counted(carried.at("put").get<std::int64_t>(), "letter"), TextIn(carried, "folder"));
+  for (const desk::Json& letter : carried.at("taken")) text += TakenText(letter, "  ");
+  text += LinesOf(carried.at("triedAgain"), "  ");
+  if (const auto missing = carried.at("missing").get<std::int64_t>(); missing != 0) {
+    text += fmt::format(
+        "  these books lack {} that partners were told, as a backup was restored; nothing is decided or "
+        "sent until each partner has shown what it holds\n",
+        standalone::Counted(missing, "fact"));
+  }
+  if (const auto sent = carried.at("sent").get<std::int64_t>(); sent != 0) {
+    text += fmt::format("  sent {}\n", standalone::Counted(sent, "request"));
+  }
+  return text + LinesOf(carried.at("notSent"), "  not sent: ") + LinesOf(carried.at("setAside"), "  set aside: ");
+}
+
+}  // namespace app

@@ -75,7 +75,7 @@ TEST_F(March, TheListFitsTheTerminalAndSaysWhatItLeavesOut) {
             "----------  ----  ---  -----------  -----------  -----------  ------  ---  -----\n"
             "2024-03-01  bill    1  Birch Serv\u2026  Northern P\u2026  Due from B\u2026   40.00  USD  sent\n"
             "----------  ----  ---  -----------  -----------  -----------  ------  ---  -----\n"
-            "Total             owed to us                                   40.00  USD\n"
+            "Total                  owed to us                              40.00  USD\n"
             "(--wide shows also: Line, Liability account, Request)\n");
 }
 

@@ -347,6 +347,19 @@ TEST_F(TheRequest, IsBookedUnderTheNameThatItTellsAlsoWhereThatLooksLikeTheNumbe
   EXPECT_EQ(At("Birch", [&](Company& company) { return ShowTransaction(company, entry); }).name->name, "1");
 }
 
+TEST_F(TheRequest, IsToldWithItsAnswerInTheTrailOfItsTransaction) {
+  const RecordedTransaction bill = EnterBill();
+  CarryInTurns("Alder", "Birch", 1);
+  RejectAtBirch(PartnersLineOf(bill).partners->requestId, "not ours");
+  CarryUntilAtRest();
+
+  const ShownTransaction shown = At("Alder", [&](Company& company) { return ShowTransaction(company, bill.txnId); });
+
+  std::vector<std::string> actions;
+  for (const AuditedDeed& deed : *shown.audit) actions.push_back(deed.action);
+  EXPECT_THAT(actions, ElementsAre("bill.record", "exchange.send", "exchange.take"));
+}
+
 TEST_F(TheRequest, IsAnsweredOnce) {
   const std::string request = EnterRequest();
   CarryInTurns("Alder", "Birch", 1);

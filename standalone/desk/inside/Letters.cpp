@@ -58,7 +58,7 @@ struct Applied {
   std::string outstanding;
   std::optional<Pairing> after;                                                          // when the pairing has changed
   std::vector<standalone::AuditChange> changes{std::vector<standalone::AuditChange>()};  // of requests
-  std::optional<std::int32_t> txnId{std::optional<std::int32_t>()};                      // of an entry that was booked
+  std::optional<std::int32_t> txnId{std::optional<std::int32_t>()};  // whose line has changed, or that was booked
 };
 
 Applied Outstanding(std::string why) {

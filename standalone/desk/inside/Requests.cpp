@@ -272,6 +272,7 @@ void DecideAtSender(Work& work, const Pairing& pairing, const std::string& reque
     decided.outstanding = work.WhyNotDone(UseCase::kSetTransactionState, answer);
     return;
   }
+  if (line) decided.txnId = line->row.txnId;
   decided.changes.push_back(
       {"request " + request, standalone::StateName(*books.row), standalone::StateName(*standing.row)});
   if (*standing.row == TransactionState::kCameBack) CloseForLostCorrection(work, pairing, request, decided);

@@ -29,7 +29,7 @@ struct DecidedRequest {
   std::vector<std::string> done;                 // for people; empty when nothing has changed
   std::string outstanding;                       // why it could not be done; the unit of work is to be taken back then
   std::vector<standalone::AuditChange> changes;  // for the trail
-  std::optional<std::int32_t> txnId{std::optional<std::int32_t>()};  // of the entry that was booked with it
+  std::optional<std::int32_t> txnId{std::optional<std::int32_t>()};  // whose line has changed, or that was booked
 };
 
 // Has the inbox, the books and the answers follow what is held; the keys are this company's own.

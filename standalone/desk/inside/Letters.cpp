@@ -410,13 +410,13 @@ std::vector<std::string> RetryOutstanding(Work& work, const Pairing& pairing, co
 Pairing RequirePairingOf(Work& work, const exchange::Letter& letter) {
   const std::optional<Pairing> pairing = work.Host().Pairings().FindByPairingId(letter.pairing);
   if (!pairing) throw standalone::InvalidInput("It is of a pairing that this company does not have.");
-  if (!IsLive(*pairing)) {
-    throw NotTakenNow("The pairing with " + PartnerText(*pairing) + " is " + std::string(NameOf(pairing->state)) + ".");
-  }
   const bool isKnown = !pairing->partnerKey.empty();
   if (isKnown && letter.sender.Bytes() != pairing->partnerKey) {
     throw standalone::InvalidInput("It is not of " + PartnerText(*pairing) + ", but of somebody whose fingerprint is " +
                                    exchange::Fingerprint(letter.sender) + ".");
+  }
+  if (!IsLive(*pairing)) {
+    throw NotTakenNow("The pairing with " + PartnerText(*pairing) + " is " + std::string(NameOf(pairing->state)) + ".");
   }
   return *pairing;
 }

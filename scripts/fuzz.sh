@@ -9,7 +9,8 @@ build=$1
 name=$2
 log=$build/fuzz-$name.log
 
-declare -A longest=([Import]=2048 [CommandLine]=512 [Facade]=512 [Envelope]=2048 [Fact]=1024 [TextBlock]=1024)
+declare -A longest=([Import]=2048 [CommandLine]=512 [Facade]=512 [Envelope]=2048 [Fact]=1024 [Identity]=1024
+  [Invitation]=1024 [TextBlock]=1024)
 
 options=(-max_total_time="${FUZZ_SECONDS:-10}" -timeout=20 -max_len="${longest[$name]:-128}"
   -artifact_prefix="$build/found/$name-" -print_final_stats=1)

@@ -1,4 +1,5 @@
 #include "fuzz/ExchangeFuzzing.h"
+#include "standalone/exchange/EnvelopeFile.h"
 
 // Envelopes of a partner: as files, as what is behind the seal, and as texts that the partner has signed.
 
@@ -28,6 +29,21 @@ void CheckContent(std::string_view content) {
   Require(envelopes.size() == 1 && Open(envelopes.front(), Receiver()) == *letter, "a letter is read as it was sent");
 }
 
+void CheckFile(std::string_view content) {
+  using exchange::Completeness;
+  const exchange::EnvelopeFile file = exchange::ReadEnvelopeFile(content);
+  if (file.completeness == Completeness::kComplete) {
+    Require(exchange::HeadOf(file.bytes.size()) + std::string(file.bytes) + exchange::kTail == content,
+            "an envelope has one file");
+  }
+  if (content.empty()) return;
+  const Completeness before = exchange::ReadEnvelopeFile(content.substr(0, content.size() - 1)).completeness;
+  Require(before != Completeness::kNever || file.completeness == Completeness::kNever,
+          "what can never be an envelope is none whatever comes behind it");
+  Require(before != Completeness::kComplete || file.completeness == Completeness::kNever,
+          "nothing comes behind an envelope");
+}
+
 std::string SignedBySender(std::string content) {
   exchange::AppendNetstring(content, Sender().Sign(content));
   return content;
@@ -47,6 +63,8 @@ std::string Head() {
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::string_view text = fuzzing::Text(bytes, size);
   Tried([&] { return exchange::Open(text, Receiver()); });
+  CheckFile(text);
+  CheckFile(exchange::HeadOf(text.size()) + std::string(text) + exchange::kTail);
   CheckContent(text);
   CheckContent(SignedBySender(std::string(text)));
   CheckContent(SignedBySender(Head() + fuzzing::NetstringsOf(text, '\n')));

@@ -1,7 +1,9 @@
 #include "standalone/exchange/Fact.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
+#include <type_traits>
 
 #include "standalone/exchange/Errors.h"
 #include "standalone/exchange/Netstrings.h"
@@ -26,8 +28,15 @@ bool IsTerm(std::string_view text) {
          std::ranges::all_of(text, [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; });
 }
 
-void Require(bool holds, const std::string& otherwise) {
-  if (!holds) throw Malformed("The fact " + otherwise + ".");
+// What is said otherwise is put together only then: there is much to require of each fact.
+template <typename Otherwise>
+void Require(bool holds, Otherwise&& otherwise) {
+  if (holds) return;
+  if constexpr (std::is_invocable_v<Otherwise>) {
+    throw Malformed("The fact " + otherwise() + ".");
+  } else {
+    throw Malformed("The fact " + std::string(otherwise) + ".");
+  }
 }
 
 void RequireName(std::string_view name) {
@@ -39,17 +48,25 @@ void RequireName(std::string_view name) {
 }
 
 void RequireInRange(const Statement& statement) {
-  Require(IsPairingId(statement.pairing),
-          "names the pairing " + Quoted(statement.pairing) + ", which is not 32 hexadecimal digits in small letters");
+  Require(IsPairingId(statement.pairing), [&] {
+    return "names the pairing " + Quoted(statement.pairing) + ", which is not 32 hexadecimal digits in small letters";
+  });
   Require(IsTerm(statement.kind),
-          "is of kind " + Quoted(statement.kind) + "; a kind is 1 to 32 small letters and hyphens");
+          [&] { return "is of kind " + Quoted(statement.kind) + "; a kind is 1 to 32 small letters and hyphens"; });
   RequireName(statement.name);
   Require(statement.month.empty() || IsMonth(statement.month),
-          "is of month " + Quoted(statement.month) + "; a month is such as 2026-11");
+          [&] { return "is of month " + Quoted(statement.month) + "; a month is such as 2026-11"; });
   Require(statement.fields.size() <= kMostFields, "has more than 64 fields");
   for (const auto& [name, value] : statement.fields) {
-    Require(IsTerm(name), "has a field " + Quoted(name) + "; a field's name is 1 to 32 small letters and hyphens");
+    Require(IsTerm(name), [&name] {
+      return "has a field " + Quoted(name) + "; a field's name is 1 to 32 small letters and hyphens";
+    });
   }
+}
+
+void RequireLength(std::string_view body) {
+  Require(body.size() <= kMostBodyBytes,
+          [&] { return "is too long with " + std::to_string(body.size()) + " bytes; 65,536 are the most"; });
 }
 
 // In strictly ascending order, so that no two facts say the same.
@@ -57,13 +74,45 @@ Fields TakeFields(NetstringReader& reader) {
   Fields fields;
   while (!reader.AtEnd()) {
     const std::string_view name = reader.Take();
-    Require(!reader.AtEnd(), "ends behind the name of the field " + Quoted(name));
+    Require(!reader.AtEnd(), [&] { return "ends behind the name of the field " + Quoted(name); });
     Require(fields.empty() || name > fields.rbegin()->first,
-            "has the field " + Quoted(name) + " twice or out of order");
+            [&] { return "has the field " + Quoted(name) + " twice or out of order"; });
     fields.emplace_hint(fields.end(), name, reader.Take());
   }
   return fields;
 }
+
+// The facts that were verified last: one comes to be verified again with each look at an answer that carries it, which
+// takes as long as writing it into the books does.
+class VerifiedLately {
+ public:
+  bool Has(const Hash& id, std::string_view signature) const noexcept {
+    return std::ranges::any_of(verified_, [&](const Verified& verified) {
+      return verified.id == id && std::ranges::equal(verified.signature, signature);
+    });
+  }
+
+  // Of a signature of the right length.
+  void Add(const Hash& id, std::string_view signature) noexcept {
+    Verified& oldest = verified_[next_];
+    oldest.id = id;
+    std::ranges::copy(signature, oldest.signature.begin());
+    next_ = (next_ + 1) % verified_.size();
+  }
+
+ private:
+  // One of noughts is that of no fact.
+  struct Verified {
+    Hash id;
+    std::array<char, kSignatureBytes> signature{};
+  };
+  static constexpr std::size_t kMost = 4;
+
+  std::array<Verified, kMost> verified_{};
+  std::size_t next_ = 0;
+};
+
+thread_local VerifiedLately verifiedLately;
 
 }  // namespace
 
@@ -91,17 +140,15 @@ std::string BodyOf(const Statement& statement) {
     AppendNetstring(body, name);
     AppendNetstring(body, value);
   }
-  Require(body.size() <= kMostBodyBytes,
-          "is too long with " + std::to_string(body.size()) + " bytes; 65,536 are the most");
+  RequireLength(body);
   return body;
 }
 
 Statement StatementOf(std::string_view body) {
-  Require(body.size() <= kMostBodyBytes,
-          "is too long with " + std::to_string(body.size()) + " bytes; 65,536 are the most");
+  RequireLength(body);
   NetstringReader reader(kWhat, body);
   const std::string_view form = reader.Take();
-  Require(form == kForm, "is of the form " + Quoted(form) + "; this version reads multientity-fact-1");
+  Require(form == kForm, [&] { return "is of the form " + Quoted(form) + "; this version reads multientity-fact-1"; });
   Statement statement;
   statement.pairing = reader.Take();
   statement.author = PublicKey::FromHex(reader.Take());
@@ -122,7 +169,7 @@ Fact Fact::Signed(const Statement& statement, const KeyPair& author) {
 Fact::Fact(std::string_view body, std::string_view signature)
     : what_(StatementOf(body)), body_(body), signature_(signature), id_(HashOf(body)) {
   Require(signature.size() == kSignatureBytes,
-          "has a signature of " + std::to_string(signature.size()) + " bytes; a signature has 64");
+          [&] { return "has a signature of " + std::to_string(signature.size()) + " bytes; a signature has 64"; });
 }
 
 Fact Fact::FromWire(std::string_view wire) {
@@ -135,8 +182,16 @@ Fact Fact::FromWire(std::string_view wire) {
 
 Fact Fact::VerifiedFromWire(std::string_view wire) {
   Fact fact = FromWire(wire);
-  Require(fact.IsVerified(), "was not signed by its author " + fact.What().author.Hex() + ", or was changed");
+  Require(fact.IsVerified(),
+          [&] { return "was not signed by its author " + fact.What().author.Hex() + ", or was changed"; });
   return fact;
+}
+
+bool Fact::IsVerified() const noexcept {
+  if (verifiedLately.Has(id_, signature_)) return true;
+  if (!Verify(what_.author, body_, signature_)) return false;
+  verifiedLately.Add(id_, signature_);
+  return true;
 }
 
 std::string Fact::Wire() const {

@@ -64,7 +64,7 @@ class Fact {
   const Hash& Id() const noexcept { return id_; }
   std::string Wire() const;
 
-  bool IsVerified() const noexcept { return Verify(what_.author, body_, signature_); }
+  bool IsVerified() const noexcept;
 
   friend bool operator==(const Fact& left, const Fact& right) {
     return left.body_ == right.body_ && left.signature_ == right.signature_;

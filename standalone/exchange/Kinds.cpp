@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -51,8 +52,15 @@ std::string_view FindWordOf(const Words& words, Value value) noexcept {
   return std::ranges::find(words, value, [](const auto& pair) { return pair.second; })->first;
 }
 
-void Require(const Fact& fact, bool holds, const std::string& otherwise) {
-  if (!holds) throw NotUnderstood("The " + fact.What().kind + " " + otherwise + ".");
+// What is said otherwise is put together only then: there is much to require of each fact.
+template <typename Otherwise>
+void Require(const Fact& fact, bool holds, Otherwise&& otherwise) {
+  if (holds) return;
+  if constexpr (std::is_invocable_v<Otherwise>) {
+    throw NotUnderstood("The " + fact.What().kind + " " + otherwise() + ".");
+  } else {
+    throw NotUnderstood("The " + fact.What().kind + " " + std::string(otherwise) + ".");
+  }
 }
 
 // Has what is not acceptable as a value make the fact not understood.
@@ -78,14 +86,14 @@ class TakenFields {
     const auto found = fields.find(name);
     if (found == fields.end()) return {};
     Require(fact_, !found->second.empty(),
-            "has an empty field " + Quoted(name) + ", which is left out when it is empty");
+            [&] { return "has an empty field " + Quoted(name) + ", which is left out when it is empty"; });
     ++taken_;
     return found->second;
   }
 
   std::string_view Need(std::string_view name) {
     const std::string_view value = Take(name);
-    Require(fact_, !value.empty(), "has no field " + Quoted(name));
+    Require(fact_, !value.empty(), [&] { return "has no field " + Quoted(name); });
     return value;
   }
 
@@ -105,7 +113,8 @@ class TakenFields {
 std::string CurrencyOf(const Fact& fact, TakenFields& fields) {
   const std::string_view code = fields.Take("currency");
   const bool isCode = code.size() == 3 && std::ranges::all_of(code, [](char c) { return c >= 'A' && c <= 'Z'; });
-  Require(fact, code.empty() || isCode, "has the currency " + Quoted(code) + "; one is three capital letters");
+  Require(fact, code.empty() || isCode,
+          [&] { return "has the currency " + Quoted(code) + "; one is three capital letters"; });
   return std::string(code);
 }
 
@@ -151,9 +160,10 @@ std::optional<EarlierLink> EarlierOf(const Fact& fact, TakenFields& fields) {
 
 std::int64_t AmountOf(const Fact& fact, std::string_view text) {
   const std::optional<std::int64_t> amount = NumberOf(text);
-  Require(fact, amount && *amount != 0,
-          "has the amount " + Quoted(text) +
-              "; one is a whole number of minor units other than 0, up to 9999999999999 " + "either way");
+  Require(fact, amount && *amount != 0, [&] {
+    return "has the amount " + Quoted(text) +
+           "; one is a whole number of minor units other than 0, up to 9999999999999 either way";
+  });
   return *amount;
 }
 
@@ -162,7 +172,8 @@ Proposal ReadProposal(const Fact& fact) {
   TakenFields fields(fact);
   const std::string_view type = fields.Need("type");
   const std::optional<RequestType> known = FindWord(kTypes, type);
-  Require(fact, known.has_value(), "is of type " + Quoted(type) + "; it is a bill, a check or an entry");
+  Require(fact, known.has_value(),
+          [&] { return "is of type " + Quoted(type) + "; it is a bill, a check or an entry"; });
   Proposal proposal{.request = standalone::RequestId(what.name).Text(),
                     .type = *known,
                     .date = standalone::ParseDate("The proposal's date", fields.Need("date")),
@@ -189,7 +200,7 @@ Fact ProposalIn(const Fact& fact, std::string_view wire) {
   Fact proposal = Fact::VerifiedFromWire(wire);
   const Statement& asked = proposal.What();
   const Statement& what = fact.What();
-  Require(fact, asked.kind == kinds::kProposal, "answers a fact of kind " + Quoted(asked.kind));
+  Require(fact, asked.kind == kinds::kProposal, [&] { return "answers a fact of kind " + Quoted(asked.kind); });
   Require(fact, asked.name == what.name, "answers a proposal of another request");
   Require(fact, asked.pairing == what.pairing, "answers a proposal of another pairing");
   Require(fact, asked.author != what.author, "answers a proposal of its own author");
@@ -201,7 +212,7 @@ Fact ProposalIn(const Fact& fact, std::string_view wire) {
 std::int32_t EntryOf(const Fact& fact, std::string_view text) {
   const std::optional<std::int64_t> number = NumberOf(text);
   Require(fact, number && *number >= 1 && *number <= standalone::kLargestRecordNumber,
-          "has the entry " + Quoted(text) + "; one is a whole number from 1 on");
+          [&] { return "has the entry " + Quoted(text) + "; one is a whole number from 1 on"; });
   return static_cast<std::int32_t>(*number);
 }
 
@@ -210,7 +221,7 @@ Answer ReadAnswer(const Fact& fact) {
   const std::string_view word = fields.Need("outcome");
   const std::optional<Outcome> outcome = FindWord(kOutcomes, word);
   Require(fact, outcome.has_value(),
-          "has the outcome " + Quoted(word) + "; it is accepted, rejected, refused or withdrawn");
+          [&] { return "has the outcome " + Quoted(word) + "; it is accepted, rejected, refused or withdrawn"; });
   Answer answer{.outcome = *outcome, .day = {}, .reason = {}, .proposal = ProposalIn(fact, fields.Need("proposal"))};
   if (*outcome == Outcome::kAccepted) {
     answer.entry = EntryOf(fact, fields.Need("entry"));

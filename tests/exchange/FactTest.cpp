@@ -216,6 +216,17 @@ TEST(ASignedFact, OfAnotherCompanysKeysIsReadButNotVerified) {
               HasSubstr("was not signed by its author " + Alder().Public().Hex()));
 }
 
+TEST(ASignedFact, ThatWasVerifiedIsSoUnderItsOwnSignatureOnly) {
+  const Fact fact = Fact::Signed(Note(), Alder());
+  Statement another = Note();
+  another.fields["a"] = "another";
+
+  EXPECT_TRUE(fact.IsVerified());
+  EXPECT_TRUE(Fact(fact.Body(), fact.Signature()).IsVerified());
+  EXPECT_FALSE(Fact(fact.Body(), Birch().Sign(fact.Body())).IsVerified());
+  EXPECT_FALSE(Fact(BodyOf(another), fact.Signature()).IsVerified());
+}
+
 TEST(ASignedFact, IsRefusedWithAnyByteChanged) {
   const std::string wire = Fact::Signed(Note(), Alder()).Wire();
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "standalone/books/FactTable.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/NameTable.h"
 #include "standalone/books/RejectedRequestTable.h"
@@ -186,13 +187,13 @@ MEStatusCode Accept(Work& work, const exchange::KeyPair& keys, const Received& r
   now.mark.clear();
   work.Host().Inbox().Set(now);
   if (before.state == InboxState::kNew) {
-    const HeldRequest held = HeldAbout(work, received.pairing, RequestOf::kPartner, now.requestId);
+    const standalone::StoredFact asked = work.Host().Facts().Find(received.pairing.id, now.proposal).value();
     MakeAnswer(work, received.pairing, keys,
                {.outcome = exchange::Outcome::kAccepted,
                 .entry = booked.txnId,
                 .day = entry.date.value(),
                 .reason = {},
-                .proposal = held.Proposal()->fact});
+                .proposal = exchange::Fact(asked.body, asked.signature)});
   }
   accepted.txnId = booked.txnId;
   accepted.isDateMoved = entry.date != meant;

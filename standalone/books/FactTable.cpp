@@ -62,9 +62,10 @@ FactTable::FactTable(Database& database)
       naming_(database,
               "SELECT pairing_id, hash, origin, kind, name, names, month, body, signature, shown, set_aside "
               "FROM exchange_fact WHERE pairing_id = ?1 AND names <> '' AND names = ?2 ORDER BY +hash"),
+      last_(database, "SELECT max(id) FROM exchange_fact"),
       notShown_(database,
                 "SELECT pairing_id, hash, origin, kind, name, names, month, body, signature, shown, set_aside "
-                "FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 ORDER BY id"),
+                "FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 AND id <= ?2 ORDER BY id"),
       setAside_(database,
                 "SELECT pairing_id, hash, origin, kind, name, names, month, body, signature, shown, set_aside "
                 "FROM exchange_fact WHERE pairing_id = ?1 AND set_aside <> '' ORDER BY id"),
@@ -112,8 +113,14 @@ void FactTable::ForEachNaming(std::int32_t pairing, std::string_view request,
   ForEach(naming_.Query(pairing, request), take);
 }
 
-void FactTable::ForEachNotShown(std::int32_t pairing, const std::function<void(const StoredFact& fact)>& take) {
-  ForEach(notShown_.Query(pairing), take);
+std::int64_t FactTable::LastNumber() {
+  Rows rows = last_.Query();
+  return rows.Step() ? rows.Int64(0) : 0;
+}
+
+void FactTable::ForEachNotShown(std::int32_t pairing, std::int64_t lastNumber,
+                                const std::function<void(const StoredFact& fact)>& take) {
+  ForEach(notShown_.Query(pairing, lastNumber), take);
 }
 
 void FactTable::ForEachSetAside(std::int32_t pairing, const std::function<void(const StoredFact& fact)>& take) {

@@ -48,8 +48,11 @@ class FactTable {
   // Those whose own request corrects or reverses that one, by hash.
   void ForEachNaming(std::int32_t pairing, std::string_view request,
                      const std::function<void(const StoredFact& fact)>& take);
-  // Those that the partner has not shown to hold, in the order in which they came into the books.
-  void ForEachNotShown(std::int32_t pairing, const std::function<void(const StoredFact& fact)>& take);
+  // The number of the one that came into the books last; 0 without any.
+  std::int64_t LastNumber();
+  // Those up to that number that the partner has not shown to hold, in the order in which they came into the books.
+  void ForEachNotShown(std::int32_t pairing, std::int64_t lastNumber,
+                       const std::function<void(const StoredFact& fact)>& take);
   bool HasNotShown(std::int32_t pairing);
   // Those that are set aside, in that order.
   void ForEachSetAside(std::int32_t pairing, const std::function<void(const StoredFact& fact)>& take);
@@ -77,6 +80,7 @@ class FactTable {
   Statement has_;
   Statement named_;
   Statement naming_;
+  Statement last_;
   Statement notShown_;
   Statement setAside_;
   Statement countSetAside_;

@@ -71,9 +71,10 @@ class Carrier {
   }
 
   // Before anybody else may have them.
-  void NoteLeaving(const LettersToSend& letters) {
-    if (letters.own.empty()) return;
-    exchange::IdentityFile(IdentityFileOf(work_)).AddLeft(lock_, letters.own);
+  void NoteLeaving(const std::vector<exchange::Hash>& own) {
+    if (own.empty()) return;
+    if (!identity_) identity_.emplace(IdentityFileOf(work_));
+    identity_->AddLeft(lock_, own);
   }
 
   // Throws standalone::InvalidInput, with the reason, for a letter that is not taken.
@@ -142,6 +143,7 @@ class Carrier {
   exchange::KeyPair keys_;
   exchange::CarrierLock lock_;
   standalone::StandaloneHost::ActingAs acting_;
+  std::optional<exchange::IdentityFile> identity_;  // once facts have left
   std::size_t missing_ = 0;
   std::map<std::int32_t, std::set<exchange::Hash>> notTaken_;  // by pairing
 };
@@ -227,9 +229,13 @@ void PutFor(Carrier& carrier, exchange::Mailbox& mailbox, const Pairing& pairing
   if (isSaid && allLieThere) return;
   if (isSaid && !letters->isDue && !carrier.IsFirstInThisStart(pairing)) return;
   const std::string address = exchange::AddressOf(KeyOf(pairing));
-  carrier.NoteLeaving(*letters);
   std::vector<std::string> names;
-  for (const std::string& envelope : letters->envelopes) names.push_back(mailbox.Put(address, envelope));
+  work.Read([&] {
+    SealLetters(work, pairing, carrier.OwnKeys(), *letters, [&](const std::string& envelope, const auto& own) {
+      carrier.NoteLeaving(own);
+      names.push_back(mailbox.Put(address, envelope));
+    });
+  });
   work.Write([&] { NoteSent(work, pairing, *letters, names); });
   for (const std::string& name : lying) mailbox.Acknowledge(name);
   carried.put = names.size();
@@ -280,8 +286,10 @@ std::string ExportLetters(Company& company, const std::string& partner) {
     const std::optional<LettersToSend> letters = LettersFor(work, pairing, carrier.OwnKeys());
     if (!letters) return;
     std::string block;
-    for (const std::string& envelope : letters->envelopes) exchange::AppendNetstring(block, envelope);
-    carrier.NoteLeaving(*letters);
+    SealLetters(work, pairing, carrier.OwnKeys(), *letters, [&](const std::string& envelope, const auto& own) {
+      carrier.NoteLeaving(own);
+      exchange::AppendNetstring(block, envelope);
+    });
     text = exchange::TextBlockOf(kLetterLabel, block);
     NoteSent(work, pairing, *letters, {});
   });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "standalone/exchange/Errors.h"
 #include "standalone/exchange/Fact.h"
@@ -169,19 +170,32 @@ Letter TakeHead(NetstringReader& reader, const PublicKey& receiver) {
 }  // namespace
 
 std::vector<std::string> Seal(const Letter& letter, const KeyPair& sender) {
-  if (letter.sender != sender.Public()) throw std::invalid_argument("a company signs its own letters only");
-  const std::string head = HeadOf(letter);
   std::vector<std::string> envelopes;
-  std::string content = head;
-  for (const std::string& field : FieldsOf(letter)) {
-    if (content.size() + field.size() + kSignatureNetstringBytes > kMostContentBytes) {
-      envelopes.push_back(Sealed(content, letter.receiver, sender));
-      content = head;
-    }
-    content += field;
-  }
-  envelopes.push_back(Sealed(content, letter.receiver, sender));
+  Sealing(letter, sender, [&](const std::string& envelope) { envelopes.push_back(envelope); }).Finish();
   return envelopes;
+}
+
+Sealing::Sealing(const Letter& letter, const KeyPair& sender, Take take)
+    : receiver_(letter.receiver), sender_(sender), take_(std::move(take)), head_(HeadOf(letter)), content_(head_) {
+  if (letter.sender != sender.Public()) throw std::invalid_argument("a company signs its own letters only");
+  for (const std::string& field : FieldsOf(letter)) Add(field);
+}
+
+void Sealing::AddFact(std::string_view wire) {
+  Add(FieldOf("fact", wire));
+}
+
+void Sealing::Add(std::string_view field) {
+  if (content_.size() + field.size() + kSignatureNetstringBytes > kMostContentBytes) HandOn();
+  content_ += field;
+}
+
+void Sealing::HandOn() {
+  take_(Sealed(std::exchange(content_, head_), receiver_, sender_));
+}
+
+void Sealing::Finish() {
+  HandOn();
 }
 
 Letter Open(std::string_view envelope, const KeyPair& receiver) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,30 @@ struct Letter {
 // with the word, the echo and the summary, and with some of the months, hashes and facts. Throws Malformed when the
 // letter has what nobody would read, std::invalid_argument when the keys are not those of its sender.
 std::vector<std::string> Seal(const Letter& letter, const KeyPair& sender);
+
+// The same for a letter with more facts than are to be held at once: they are added one by one, and each envelope is
+// handed on as soon as the next fact does not fit into it. The keys have to stay for as long as this is used.
+class Sealing {
+ public:
+  using Take = std::function<void(const std::string& envelope)>;
+
+  Sealing(const Letter& letter, const KeyPair& sender, Take take);
+
+  // As it travels, behind those of the letter.
+  void AddFact(std::string_view wire);
+  // Hands on the last envelope.
+  void Finish();
+
+ private:
+  void Add(std::string_view field);
+  void HandOn();
+
+  PublicKey receiver_;
+  const KeyPair& sender_;
+  Take take_;
+  std::string head_;
+  std::string content_;
+};
 
 // Throws Malformed, which says what is wrong, unless the envelope was sealed for the owner of the keys, is signed by
 // the sender that it names and has all that a letter needs. Whether that sender is a partner the caller has to see.

@@ -303,6 +303,32 @@ TEST(ALetterOfMoreThanOneEnvelopeHolds, GoesIntoSeveral) {
   EXPECT_EQ(together, letter);
 }
 
+TEST(ALetterOfMoreThanOneEnvelopeHolds, IsTheSameWhenItsFactsAreAddedOneByOne) {
+  Letter letter = LetterToBirch();
+  letter.facts.clear();
+  Proposal proposal = testing::Rent();
+  proposal.memo = std::string(4000, 'm');
+  std::vector<std::string> wires;
+  for (int i = 0; i < 1000; ++i) {
+    proposal.request = "REQ-" + std::to_string(i + 1);
+    wires.push_back(MakeFact(proposal, kPairing, Alder()).Wire());
+  }
+  std::vector<Letter> opened;
+  const KeyPair keys = Alder();
+  Sealing sealing(letter, keys, [&](const std::string& envelope) { opened.push_back(Open(envelope, Birch())); });
+
+  for (const std::string& wire : wires) sealing.AddFact(wire);
+
+  EXPECT_EQ(opened.size(), 1);
+  sealing.Finish();
+  ASSERT_EQ(opened.size(), 2);
+  EXPECT_EQ(opened[0].word, letter.word);
+  EXPECT_EQ(opened[1].word, letter.word);
+  std::vector<std::string> together = opened[0].facts;
+  together.insert(together.end(), opened[1].facts.begin(), opened[1].facts.end());
+  EXPECT_EQ(together, wires);
+}
+
 TEST(AListOfMoreHashesThanOneEnvelopeHolds, GoesIntoSeveral) {
   constexpr std::size_t kMany = 150'000;
   Letter letter = LetterToBirch();

@@ -46,20 +46,6 @@ std::vector<std::string> FactsOfThePairing(Work& work, const Pairing& pairing) {
   return facts;
 }
 
-void TellOfFacts(Work& work, const Pairing& pairing, exchange::Letter& letter) {
-  work.Host().Facts().ForEachNotShown(pairing.id, [&](const StoredFact& fact) {
-    if (!IsOfThePairing(pairing, fact)) letter.facts.push_back(Fact(fact.body, fact.signature).Wire());
-  });
-}
-
-std::vector<exchange::Hash> OwnFactsToTell(Work& work, const Pairing& pairing) {
-  std::vector<exchange::Hash> own;
-  work.Host().Facts().ForEachNotShown(pairing.id, [&](const StoredFact& fact) {
-    if (fact.origin == FactOrigin::kMade) own.push_back(exchange::Hash::FromBytes(fact.hash));
-  });
-  return own;
-}
-
 // Whether the partner is to say that it has read the next letter.
 bool AsksForAReply(Work& work, const Pairing& pairing, const Carrying& carrying) {
   const bool wantsToCompare = !carrying.comparedSince.empty() && !carrying.isCompared;
@@ -125,16 +111,28 @@ std::optional<LettersToSend> LettersFor(Work& work, const Pairing& pairing, cons
                           .months = {},
                           .hashes = {},
                           .facts = FactsOfThePairing(work, pairing)};
-  LettersToSend letters{.envelopes = {},
-                        .own = OwnFactsToTell(work, pairing),
-                        .says = letter.word + ' ' + letter.echo + ' ' + held.Text(),
-                        .isDue = carrying.owesReply || !letter.word.empty()};
-  if (!letter.word.empty()) {
-    TellOfFacts(work, pairing, letter);
-    TellOfMonths(work, pairing, carrying, letter);
-  }
-  letters.envelopes = exchange::Seal(letter, keys);
-  return letters;
+  if (!letter.word.empty()) TellOfMonths(work, pairing, carrying, letter);
+  std::string says = letter.word + ' ' + letter.echo + ' ' + held.Text();
+  const bool isDue = carrying.owesReply || !letter.word.empty();
+  return LettersToSend{.letter = std::move(letter),
+                       .lastFact = work.Host().Facts().LastNumber(),
+                       .says = std::move(says),
+                       .isDue = isDue};
+}
+
+void SealLetters(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const LettersToSend& letters,
+                 const std::function<void(const std::string& envelope, const std::vector<exchange::Hash>& own)>& take) {
+  std::vector<exchange::Hash> own;
+  exchange::Sealing sealing(letters.letter, keys, [&](const std::string& envelope) {
+    take(envelope, own);
+    own.clear();
+  });
+  work.Host().Facts().ForEachNotShown(pairing.id, letters.lastFact, [&](const StoredFact& fact) {
+    const bool isTold = !letters.letter.word.empty() && !IsOfThePairing(pairing, fact);
+    if (isTold) sealing.AddFact(Fact(fact.body, fact.signature).Wire());
+    if (fact.origin == FactOrigin::kMade) own.push_back(exchange::Hash::FromBytes(fact.hash));
+  });
+  sealing.Finish();
 }
 
 void NoteSent(Work& work, const Pairing& pairing, const LettersToSend& sent, const std::vector<std::string>& names) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -17,15 +19,20 @@
 // nothing.
 namespace desk {
 
-// What is to be told, sealed; in parts where it is long.
+// What is to be told, but for the facts that the partner has not shown to hold.
 struct LettersToSend {
-  std::vector<std::string> envelopes;
-  std::vector<exchange::Hash> own;  // facts of this company that leave with them
-  std::string says;                 // the same for letters that say the same
-  bool isDue = false;               // it asks for a reply, or is one; any other may be put again but need not
+  exchange::Letter letter;
+  std::int64_t lastFact = 0;  // the number of the last one that its summary is of
+  std::string says;           // the same for letters that say the same
+  bool isDue = false;         // it asks for a reply, or is one; any other may be put again but need not
 };
 // In a unit of work that writes. None for a partner that is not known yet or is blocked.
 std::optional<LettersToSend> LettersFor(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys);
+// Within a unit of work, maybe another one: hands on the sealed parts, one after the other, with those facts of this
+// company that leave with each, so that no more is held than one part.
+void SealLetters(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
+                 const LettersToSend& letters,
+                 const std::function<void(const std::string& envelope, const std::vector<exchange::Hash>& own)>& take);
 // After they have been put, or given to a person; `names` are those under which they lie in the mailbox.
 void NoteSent(Work& work, const standalone::Pairing& pairing, const LettersToSend& sent,
               const std::vector<std::string>& names);

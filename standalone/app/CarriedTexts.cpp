@@ -3,7 +3,10 @@
 #include <fmt/format.h>
 
 #include <cstdint>
+#include <vector>
 
+#include "standalone/app/ExchangeTexts.h"
+#include "standalone/desk/results/Awaited.h"
 #include "standalone/values/Counted.h"
 #include "standalone/values/Text.h"
 
@@ -25,13 +28,21 @@ std::string TextIn(const desk::Json& object, const char* key) {
   return text.is_null() ? "" : standalone::Shown(text.get<std::string>());
 }
 
+desk::Awaited AwaitedIn(const desk::Json& object) {
+  return {.missing = object.at("missing").get<std::int64_t>(),
+          .cameBack = object.at("cameBack").get<std::int64_t>(),
+          .fromElsewhere = object.at("fromElsewhere").get<std::int64_t>(),
+          .firstThatCameBack = object.at("first").get<std::vector<std::string>>(),
+          .toCompare = object.at("toCompare").get<std::vector<std::string>>()};
+}
+
 }  // namespace
 
 std::string TakenText(const desk::Json& letter, std::string_view indent) {
   return LinesOf(letter.at("done"), indent) + LinesOf(letter.at("outstanding"), fmt::format("{}outstanding: ", indent));
 }
 
-std::string CarriedText(const desk::Json& carried) {
+std::string CarriedText(const desk::Json& carried, const std::string& file) {
   const std::string name = TextIn(carried, "partner");
   if (const std::string failure = TextIn(carried, "failure"); !failure.empty()) {
     return fmt::format("{}: its folder could not be reached: {}\n", name, failure);
@@ -42,11 +53,8 @@ std::string CarriedText(const desk::Json& carried) {
                   standalone::Counted(carried.at("put").get<std::int64_t>(), "letter"), TextIn(carried, "folder"));
   for (const desk::Json& letter : carried.at("taken")) text += TakenText(letter, "  ");
   text += LinesOf(carried.at("triedAgain"), "  ");
-  if (const auto missing = carried.at("missing").get<std::int64_t>(); missing != 0) {
-    text += fmt::format(
-        "  these books lack {} that partners were told, as a backup was restored; nothing is decided or "
-        "sent until each partner has shown what it holds\n",
-        standalone::Counted(missing, "fact"));
+  if (const desk::Json& awaited = carried.at("awaited"); !awaited.is_null()) {
+    text += AwaitedText(AwaitedIn(awaited), file, "  ");
   }
   if (const auto sent = carried.at("sent").get<std::int64_t>(); sent != 0) {
     text += fmt::format("  sent {}\n", standalone::Counted(sent, "request"));

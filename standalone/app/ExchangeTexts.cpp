@@ -6,6 +6,7 @@
 #include "standalone/app/RequestTexts.h"
 #include "standalone/values/Counted.h"
 #include "standalone/values/Dates.h"
+#include "standalone/values/Text.h"
 
 namespace app {
 
@@ -80,7 +81,35 @@ std::string_view MoreUrgent(std::string_view one, std::string_view other) {
   return one == kPartner || other == kPartner ? kPartner : kNobody;
 }
 
+std::string HowToConfirm(const std::string& file) {
+  return fmt::format(
+      "multientity exchange confirm {} --restored if a backup was restored here; with --copy-ended once a copy that "
+      "was at work does not work any more",
+      AsTyped(file));
+}
+
 }  // namespace
+
+std::string AwaitedText(const desk::Awaited& awaited, const std::string& file, std::string_view indent) {
+  std::string text;
+  const auto addLine = [&](const std::string& sentence) {
+    text += fmt::format("{}{}\n", indent, sentence);
+  };
+  if (awaited.missing != 0) addLine(standalone::Shown(desk::MissingText(awaited)));
+  if (awaited.cameBack != 0) addLine(standalone::Shown(desk::CameBackText(awaited)));
+  if (!awaited.toCompare.empty()) {
+    addLine(
+        fmt::format("nothing is decided or sent until these have shown what they hold: {}; carry letters here and "
+                    "there with: multientity exchange run {}",
+                    standalone::Shown(desk::ToCompareText(awaited)), AsTyped(file)));
+  }
+  if (awaited.cameBack != 0) {
+    addLine(fmt::format("{} an administrator has confirmed why that came back, with: {}",
+                        awaited.toCompare.empty() ? "nothing is decided or sent until" : "and until",
+                        HowToConfirm(file)));
+  }
+  return text;
+}
 
 StandingWith StandingOf(const desk::ExchangeStatus& status, const std::string& file) {
   const NextStep pairing = NextStepWith(status.partner, file);

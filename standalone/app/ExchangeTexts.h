@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "standalone/desk/ExchangeStatus.h"
+#include "standalone/desk/results/Awaited.h"
 
 // What people are told of how far this company is with a partner.
 namespace app {
@@ -17,5 +18,8 @@ struct StandingWith {
 };
 // `file` is the company as people type it.
 StandingWith StandingOf(const desk::ExchangeStatus& status, const std::string& file);
+
+// Why nothing is decided or sent, and what to type: a line for each sentence, behind the indent.
+std::string AwaitedText(const desk::Awaited& awaited, const std::string& file, std::string_view indent);
 
 }  // namespace app

@@ -238,6 +238,10 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
       return "carry letters until each partner has told what it holds, which brings back what is missing: multientity "
              "exchange run FILE here and there; an administrator who knows better goes on with: multientity exchange "
              "insist FILE";
+    case Remedy::kConfirmWhatCameBack:
+      return "see what came back with: multientity exchange status FILE; then an administrator confirms which it was: "
+             "multientity exchange confirm FILE --restored if a backup was restored here; multientity exchange confirm "
+             "FILE --copy-ended once a copy of this company that was at work does not work any more";
     case Remedy::kEnterWhatWasSent:
       return "see what the partner knows with: multientity outbox show FILE REQUEST";
     case Remedy::kEnterUnderTheLostRequest:

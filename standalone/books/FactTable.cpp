@@ -65,7 +65,8 @@ FactTable::FactTable(Database& database)
       last_(database, "SELECT max(id) FROM exchange_fact"),
       notShown_(database,
                 "SELECT pairing_id, hash, origin, kind, name, names, month, body, signature, shown, set_aside "
-                "FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 AND id <= ?2 ORDER BY id"),
+                "FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 AND id <= ?2 "
+                "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY id"),
       setAside_(database,
                 "SELECT pairing_id, hash, origin, kind, name, names, month, body, signature, shown, set_aside "
                 "FROM exchange_fact WHERE pairing_id = ?1 AND set_aside <> '' ORDER BY id"),
@@ -73,10 +74,18 @@ FactTable::FactTable(Database& database)
                      "SELECT count(*) FROM exchange_fact JOIN exchange_pairing "
                      "ON exchange_pairing.id = exchange_fact.pairing_id "
                      "WHERE set_aside <> '' AND exchange_pairing.state <> 'removed'"),
-      anyNotShown_(database, "SELECT 1 FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 LIMIT 1"),
-      hashes_(database, "SELECT hash FROM exchange_fact WHERE pairing_id = ?1 ORDER BY hash"),
-      hashesByMonth_(database, "SELECT month, hash FROM exchange_fact WHERE pairing_id = ?1 ORDER BY month, hash"),
-      hashesOfMonth_(database, "SELECT hash FROM exchange_fact WHERE pairing_id = ?1 AND month = ?2 ORDER BY hash"),
+      anyNotShown_(database,
+                   "SELECT 1 FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 "
+                   "AND hash NOT IN (SELECT hash FROM exchange_withheld) LIMIT 1"),
+      hashes_(database,
+              "SELECT hash FROM exchange_fact WHERE pairing_id = ?1 "
+              "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY hash"),
+      hashesByMonth_(database,
+                     "SELECT month, hash FROM exchange_fact WHERE pairing_id = ?1 "
+                     "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY month, hash"),
+      hashesOfMonth_(database,
+                     "SELECT hash FROM exchange_fact WHERE pairing_id = ?1 AND month = ?2 "
+                     "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY hash"),
       markShown_(database, Writes::kBookings,
                  "UPDATE exchange_fact SET shown = 1 WHERE pairing_id = ?1 AND hash = ?2 AND shown = 0"),
       markNotShown_(database, Writes::kBookings,
@@ -84,9 +93,19 @@ FactTable::FactTable(Database& database)
       markMonthNotShown_(database, Writes::kBookings,
                          "UPDATE exchange_fact SET shown = 0 WHERE pairing_id = ?1 AND month = ?2 AND shown = 1"),
       markAllShown_(database, Writes::kBookings,
-                    "UPDATE exchange_fact SET shown = 1 WHERE pairing_id = ?1 AND shown = 0"),
+                    "UPDATE exchange_fact SET shown = 1 WHERE pairing_id = ?1 AND shown = 0 "
+                    "AND hash NOT IN (SELECT hash FROM exchange_withheld)"),
       updateSetAside_(database, Writes::kBookings,
-                      "UPDATE exchange_fact SET set_aside = ?3 WHERE pairing_id = ?1 AND hash = ?2") {}
+                      "UPDATE exchange_fact SET set_aside = ?3 WHERE pairing_id = ?1 AND hash = ?2"),
+      lastCameBack_(database, "SELECT coalesce(max(id), 0) FROM exchange_fact WHERE origin = 'came back'"),
+      countCameBack_(database, "SELECT count(*) FROM exchange_fact WHERE origin = 'came back' AND id > ?1"),
+      cameBack_(database,
+                "SELECT pairing_id, hash, origin, kind, name, names, month, body, signature, shown, set_aside "
+                "FROM exchange_fact WHERE origin = 'came back' AND id > ?1 ORDER BY id"),
+      withhold_(database, Writes::kBookings,
+                "INSERT INTO exchange_withheld (hash) VALUES (?1) ON CONFLICT (hash) DO NOTHING"),
+      anyWithheld_(database, "SELECT 1 FROM exchange_withheld LIMIT 1"),
+      withholdNothing_(database, Writes::kBookings, "DELETE FROM exchange_withheld") {}
 
 bool FactTable::Add(const StoredFact& fact) {
   return insert_.Run(fact.pairing, Blob{fact.hash}, TextOf(fact.origin), fact.kind, fact.name, fact.names, fact.month,
@@ -149,6 +168,28 @@ void FactTable::ForEachMonthsHash(std::int32_t pairing,
 void FactTable::ForEachHashOf(std::int32_t pairing, std::string_view month,
                               const std::function<void(std::string_view hash)>& take) {
   for (Rows rows = hashesOfMonth_.Query(pairing, month); rows.Step();) take(rows.Bytes(0));
+}
+
+std::int64_t FactTable::LastCameBack() {
+  Rows rows = lastCameBack_.Query();
+  return rows.Step() ? rows.Int64(0) : 0;
+}
+
+std::int64_t FactTable::CountCameBackAfter(std::int64_t number) {
+  Rows rows = countCameBack_.Query(number);
+  return rows.Step() ? rows.Int64(0) : 0;
+}
+
+void FactTable::ForEachCameBackAfter(std::int64_t number, const std::function<void(const StoredFact& fact)>& take) {
+  ForEach(cameBack_.Query(number), take);
+}
+
+void FactTable::Withhold(std::string_view hash) {
+  withhold_.Run(Blob{hash});
+}
+
+void FactTable::WithholdNothing() {
+  if (anyWithheld_.Query().Step()) withholdNothing_.Run();
 }
 
 void FactTable::MarkShown(std::int32_t pairing, std::string_view hash) {

@@ -58,6 +58,16 @@ class FactTable {
   void ForEachSetAside(std::int32_t pairing, const std::function<void(const StoredFact& fact)>& take);
   // How many there are of all pairings that are not ended.
   std::int64_t CountSetAside();
+  // The number of the one that came back last, 0 for none; they have ascending ones in the order in which they came.
+  std::int64_t LastCameBack();
+  std::int64_t CountCameBackAfter(std::int64_t number);
+  void ForEachCameBackAfter(std::int64_t number, const std::function<void(const StoredFact& fact)>& take);
+
+  // Facts that partners are not told of for now, of all pairings: none of the questions about what the partner has not
+  // shown to hold and none of those by hashes knows them.
+  void Withhold(std::string_view hash);
+  void WithholdNothing();
+
   // All in ascending order of the hashes, which are valid within the call.
   void ForEachHash(std::int32_t pairing, const std::function<void(std::string_view hash)>& take);
   // Month by month, each in ascending order of the hashes, which are valid within the call.
@@ -93,6 +103,12 @@ class FactTable {
   Statement markMonthNotShown_;
   Statement markAllShown_;
   Statement updateSetAside_;
+  Statement lastCameBack_;
+  Statement countCameBack_;
+  Statement cameBack_;
+  Statement withhold_;
+  Statement anyWithheld_;
+  Statement withholdNothing_;
 };
 
 }  // namespace standalone

@@ -78,7 +78,10 @@ PairingTable::PairingTable(Database& database)
       insertKey_(database, Writes::kLists, "INSERT INTO exchange_own_key (public_key) VALUES (?1)"),
       keys_(database, "SELECT public_key FROM exchange_own_key ORDER BY id"),
       lookedFor_(database, "SELECT looked_for FROM exchange_left"),
-      setLookedFor_(database, Writes::kLists, "UPDATE exchange_left SET looked_for = ?1") {}
+      setLookedFor_(database, Writes::kLists, "UPDATE exchange_left SET looked_for = ?1"),
+      cameBack_(database, "SELECT came_back_compared, came_back_confirmed FROM exchange_left"),
+      setCameBack_(database, Writes::kLists,
+                   "UPDATE exchange_left SET came_back_compared = ?1, came_back_confirmed = ?2") {}
 
 std::int32_t PairingTable::Add(const Pairing& pairing) {
   insert_.Run(pairing.pairingId, pairing.invitedByUs, NameOf(pairing.state), pairing.partnerName, pairing.partnerRealm,
@@ -152,6 +155,16 @@ std::uint64_t PairingTable::LookedFor() {
 
 void PairingTable::SetLookedFor(std::uint64_t count) {
   setLookedFor_.Run(static_cast<std::int64_t>(count));
+}
+
+CameBackUpTo PairingTable::CameBack() {
+  Rows rows = cameBack_.Query();
+  if (!rows.Step()) return {};
+  return {.compared = rows.Int64(0), .confirmed = rows.Int64(1)};
+}
+
+void PairingTable::SetCameBack(const CameBackUpTo& upTo) {
+  setCameBack_.Run(upTo.compared, upTo.confirmed);
 }
 
 void PairingTable::AddOwnKey(std::string_view publicKey) {

@@ -48,6 +48,14 @@ struct Carrying {
   friend bool operator==(const Carrying&, const Carrying&) = default;
 };
 
+// Which facts of this company that came back, by FactTable's order, wait for nothing any more.
+struct CameBackUpTo {
+  std::int64_t compared = 0;   // all partners were compared with since
+  std::int64_t confirmed = 0;  // a person has told how that came about
+
+  friend bool operator==(const CameBackUpTo&, const CameBackUpTo&) = default;
+};
+
 // With whom this company is paired, in the order in which it was begun. Every operation needs an open unit of work;
 // ConstraintViolation for a pairing that there is and for a relation that another live one has.
 class PairingTable {
@@ -75,6 +83,8 @@ class PairingTable {
   // How many of the facts that left, in the order in which they did, these books need not be asked for any more.
   std::uint64_t LookedFor();
   void SetLookedFor(std::uint64_t count);
+  CameBackUpTo CameBack();
+  void SetCameBack(const CameBackUpTo& upTo);
 
   // The public keys of 32 bytes by which these books have signed, the last one now.
   void AddOwnKey(std::string_view publicKey);
@@ -91,6 +101,8 @@ class PairingTable {
   Statement keys_;
   Statement lookedFor_;
   Statement setLookedFor_;
+  Statement cameBack_;
+  Statement setCameBack_;
 };
 
 }  // namespace standalone

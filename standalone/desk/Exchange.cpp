@@ -8,9 +8,10 @@
 #include <set>
 #include <utility>
 
+#include "standalone/company/FileNames.h"
 #include "standalone/desk/Accepting.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/inside/Behind.h"
+#include "standalone/desk/inside/Awaiting.h"
 #include "standalone/desk/inside/Carrying.h"
 #include "standalone/desk/inside/ExchangeUser.h"
 #include "standalone/desk/inside/Letters.h"
@@ -55,14 +56,16 @@ class Carrier {
         keys_(Keys()),
         lock_(TakeLock()),
         acting_(work_.Host(), RequireExchangeUser(work_)) {
-    LookBehind();
+    LookForAwaited();
   }
 
   Work& AtWork() noexcept { return work_; }
   const exchange::KeyPair& OwnKeys() const noexcept { return keys_; }
-  Answering Answers() const noexcept { return {.keys = keys_, .isBehind = missing_ != 0, .bookAtOnce = AcceptAtOnce}; }
-  // Facts that this company told its partners, and its books lack.
-  std::size_t Missing() const noexcept { return missing_; }
+  Answering Answers() const noexcept {
+    return {.keys = keys_, .isWaiting = awaited_.has_value(), .bookAtOnce = AcceptAtOnce};
+  }
+  // Why nothing is decided or sent.
+  const std::optional<Awaited>& WhatIsAwaited() const noexcept { return awaited_; }
 
   std::vector<Pairing> Live() {
     std::vector<Pairing> pairings = work_.Read([&] { return work_.Host().Pairings().List(); });
@@ -94,7 +97,7 @@ class Carrier {
       work_.Write([&] { NoteRead(work_, *now, letter, notTaken_[now->id]); });
     }
     taken.stays = now && IsNothingNew(*now, letter);
-    if (missing_ != 0) LookBehind();
+    if (awaited_) LookForAwaited();
     return taken;
   }
 
@@ -107,9 +110,8 @@ class Carrier {
     return pairing.partnerKey == letter.sender.Bytes() &&
            work_.Read([&] { return SaysNothingNew(work_, pairing, letter); });
   }
-  void LookBehind() {
-    const std::optional<Behind> behind = work_.Read([&] { return FindBehind(work_); });
-    missing_ = behind ? behind->missing : 0;
+  void LookForAwaited() {
+    awaited_ = work_.Read([&] { return FindAwaited(work_); });
   }
   exchange::KeyPair Keys() {
     return work_.Read([&] {
@@ -131,6 +133,7 @@ class Carrier {
     try {
       TakenFact fact = TakeFact(work_, pairing, {.sender = letter.sender, .answering = Answers()}, wire);
       if (fact.isNew) ++taken.facts;
+      if (fact.cameBack && !awaited_) LookForAwaited();
       if (!fact.done.empty()) taken.done.push_back(std::move(fact.done));
       if (!fact.outstanding.empty()) taken.outstanding.push_back(std::move(fact.outstanding));
     } catch (const exchange::Malformed& malformed) {
@@ -144,7 +147,7 @@ class Carrier {
   exchange::CarrierLock lock_;
   standalone::StandaloneHost::ActingAs acting_;
   std::optional<exchange::IdentityFile> identity_;  // once facts have left
-  std::size_t missing_ = 0;
+  std::optional<Awaited> awaited_;
   std::map<std::int32_t, std::set<exchange::Hash>> notTaken_;  // by pairing
 };
 
@@ -255,8 +258,8 @@ CarriedWith CarryWith(Carrier& carrier, const Pairing& pairing) {
         carrier.AtWork().Read([&] { return carrier.AtWork().Host().Pairings().Find(pairing.id); });
     if (!now) return carried;
     carried.triedAgain = RetryOutstanding(carrier.AtWork(), *now, carrier.Answers());
-    carried.missing = carrier.Missing();
-    if (carried.missing == 0) {
+    carried.awaited = carrier.WhatIsAwaited();
+    if (!carried.awaited) {
       SentOfPartner sent = SendAllOf(carrier.AtWork(), *now, carrier.OwnKeys());
       carried.sent = sent.sent;
       carried.notSent = std::move(sent.left);
@@ -276,7 +279,7 @@ std::string ExportLetters(Company& company, const std::string& partner) {
   Carrier carrier(company);
   Work& work = carrier.AtWork();
   std::string text;
-  if (carrier.Missing() == 0) {
+  if (!carrier.WhatIsAwaited()) {
     const Pairing pairing = work.Read([&] { return RequirePairing(work, partner); });
     static_cast<void>(SendAllOf(work, pairing, carrier.OwnKeys()));
   }
@@ -316,16 +319,51 @@ std::vector<TakenLetter> ImportLetters(Company& company, const std::string& text
   return taken;
 }
 
+std::optional<Awaited> TellAwaited(Company& company) {
+  Work work(company.Opened(), UseCase::kExchange);
+  return work.Read([&]() -> std::optional<Awaited> {
+    if (!standalone::IsThere(IdentityFileOf(work))) return std::nullopt;
+    return FindAwaited(work);
+  });
+}
+
 void InsistOnBooks(Company& company) {
   Work work(company.Opened(), UseCase::kExchange);
   work.WriteAsAdministrator("going on with books that lack what was told to partners", [&] {
-    const std::optional<Behind> behind = FindBehind(work);
-    if (!behind) work.Refuse("these books lack nothing that this company told its partners");
+    const std::optional<Awaited> awaited = FindAwaited(work);
+    if (!awaited || awaited->toCompare.empty()) {
+      work.Refuse("no partner has yet to show what it holds before these books are worked on",
+                  awaited ? Remedy::kConfirmWhatCameBack : Remedy::kNone);
+    }
     Insist(work);
     work.Host().Record({.action = "exchange.insist",
                         .subject = "books that lack what was told to partners",
                         .transactions = {},
-                        .changes = {{"missing", std::to_string(behind->missing), "let go"}}});
+                        .changes = {{"missing", std::to_string(awaited->missing), "let go"},
+                                    {"compared with", std::nullopt, "all but " + ToCompareText(*awaited)}}});
+  });
+}
+
+std::int64_t ConfirmCameBack(Company& company, WhyCameBack why) {
+  Work work(company.Opened(), UseCase::kExchange);
+  return work.WriteAsAdministrator("confirming why facts of this company came back", [&] {
+    const std::optional<Awaited> awaited = FindAwaited(work);
+    if (!awaited) {
+      work.Refuse("no facts of this company have come back that its books never made; there is nothing to confirm");
+    }
+    if (!awaited->toCompare.empty()) {
+      work.Refuse("more may come back from partners that have yet to show what they hold: " + ToCompareText(*awaited),
+                  Remedy::kCarryUntilCompared);
+    }
+    Confirm(work);
+    work.Host().Record(
+        {.action = "exchange.confirm",
+         .subject = "what came back to these books",
+         .transactions = {},
+         .changes = {{"facts that came back", std::nullopt, std::to_string(awaited->cameBack)},
+                     {"as", std::nullopt,
+                      why == WhyCameBack::kRestored ? "a backup was restored" : "a copy was at work, and has ended"}}});
+    return awaited->cameBack;
   });
 }
 

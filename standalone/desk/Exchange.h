@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "standalone/desk/results/Awaited.h"
 
 // What travels between this company and its partners: letters of signed facts, sealed for who they are to. All that
 // carry are refused, as MEStatusFeatureDisabled, while the feature is switched off; letters stay where they lie.
@@ -27,9 +31,19 @@ std::string ExportLetters(Company& company, const std::string& partner);
 // company has no partner, and why is outstanding; standalone::InvalidInput when no letter in it is.
 std::vector<TakenLetter> ImportLetters(Company& company, const std::string& text);
 
-// Goes on with books of before that were restored, although partners may hold what they lack; for administrators.
-// Refused for books that lack nothing.
+// Why nobody decides or sends for now; none when nothing is in the way, or the identity is not beside the books.
+std::optional<Awaited> TellAwaited(Company& company);
+// Goes on with books of before without having been compared with all partners, which may hold what they lack; for
+// administrators. Refused where no comparison is awaited.
 void InsistOnBooks(Company& company);
+// Why facts of this company have come back that its books never made.
+enum class WhyCameBack {
+  kRestored,   // a backup was restored here
+  kCopyEnded,  // a copy of the company was at work, and is not any more
+};
+// A person confirms it, so that things are decided and sent again; for administrators. Refused before all partners were
+// compared with, and where nothing came back. Returns how many facts had.
+std::int64_t ConfirmCameBack(Company& company, WhyCameBack why);
 
 // What a run has done with one partner.
 struct CarriedWith {
@@ -37,11 +51,11 @@ struct CarriedWith {
   std::filesystem::path folder;
   std::vector<TakenLetter> taken;
   std::vector<std::string> triedAgain{std::vector<std::string>()};  // what was outstanding, and was done now
-  std::size_t missing = 0;  // facts that this company told its partners, and its restored books lack
-  std::size_t sent = 0;     // entered lines that are requests now
-  std::vector<std::string> notSent{std::vector<std::string>()};  // those that could not be, each with why
-  std::size_t put = 0;                                           // letters
-  std::vector<std::string> setAside;                             // files, each with why
+  std::optional<Awaited> awaited = std::nullopt;                    // why nothing is decided or sent for now
+  std::size_t sent = 0;                                             // entered lines that are requests now
+  std::vector<std::string> notSent{std::vector<std::string>()};     // those that could not be, each with why
+  std::size_t put = 0;                                              // letters
+  std::vector<std::string> setAside;                                // files, each with why
   std::string failure;  // why the folder could not be reached; empty if it could
 };
 

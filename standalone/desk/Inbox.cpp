@@ -7,7 +7,7 @@
 #include "standalone/books/InboxTable.h"
 #include "standalone/desk/Accepting.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/inside/Behind.h"
+#include "standalone/desk/inside/Awaiting.h"
 #include "standalone/desk/inside/FittingRules.h"
 #include "standalone/desk/inside/HeldRequests.h"
 #include "standalone/desk/inside/NotedNames.h"
@@ -198,7 +198,7 @@ InboxRequest Say(Work& work, const standalone::RequestId& request, const std::op
     const Received received = RequireReceived(work, request, partner);
     RequireRightsToType(work, received.request.type, {kActionView});
     const exchange::KeyPair keys = RequireKeys(work);
-    RequireNotBehind(work);
+    RequireNothingAwaited(work);
     if (isDispute) RequireInState(work, received, kToReject, "disputed");
     work.Host().Record(MakeRemark(work, received.pairing, keys,
                                   {.isDispute = isDispute,
@@ -257,7 +257,7 @@ BookedRequests AcceptRequests(Company& company, const RequestSelection& selectio
     work.RequireFeature();
     work.RequireRight({kFeatureJournalEntries, kActionCreate});
     exchange::KeyPair own = RequireKeys(work);
-    RequireNotBehind(work);
+    RequireNothingAwaited(work);
     return std::pair(std::move(own), Select(work, selection, kToAccept));
   });
   const Wish wish{.booking = booking, .isLearned = IsLearned(selection, booking)};
@@ -276,7 +276,7 @@ RejectedRequests RejectRequests(Company& company, const RequestSelection& select
     work.RequireFeature();
     RequireMaySeeSome(work);
     exchange::KeyPair own = RequireKeys(work);
-    RequireNotBehind(work);
+    RequireNothingAwaited(work);
     return std::pair(std::move(own), Select(work, selection, kToReject));
   });
   RejectedRequests rejected;

@@ -9,7 +9,7 @@
 #include "standalone/books/OutboxTable.h"
 #include "standalone/books/RowFields.h"
 #include "standalone/desk/Company.h"
-#include "standalone/desk/inside/Behind.h"
+#include "standalone/desk/inside/Awaiting.h"
 #include "standalone/desk/inside/Composing.h"
 #include "standalone/desk/inside/HeldRequests.h"
 #include "standalone/desk/inside/LineReader.h"
@@ -248,7 +248,7 @@ SentRequests SendRequests(Company& company, const RequestSelection& selection) {
     work.RequireFeature();
     RequireRightsToSomeType(work, {kActionModify});
     exchange::KeyPair own = RequireKeys(work);
-    RequireNotBehind(work);
+    RequireNothingAwaited(work);
     return std::pair(std::move(own), SelectedLines(work, selection));
   });
   SentRequests sent;
@@ -283,7 +283,7 @@ OutboxRequest WithdrawRequest(Company& company, const standalone::RequestId& req
     const FoundRequest found = RequireSent(work, request, partner);
     const OutboxRequest before = RequestOfSent(work, found.pairing, found.row);
     RequireRightsToType(work, before.type, {kActionModify});
-    RequireNotBehind(work);
+    RequireNothingAwaited(work);
     RequireWithdrawable(work, before);
     const HeldRequest held = HeldAbout(work, found.pairing, RequestOf::kUs, request.Text());
     const exchange::Withdrawal withdrawal{.request = request.Text(),
@@ -307,7 +307,7 @@ OutboxRequest NoteOnOwnRequest(Company& company, const standalone::RequestId& re
     const FoundRequest found = RequireSent(work, request, partner);
     RequireRightsToType(work, RequestOfSent(work, found.pairing, found.row).type, {kActionView});
     const exchange::KeyPair keys = RequireKeys(work);
-    RequireNotBehind(work);
+    RequireNothingAwaited(work);
     const HeldRequest held = HeldAbout(work, found.pairing, RequestOf::kUs, request.Text());
     work.Host().Record(MakeRemark(work, found.pairing, keys,
                                   {.isDispute = false,

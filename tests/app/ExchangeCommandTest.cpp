@@ -401,6 +401,80 @@ TEST_F(ExchangingRequests, WhoMaySeeNoTransactionsIsToldOfThePairingAlone) {
   EXPECT_THAT(Run({"exchange", "status", kBirchFile, "--user", "Kim"}).out, Not(HasSubstr("inbox")));
 }
 
+// Alder's bill is in Birch's inbox, and Alder's books are those of before it.
+class RestoredBooks : public PairedCompanies {
+ protected:
+  RestoredBooks() {
+    Done({"backup", kFile, "alder.backup"});
+    request_ = BillInTheInbox();
+    Done({"restore", "alder.backup", kFile, "--replace"});
+  }
+
+  std::string request_;
+};
+
+TEST_F(RestoredBooks, TellWhatCameBackAndHowItIsConfirmed) {
+  Carry();
+
+  const Outcome run = Run({"exchange", "run", kFile});
+  const Outcome quiet = Run({"exchange", "run", kFile, "--quiet"});
+  const std::string status = Run({"exchange", "status", kFile}).out;
+  const Json awaited = Answer({"exchange", "status", kFile}).at("awaited");
+  const Outcome send = Run({"exchange", "send", kFile});
+  const Json forPrograms = ErrorOf({"exchange", "send", kFile});
+
+  const auto tells = AllOf(HasSubstr("1 fact that this company signed and these books never made has come back: the "
+                                     "proposal " +
+                                     request_ + " to " + kBirch),
+                           HasSubstr("nothing is decided or sent until an administrator has confirmed why that came "
+                                     "back, with: multientity exchange confirm alder.company --restored"));
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, tells);
+  EXPECT_THAT(quiet.out, tells);
+  EXPECT_THAT(status, tells);
+  EXPECT_EQ(awaited.at("cameBack"), 1);
+  EXPECT_EQ(awaited.at("fromElsewhere"), 0);
+  EXPECT_EQ(awaited.at("missing"), 0);
+  EXPECT_EQ(awaited.at("toCompare"), Json::array());
+  EXPECT_EQ(awaited.at("first"), Json::array({"the proposal " + request_ + " to " + kBirch}));
+  EXPECT_EQ(send.exitCode, 2) << send.out;
+  EXPECT_THAT(send.err, AllOf(HasSubstr(request_), HasSubstr("multientity exchange confirm FILE --restored"),
+                              HasSubstr("multientity exchange confirm FILE --copy-ended")));
+  EXPECT_EQ(forPrograms.at("remedy"), "confirm-what-came-back");
+}
+
+TEST_F(RestoredBooks, AreConfirmedOnceItIsSaidWhichItWas) {
+  Carry();
+  for (const Arguments& unclear : {Arguments{}, Arguments{"--restored", "--copy-ended"}}) {
+    const Outcome outcome = Run(With({"exchange", "confirm", kFile}, unclear));
+    EXPECT_EQ(outcome.exitCode, 2) << outcome.out;
+    EXPECT_THAT(outcome.err, AllOf(HasSubstr("--restored"), HasSubstr("--copy-ended")));
+  }
+
+  const Outcome confirmed = Run({"exchange", "confirm", kFile, "--restored"});
+  const Outcome again = Run({"exchange", "confirm", kFile, "--restored"});
+
+  EXPECT_EQ(confirmed.exitCode, 0) << confirmed.err;
+  EXPECT_THAT(confirmed.out, HasSubstr("Confirmed that 1 fact came back because a backup was restored"));
+  EXPECT_EQ(again.exitCode, 2) << again.out;
+  EXPECT_THAT(again.err, HasSubstr("there is nothing to confirm"));
+  EXPECT_EQ(Answer({"exchange", "status", kFile}).at("awaited"), nullptr);
+  EXPECT_THAT(Run({"audit", "show", kFile, "--what", "exchange.confirm"}).out, HasSubstr("a backup was restored"));
+  EXPECT_EQ(Run({"exchange", "send", kFile}).exitCode, 0);
+}
+
+TEST_F(RestoredBooks, AreNotConfirmedBeforeThePartnerHasShownWhatItHolds) {
+  Done({"exchange", "run", kFile});
+
+  const std::string status = Run({"exchange", "status", kFile}).out;
+  const Outcome confirm = Run({"exchange", "confirm", kFile, "--restored"});
+
+  EXPECT_THAT(status, AllOf(HasSubstr("that this company told its partners"),
+                            HasSubstr("until these have shown what they hold: " + std::string(kBirch))));
+  EXPECT_EQ(confirm.exitCode, 2) << confirm.out;
+  EXPECT_THAT(confirm.err, HasSubstr("partners that have yet to show what they hold: " + std::string(kBirch)));
+}
+
 // The switch lies beside the company file of one of the two.
 class SwitchedOff : public PairedCompanies {
  protected:

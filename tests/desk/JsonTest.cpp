@@ -356,7 +356,7 @@ TEST(AsJson, WhatWasCarriedHasItsLettersAndWhatWentWrong) {
   EXPECT_EQ(
       JsonOf(carried).dump(),
       R"({"partner":"Birch","folder":"shared","taken":[{"partner":"Birch","facts":1,"done":["done"],)"
-      R"("outstanding":[]}],"triedAgain":["established"],"missing":0,"sent":3,"notSent":["line 5: blocked"],"put":2,"setAside":["a.envelope: no envelope"],"failure":null})");
+      R"("outstanding":[]}],"triedAgain":["established"],"awaited":null,"sent":3,"notSent":["line 5: blocked"],"put":2,"setAside":["a.envelope: no envelope"],"failure":null})");
 }
 
 InboxRequest ARequest() {

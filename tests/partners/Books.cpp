@@ -11,7 +11,7 @@ namespace partners {
 namespace {
 
 constexpr const char* kFacts =
-    "SELECT p.pairing_id, f.body, f.signature, f.origin <> 'partner' FROM exchange_fact f "
+    "SELECT p.pairing_id, f.body, f.signature, f.origin <> 'partner', f.set_aside = '' FROM exchange_fact f "
     "JOIN exchange_pairing p ON p.id = f.pairing_id ORDER BY f.hash";
 constexpr const char* kRows =
     "SELECT coalesce(p.pairing_id, ''), m.request_id, l.amount, m.state, m.txn_id, "
@@ -46,7 +46,7 @@ std::map<std::string, std::vector<HeldFact>> Books::Facts() {
   std::map<std::string, std::vector<HeldFact>> facts;
   file_.ForEachRow(kFacts, [&facts](const standalone::Rows& row) {
     facts[std::string(row.Text(0))].push_back(
-        {.fact = exchange::Fact(row.Bytes(1), row.Bytes(2)), .isOwn = row.Bool(3)});
+        {.fact = exchange::Fact(row.Bytes(1), row.Bytes(2)), .isOwn = row.Bool(3), .isApplied = row.Bool(4)});
   });
   return facts;
 }

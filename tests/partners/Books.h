@@ -25,6 +25,7 @@ class Violation : public std::runtime_error {
 struct HeldFact {
   exchange::Fact fact;
   bool isOwn = false;
+  bool isApplied = false;  // or set aside, for now or for good
 };
 
 // A row of this company's own, or an entry that was booked from a partner's request.

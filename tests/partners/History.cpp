@@ -50,6 +50,7 @@ const std::vector<Kind>& Kinds() {
       {Act::kBackUp, "back-up", 5, true},
       {Act::kRestoreBooks, "restore-books", 3, true},
       {Act::kRestoreFolder, "restore-folder", 1, true},
+      {Act::kConfirm, "confirm", 6, true},
   };
   return kinds;
 }

@@ -50,9 +50,10 @@ enum class Act {
   kBackUp,
   kRestoreBooks,
   kRestoreFolder,
+  kConfirm,
 };
 
-// How often each act is drawn beside the others; the last three only where histories have restores.
+// How often each act is drawn beside the others; the last four only where histories have restores.
 struct Kind {
   Act act;
   const char* name;

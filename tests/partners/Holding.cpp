@@ -24,7 +24,7 @@ void Note(std::map<RequestName, HeldRequest>& held, const std::string& pairing, 
   } else if (isAnswer) {
     request.answers.push_back({.hash = one.fact.Id(), .what = std::get<exchange::Answer>(meaning)});
   } else {
-    request.isWithdrawn = true;
+    request.isWithdrawn = request.isWithdrawn || one.isApplied;
   }
 }
 

@@ -20,8 +20,8 @@ struct HeldRequest {
 
   std::map<exchange::Hash, exchange::Proposal> proposals;
   std::vector<Said> answers;
-  bool isWithdrawn = false;
-  bool isOwn = false;  // of the company that holds it
+  bool isWithdrawn = false;  // by a withdrawal that was applied
+  bool isOwn = false;        // of the company that holds it
 
   // Of several the one that ranks first, and then has the lower hash.
   std::optional<exchange::Outcome> Outcome() const;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <exception>
 #include <functional>
+#include <optional>
+#include <string>
 
 #include "partners/AtEveryMoment.h"
 #include "partners/AtRest.h"
@@ -11,6 +13,7 @@
 #include "partners/Carrying.h"
 #include "standalone/desk/Correcting.h"
 #include "standalone/desk/Entering.h"
+#include "standalone/desk/Exchange.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/Journal.h"
 #include "standalone/desk/Outbox.h"
@@ -77,6 +80,7 @@ class Playing {
     }
     folder_.LetTimePass();
     ComeToRest(group_);
+    while (ConfirmAll()) ComeToRest(group_);
     for (std::size_t who = 0; who < group_.Size(); ++who) Look(who);
     RequireAgreement(group_, hasRestores_);
   }
@@ -214,6 +218,8 @@ class Playing {
         return Restore("books.company");
       case Act::kRestoreFolder:
         return Restore("");
+      case Act::kConfirm:
+        return Confirm();
       default:
         throw std::logic_error("nobody performs this act");
     }
@@ -400,6 +406,24 @@ class Playing {
       std::filesystem::copy_file(entry.path(), group_.FolderOf(who_) / entry.path().filename(),
                                  std::filesystem::copy_options::overwrite_existing);
     }
+  }
+
+  void Confirm() {
+    desk::ConfirmCameBack(Here(), OneIn(2) ? desk::WhyCameBack::kRestored : desk::WhyCameBack::kCopyEnded);
+  }
+  // Once nothing travels any more. Whether there was something to confirm.
+  bool ConfirmAll() {
+    bool isAny = false;
+    for (who_ = 0; who_ < group_.Size(); ++who_) {
+      const std::optional<desk::Awaited> awaited = desk::TellAwaited(Here());
+      if (!awaited) continue;
+      if (!awaited->toCompare.empty()) {
+        throw Violation(std::string(kCompanies.at(who_)) + " was not compared with " + desk::ToCompareText(*awaited));
+      }
+      Confirm();
+      isAny = true;
+    }
+    return isAny;
   }
 
   Group& group_;

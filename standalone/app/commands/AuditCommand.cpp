@@ -63,6 +63,7 @@ constexpr auto kDeeds = std::to_array<Deed>({
     {"entry.copy", "recorded"},
     {"entry.correct", "corrected an entry with"},
     {"entry.record", "recorded"},
+    {"exchange.confirm", "confirmed"},
     {"exchange.insist", "insisted on"},
     {"exchange.send", "sent"},
     {"exchange.take", "took"},

@@ -55,6 +55,12 @@ struct RunOptions {
   std::optional<std::string> every;
 };
 
+struct ConfirmOptions {
+  std::string file;
+  bool restored = false;
+  bool copyEnded = false;
+};
+
 struct SendOptions {
   std::string file;
   SelectionOptions selection;
@@ -83,7 +89,7 @@ bool IsNews(const desk::CarriedWith& carried) {
   const bool hasTravelled =
       !carried.taken.empty() || !carried.triedAgain.empty() || carried.sent != 0 || carried.put != 0;
   const bool isAmiss =
-      !carried.failure.empty() || !carried.setAside.empty() || !carried.notSent.empty() || carried.missing != 0;
+      !carried.failure.empty() || !carried.setAside.empty() || !carried.notSent.empty() || carried.awaited;
   return hasTravelled || isAmiss;
 }
 
@@ -92,7 +98,7 @@ void RunForOne(Invocation& invocation, const std::string& file, bool quiet) {
   const bool forPeople = !invocation.options.json;
   std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
     if (!forPeople || (quiet && !IsNews(carried))) return;
-    Print(CarriedText(desk::JsonOf(carried)));
+    Print(CarriedText(desk::JsonOf(carried), file));
     FinishPrinting();
   });
   if (quiet) std::erase_if(all, [](const desk::CarriedWith& carried) { return !IsNews(carried); });
@@ -279,6 +285,7 @@ Json StatusJson(const desk::ExchangeStatus& status, const StandingWith& standing
 
 void ShowStatus(Invocation& invocation, const ExchangeOptions& options) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::optional<desk::Awaited> awaited = desk::TellAwaited(company);
   Json rows = Json::array();
   std::string text;
   for (const desk::ExchangeStatus& status : desk::TellExchangeStatus(company)) {
@@ -292,7 +299,9 @@ void ShowStatus(Invocation& invocation, const ExchangeOptions& options) {
         "--due-from ACCOUNT --due-to ACCOUNT\n",
         AsTyped(options.file));
   }
-  invocation.ReportList({{"partners", rows}}, kStatusColumns, text);
+  if (awaited) text = AwaitedText(*awaited, options.file, "") + text;
+  invocation.ReportList({{"partners", rows}, {"awaited", awaited ? desk::JsonOf(*awaited) : Json()}}, kStatusColumns,
+                        text);
 }
 
 void AddExchangeSend(CLI::App& group, Invocation& invocation) {
@@ -348,6 +357,36 @@ void InsistOn(Invocation& invocation, const ExchangeOptions& options) {
   invocation.Report({{"insisted", true}}, "The books go on as they are, although partners may hold what they lack.\n");
 }
 
+void ConfirmCameBack(Invocation& invocation, const ConfirmOptions& options) {
+  if (options.restored == options.copyEnded) {
+    throw standalone::InvalidInput(
+        "say which it was: --restored if a backup was restored here, or --copy-ended once a copy of the company that "
+        "was at work does not work any more");
+  }
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const std::int64_t confirmed =
+      desk::ConfirmCameBack(company, options.restored ? desk::WhyCameBack::kRestored : desk::WhyCameBack::kCopyEnded);
+  invocation.Report({{"confirmed", confirmed}, {"as", options.restored ? "restored" : "copy-ended"}},
+                    fmt::format("Confirmed that {} came back because {}; what was held up goes on with: multientity "
+                                "exchange run {}\n",
+                                standalone::Counted(confirmed, "fact"),
+                                options.restored ? "a backup was restored" : "a copy was at work, which has ended",
+                                AsTyped(options.file)));
+}
+
+void AddExchangeConfirm(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<ConfirmOptions>();
+  CLI::App& command = AddFileCommand(
+      group, "confirm",
+      "Confirm why facts of this company came back from its partners that its books never made, so that things are\n"
+      "decided and sent again; for administrators. Give one of both options",
+      "exchange confirm alder.company --restored", options->file);
+  command.add_flag("--restored", options->restored, "A backup was restored here");
+  command.add_flag("--copy-ended", options->copyEnded,
+                   "A copy of the company was at work elsewhere, and does not work any more");
+  invocation.When(command, [options](Invocation& run) { ConfirmCameBack(run, *options); });
+}
+
 void AddExchangeInsist(CLI::App& group, Invocation& invocation) {
   const auto options = std::make_shared<ExchangeOptions>();
   CLI::App& command = AddFileCommand(
@@ -376,6 +415,7 @@ void AddExchange(CLI::App& program, Invocation& invocation) {
   AddExchangeExport(group, invocation);
   AddExchangeImport(group, invocation);
   AddExchangeStatus(group, invocation);
+  AddExchangeConfirm(group, invocation);
   AddExchangeInsist(group, invocation);
 }
 

@@ -236,7 +236,7 @@ void OpenCompany::TellCarried() {
   }
   for (const CarriedBeside& carried : all) {
     std::string text;
-    for (const Json& partner : carried.partners) text += CarriedText(partner);
+    for (const Json& partner : carried.partners) text += CarriedText(partner, file_);
     if (!carried.partners.empty()) screen_.Tell({{"event", "letters-carried"}, {"partners", carried.partners}}, text);
     if (carried.failure.empty()) continue;
     screen_.Tell({{"event", "letters-not-carried"}, {"message", carried.failure}},

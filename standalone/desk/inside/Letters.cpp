@@ -59,6 +59,7 @@ struct Applied {
   std::optional<Pairing> after;                                                          // when the pairing has changed
   std::vector<standalone::AuditChange> changes{std::vector<standalone::AuditChange>()};  // of requests
   std::optional<std::int32_t> txnId{std::optional<std::int32_t>()};  // whose line has changed, or that was booked
+  bool cameBack = false;  // the fact, or the proposal that it carries, is one of this company that its books lacked
 };
 
 Applied Outstanding(std::string why) {
@@ -206,9 +207,9 @@ std::string WhyNothing(Work& work, const Pairing& pairing, const Fact& fact) {
   return isToTheOther ? "" : "it answers a proposal of somebody else";
 }
 
-constexpr std::string_view kHeldWhileBehind =
-    "these books are older than what this company told its partners, and wait "
-    "until they were compared";
+constexpr std::string_view kHeldWhileWaiting =
+    "it waits until these books were compared with all partners and it is confirmed why facts of this company came "
+    "back";
 
 void BookNow(Work& work, const Pairing& pairing, const Answering& answering, const std::string& request,
              DecidedRequest& decided) {
@@ -259,12 +260,15 @@ Applied KeepAndDecide(Work& work, const Pairing& pairing, const Answering& answe
   const bool isOwn = IsOwnKey(work, fact.What().author);
   std::string why = WhyNothing(work, pairing, fact);
   const bool saysNothing = !why.empty();
-  if (!saysNothing) why = answering.isBehind && !isOwn ? std::string(kHeldWhileBehind) : refused;
-  Keep(work, pairing, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, why);
+  if (!saysNothing) why = answering.isWaiting && !isOwn ? std::string(kHeldWhileWaiting) : refused;
+  bool cameBack = Keep(work, pairing, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, why) && isOwn;
   if (!saysNothing && fact.What().kind == exchange::kinds::kAnswer) {
-    Keep(work, pairing, exchange::AnswerOf(fact).proposal, isOwn ? FactOrigin::kPartners : FactOrigin::kCameBack);
+    const FactOrigin origin = isOwn ? FactOrigin::kPartners : FactOrigin::kCameBack;
+    cameBack = (Keep(work, pairing, exchange::AnswerOf(fact).proposal, origin) && !isOwn) || cameBack;
   }
-  return why.empty() ? Decided(work, pairing, answering, fact) : Outstanding(std::move(why));
+  Applied applied = why.empty() ? Decided(work, pairing, answering, fact) : Outstanding(std::move(why));
+  applied.cameBack = cameBack;
+  return applied;
 }
 
 Applied Told(Work& work, const Pairing& pairing, const Fact& fact) {
@@ -278,7 +282,7 @@ Applied Told(Work& work, const Pairing& pairing, const Fact& fact) {
 Applied KeepAndTell(Work& work, const Pairing& pairing, const Answering& answering, const Fact& fact) {
   const bool isOwn = IsOwnKey(work, fact.What().author);
   std::string why = WhyNotUnderstood(fact);
-  if (why.empty() && answering.isBehind && !isOwn) why = kHeldWhileBehind;
+  if (why.empty() && answering.isWaiting && !isOwn) why = kHeldWhileWaiting;
   Keep(work, pairing, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, why);
   if (!why.empty()) return Outstanding(std::move(why));
   Applied told = Told(work, pairing, fact);
@@ -295,6 +299,7 @@ TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, con
   if (!IsLive(now) || work.Host().Facts().Has(now.id, fact.Id().Bytes())) return {};
   if (!IsOfThePair(work, now, from.sender, fact)) {
     return {.isNew = false,
+            .cameBack = false,
             .done = {},
             .outstanding = "a fact in it is of neither company: " + exchange::Fingerprint(fact.What().author)};
   }
@@ -305,7 +310,10 @@ TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, con
                           : isRemark        ? KeepAndTell(work, now, from.answering, fact)
                           : refused.empty() ? Apply(work, now, fact)
                                             : Outstanding(refused);
-  TakenFact taken{.isNew = isOwn || !now.partnerKey.empty() || applied.after, .done = applied.done, .outstanding = {}};
+  TakenFact taken{.isNew = isOwn || !now.partnerKey.empty() || applied.after,
+                  .cameBack = isAboutARequest ? applied.cameBack : isOwn,
+                  .done = applied.done,
+                  .outstanding = {}};
   if (!applied.outstanding.empty()) taken.outstanding = FactText(fact, now) + ": " + applied.outstanding;
   if (!taken.isNew) return taken;
   if (!isAboutARequest && !isRemark) {
@@ -341,7 +349,7 @@ std::string TryNow(Work& work, const Pairing& pairing, const Answering& answerin
 
 bool MayBeTriedAgain(Work& work, const Pairing& pairing, const Answering& answering, const StoredFact& stored) {
   if (std::ranges::count(kKindsOfThePairing, stored.kind) != 0) return true;
-  if (answering.isBehind && stored.origin == FactOrigin::kPartners) return false;
+  if (answering.isWaiting && stored.origin == FactOrigin::kPartners) return false;
   const Fact fact(stored.body, stored.signature);
   if (IsRemark(fact)) return WhyNotUnderstood(fact).empty();
   return IsAboutARequest(fact) && WhyNothing(work, pairing, fact).empty();

@@ -16,6 +16,7 @@ namespace desk {
 // What taking a fact has come to.
 struct TakenFact {
   bool isNew = false;
+  bool cameBack = false;    // a fact of this company, which its books had not made
   std::string done;         // for people; empty when nothing changed
   std::string outstanding;  // why it is not applied; empty when it is
 };
@@ -23,10 +24,11 @@ struct TakenFact {
 // work. Throws what a use case does when it is refused.
 using BookAtOnce = void (*)(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
                             const std::string& request, DecidedRequest& decided);
-// By which this company answers. While its books are behind, what partners say of requests is kept and not applied.
+// By which this company answers. While its books wait to be compared, or for what came back to be confirmed, what
+// partners say of requests is kept and not applied.
 struct Answering {
   const exchange::KeyPair& keys;
-  bool isBehind = false;
+  bool isWaiting = false;
   BookAtOnce bookAtOnce = nullptr;
   std::string notBooked{std::string()};  // why a request could not be booked so in a unit of work before
 };

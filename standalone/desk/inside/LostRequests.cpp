@@ -9,7 +9,7 @@
 #include "standalone/books/NameTable.h"
 #include "standalone/books/OutboxTable.h"
 #include "standalone/books/RowFields.h"
-#include "standalone/desk/inside/Behind.h"
+#include "standalone/desk/inside/Awaiting.h"
 #include "standalone/desk/inside/Composing.h"
 #include "standalone/desk/inside/HeldRequests.h"
 #include "standalone/desk/inside/OwnIdentity.h"
@@ -151,7 +151,7 @@ void RefuseTheSame(Work& work, const std::vector<LostRequest>& lost, const Asked
 }  // namespace
 
 LostRequest RequireLost(Work& work, EnteredType type, const standalone::RequestId& request) {
-  RequireNotBehind(work);
+  RequireCompared(work);
   std::vector<SentOnce> sent;
   for (const Pairing& pairing : PairingsOf(work, std::nullopt)) {
     if (auto found = FindSent(work, pairing, request.Text())) sent.push_back(*std::move(found));

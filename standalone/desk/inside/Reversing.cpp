@@ -7,7 +7,7 @@
 #include "standalone/books/LinkTable.h"
 #include "standalone/books/OwnRequestTable.h"
 #include "standalone/books/RowFields.h"
-#include "standalone/desk/inside/Behind.h"
+#include "standalone/desk/inside/Awaiting.h"
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/LostRequests.h"
 #include "standalone/desk/inside/OwnTransactions.h"
@@ -254,7 +254,7 @@ void RequireReversible(Work& work, const TransactionHeader& original) {
         EarlierOf(work, original.id, LinkKind::kMoves) ? Remedy::kMoveTheExpenseAgain : Remedy::kSeeTheReversal);
   }
   const std::vector<DBMultiEntityTransaction> rows = RowsOf(work, original.id);
-  RequireNotBehindWith(work, rows);
+  RequireComparedWith(work, rows);
   for (const DBMultiEntityTransaction& row : rows) RefuseWhatWaits(work, row);
   if (const auto first = EarlierOf(work, original.id, LinkKind::kReverses)) {
     RequireComeToNothing(work, original, *first);
@@ -268,7 +268,7 @@ void RequireRemovable(Work& work, const TransactionHeader& header) {
   RequireLastMove(work, header.id);
   RequireNothingLater(work, header);
   const std::vector<DBMultiEntityTransaction> rows = RowsOf(work, header.id);
-  RequireNotBehindWith(work, rows);
+  RequireComparedWith(work, rows);
   for (const DBMultiEntityTransaction& row : rows) {
     const standalone::BookedState state = StateOf(work, row);
     if (state == TransactionState::kEntered) continue;

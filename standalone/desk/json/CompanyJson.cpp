@@ -312,6 +312,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "give-another-request-id";
     case Remedy::kCarryUntilCompared:
       return "carry-until-compared";
+    case Remedy::kConfirmWhatCameBack:
+      return "confirm-what-came-back";
     case Remedy::kEnterWhatWasSent:
       return "enter-what-was-sent";
     case Remedy::kEnterUnderTheLostRequest:

@@ -70,6 +70,7 @@ Json JsonOf(const Rejection& rejection);
 Json JsonOf(const PairedPartner& partner);
 Json JsonOf(const OwnIdentity& identity);
 Json JsonOf(const TakenLetter& letter);
+Json JsonOf(const Awaited& awaited);
 Json JsonOf(const CarriedWith& carried);
 Json JsonOf(const Rule& rule);
 Json JsonOf(const InboxRequest& request);

@@ -50,12 +50,25 @@ Json JsonOf(const TakenLetter& letter) {
           {"outstanding", letter.outstanding}};
 }
 
+Json JsonOf(const Awaited& awaited) {
+  return {{"missing", awaited.missing},
+          {"cameBack", awaited.cameBack},
+          {"fromElsewhere", awaited.fromElsewhere},
+          {"first", awaited.firstThatCameBack},
+          {"toCompare", awaited.toCompare}};
+}
+
 Json JsonOf(const CarriedWith& carried) {
-  return {{"partner", carried.partner},     {"folder", PathJson(carried.folder)},
-          {"taken", JsonOf(carried.taken)}, {"triedAgain", carried.triedAgain},
-          {"missing", carried.missing},     {"sent", carried.sent},
-          {"notSent", carried.notSent},     {"put", carried.put},
-          {"setAside", carried.setAside},   {"failure", TextJson(carried.failure)}};
+  return {{"partner", carried.partner},
+          {"folder", PathJson(carried.folder)},
+          {"taken", JsonOf(carried.taken)},
+          {"triedAgain", carried.triedAgain},
+          {"awaited", carried.awaited ? JsonOf(*carried.awaited) : Json()},
+          {"sent", carried.sent},
+          {"notSent", carried.notSent},
+          {"put", carried.put},
+          {"setAside", carried.setAside},
+          {"failure", TextJson(carried.failure)}};
 }
 
 }  // namespace desk

@@ -163,6 +163,7 @@ enum class Remedy {
   kNameOnePartner,
   kGiveAnotherRequestId,      // by entering the line anew
   kCarryUntilCompared,        // with the partners, or insist
+  kConfirmWhatCameBack,       // as a backup was restored, or a copy was at work
   kEnterWhatWasSent,          // as these books lost it
   kEnterUnderTheLostRequest,  // or as another one
   kSendByNameOrTakeBack,      // what may have been sent before

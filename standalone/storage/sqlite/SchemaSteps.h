@@ -432,6 +432,18 @@ CREATE TABLE exchange_remark (
   FOREIGN KEY (pairing_id, hash) REFERENCES exchange_fact (pairing_id, hash)
 ) STRICT;
 CREATE INDEX exchange_remark_request ON exchange_remark (pairing_id, request_id, asked_by_us);
+-- Facts of this company that come back were made by books that are no more, or by a copy of the company: up to which of
+-- them, by their ids, all partners were compared with since, and up to which a person has confirmed which it was. Those
+-- that came back before were told as they came. As long as one waits, what was made here and has not left is withheld.
+ALTER TABLE exchange_left ADD COLUMN came_back_compared INTEGER NOT NULL DEFAULT 0 CHECK (came_back_compared >= 0);
+ALTER TABLE exchange_left ADD COLUMN came_back_confirmed INTEGER NOT NULL DEFAULT 0 CHECK (came_back_confirmed >= 0);
+CREATE INDEX exchange_fact_came_back ON exchange_fact (id) WHERE origin = 'came back';
+UPDATE exchange_left SET
+  came_back_compared = coalesce((SELECT max(id) FROM exchange_fact WHERE origin = 'came back'), 0),
+  came_back_confirmed = coalesce((SELECT max(id) FROM exchange_fact WHERE origin = 'came back'), 0);
+CREATE TABLE exchange_withheld (
+  hash BLOB NOT NULL PRIMARY KEY CHECK (length(hash) = 32)
+) STRICT, WITHOUT ROWID;
 )sql";
 
 inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3, kVersion4};

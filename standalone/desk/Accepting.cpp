@@ -8,8 +8,8 @@
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/NameTable.h"
 #include "standalone/books/RejectedRequestTable.h"
-#include "standalone/books/SettingsTable.h"
 #include "standalone/desk/Booking.h"
+#include "standalone/desk/inside/Closing.h"
 #include "standalone/desk/inside/Composing.h"
 #include "standalone/desk/inside/FittingRules.h"
 #include "standalone/desk/inside/HeldRequests.h"
@@ -19,7 +19,6 @@
 #include "standalone/desk/inside/Requests.h"
 #include "standalone/desk/inside/Reversing.h"
 #include "standalone/values/Amount.h"
-#include "standalone/values/Dates.h"
 #include "standalone/values/Text.h"
 
 namespace desk {
@@ -115,12 +114,6 @@ std::variant<Existing, NewVendor> NameByRule(Work& work, const Received& receive
   const std::optional<standalone::Name> known = work.Host().Names().FindByFullName(received.says.name);
   if (known) return Existing{RecordText(known->id)};
   return NewVendor{standalone::NewListName(received.says.name)};
-}
-
-// The first day on which the books are open, unless the one that is meant is.
-DateType32 OpenDay(Work& work, DateType32 meant) {
-  const DateType32 closed = work.Host().Settings().Get().closingDate;
-  return meant.Value() > closed.Value() ? meant : standalone::DayAfter(closed);
 }
 
 // Books that took back a rejection still keep it, and the module books nothing that is rejected.

@@ -7,10 +7,13 @@
 #include <vector>
 
 #include "standalone/desk/Audit.h"
+#include "standalone/desk/Correcting.h"
 #include "standalone/desk/Entering.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/Outbox.h"
+#include "standalone/desk/Reports.h"
 #include "standalone/desk/Rules.h"
+#include "standalone/desk/Settings.h"
 #include "standalone/desk/Users.h"
 #include "tests/desk/PairedCompanies.h"
 
@@ -20,6 +23,7 @@ namespace {
 using standalone::InboxState;
 using standalone::LineAmount;
 using standalone::RequestId;
+using standalone::TransactionState;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -325,6 +329,130 @@ TEST_F(ACopyAtWork, OfAPartnerThatIsNotThereIsConfirmedWhenAnAdministratorInsist
   At("Alder", [](Company& company) { InsistOnBooks(company); });
 
   EXPECT_EQ(ConfirmAt("Alder", WhyCameBack::kCopyEnded), 1);
+}
+
+// Birch has rejected Alder's bill, and books it after all from a copy of before.
+class ARejectionThatIsOvertaken : public WhatCameBack {
+ protected:
+  ARejectionThatIsOvertaken() : request_(EnterBill("Alder", "Birch", "HL-1")) {
+    CarryInTurns("Alder", "Birch", 1);
+    asked_ = Take("Birch");
+    At("Birch", [&](Company& company) {
+      return RejectRequests(company, {.requests = {RequestId(request_)}, .partner = std::nullopt, .upTo = std::nullopt},
+                            standalone::Memo("Not ours"));
+    });
+    CarryUntilAtRest();
+  }
+
+  OutboxRequest Sent() {
+    return At("Alder", [&](Company& company) { return ShowOutbox(company, RequestId(request_)); });
+  }
+  std::int32_t ReverseAtAlder(std::int32_t txnId, DateType32 date = {2026, 11, 5}) {
+    return At("Alder", [&](Company& company) {
+      return ReverseTransaction(company, {.txnId = txnId, .date = date, .memo = std::nullopt}).reversal.txnId;
+    });
+  }
+  CorrectedTransaction CorrectAtAlder() {
+    TransactionToCorrect correction{.type = EnteredType::kBill, .txnId = Sent().txnId, .date = DateType32(2026, 11, 5)};
+    correction.lines = {{.account = "Maintenance", .amount = LineAmount("480.00")}};
+    correction.shares = std::vector<PartnersShare>{{.partner = "Birch", .share = standalone::ShareText("100.00")}};
+    return At("Alder", [&](Company& company) { return CorrectTransaction(company, correction, Posting::kPost); });
+  }
+  // What Alder is told meanwhile.
+  std::vector<std::string> BookAtBirchAfterAll() {
+    Put("Birch", asked_);
+    EXPECT_THAT(AcceptAt("Birch", request_).booked, SizeIs(1));
+    std::vector<std::string> told;
+    for (int round = 0; round < 8; ++round) {
+      Carry("Birch");
+      for (const CarriedWith& carried : Carry("Alder")) {
+        for (const TakenLetter& letter : carried.taken) {
+          told.insert(told.end(), letter.done.begin(), letter.done.end());
+        }
+      }
+      const std::optional<Awaited> awaited = AwaitedBy("Birch");
+      if (awaited && awaited->toCompare.empty()) ConfirmAt("Birch", WhyCameBack::kCopyEnded);
+    }
+    return told;
+  }
+  ShownTransaction ShownAtAlder(std::int32_t txnId) {
+    return At("Alder", [&](Company& company) { return ShowTransaction(company, txnId); });
+  }
+  // What reverses the transaction; 0 for nothing.
+  std::int32_t ReversalOf(std::int32_t txnId) {
+    for (const ShownLink& link : ShownAtAlder(txnId).links) {
+      if (link.kind == ShownLink::Kind::kReverses && !link.isLater) return link.otherTxnId;
+    }
+    return 0;
+  }
+
+  std::string request_;
+  Whole asked_;
+};
+
+TEST_F(ARejectionThatIsOvertaken, LeavesTheBillAsItStandsWhereNothingWasDoneUponIt) {
+  BookAtBirchAfterAll();
+
+  EXPECT_EQ(Sent().state->number, TransactionState::kEstablished);
+  EXPECT_THAT(Sent().mark, IsEmpty());
+}
+
+TEST_F(ARejectionThatIsOvertaken, PutsBackTheBillThatWasReversed) {
+  const std::int32_t reversal = ReverseAtAlder(Sent().txnId);
+
+  const std::vector<std::string> told = BookAtBirchAfterAll();
+
+  const std::int32_t putBack = ReversalOf(reversal);
+  ASSERT_NE(putBack, 0);
+  EXPECT_EQ(ShownAtAlder(putBack).date, DateType32(2026, 11, 5));
+  EXPECT_EQ(Sent().state->number, TransactionState::kEstablished);
+  EXPECT_THAT(Sent().mark, IsEmpty());
+  EXPECT_THAT(told,
+              testing::Contains(HasSubstr("bill " + std::to_string(putBack) + " puts back what was reversed here")));
+  const std::vector<AuditedDeed> trail = At("Alder", [&](Company& company) {
+    return ListAudit(company,
+                     {.user = {}, .action = "exchange.take", .period = {NullDate(), NullDate()}, .txnId = putBack});
+  });
+  EXPECT_THAT(trail, SizeIs(1));
+  EXPECT_FALSE(At("Alder", [](Company& company) { return VerifyAudit(company); }).breakAt.has_value());
+}
+
+TEST_F(ARejectionThatIsOvertaken, PutsItBackOnTheFirstOpenDayWhereTheBooksAreClosed) {
+  const std::int32_t reversal = ReverseAtAlder(Sent().txnId);
+  At("Alder", [](Company& company) { return ChangeSetting(company, "closing-date", "2026-11-30"); });
+
+  BookAtBirchAfterAll();
+
+  ASSERT_NE(ReversalOf(reversal), 0);
+  EXPECT_EQ(ShownAtAlder(ReversalOf(reversal)).date, DateType32(2026, 12, 1));
+}
+
+TEST_F(ARejectionThatIsOvertaken, AsksAPersonWhereACorrectionStandsInItsPlace) {
+  const std::int32_t bill = Sent().txnId;
+  const CorrectedTransaction corrected = CorrectAtAlder();
+  const std::int32_t correction = corrected.correction.txnId;
+  const std::int32_t reversal = ReversalOf(bill);
+
+  BookAtBirchAfterAll();
+
+  EXPECT_EQ(Sent().state->number, TransactionState::kEstablished);
+  EXPECT_EQ(Sent().mark, "the partner has booked it, although bill " + std::to_string(correction) +
+                             " stands in its place here: withdraw what of bill " + std::to_string(correction) +
+                             " is sent and not answered, reverse bill " + std::to_string(correction) +
+                             ", and then bill " + std::to_string(reversal) + ", which took it back");
+  EXPECT_EQ(ReversalOf(reversal), 0);
+  for (const RecordedLine& line : corrected.correction.lines) {
+    if (!line.partners) continue;
+    const RequestId wrong(line.partners->requestId);
+    At("Alder", [&](Company& company) { return WithdrawRequest(company, wrong); });
+  }
+  CarryUntilAtRest();
+  ReverseAtAlder(correction);
+  EXPECT_EQ(Sent().mark, "the partner has booked it, although bill " + std::to_string(reversal) +
+                             " took it back here: reverse bill " + std::to_string(reversal));
+  ReverseAtAlder(reversal);
+  EXPECT_THAT(Sent().mark, IsEmpty());
+  EXPECT_NE(ReversalOf(reversal), 0);
 }
 
 }  // namespace

@@ -8,6 +8,11 @@
 
 namespace desk {
 
+DateType32 OpenDay(Work& work, DateType32 meant) {
+  const DateType32 closed = work.Host().Settings().Get().closingDate;
+  return meant.Value() > closed.Value() ? meant : standalone::DayAfter(closed);
+}
+
 Closing::Closing(Work& work, ClosedDays closedDays) : work_(work), closedDays_(closedDays) {
   if (closedDays_ == ClosedDays::kChangedAllTheSame)
     work_.RequireAdministrator("a change after the closing of the books");

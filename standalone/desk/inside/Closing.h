@@ -7,6 +7,9 @@
 
 namespace desk {
 
+// The first day on which the books are open, unless the one that is meant is.
+DateType32 OpenDay(Work& work, DateType32 meant);
+
 // What a use case posts and removes where the books are closed; within a unit of work that writes, and gone before its
 // end.
 class Closing {

@@ -12,7 +12,9 @@
 #include "standalone/books/RejectedRequestTable.h"
 #include "standalone/books/RelationTable.h"
 #include "standalone/desk/inside/Composing.h"
+#include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/LineReader.h"
+#include "standalone/desk/inside/Overtaken.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Pairings.h"
 #include "standalone/exchange/Errors.h"
@@ -204,12 +206,9 @@ std::string OutcomeAtSender(const Pairing& pairing, TransactionState state, cons
   }
 }
 
-constexpr const char* kOvertaken = "the partner has booked it, although it was taken back or corrected here";
-
 std::string MarkAtSender(const exchange::SendersStanding& standing, const HeldRequest& held,
                          const std::optional<std::int64_t>& amount) {
   if (standing.isLost) return "these books have no transaction for it; they were restored, or a copy is at work";
-  if (standing.wasOvertaken) return kOvertaken;
   if (amount && held.Proposal()->says.amount != *amount) return "the partner was told another amount";
   return held.proposals.size() > 1 ? "it was proposed with several contents" : "";
 }
@@ -239,6 +238,26 @@ void CloseForLostCorrection(Work& work, const Pairing& pairing, const std::strin
   }
 }
 
+// The partner has booked it after all.
+void FollowOvertaking(Work& work, const Pairing& pairing, std::int32_t txnId, OutboxRow& row, DecidedRequest& decided) {
+  try {
+    if (const std::optional<std::int32_t> putBack = PutBackReversed(work, txnId)) {
+      decided.txnId = putBack;
+      const standalone::AuditDeed posted = DeedOfPosting(work, {}, *putBack);
+      decided.changes.insert(decided.changes.end(), posted.changes.begin(), posted.changes.end());
+      decided.done.push_back(posted.subject + " puts back what was reversed here before the partner booked it");
+    }
+  } catch (const standalone::InvalidInput& refused) {
+    decided.outstanding = refused.what();
+    return;
+  }
+  const std::string left = WhatIsLeftToDo(work, pairing, row.requestId, txnId);
+  if (left.empty()) return;
+  row.mark = left;
+  decided.done.push_back("request " + row.requestId + ": " + left);
+  work.Host().Outbox().Set(row);
+}
+
 void DecideAtSender(Work& work, const Pairing& pairing, const std::string& request, DecidedRequest& decided) {
   const HeldRequest held = HeldAbout(work, pairing, RequestOf::kUs, request);
   const HeldProposal* proposal = held.Proposal();
@@ -258,8 +277,10 @@ void DecideAtSender(Work& work, const Pairing& pairing, const std::string& reque
                 .proposal = std::string(proposal->fact.Id().Bytes()),
                 .targetId = line ? std::optional(line->row.targetId) : std::nullopt,
                 .mark = MarkAtSender(standing, held, amount)};
-  // What was overtaken stays so until a person has put it right.
-  if (before && before->mark == kOvertaken && now.mark.empty()) now.mark = kOvertaken;
+  // That stays until a person has put it right.
+  if (line && before && IsLeftToDo(before->mark)) {
+    if (std::string left = WhatIsLeftToDo(work, pairing, request, line->row.txnId); !left.empty()) now.mark = left;
+  }
   if (before != now) work.Host().Outbox().Set(now);
   if (standing.isLost && !before) {
     decided.changes.push_back({"request " + request, std::nullopt, "lost"});
@@ -278,6 +299,15 @@ void DecideAtSender(Work& work, const Pairing& pairing, const std::string& reque
   if (*standing.row == TransactionState::kCameBack) CloseForLostCorrection(work, pairing, request, decided);
   decided.done.push_back(RequestText(work, proposal->says) + ": " +
                          OutcomeAtSender(pairing, *standing.row, held.Answer()));
+  if (standing.wasOvertaken) FollowOvertaking(work, pairing, line->row.txnId, now, decided);
+}
+
+// What is to be done about a request that was overtaken depends on what has become of one that corrects it.
+void LookAgainAtCorrected(Work& work, const Pairing& pairing, const std::string& request) {
+  const HeldRequest held = HeldAbout(work, pairing, RequestOf::kUs, request);
+  const HeldProposal* proposal = held.Proposal();
+  if (proposal == nullptr || !proposal->says.earlier) return;
+  LookAgainAtRequest(work, pairing, proposal->says.earlier->request);
 }
 
 }  // namespace
@@ -313,6 +343,7 @@ DecidedRequest DecideRequest(Work& work, const Pairing& pairing, const exchange:
   }
   if (whose == RequestOf::kUs) {
     DecideAtSender(work, pairing, request, decided);
+    LookAgainAtCorrected(work, pairing, request);
     return decided;
   }
   DecideAtReceiver(work, pairing, keys, request, decided);

@@ -10,6 +10,7 @@
 #include "standalone/desk/inside/Awaiting.h"
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/LostRequests.h"
+#include "standalone/desk/inside/Overtaken.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Partners.h"
 #include "standalone/desk/inside/Posting.h"
@@ -301,6 +302,7 @@ PostedReversal PostReversal(Work& work, const TransactionHeader& original, DateT
     toPost.lines.push_back(std::move(mirrored));
   }
   reversal.txnId = Post(work, toPost).txnId;
+  LookAgainAtOvertaken(work, original.id);
   return reversal;
 }
 

@@ -109,8 +109,9 @@ void EndComparing(Work& work, const Looked& looked) {
 // The facts of the pairing itself go with each letter: who has lost them could read no other.
 void WithholdWhatHasNotLeft(Work& work) {
   std::set<exchange::Hash> made;
+  const std::int64_t last = work.Host().Facts().LastNumber();
   for (const Pairing& pairing : work.Host().Pairings().List()) {
-    work.Host().Facts().ForEachNotShown(pairing.id, [&](const StoredFact& fact) {
+    work.Host().Facts().ForEachNotShown(pairing.id, last, [&](const StoredFact& fact) {
       const bool isOfThePairing = std::ranges::count(kKindsOfThePairing, fact.kind) != 0;
       if (fact.origin == FactOrigin::kMade && !isOfThePairing) made.insert(exchange::Hash::FromBytes(fact.hash));
     });

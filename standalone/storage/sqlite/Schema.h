@@ -24,7 +24,8 @@ using SchemaSpan = std::span<const char* const>;
 
 // The steps of this program.
 SchemaSpan SchemaSteps() noexcept;
-// The DigestOf() what they make, so that it need not be made to be compared with; empty where nobody has written it down.
+// The DigestOf() what they make, so that it need not be made to be compared with; empty where nobody has written it
+// down.
 std::string_view SchemaDigest() noexcept;
 
 // To be called before the transaction in which steps are taken.

@@ -75,8 +75,8 @@ TEST_F(Books, ANameThatIsCalledAsAnotherIsNoted) {
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(
       outcome.err,
-      "note: among the names, \"CAF\u00c9\" is like \"Caf\u00e9\": they differ only by capitals or by how accents are "
-      "written; look whether both are meant\n");
+      "note: among the names, \"CAF\u00c9\" is like \"Caf\u00e9\": they differ only by capitals or by how the same "
+      "letters are written; look whether both are meant\n");
   const Json note = Json::parse(forPrograms.err).at("note");
   EXPECT_EQ(note.at("list"), "names");
   EXPECT_EQ(note.at("count"), 1);

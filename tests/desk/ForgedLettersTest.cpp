@@ -412,6 +412,7 @@ TEST_P(TwoContentsOfOneRequest, AreOneOnBothSidesAndToldToBoth) {
   EXPECT_EQ(InboxOf("Alder")[0].amount.minorUnits, exchange::ProposalOf(counts).amount);
   EXPECT_THAT(InboxOf("Alder")[0].mark, Not(IsEmpty()));
   EXPECT_THAT(Asked("Birch", request).mark, Not(IsEmpty()));
+  At("Birch", [](Company& company) { return ConfirmCameBack(company, WhyCameBack::kCopyEnded); });
 
   At("Alder", [&](Company& company) {
     return AcceptRequests(

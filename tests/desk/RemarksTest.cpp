@@ -259,6 +259,8 @@ TEST_F(TheRemark, OfBooksThatWereRestoredComesBackBeforeARuleBooksItsRequest) {
   Restore("Birch", before);
 
   CarryInTurns("Birch", "Alder", 3);
+  At("Birch", [](Company& company) { return ConfirmCameBack(company, WhyCameBack::kRestored); });
+  CarryInTurns("Birch", "Alder", 1);
 
   EXPECT_EQ(AtBirch(request).state, InboxState::kNew);
   EXPECT_TRUE(AtBirch(request).isDisputed);
@@ -277,6 +279,8 @@ TEST_F(TheRemark, OfThePartnerIsTherePlainlyInBooksThatWereRestored) {
   Restore("Alder", before);
 
   CarryInTurns("Alder", "Birch", 3);
+  At("Alder", [](Company& company) { return ConfirmCameBack(company, WhyCameBack::kRestored); });
+  CarryInTurns("Alder", "Birch", 1);
 
   const OutboxRequest lost = AtAlder(request);
   EXPECT_TRUE(lost.isLost);

@@ -19,6 +19,7 @@
 
 #include "standalone/storage/sqlite/Journals.h"
 #include "standalone/storage/sqlite/OpenAlone.h"
+#include "standalone/storage/sqlite/Schema.h"
 #include "standalone/storage/sqlite/SqliteDatabase.h"
 #include "standalone/storage/sqlite/WriteAheadLog.h"
 #include "standalone/values/Errors.h"
@@ -404,6 +405,22 @@ void RequireGoingOn(const std::filesystem::path& companyFile, const std::filesys
   }
 }
 
+// What a part of a later log makes of an older schema may still be readable, but is none that the steps leave.
+// DamagedFile for such a one; whoever has the file open meanwhile has looked himself.
+void RequireSchemaAfterLog(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
+  const FirstPage first(companyFile);
+  const std::size_t version = VersionAfterLog(companyFile, first.PageSize());
+  if (version <= first.Version() || version > SchemaSteps().size()) return;
+  try {
+    SqliteDatabase database(companyFile, std::chrono::milliseconds::zero());
+    database.AllowCheckpointOnClose(false);
+    const std::string fault = FaultOf(database, SchemaSteps().first(version), Search::kAsFarAsItIsFast);
+    if (!fault.empty()) ThrowDamaged(name, fault);
+  } catch (const FileInUse&) {
+    return;
+  }
+}
+
 }  // namespace
 
 void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesystem::path& name) {
@@ -411,6 +428,7 @@ void RequireOwnLog(const std::filesystem::path& companyFile, const std::filesyst
   if (std::filesystem::file_size(WithSuffix(companyFile, kLogSuffix), none) == 0 || none) return;
   try {
     RequireGoingOn(companyFile, name);
+    RequireSchemaAfterLog(companyFile, name);
   } catch (const DamagedFile&) {
     // What brings a file forward leaves a schema that can be read, and writes all of it that it changes into the log. A
     // later log has a part of it only, which makes no schema together with the pages of an older one.

@@ -57,9 +57,9 @@ void RequireInRange(const Statement& statement) {
   Require(statement.month.empty() || IsMonth(statement.month),
           [&] { return "is of month " + Quoted(statement.month) + "; a month is such as 2026-11"; });
   Require(statement.fields.size() <= kMostFields, "has more than 64 fields");
-  for (const auto& [name, value] : statement.fields) {
-    Require(IsTerm(name), [&name] {
-      return "has a field " + Quoted(name) + "; a field's name is 1 to 32 small letters and hyphens";
+  for (const auto& field : statement.fields) {
+    Require(IsTerm(field.first), [&field] {
+      return "has a field " + Quoted(field.first) + "; a field's name is 1 to 32 small letters and hyphens";
     });
   }
 }

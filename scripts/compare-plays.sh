@@ -1,22 +1,22 @@
 #!/usr/bin/env bash
-# Plays the main job, the life of an intercompany bill, the exchange of requests and the day of a bookkeeper with the
-# Windows program and with the native one, and compares what they print:
+# Plays jobs with the Windows program and with the native one, and compares what they print:
 #
-#   scripts/compare-plays.sh NATIVE WINDOWS DIRECTORY
+#   scripts/compare-plays.sh NATIVE WINDOWS DIRECTORY JOB...
 #
-# NATIVE and WINDOWS are programs that can be started here, DIRECTORY receives the company files. Prints what the
-# Windows program did. Exits with 1 when something is not as expected, or differs in more than the time of day and
-# the request ids that are made anew.
+# NATIVE and WINDOWS are programs that can be started here, DIRECTORY receives the company files, and scripts/play-JOB.sh
+# plays a job. Prints what the Windows program did. Exits with 1 when something is not as expected, or differs in more
+# than the time of day and the request ids that are made anew.
 set -euo pipefail
 
-if [[ $# -ne 3 ]]; then
-  echo "usage: $0 NATIVE WINDOWS DIRECTORY" >&2
+if [[ $# -lt 4 ]]; then
+  echo "usage: $0 NATIVE WINDOWS DIRECTORY JOB..." >&2
   exit 2
 fi
 scripts=$(dirname -- "${BASH_SOURCE[0]}")
 native=$1
 windows=$2
 directory=$3
+shift 3
 mkdir -p -- "$directory"
 # Both programs play on one day.
 export MULTIENTITY_NOW
@@ -44,11 +44,8 @@ compare() {
     <(without_times "$directory/$job-native.txt") <(without_times "$directory/$job-windows.txt")
 }
 
-compare main-job
-echo
-compare bill-life
-echo
-compare exchange
-echo
-compare bookkeeper
+for job in "$@"; do
+  compare "$job"
+  echo
+done
 echo "The native program printed the same, but for the time of day and new request ids."

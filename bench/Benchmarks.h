@@ -39,6 +39,9 @@ std::filesystem::path CopyOf(const std::filesystem::path& company, const char* s
 // Ends the run with that message unless both sides answered the same.
 void Require(bool isSame, const char* what);
 
+// Whether a command line of the shell ends well.
+bool Succeeds(const std::string& command);
+
 // What is no ratio of times, printed at once.
 void PrintListingGrowth(const Table& table, const Sizes& sizes);
 void PrintListingMemory(const std::filesystem::path& folder, const Sizes& sizes);

@@ -24,7 +24,7 @@ namespace bench {
 
 namespace {
 
-constexpr double kMost = 1.5;
+constexpr double kMostTimesByHand = 1.5;
 constexpr double kMostGrowth = 1.2;
 constexpr int kRounds = 5;
 constexpr std::int64_t kCheckedProposals = 50;
@@ -231,7 +231,7 @@ void AddExchanging(Table& table, const std::filesystem::path& folder, const Size
   if (!table.Wants(title)) return;
   RequireSameExchange(folder);
   const Pair pair = PairWith(folder, proposals);
-  table.Add({.what = title, .target = kMost, .items = static_cast<double>(proposals), .rounds = kRounds},
+  table.Add({.what = title, .target = kMostTimesByHand, .items = static_cast<double>(proposals), .rounds = kRounds},
             Measured(pair, ".exchange", proposals, ExchangeAtTheDesk),
             Measured(pair, ".exchange-by-hand", proposals, [](const Pair& copy) {
               ExchangeByHand(copy, [](const char* /*company*/) { return platform::SystemClock().Now(); });

@@ -35,7 +35,7 @@ AccountMap ListByModule(StandaloneHost& host) {
 }
 
 template <typename List>
-void Measure(benchmark::State& state, List&& list) {
+void MeasureList(benchmark::State& state, List&& list) {
   for (auto _ : state) {
     AccountMap accounts = list();
     benchmark::DoNotOptimize(accounts.size());
@@ -64,12 +64,12 @@ void AddFreeAccounts(Table& table, const std::filesystem::path& folder, const Si
       [company](benchmark::State& state) {
         StandaloneHost host(company);
         const Session session(host);
-        Measure(state, [&] { return ListByModule(host); });
+        MeasureList(state, [&] { return ListByModule(host); });
       },
       [company](benchmark::State& state) {
         HandWritten hand(company);
         const std::vector<std::string> typeNames = TypeNames();
-        Measure(state, [&] { return hand.FreeAccounts(typeNames); });
+        MeasureList(state, [&] { return hand.FreeAccounts(typeNames); });
       });
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
 #include <vector>
 
@@ -15,7 +14,7 @@ namespace {
 
 // Of more entries it takes most of a minute each time.
 constexpr std::int64_t kMostRepeated = 100'000;
-constexpr std::size_t kRepetitions = 5;
+constexpr std::size_t kRuns = 5;
 
 void WriteLedgerFile(const std::filesystem::path& file, std::int64_t entries) {
   std::ofstream out(file);
@@ -25,10 +24,6 @@ void WriteLedgerFile(const std::filesystem::path& file, std::int64_t entries) {
                        1 + i % 12, 1 + i % 28, i, 1 + i % kExpenseAccounts, amount / 100, amount % 100,
                        1 + i % kPartners);
   }
-}
-
-bool Succeeds(const std::string& command) {
-  return std::system(command.c_str()) == 0;
 }
 
 double SecondsOf(const std::string& command) {
@@ -46,7 +41,7 @@ void PrintLedger(const std::filesystem::path& folder, const Sizes& sizes) {
     const std::filesystem::path file = folder / fmt::format("{}.ledger", lines);
     WriteLedgerFile(file, lines);
     const std::string command = fmt::format("ledger -f '{}' register Expenses >/dev/null", file.string());
-    std::vector<double> seconds(lines > kMostRepeated ? 1 : kRepetitions);
+    std::vector<double> seconds(lines > kMostRepeated ? 1 : kRuns);
     std::ranges::generate(seconds, [&] { return SecondsOf(command); });
     std::ranges::sort(seconds);
     fmt::print("| {} entries from its own file | {:.2f} s |\n", lines, seconds[seconds.size() / 2]);

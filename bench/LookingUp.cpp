@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,7 +21,7 @@ namespace bench {
 
 namespace {
 
-constexpr double kMost = 1.2;
+constexpr double kMostTimesSql = 1.2;
 constexpr std::int32_t kBank = kBankAccount;
 constexpr DateType32 kAsOf{2025, 12, 31};
 constexpr std::size_t kLedgerRuns = 3;
@@ -110,7 +109,7 @@ void RequireSame(const Report& ours, const Report& byHand, const char* what) {
 
 // The report is thrown away outside of the measured time, on both sides.
 template <typename Read>
-void Measure(benchmark::State& state, Read&& read) {
+void MeasureAnswer(benchmark::State& state, Read&& read) {
   read();
   for (auto _ : state) {
     std::optional<decltype(read())> report = read();
@@ -130,23 +129,19 @@ void AddReport(Table& table, const std::string& title, const std::filesystem::pa
     RequireSame(ours(opened), byHand(hand), title.c_str());
   }
   table.Add(
-      {.what = title, .target = kMost, .items = 0.0},
+      {.what = title, .target = kMostTimesSql, .items = 0.0},
       [company, ours](benchmark::State& state) {
         desk::Company opened(company);
-        Measure(state, [&] { return ours(opened); });
+        MeasureAnswer(state, [&] { return ours(opened); });
       },
       [company, byHand](benchmark::State& state) {
         LookingUpByHand hand(company);
-        Measure(state, [&] { return byHand(hand); });
+        MeasureAnswer(state, [&] { return byHand(hand); });
       });
 }
 
 std::string Title(const char* what, std::int64_t transactions) {
   return fmt::format("looking up: {}, {} transactions", what, transactions);
-}
-
-bool Succeeds(const std::string& command) {
-  return std::system(command.c_str()) == 0;
 }
 
 template <typename Run>
@@ -180,7 +175,7 @@ void AddLookingUp(Table& table, const std::filesystem::path& folder, const Sizes
             [](LookingUpByHand& hand) { return hand.Balances(); });
   table.AddOtherHand(Title("balances", count), kByHandAddedBySql, [company](benchmark::State& state) {
     LookingUpByHand hand(company);
-    Measure(state, [&] { return hand.BalancesBySql(); });
+    MeasureAnswer(state, [&] { return hand.BalancesBySql(); });
   });
   AddReport(table, Title("register of the bank", count), company, &OurRegister,
             [](LookingUpByHand& hand) { return hand.Register(kBank); });

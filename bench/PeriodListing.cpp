@@ -56,7 +56,7 @@ void RequireSameListings(const std::filesystem::path& company, std::int64_t line
 
 // Runs `fill` on an empty list; emptying it again is not measured.
 template <typename Fill>
-void Measure(benchmark::State& state, Fill&& fill) {
+void MeasureListing(benchmark::State& state, Fill&& fill) {
   for (auto _ : state) {
     Listing list;
     fill(list);
@@ -83,15 +83,15 @@ void AddPeriodListing(Table& table, const std::filesystem::path& folder, const S
         [company](benchmark::State& state) {
           StandaloneHost host(company);
           const Session session(host);
-          Measure(state, [&](Listing& list) { ListByModule(host, list); });
+          MeasureListing(state, [&](Listing& list) { ListByModule(host, list); });
         },
         [company](benchmark::State& state) {
           HandWritten hand(company);
-          Measure(state, [&](Listing& list) { hand.ListPeriod(kFrom, kTo, list); });
+          MeasureListing(state, [&](Listing& list) { hand.ListPeriod(kFrom, kTo, list); });
         });
     table.AddOtherHand(Title(lines), kByHandAsText, [company](benchmark::State& state) {
       HandWritten hand(company);
-      Measure(state, [&](Listing& list) { hand.ListPeriodAsText(kFrom, kTo, list); });
+      MeasureListing(state, [&](Listing& list) { hand.ListPeriodAsText(kFrom, kTo, list); });
     });
   }
 }

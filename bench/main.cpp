@@ -158,6 +158,10 @@ void Require(bool isSame, const char* what) {
   if (!isSame) throw std::runtime_error(what);
 }
 
+bool Succeeds(const std::string& command) {
+  return std::system(command.c_str()) == 0;
+}
+
 }  // namespace bench
 
 int main(int count, char** arguments) {

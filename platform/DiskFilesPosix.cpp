@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include "platform/DescriptorPosix.h"
 #include "platform/DiskFiles.h"
 
 namespace platform {
@@ -25,26 +26,13 @@ struct stat StatusOf(const std::filesystem::path& file) {
   return status;
 }
 
-class Descriptor {
- public:
-  Descriptor(const std::filesystem::path& file, int flags, mode_t mode = 0)
-      : number_(open(file.c_str(), flags | O_CLOEXEC, mode)) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (IsOpen()) close(number_);
-  }
-
-  bool IsOpen() const noexcept { return number_ >= 0; }
-  int Number() const noexcept { return number_; }
-
- private:
-  int number_;
-};
+Descriptor Opened(const std::filesystem::path& file, int flags, mode_t mode = 0) {
+  return Descriptor(open(file.c_str(), flags | O_CLOEXEC, mode));
+}
 
 // A folder that cannot be brought to the disk by itself, as on some network disks, is left to the system.
 void BringFolderToDisk(const std::filesystem::path& folder) {
-  const Descriptor descriptor(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
+  const Descriptor descriptor = Opened(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
   if (descriptor.IsOpen()) fsync(descriptor.Number());
 }
 
@@ -56,7 +44,7 @@ bool NamesAStream(const std::filesystem::path& /*name*/) noexcept {
 
 void MakeFile(const std::filesystem::path& file) {
   constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
-  const Descriptor made(file, O_WRONLY | O_CREAT | O_EXCL, kOwnerOnly);
+  const Descriptor made = Opened(file, O_WRONLY | O_CREAT | O_EXCL, kOwnerOnly);
   if (!made.IsOpen()) ThrowSystemError(file);
   // The user's mask may have taken rights of the owner's. Some disks give all files the same rights.
   static_cast<void>(fchmod(made.Number(), kOwnerOnly));
@@ -98,7 +86,7 @@ bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem:
 }
 
 void BringToDisk(const std::filesystem::path& file) {
-  const Descriptor descriptor(file, O_RDONLY);
+  const Descriptor descriptor = Opened(file, O_RDONLY);
   if (!descriptor.IsOpen() || fsync(descriptor.Number()) != 0) ThrowSystemError(file);
 }
 

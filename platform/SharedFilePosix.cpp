@@ -23,7 +23,7 @@ int Number(std::intptr_t handle) noexcept {
   return static_cast<int>(handle);
 }
 
-[[noreturn]] void ThrowSystemError(const std::string& what) {
+[[noreturn]] void ThrowFailure(const std::string& what) {
   throw std::system_error(errno, std::generic_category(), what);
 }
 
@@ -42,7 +42,7 @@ std::intptr_t Open(const std::filesystem::path& file, int flags) {
   constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
   RequireNothingElse(file);
   const int number = open(file.c_str(), flags | kWithoutWaiting, kOwnerOnly);
-  if (number < 0) ThrowSystemError(file.string());
+  if (number < 0) ThrowFailure(file.string());
   return number;
 }
 
@@ -56,7 +56,7 @@ void MakeUnlessThere(const std::filesystem::path& file) {
 
 struct stat StatusOf(std::intptr_t handle) {
   struct stat status{};
-  if (fstat(Number(handle), &status) != 0) ThrowSystemError("A file's status");
+  if (fstat(Number(handle), &status) != 0) ThrowFailure("A file's status");
   return status;
 }
 
@@ -107,7 +107,7 @@ std::size_t SharedFile::Read(std::uint64_t offset, std::span<char> bytes) const 
     const ssize_t more =
         pread(Number(handle_), bytes.data() + count, bytes.size() - count, static_cast<off_t>(offset + count));
     if (more < 0 && errno == EINTR) continue;
-    if (more < 0) ThrowSystemError("A file that is read");
+    if (more < 0) ThrowFailure("A file that is read");
     if (more == 0) break;
     count += static_cast<std::size_t>(more);
   }
@@ -118,7 +118,7 @@ void SharedFile::Append(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = write(Number(handle_), bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) ThrowSystemError("A file that is written");
+    if (written < 0) ThrowFailure("A file that is written");
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
 }

@@ -23,14 +23,14 @@ std::intptr_t Closed() noexcept {
   return reinterpret_cast<std::intptr_t>(INVALID_HANDLE_VALUE);
 }
 
-[[noreturn]] void ThrowSystemError(const std::string& what) {
+[[noreturn]] void ThrowFailure(const std::string& what) {
   throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
 }
 
 std::intptr_t Open(const std::filesystem::path& file, DWORD access, DWORD disposition) {
   const HANDLE opened =
       CreateFileW(file.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (opened == INVALID_HANDLE_VALUE) ThrowSystemError("A file");
+  if (opened == INVALID_HANDLE_VALUE) ThrowFailure("A file");
   return reinterpret_cast<std::intptr_t>(opened);
 }
 
@@ -84,7 +84,7 @@ void SharedFile::RequireRegular(const std::filesystem::path& /*file*/) const {
 
 std::uint64_t SharedFile::Size() const {
   LARGE_INTEGER size{};
-  if (GetFileSizeEx(Native(handle_), &size) == 0) ThrowSystemError("A file's size");
+  if (GetFileSizeEx(Native(handle_), &size) == 0) ThrowFailure("A file's size");
   return static_cast<std::uint64_t>(size.QuadPart);
 }
 
@@ -108,7 +108,7 @@ std::size_t SharedFile::Read(std::uint64_t offset, std::span<char> bytes) const 
     const auto wanted = static_cast<DWORD>(std::min(bytes.size() - count, kMostAtOnce));
     if (ReadFile(Native(handle_), bytes.data() + count, wanted, &more, &place) == 0) {
       if (GetLastError() == ERROR_HANDLE_EOF) break;
-      ThrowSystemError("A file that is read");
+      ThrowFailure("A file that is read");
     }
     if (more == 0) break;
     count += more;
@@ -121,7 +121,7 @@ void SharedFile::Append(std::string_view bytes) {
     DWORD written = 0;
     const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
     if (WriteFile(Native(handle_), bytes.data(), wanted, &written, nullptr) == 0) {
-      ThrowSystemError("A file that is written");
+      ThrowFailure("A file that is written");
     }
     bytes.remove_prefix(written);
   }

@@ -16,8 +16,8 @@ namespace {
 using standalone::Quoted;
 
 constexpr std::string_view kOutside = "multientity-sealed-1\n";
-constexpr std::string_view kForm = "multientity-envelope-1";
-constexpr std::string_view kWhat = "The envelope";
+constexpr std::string_view kEnvelopeForm = "multientity-envelope-1";
+constexpr std::string_view kTheEnvelope = "The envelope";
 // "64:", the signature, ",".
 constexpr std::size_t kSignatureNetstringBytes = kSignatureBytes + 4;
 constexpr std::size_t kMostContentBytes = kMostEnvelopeBytes - kOutside.size() - kSealBytes;
@@ -51,7 +51,7 @@ std::string FieldOf(std::string_view name, std::string_view value) {
 // What each part of a letter begins with.
 std::string HeadOf(const Letter& letter) {
   std::string head;
-  AppendNetstring(head, kForm);
+  AppendNetstring(head, kEnvelopeForm);
   AppendNetstring(head, letter.pairing);
   AppendNetstring(head, letter.sender.Hex());
   AppendNetstring(head, letter.receiver.Hex());
@@ -81,7 +81,7 @@ std::vector<std::string> FieldsOf(const Letter& letter) {
 }
 
 // Whoever receives it can read it, or it is not sent.
-std::string Sealed(std::string content, const PublicKey& receiver, const KeyPair& sender) {
+std::string SealedLetter(std::string content, const PublicKey& receiver, const KeyPair& sender) {
   AppendNetstring(content, sender.Sign(content));
   LetterOf(content, receiver);
   return std::string(kOutside) + SealFor(receiver, content);
@@ -156,7 +156,8 @@ void RequireSigned(std::string_view content, std::size_t signedBytes, std::strin
 
 Letter TakeHead(NetstringReader& reader, const PublicKey& receiver) {
   const std::string_view form = reader.Take();
-  Require(form == kForm, "is of the form " + Quoted(form) + "; this version reads " + std::string(kForm));
+  Require(form == kEnvelopeForm,
+          "is of the form " + Quoted(form) + "; this version reads " + std::string(kEnvelopeForm));
   Letter letter;
   letter.pairing = reader.Take();
   RequireWord("pairing", letter.pairing);
@@ -191,7 +192,7 @@ void Sealing::Add(std::string_view field) {
 }
 
 void Sealing::HandOn() {
-  take_(Sealed(std::exchange(content_, head_), receiver_, sender_));
+  take_(SealedLetter(std::exchange(content_, head_), receiver_, sender_));
 }
 
 void Sealing::Finish() {
@@ -206,7 +207,7 @@ Letter Open(std::string_view envelope, const KeyPair& receiver) {
 
 Letter LetterOf(std::string_view content, const PublicKey& receiver) {
   Require(content.size() <= kMostContentBytes, "is larger than 4 MiB");
-  NetstringReader reader(kWhat, content);
+  NetstringReader reader(kTheEnvelope, content);
   Letter letter = TakeHead(reader, receiver);
   LetterFields fields(letter);
   while (true) {

@@ -6,9 +6,9 @@ namespace exchange {
 
 namespace {
 
-constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kDigitsOfLengths = "0123456789";
 // More than any envelope has.
-constexpr std::size_t kMostDigits = 10;
+constexpr std::size_t kMostDigitsOfLengths = 10;
 constexpr std::size_t kBase = 10;
 
 // What a program has reserved and not filled yet.
@@ -24,9 +24,10 @@ std::string HeadOf(std::size_t bytes) {
 
 EnvelopeFile ReadEnvelopeFile(std::string_view file) noexcept {
   if (IsUnfilled(file)) return {.completeness = Completeness::kIncomplete, .bytes = {}};
-  const std::size_t digits = std::min(file.find_first_not_of(kDigits), file.size());
+  const std::size_t digits = std::min(file.find_first_not_of(kDigitsOfLengths), file.size());
   const bool hasLeadingZero = digits > 1 && file.front() == '0';
-  if (digits == 0 || digits > kMostDigits || hasLeadingZero) return {.completeness = Completeness::kNever, .bytes = {}};
+  if (digits == 0 || digits > kMostDigitsOfLengths || hasLeadingZero)
+    return {.completeness = Completeness::kNever, .bytes = {}};
   const std::string_view rest = file.substr(digits);
   if (IsUnfilled(rest)) return {.completeness = Completeness::kIncomplete, .bytes = {}};
   std::size_t count = 0;

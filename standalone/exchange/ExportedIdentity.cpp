@@ -1,7 +1,5 @@
 #include "standalone/exchange/ExportedIdentity.h"
 
-#include <sodium.h>
-
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
@@ -12,6 +10,7 @@
 #include "standalone/exchange/Keys.h"
 #include "standalone/exchange/Netstrings.h"
 #include "standalone/exchange/Octets.h"
+#include "standalone/exchange/Sodium.h"
 #include "standalone/exchange/TextBlock.h"
 
 namespace exchange {
@@ -19,22 +18,14 @@ namespace exchange {
 namespace {
 
 constexpr std::string_view kLabel = "MULTIENTITY IDENTITY";
-constexpr std::string_view kForm = "multientity-exported-identity-1";
+constexpr std::string_view kExportForm = "multientity-exported-identity-1";
 constexpr std::string_view kExport = "The exported identity";
 
 // What a text may ask of this machine.
 constexpr std::uint64_t kMostPasses = 10;
 constexpr std::uint64_t kMostMemory = std::uint64_t{1} << 30U;
 constexpr std::uint64_t kLeastMemory = crypto_pwhash_MEMLIMIT_MIN;
-constexpr std::size_t kMostDigits = 10;
-
-unsigned char* BytesOf(std::string& text) {
-  return reinterpret_cast<unsigned char*>(text.data());
-}
-
-const unsigned char* BytesOf(std::string_view text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
+constexpr std::size_t kMostDigitsOfCosts = 10;
 
 std::string RandomBytes(std::size_t count) {
   std::string bytes(count, '\0');
@@ -74,7 +65,7 @@ struct Sealed {
 
 std::uint64_t TakeNumber(NetstringReader& reader, std::string_view what, std::uint64_t least, std::uint64_t most) {
   const std::string_view digits = reader.Take();
-  const bool isNumber = !digits.empty() && digits.size() <= kMostDigits &&
+  const bool isNumber = !digits.empty() && digits.size() <= kMostDigitsOfCosts &&
                         digits.find_first_not_of("0123456789") == std::string_view::npos;
   const std::uint64_t number = isNumber ? std::stoull(std::string(digits)) : 0;
   if (isNumber && number >= least && number <= most && std::to_string(number) == digits) return number;
@@ -100,8 +91,8 @@ std::string_view BeforeDigest(std::string_view bytes) {
 
 Sealed Read(std::string_view bytes) {
   NetstringReader reader(kExport, bytes);
-  if (reader.Take() != kForm) {
-    throw Malformed(std::string(kExport) + " has another form than " + std::string(kForm) +
+  if (reader.Take() != kExportForm) {
+    throw Malformed(std::string(kExport) + " has another form than " + std::string(kExportForm) +
                     "; a newer program can read it.");
   }
   const std::string_view whole = BeforeDigest(bytes);
@@ -124,10 +115,6 @@ void RequirePassphrase(std::string_view passphrase) {
                                  "text can speak for the company.");
 }
 
-void RequireRandomNumbers() {
-  if (sodium_init() < 0) throw std::runtime_error("this machine gives no random numbers");
-}
-
 }  // namespace
 
 Effort UsualEffort() noexcept {
@@ -145,7 +132,7 @@ std::string ExportIdentity(const std::filesystem::path& identity, std::string_vi
   std::string box(text.Text().size() + crypto_secretbox_MACBYTES, '\0');
   crypto_secretbox_easy(BytesOf(box), BytesOf(text.Text()), text.Text().size(), BytesOf(nonce), BytesOf(key.Text()));
   std::string bytes;
-  AppendNetstring(bytes, kForm);
+  AppendNetstring(bytes, kExportForm);
   AppendNetstring(bytes, std::to_string(effort.passes));
   AppendNetstring(bytes, std::to_string(effort.memory));
   AppendNetstring(bytes, salt);

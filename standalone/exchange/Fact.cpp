@@ -7,21 +7,19 @@
 
 #include "standalone/exchange/Errors.h"
 #include "standalone/exchange/Netstrings.h"
+#include "standalone/values/Characters.h"
 #include "standalone/values/Text.h"
 
 namespace exchange {
 
 namespace {
 
+using standalone::IsAsciiDigit;
 using standalone::Quoted;
 
-constexpr std::string_view kForm = "multientity-fact-1";
+constexpr std::string_view kFactForm = "multientity-fact-1";
 constexpr std::size_t kPairingDigits = 32;
-constexpr std::string_view kWhat = "The fact";
-
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
+constexpr std::string_view kTheFact = "The fact";
 
 bool IsTerm(std::string_view text) {
   return !text.empty() && text.size() <= kMostTermBytes &&
@@ -118,7 +116,7 @@ thread_local VerifiedLately verifiedLately;
 
 bool IsPairingId(std::string_view text) noexcept {
   return text.size() == kPairingDigits &&
-         std::ranges::all_of(text, [](char c) { return IsDigit(c) || (c >= 'a' && c <= 'f'); });
+         std::ranges::all_of(text, [](char c) { return IsAsciiDigit(c) || (c >= 'a' && c <= 'f'); });
 }
 
 bool IsMonth(std::string_view text) noexcept {
@@ -126,14 +124,14 @@ bool IsMonth(std::string_view text) noexcept {
   if (text.size() != kLength || text[4] != '-') return false;
   const std::string_view year = text.substr(0, 4);
   const std::string_view month = text.substr(5);
-  return std::ranges::all_of(year, IsDigit) && std::ranges::all_of(month, IsDigit) && year >= "1900" && month >= "01" &&
-         month <= "12";
+  return std::ranges::all_of(year, IsAsciiDigit) && std::ranges::all_of(month, IsAsciiDigit) && year >= "1900" &&
+         month >= "01" && month <= "12";
 }
 
 std::string BodyOf(const Statement& statement) {
   RequireInRange(statement);
   std::string body;
-  for (const std::string_view part : {kForm, std::string_view(statement.pairing)}) AppendNetstring(body, part);
+  for (const std::string_view part : {kFactForm, std::string_view(statement.pairing)}) AppendNetstring(body, part);
   AppendNetstring(body, statement.author.Hex());
   for (const std::string& part : {statement.kind, statement.name, statement.month}) AppendNetstring(body, part);
   for (const auto& [name, value] : statement.fields) {
@@ -146,9 +144,10 @@ std::string BodyOf(const Statement& statement) {
 
 Statement StatementOf(std::string_view body) {
   RequireLength(body);
-  NetstringReader reader(kWhat, body);
+  NetstringReader reader(kTheFact, body);
   const std::string_view form = reader.Take();
-  Require(form == kForm, [&] { return "is of the form " + Quoted(form) + "; this version reads multientity-fact-1"; });
+  Require(form == kFactForm,
+          [&] { return "is of the form " + Quoted(form) + "; this version reads multientity-fact-1"; });
   Statement statement;
   statement.pairing = reader.Take();
   statement.author = PublicKey::FromHex(reader.Take());
@@ -173,7 +172,7 @@ Fact::Fact(std::string_view body, std::string_view signature)
 }
 
 Fact Fact::FromWire(std::string_view wire) {
-  NetstringReader reader(kWhat, wire);
+  NetstringReader reader(kTheFact, wire);
   const std::string_view body = reader.Take();
   const std::string_view signature = reader.Take();
   Require(reader.AtEnd(), "goes on behind its signature");

@@ -11,8 +11,8 @@ constexpr std::string_view kFirstWord = "multientity-identity ";
 constexpr std::string_view kSeed = "seed ";
 constexpr std::string_view kLeft = "left ";
 constexpr std::string_view kFormer = "former ";
-constexpr std::size_t kDigits = 64;
-constexpr std::size_t kLongestLine = kFormer.size() + kDigits;
+constexpr std::size_t kDigitsOfLines = 64;
+constexpr std::size_t kLongestLine = kFormer.size() + kDigitsOfLines;
 // Each was replaced by a person.
 constexpr std::size_t kMostFormer = 1'000;
 
@@ -83,7 +83,8 @@ void IdentityLines::Finish() const {
 
 std::string_view IdentityLines::Digits(std::string_view line, std::string_view word) const {
   const std::string_view digits = line.starts_with(word) ? line.substr(word.size()) : std::string_view();
-  const bool isHex = digits.size() == kDigits && digits.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+  const bool isHex =
+      digits.size() == kDigitsOfLines && digits.find_first_not_of("0123456789abcdef") == std::string_view::npos;
   if (!isHex) Refuse("is not \"" + std::string(word) + "\" and 64 hexadecimal digits in small letters");
   return digits;
 }

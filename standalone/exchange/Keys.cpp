@@ -1,12 +1,10 @@
 #include "standalone/exchange/Keys.h"
 
-#include <sodium.h>
-
 #include <algorithm>
 #include <cstdint>
-#include <stdexcept>
 
 #include "standalone/exchange/Errors.h"
+#include "standalone/exchange/Sodium.h"
 
 namespace exchange {
 
@@ -20,18 +18,6 @@ constexpr std::size_t kGroups = 6;
 constexpr std::size_t kGroupBytes = 5;
 constexpr std::size_t kGroupDigits = 5;
 constexpr std::uint64_t kGroupsModulus = 100'000;
-
-const unsigned char* BytesOf(std::string_view text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
-
-unsigned char* BytesOf(std::string& text) {
-  return reinterpret_cast<unsigned char*>(text.data());
-}
-
-void RequireRandomNumbers() {
-  if (sodium_init() < 0) throw std::runtime_error("this machine gives no random numbers");
-}
 
 // Bytes that are wiped when they are no longer needed.
 template <std::size_t kSize>

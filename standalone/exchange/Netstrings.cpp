@@ -1,17 +1,14 @@
 #include "standalone/exchange/Netstrings.h"
 
 #include "standalone/exchange/Errors.h"
+#include "standalone/values/Characters.h"
 
 namespace exchange {
 
 namespace {
 
 // Of a length: 9,999,999 is more than all that is ever read at once.
-constexpr std::size_t kMostDigits = 7;
-
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
+constexpr std::size_t kMostDigitsOfNetstrings = 7;
 
 }  // namespace
 
@@ -36,8 +33,8 @@ std::string_view NetstringReader::Take() {
 std::size_t NetstringReader::TakeLength() {
   std::size_t length = 0;
   const std::size_t begin = at_;
-  while (!AtEnd() && IsDigit(bytes_[at_])) {
-    if (at_ - begin == kMostDigits) Refuse("has a length that is too long");
+  while (!AtEnd() && standalone::IsAsciiDigit(bytes_[at_])) {
+    if (at_ - begin == kMostDigitsOfNetstrings) Refuse("has a length that is too long");
     length = length * 10 + static_cast<std::size_t>(bytes_[at_++] - '0');
   }
   if (AtEnd()) Refuse("is cut off before a text");

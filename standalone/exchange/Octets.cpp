@@ -11,22 +11,22 @@ namespace exchange {
 
 namespace {
 
-constexpr std::size_t kDigits = 2 * kOctets;
+constexpr std::size_t kHexDigits = 2 * kOctets;
 
 bool IsSmallHexDigit(char character) {
-  return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f');
+  return standalone::IsAsciiDigit(character) || (character >= 'a' && character <= 'f');
 }
 
 }  // namespace
 
 std::string HexOf(const OctetArray& octets) {
-  std::array<char, kDigits + 1> digits{};
+  std::array<char, kHexDigits + 1> digits{};
   sodium_bin2hex(digits.data(), digits.size(), octets.data(), octets.size());
   return digits.data();
 }
 
 OctetArray OctetsFromHex(std::string_view what, std::string_view digits) {
-  if (digits.size() != kDigits || !std::ranges::all_of(digits, IsSmallHexDigit)) {
+  if (digits.size() != kHexDigits || !std::ranges::all_of(digits, IsSmallHexDigit)) {
     throw Malformed(std::string(what) + " " + standalone::Quoted(digits) +
                     " is not 64 hexadecimal digits in small letters.");
   }

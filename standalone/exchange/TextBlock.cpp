@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kLineLength = 64;
 constexpr int kBase64 = sodium_base64_VARIANT_ORIGINAL;
 
-std::string Mark(std::string_view what, std::string_view label) {
+std::string MarkLine(std::string_view what, std::string_view label) {
   return "-----" + std::string(what) + " " + std::string(label) + "-----";
 }
 
@@ -54,15 +54,15 @@ std::string TextBlockOf(std::string_view label, std::string_view bytes) {
   sodium_bin2base64(digits.data(), digits.size(), reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(),
                     kBase64);
   digits.pop_back();
-  std::string block = Mark("BEGIN", label) + "\n";
+  std::string block = MarkLine("BEGIN", label) + "\n";
   for (std::size_t at = 0; at < digits.size(); at += kLineLength) block.append(digits, at, kLineLength) += '\n';
-  return block + Mark("END", label) + "\n";
+  return block + MarkLine("END", label) + "\n";
 }
 
 std::string BytesOfTextBlock(std::string_view label, std::string_view text, std::size_t most) {
   if (text.size() > most) throw Malformed("The text is larger than " + std::to_string(most >> 20U) + " MiB.");
-  const std::string begin = Mark("BEGIN", label);
-  const std::string end = Mark("END", label);
+  const std::string begin = MarkLine("BEGIN", label);
+  const std::string end = MarkLine("END", label);
   std::string_view rest = Behind(begin, text);
   std::string digits;
   bool hasEnded = false;

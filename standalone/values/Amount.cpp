@@ -3,31 +3,29 @@
 #include <algorithm>
 #include <limits>
 
+#include "standalone/values/Characters.h"
+
 namespace standalone {
 
 namespace {
 
 constexpr std::size_t kGroup = 3;
 
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
-
 // Digits only, or groups of three after a first one of one to three.
 bool IsWholePart(std::string_view text) {
   if (text.empty()) return false;
-  if (text.find(',') == std::string_view::npos) return std::all_of(text.begin(), text.end(), IsDigit);
+  if (text.find(',') == std::string_view::npos) return std::all_of(text.begin(), text.end(), IsAsciiDigit);
   const std::size_t first = text.find(',');
   if (first == 0 || first > kGroup || (text.size() - first) % (kGroup + 1) != 0) return false;
   for (std::size_t index = 0; index < text.size(); ++index) {
     const bool isSeparatorPlace = index >= first && (index - first) % (kGroup + 1) == 0;
-    if (isSeparatorPlace ? text[index] != ',' : !IsDigit(text[index])) return false;
+    if (isSeparatorPlace ? text[index] != ',' : !IsAsciiDigit(text[index])) return false;
   }
   return true;
 }
 
 bool AreDecimals(std::string_view text, Decimals most) {
-  return !text.empty() && text.size() <= most.Count() && std::all_of(text.begin(), text.end(), IsDigit);
+  return !text.empty() && text.size() <= most.Count() && std::all_of(text.begin(), text.end(), IsAsciiDigit);
 }
 
 struct Parts {

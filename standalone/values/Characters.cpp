@@ -35,7 +35,7 @@ std::size_t SequenceLength(std::string_view text) {
   return 0;
 }
 
-char32_t NumberOf(std::string_view sequence) {
+char32_t CodePointOf(std::string_view sequence) {
   if (sequence.size() == 1) return Byte(sequence, 0);
   constexpr unsigned kBitsOfAContinuation = 6;
   char32_t number = Byte(sequence, 0) & (0x7FU >> sequence.size());
@@ -58,7 +58,7 @@ CharacterKind KindOf(char32_t number) {
 Character FirstCharacter(std::string_view text) noexcept {
   const std::size_t length = SequenceLength(text);
   if (length == 0) return {.kind = CharacterKind::kNoText, .number = Byte(text, 0), .length = 1};
-  const char32_t number = NumberOf(text.substr(0, length));
+  const char32_t number = CodePointOf(text.substr(0, length));
   return {.kind = KindOf(number), .number = number, .length = length};
 }
 

@@ -28,6 +28,15 @@ Character FirstCharacter(std::string_view text) noexcept;
 // Whether the text is printable ASCII, all of which is plain; quicker than looking at each character.
 bool IsPrintableAscii(std::string_view text) noexcept;
 
+constexpr bool IsAsciiDigit(char character) noexcept {
+  return character >= '0' && character <= '9';
+}
+
+// Only letters A to Z become other ones.
+constexpr char LowerAscii(char character) noexcept {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
 // In UTF-8.
 void AppendCharacter(std::string& out, char32_t number);
 

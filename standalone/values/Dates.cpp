@@ -4,6 +4,7 @@
 #include <charconv>
 #include <optional>
 
+#include "standalone/values/Characters.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
@@ -16,7 +17,7 @@ constexpr std::size_t kIsoLength = 10;
 
 bool HasIsoShape(std::string_view text) {
   if (text.size() != kIsoLength || text[4] != '-' || text[7] != '-') return false;
-  return std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }) == 8;
+  return std::ranges::count_if(text, IsAsciiDigit) == 8;
 }
 
 int Number(std::string_view digits) {
@@ -48,7 +49,7 @@ DateType32 ParseDate(std::string_view what, std::string_view text) {
 DayAndTime ParseDayAndTime(std::string_view what, std::string_view text) {
   constexpr std::size_t kLength = 19;
   const auto isNumber = [](std::string_view digits, int least, int most) {
-    const bool areDigits = std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '9'; });
+    const bool areDigits = std::ranges::all_of(digits, IsAsciiDigit);
     return areDigits && Number(digits) >= least && Number(digits) <= most;
   };
   const bool hasShape = text.size() == kLength && text[kIsoLength] == 'T' && text[13] == ':' && text[16] == ':';

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "standalone/values/Characters.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
 
@@ -58,7 +59,7 @@ void RequireRoomBelow(std::int64_t longest, std::string_view fullName, std::stri
 bool IsAccountNumber(std::string_view text) noexcept {
   bool followsDigit = false;
   for (const char character : text) {
-    const bool isDigit = character >= '0' && character <= '9';
+    const bool isDigit = IsAsciiDigit(character);
     if (!isDigit && (!followsDigit || (character != '.' && character != '-'))) return false;
     followsDigit = isDigit;
   }

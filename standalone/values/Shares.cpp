@@ -23,7 +23,7 @@ constexpr std::int64_t kHundred = 100;
 // Times the largest amount it is far from the end of 128 bits.
 constexpr std::int64_t kLargestDenominator = 1'000'000'000'000'000'000;
 
-std::optional<std::int64_t> NumberOf(std::string_view digits) {
+std::optional<std::int64_t> DigitsNumber(std::string_view digits) {
   if (digits.empty() || digits.size() > kMostDigits) return std::nullopt;
   if (digits.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
   std::int64_t number = 0;
@@ -34,12 +34,12 @@ std::optional<std::int64_t> NumberOf(std::string_view digits) {
 // The text without its sign.
 std::optional<Fraction> PercentageOf(std::string_view text) {
   const std::size_t point = text.find('.');
-  const std::optional<std::int64_t> whole = NumberOf(text.substr(0, point));
+  const std::optional<std::int64_t> whole = DigitsNumber(text.substr(0, point));
   if (!whole) return std::nullopt;
   Fraction fraction{.numerator = *whole, .denominator = kHundred};
   if (point == std::string_view::npos) return fraction;
   const std::string_view decimals = text.substr(point + 1);
-  const std::optional<std::int64_t> parts = NumberOf(decimals);
+  const std::optional<std::int64_t> parts = DigitsNumber(decimals);
   static_assert(kMostDecimals <= kMostDigits);
   if (!parts || decimals.size() > kMostDecimals) return std::nullopt;
   std::int64_t unit = 1;
@@ -51,8 +51,8 @@ std::optional<Fraction> ReadFraction(std::string_view text) {
   if (text.ends_with('%')) return PercentageOf(text.substr(0, text.size() - 1));
   const std::size_t slash = text.find('/');
   if (slash == std::string_view::npos) return std::nullopt;
-  const std::optional<std::int64_t> numerator = NumberOf(text.substr(0, slash));
-  const std::optional<std::int64_t> denominator = NumberOf(text.substr(slash + 1));
+  const std::optional<std::int64_t> numerator = DigitsNumber(text.substr(0, slash));
+  const std::optional<std::int64_t> denominator = DigitsNumber(text.substr(slash + 1));
   if (!numerator || !denominator || *denominator == 0) return std::nullopt;
   return Fraction{.numerator = *numerator, .denominator = *denominator};
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "standalone/values/Characters.h"
 #include "standalone/values/ListNames.h"
 #include "standalone/values/Text.h"
 
@@ -15,10 +16,6 @@ constexpr std::size_t kMostNamed = 3;
 constexpr std::size_t kLeastBeginning = 3;
 constexpr std::size_t kLettersToAMistake = 3;
 
-char Lower(char letter) noexcept {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 // How many letters are to be changed, put in, taken out, or swapped with the next one.
 std::size_t MistakesBetween(std::string_view left, std::string_view right) {
   std::vector<std::size_t> beforeLast;
@@ -27,10 +24,10 @@ std::size_t MistakesBetween(std::string_view left, std::string_view right) {
   for (std::size_t i = 1; i <= left.size(); ++i) {
     std::vector<std::size_t> row(right.size() + 1, i);
     for (std::size_t j = 1; j <= right.size(); ++j) {
-      const bool same = Lower(left[i - 1]) == Lower(right[j - 1]);
+      const bool same = LowerAscii(left[i - 1]) == LowerAscii(right[j - 1]);
       row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (same ? 0U : 1U)});
-      const bool swapped =
-          i > 1 && j > 1 && Lower(left[i - 1]) == Lower(right[j - 2]) && Lower(left[i - 2]) == Lower(right[j - 1]);
+      const bool swapped = i > 1 && j > 1 && LowerAscii(left[i - 1]) == LowerAscii(right[j - 2]) &&
+                           LowerAscii(left[i - 2]) == LowerAscii(right[j - 1]);
       if (swapped) row[j] = std::min(row[j], beforeLast[j - 2] + 1);
     }
     beforeLast = std::move(last);

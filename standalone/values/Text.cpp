@@ -43,10 +43,6 @@ std::string LengthOf(std::string_view text) {
   return length + " in " + std::to_string(characters) + " characters";
 }
 
-char Lower(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 // Plain characters stand for themselves. What goes beyond `most` bytes is left out, told by three dots.
 void AppendShown(std::string& out, std::string_view text, std::size_t most) {
   const std::size_t whole = text.size();
@@ -174,7 +170,7 @@ std::filesystem::path WithSuffix(std::filesystem::path path, std::string_view su
 
 bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char one, char other) { return Lower(one) == Lower(other); });
+                    [](char one, char other) { return LowerAscii(one) == LowerAscii(other); });
 }
 
 std::optional<std::int32_t> ParseRecordNumber(std::string_view text) noexcept {

@@ -20,7 +20,7 @@ constexpr std::string_view kMagic{"SQLite format 3\0", 16};
 
 using Header = std::array<char, kHeaderLength>;
 
-std::uint32_t BigEndian(const Header& header, std::size_t offset) {
+std::uint32_t HeaderNumber(const Header& header, std::size_t offset) {
   std::uint32_t value = 0;
   for (std::size_t i = 0; i < 4; ++i) value = value << 8U | static_cast<unsigned char>(header[offset + i]);
   return value;
@@ -36,7 +36,7 @@ std::uint32_t BigEndian(const Header& header, std::size_t offset) {
 }
 
 std::uint32_t PageSize(const Header& header) {
-  const std::uint32_t stored = BigEndian(header, 16) >> 16U;
+  const std::uint32_t stored = HeaderNumber(header, 16) >> 16U;
   return stored == 1 ? 65536 : stored;
 }
 
@@ -61,8 +61,8 @@ bool HasLogToReplay(const std::filesystem::path& file) {
 
 // The page count in the header, unless an older program left it stale; 0 then.
 std::uint64_t ExpectedBytes(const Header& header) {
-  const bool isCurrent = BigEndian(header, 24) == BigEndian(header, 92);
-  return isCurrent ? std::uint64_t{PageSize(header)} * BigEndian(header, 28) : 0;
+  const bool isCurrent = HeaderNumber(header, 24) == HeaderNumber(header, 92);
+  return isCurrent ? std::uint64_t{PageSize(header)} * HeaderNumber(header, 28) : 0;
 }
 
 }  // namespace
@@ -78,9 +78,9 @@ std::uint32_t RequireCompanyFileHeader(const std::filesystem::path& file, std::s
 
   const Header header = ReadHeader(file);
   if (std::string_view(header.data(), kMagic.size()) != kMagic) ThrowNotOurs(file);
-  if (BigEndian(header, 68) != static_cast<std::uint32_t>(kApplicationId)) ThrowNotOurs(file);
+  if (HeaderNumber(header, 68) != static_cast<std::uint32_t>(kApplicationId)) ThrowNotOurs(file);
 
-  const std::uint32_t version = BigEndian(header, 60);
+  const std::uint32_t version = HeaderNumber(header, 60);
   if (version > newestVersion) ThrowNewer(file, version, newestVersion);
   if (version == 0) ThrowDamaged(file, "its schema version is missing");
   const std::uint32_t pageSize = PageSize(header);

@@ -88,7 +88,7 @@ constexpr const char* kSetCarrying =
 constexpr const char* kSetLookedFor = "UPDATE exchange_left SET looked_for = ?1 WHERE looked_for < ?1";
 constexpr const char* kLastOfTrail = "SELECT * FROM audit ORDER BY id DESC LIMIT 1";
 constexpr const char* kAppendToTrail =
-    "INSERT INTO audit VALUES (?1, ?2, ?3, '', 'Admin', ?4, ?5, nullif(?6, 0), nullif(?6, 0), ?7, ?8)";
+    "INSERT INTO audit VALUES (?1, ?2, ?3, '', 'Exchange', ?4, ?5, nullif(?6, 0), nullif(?6, 0), ?7, ?8)";
 
 struct Bytes {
   std::string_view bytes;
@@ -454,11 +454,12 @@ void ExchangingByHand::Establish(const Fact& answer) {
   if (answer.fields.at("outcome") != "accepted" || !Holds(HashOf(Take(asked)))) Fail("an answer is of something else");
   Keep("partner", answer.kind, answer.name, answer.month, answer.body, answer.signature);
   if (!Find(sent_, relation_, answer.name)) Fail("a request was not sent");
-  Run(confirm_, sqlite3_column_int64(sent_, 1));
+  const std::int64_t txn = sqlite3_column_int64(sent_, 1);
+  Run(confirm_, txn);
   Run(setState_, sqlite3_column_int64(sent_, 0), std::int64_t{3});
   ChangesText changes;
   changes.Change("request " + std::string(answer.name), "sent", "established");
-  AppendToTrail("exchange.take", 0, fmt::format("the answer {} of {}", answer.name, partner_), changes.End());
+  AppendToTrail("exchange.take", txn, fmt::format("the answer {} of {}", answer.name, partner_), changes.End());
 }
 
 void ExchangingByHand::NoteRead(const Letter& letter) {

@@ -53,7 +53,7 @@ std::string RecordText(std::int32_t id) {
 
 // What a request takes back is booked to where it stands now.
 struct StandsAt {
-  std::string expense;
+  std::int32_t expenseId = 0;
   std::string name;
 };
 
@@ -69,7 +69,7 @@ std::optional<StandsAt> WhereReversedStands(Work& work, const Received& received
   const std::vector<std::int32_t> moves = LiveMovesOf(work, row.txnId);
   const std::int32_t expense = moves.empty() ? work.Host().Transactions().FindLineOf(row.txnId, row.targetId).accountId
                                              : work.Host().Transactions().LinesOf(moves.back()).front().accountId;
-  return StandsAt{.expense = RecordText(expense), .name = RecordText(header->nameId)};
+  return StandsAt{.expenseId = expense, .name = RecordText(header->nameId)};
 }
 
 // By its record number, as a name of digits only may look like that of another one.
@@ -89,21 +89,22 @@ std::variant<Existing, NewVendor> NameFor(Work& work, const Received& received, 
   return reversed ? Existing{reversed->name} : NameTold(work, received.request);
 }
 
-EntryToRecord EntryFor(Work& work, const Received& received, const RequestBooking& booking) {
-  const std::optional<StandsAt> reversed = WhereReversedStands(work, received);
+EntryToRecord EntryFor(Work& work, const Received& received, const RequestBooking& booking,
+                       const std::optional<StandsAt>& reversed) {
   const InboxRequest& request = received.request;
   if (!booking.expense && !reversed) {
     work.Refuse("the account to which the request " + Quoted(request.requestId) + " of " + request.partner +
                     " is to be booked is not told",
                 Remedy::kNameExpenseAndName);
   }
-  EntryToRecord entry{
-      .partner = Partner(request.realm),
-      .request = standalone::RequestId(request.requestId),
-      .amount = standalone::LineAmount(standalone::FormatPlainAmount(request.amount)),
-      .expense = booking.expense ? *booking.expense : std::variant<Existing, NewAccount>(Existing{reversed->expense}),
-      .dueTo = std::nullopt,
-      .name = NameFor(work, received, booking, reversed)};
+  EntryToRecord entry{.partner = Partner(request.realm),
+                      .request = standalone::RequestId(request.requestId),
+                      .amount = standalone::LineAmount(standalone::FormatPlainAmount(request.amount)),
+                      .expense = booking.expense
+                                     ? *booking.expense
+                                     : std::variant<Existing, NewAccount>(Existing{RecordText(reversed->expenseId)}),
+                      .dueTo = std::nullopt,
+                      .name = NameFor(work, received, booking, reversed)};
   if (!request.memo.empty()) entry.memo = standalone::Memo(standalone::Trimmed(request.memo));
   return entry;
 }
@@ -163,12 +164,14 @@ InboxRow RequireInState(Work& work, const Received& received, const std::vector<
 
 MEStatusCode Accept(Work& work, const exchange::KeyPair& keys, const Received& received, const RequestBooking& booking,
                     AcceptedRequest& accepted) {
-  EntryToRecord entry = EntryFor(work, received, booking);
+  const std::optional<StandsAt> reversed = WhereReversedStands(work, received);
+  EntryToRecord entry = EntryFor(work, received, booking, reversed);
   const InboxRequest& request = received.request;
   const DateType32 meant = booking.date.value_or(request.entryBefore ? request.entryBefore->day : request.date);
   entry.date = OpenDay(work, meant);
   const InboxRow before = RequireInState(work, received, kToAccept, "accepted");
-  const BookableRequest bookable = RequireBookable(work, entry);
+  BookableRequest bookable = RequireBookable(work, entry);
+  if (reversed) bookable.standsAt = reversed->expenseId;
   ForgetRejection(work, received);
   Closing closing(work, entry.closedDays);
   BookedEntry booked{.noted = accepted.noted};

@@ -12,6 +12,7 @@
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Partners.h"
+#include "standalone/desk/inside/RelationAccounts.h"
 #include "standalone/values/Amount.h"
 #include "standalone/values/Text.h"
 
@@ -134,7 +135,13 @@ MECNameInfo NameOf(Work& work, const EntryToRecord& entry) {
   return {.name = std::string_view(name.fullName), .nameId = name.id};
 }
 
-Sides SidesOf(Work& work, const EntryToRecord& entry, const DBMultiEntityRelation& relation) {
+// The balance with a partner would be another one, and nobody would have asked it.
+void RefusePairedExpense(Work& work, std::int32_t expense) {
+  if (const std::string why = WhyPaired(work, expense); !why.empty()) work.Refuse(why, Remedy::kNameAnExpenseAccount);
+}
+
+Sides SidesOf(Work& work, const EntryToRecord& entry, const BookableRequest& bookable) {
+  const DBMultiEntityRelation& relation = bookable.relation;
   RefuseAnotherDueTo(work, entry, relation);
   Sides sides{.expense = ExpenseOf(work, entry), .dueTo = relation.dueToAccountId, .name = NameOf(work, entry)};
   if (sides.expense.accountId == sides.dueTo) {
@@ -142,6 +149,7 @@ Sides SidesOf(Work& work, const EntryToRecord& entry, const DBMultiEntityRelatio
                     "the due-to account of " + PartnerText(relation),
                 Remedy::kNameAnExpenseAccount);
   }
+  if (sides.expense.accountId != bookable.standsAt) RefusePairedExpense(work, sides.expense.accountId);
   return sides;
 }
 
@@ -204,7 +212,7 @@ MEStatusCode AskInVain(const EntryToRecord& entry) {
 }
 
 BookableRequest RequireBookable(Work& work, const EntryToRecord& entry) {
-  BookableRequest bookable{.amount = AmountOf(work, entry), .relation = {}};
+  BookableRequest bookable{.amount = AmountOf(work, entry), .relation = {}, .standsAt = 0};
   RequireRequestId(work, entry);
   bookable.relation = RequireEstablishedRelation(work, RealmOf(work, entry.partner));
   return bookable;
@@ -218,7 +226,7 @@ MEStatusCode Book(Work& work, const EntryToRecord& entry, const BookableRequest&
   const BookedAs bookedAs(work.Host(), entry);
   std::uint32_t txnId = 0;
   const MEStatusCode answer =
-      AskToBook(entry, relation.realmId, bookable.amount, SidesOf(work, entry, relation), txnId);
+      AskToBook(entry, relation.realmId, bookable.amount, SidesOf(work, entry, bookable), txnId);
   if (before && MayBeForTheRequest(answer)) {
     work.Refuse(answer,
                 "the request " + standalone::Quoted(entry.request.Text()) + " of " + PartnerText(relation) +

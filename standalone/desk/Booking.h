@@ -20,6 +20,8 @@ MEStatusCode AskInVain(const EntryToRecord& entry);
 struct BookableRequest {
   std::string amount;  // as the company writes it
   DBMultiEntityRelation relation;
+  // Where what it takes back was booked; it goes there whatever the account has become since. 0 for nothing.
+  std::int32_t standsAt = 0;
 };
 // Refused without an amount, without a request id, and unless the relation is established and has a due-to account.
 BookableRequest RequireBookable(Work& work, const EntryToRecord& entry);

@@ -6,13 +6,13 @@
 
 #include "standalone/books/AccountTable.h"
 #include "standalone/books/IntercompanyTable.h"
-#include "standalone/books/RelationTable.h"
 #include "standalone/books/TransactionTable.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/Closing.h"
 #include "standalone/desk/inside/Deeds.h"
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Posting.h"
+#include "standalone/desk/inside/RelationAccounts.h"
 #include "standalone/desk/inside/Reversing.h"
 #include "standalone/desk/inside/Texts.h"
 #include "standalone/desk/inside/TypeRights.h"
@@ -76,10 +76,8 @@ standalone::Account RequireAnotherAccount(Work& work, const BookedExpense& expen
                     " credits with what is due",
                 Remedy::kNameAnExpenseAccount);
   }
-  if (work.Host().Relations().UsesAccounts(account.id, 0)) {
-    work.Refuse("the account " + standalone::Quoted(account.fullName) + " is paired with a partner",
-                Remedy::kNameAnExpenseAccount);
-  }
+  if (const std::string why = WhyPaired(work, account.id); !why.empty())
+    work.Refuse(why, Remedy::kNameAnExpenseAccount);
   return account;
 }
 

@@ -96,6 +96,20 @@ TEST_F(TheJournal, RefusesToDebitTheAccountThatIsCredited) {
             "Services Company (realm 1001)");
 }
 
+TEST_F(TheJournal, RefusesToDebitWhatAnyPartnerOwesOrIsOwed) {
+  RelateBirch();
+  RelateCedar();
+  for (const char* const paired : {"Due from Birch", "Due from Cedar", "Due to Cedar"}) {
+    EntryToRecord entry = Entry("request-1");
+    entry.expense = Existing{paired};
+
+    const Refusal refusal = RefusalBeforeTheModuleIsAsked(entry);
+
+    EXPECT_EQ(refusal.remedy, Remedy::kNameAnExpenseAccount);
+    EXPECT_EQ(refusal.why, "the account " + standalone::Quoted(paired) + " is paired with a partner");
+  }
+}
+
 TEST_F(TheJournal, RefusesAnAmountOfZero) {
   RelateBirch();
   for (const char* const nothing : {"0", "0.00", "-0.0", "000"}) {

@@ -92,6 +92,15 @@ class TheRequest : public PairedCompanies {
                                           .name = NewVendor{standalone::NewListName("Hillcrest")}});
     });
   }
+  void RelateBirchToCedar(const RelationAccounts& accounts) {
+    At("Birch", [&](Company& company) {
+      return CreateRelation(company, {.realm = standalone::RealmId("1002"),
+                                      .partner = standalone::PartnerName("Cedar"),
+                                      .type = 0,
+                                      .state = standalone::RelationState::kEstablished,
+                                      .accounts = accounts});
+    });
+  }
   void CarryUntilAtRest() { CarryInTurns("Alder", "Birch", 3); }
   void ConfirmRestored(const std::string& who) {
     At(who, [](Company& company) { return ConfirmCameBack(company, WhyCameBack::kRestored); });
@@ -278,6 +287,40 @@ TEST_F(TheRequest, ThatIsEstablishedIsTakenBackByOneThatIsBookedToTheSameAccount
 
   EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
   EXPECT_EQ(StateAtAlder(waiting[0].requestId), TransactionState::kEstablished);
+}
+
+TEST_F(TheRequest, IsNotBookedToWhatAnyPartnerOwesOrIsOwed) {
+  RelateBirchToCedar({.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"});
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  for (const char* const paired : {"Due from Alder", "Due from Cedar", "Due to Cedar"}) {
+    RequestBooking booking = ToMaintenance();
+    booking.expense = Existing{paired};
+
+    const BookedRequests accepted = AcceptAtBirch(request, booking);
+
+    ASSERT_THAT(accepted.left, SizeIs(1));
+    EXPECT_EQ(accepted.left[0].refusal.remedy, Remedy::kNameAnExpenseAccount);
+    EXPECT_EQ(accepted.left[0].refusal.why, "the account \"" + std::string(paired) + "\" is paired with a partner");
+  }
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kNew);
+}
+
+TEST_F(TheRequest, ThatTakesOneBackGoesWhereThatOneIsAlsoOnceTheAccountIsPairedWithAPartner) {
+  const RecordedTransaction bill = EnterBill();
+  CarryInTurns("Alder", "Birch", 1);
+  AcceptAtBirch(PartnersLineOf(bill).partners->requestId);
+  RelateBirchToCedar({.dueFrom = "Maintenance", .dueTo = "Due to Cedar", .ofAnyType = true});
+  CarryUntilAtRest();
+  At("Alder", [&](Company& company) {
+    return ReverseTransaction(company, {.txnId = bill.txnId, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
+  });
+  CarryUntilAtRest();
+
+  const BookedRequests accepted = AcceptAtBirch(InboxOf("Birch", /*decided=*/false).at(0).requestId, {});
+
+  EXPECT_THAT(accepted.left, IsEmpty());
+  EXPECT_THAT(accepted.booked, SizeIs(1));
 }
 
 TEST_F(TheRequest, ThatTakesBackOneWhichIsNotBookedIsHeldUntilThatOneIs) {

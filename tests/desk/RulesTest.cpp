@@ -330,6 +330,26 @@ TEST_F(TheRule, FitsNothingOnceItsAccountIsDeletedAndSaysSo) {
   EXPECT_EQ(Shown(request).rule, std::nullopt);
 }
 
+TEST_F(TheRule, LeavesARequestToAPersonOnceItsAccountIsPairedWithAPartner) {
+  Add(For("Hillcrest", "Lift"));
+  BookUpTo("500");
+  At("Birch", [](Company& company) {
+    return CreateRelation(company, {.realm = standalone::RealmId("1002"),
+                                    .partner = standalone::PartnerName("Cedar"),
+                                    .type = 0,
+                                    .state = standalone::RelationState::kEstablished,
+                                    .accounts = {.dueFrom = "Lift", .dueTo = "Due to Cedar", .ofAnyType = true}});
+  });
+
+  const InboxRequest left = Shown(Ask({}));
+
+  EXPECT_EQ(left.state, InboxState::kNew);
+  EXPECT_EQ(left.rule, std::nullopt);
+  EXPECT_THAT(left.ruleMark, HasSubstr("is for it, but the account \"Lift\" is paired with a partner"));
+  EXPECT_EQ(AcceptAllByRule().left.at(0).refusal.remedy, Remedy::kSeeTheRules);
+  EXPECT_EQ(Rules().at(0).unfit, "the account \"Lift\" is paired with a partner");
+}
+
 TEST_F(TheRule, ThatFitsNothingMoreIsNotInTheWayOfAnotherOne) {
   RuleToAdd both = For("Hillcrest", "Lift");
   both.memo = "inspection";
@@ -518,7 +538,9 @@ TEST_F(TheRule, IsAddedOnceForTheSameRequests) {
 }
 
 TEST_F(TheRule, NeedsAnAccountThatTakesTheExpense) {
-  EXPECT_EQ(RefusalOf([&] { Add(For("Hillcrest", "Due to Alder")); }).remedy, Remedy::kNameAnExpenseAccount);
+  for (const char* const paired : {"Due to Alder", "Due from Alder"}) {
+    EXPECT_EQ(RefusalOf([&] { Add(For("Hillcrest", paired)); }).remedy, Remedy::kNameAnExpenseAccount) << paired;
+  }
   EXPECT_THROW(Add(For("Hillcrest", "Elevator")), standalone::InvalidInput);
 }
 

@@ -8,6 +8,7 @@
 #include "standalone/books/AccountTable.h"
 #include "standalone/books/NameTable.h"
 #include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/RelationAccounts.h"
 #include "standalone/desk/inside/Texts.h"
 #include "standalone/values/Errors.h"
 #include "standalone/values/Text.h"
@@ -70,7 +71,7 @@ std::string WhyUnfit(Work& work, const Pairing& pairing, std::int32_t accountId)
   if (account.deleted) return subject + " is marked deleted";
   if (!standalone::TakesPostings(account)) return subject + " is a non-posting account";
   if (account.id == pairing.dueToAccountId) return subject + " is the due-to account of " + PartnerText(pairing);
-  return {};
+  return WhyPaired(work, account.id);
 }
 
 FoundRule FindRule(Work& work, const Pairing& pairing, const exchange::Proposal& request) {

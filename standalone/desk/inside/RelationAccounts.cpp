@@ -1,7 +1,5 @@
 #include "standalone/desk/inside/RelationAccounts.h"
 
-#include <string>
-
 #include "standalone/books/RelationTable.h"
 #include "standalone/values/AccountTypes.h"
 #include "standalone/values/Text.h"
@@ -63,6 +61,11 @@ PairOfAccounts ChooseAccounts(Work& work, const standalone::RealmId& realm, cons
   RefuseOneAccountForBoth(work, realm, chosen.dueFrom, chosen.dueTo);
   if (!given.ofAnyType) RefuseOtherTypes(work, chosen.dueFrom, chosen.dueTo);
   return chosen;
+}
+
+std::string WhyPaired(Work& work, std::int32_t accountId) {
+  if (!work.Host().Relations().UsesAccounts(accountId, 0)) return {};
+  return "the account " + Quoted(work.Host().Accounts().FullNameOf(accountId).view()) + " is paired with a partner";
 }
 
 std::vector<MEAccountInfo> AccountsForModule(const PairOfAccounts& accounts) {

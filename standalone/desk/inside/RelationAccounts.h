@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "MultiEntity/Records.h"
@@ -22,6 +24,10 @@ struct PairOfAccounts {
 // As people name them, with those that are left out as the relation with that realm has them, if there is one. Refused
 // for one account in both places, and unless it is said that any will do for what is no asset or no liability.
 PairOfAccounts ChooseAccounts(Work& work, const standalone::RealmId& realm, const RelationAccounts& given);
+
+// Why nothing but what is shared with a partner is booked on the account; empty for one that is paired with nobody.
+std::string WhyPaired(Work& work, std::int32_t accountId);
+
 // As the module is told.
 std::vector<MEAccountInfo> AccountsForModule(const PairOfAccounts& accounts);
 

@@ -188,6 +188,13 @@ LineToPost CopyOf(Work& work, std::int32_t txnId, const RecordedLine& line) {
 }
 
 TransactionToPost Copied(Work& work, const TransactionToCopy& copy) {
+// What nobody has called wrong stays, also a partner's line that was imported on another account than the relation's.
+LineToPost RepeatOf(Work& work, std::int32_t txnId, const RecordedLine& line) {
+  LineToPost repeated = CopyOf(work, txnId, line);
+  repeated.accountId = line.account.id;
+  return repeated;
+}
+
   const RecordedTransaction original = RequireOriginal(work, copy);
   TransactionToPost toPost{
       .type = static_cast<std::int16_t>(copy.type),
@@ -352,7 +359,7 @@ TransactionToPost Corrected(Work& work, const RecordedTransaction& original, con
   if (!given.lines.empty()) {
     toPost.lines = Compose(work, LinesOf(work, part));
   } else {
-    for (const RecordedLine& line : original.lines) toPost.lines.push_back(CopyOf(work, original.txnId, line));
+    for (const RecordedLine& line : original.lines) toPost.lines.push_back(RepeatOf(work, original.txnId, line));
   }
   RequireAnythingElse(work, toPost, original, given.date);
   NameEarlierRequests(work, original.txnId, toPost.lines);

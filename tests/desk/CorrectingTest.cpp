@@ -482,6 +482,22 @@ TEST_F(ACorrection, CreditsTheAccountThatTheOriginalCredited) {
   EXPECT_THAT(correction.lines, ElementsAre(Line("Utilities", 600, ""), Line("Other Payables", -600, "")));
 }
 
+TEST_F(ACorrection, LeavesALineOfAPartnerOnTheAccountOnWhichItWasImported) {
+  Import(*company_, Importable::kTransactions,
+         Csv("transaction,type,date,name,memo,account,amount,line_memo,partner_realm,request_id,state\n"
+             "6,bill,2026-03-07,Northern Power,,Payables,-100.00,,,,\n"
+             "6,bill,,,,Utilities:Power,60.00,,,,\n6,bill,,,,Utilities,40.00,,1001,request-6,0\n"));
+
+  const RecordedTransaction correction =
+      Correct({.type = EnteredType::kBill, .txnId = 6, .memo = standalone::Memo("Power of March")}).correction;
+
+  EXPECT_THAT(correction.lines,
+              testing::UnorderedElementsAre(Line("Payables", -10000, ""), Line("Utilities:Power", 6000, ""),
+                                            Line("Utilities", 4000, "")));
+  EXPECT_EQ(RefusalOfCorrecting({.type = EnteredType::kBill, .txnId = correction.txnId}).remedy,
+            Remedy::kSayWhatIsWrong);
+}
+
 TEST_F(ACorrection, LeavesThePartnersOutWhenItIsTold) {
   TransactionToCorrect given = OfTheBill();
   given.lines = {{.account = "Utilities", .amount = standalone::LineAmount("100.00")}};

@@ -15,6 +15,9 @@
 #include "standalone/desk/Rules.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Users.h"
+#include "standalone/desk/inside/Carrying.h"
+#include "standalone/desk/inside/OwnIdentity.h"
+#include "standalone/desk/inside/Work.h"
 #include "tests/desk/PairedCompanies.h"
 
 namespace desk {
@@ -83,6 +86,17 @@ class WhatCameBack : public PairedCompanies {
                             {.expense = Existing{"Maintenance"},
                              .name = NewVendor{standalone::NewListName("Booked " + request)},
                              .date = std::nullopt});
+    });
+  }
+
+  // Whether the partner is to say that it has read the next letter, and with it what it holds.
+  bool AsksForAReply(const std::string& who) {
+    return At(who, [](Company& company) {
+      Work work(company.Opened(), UseCase::kExchange);
+      return work.Write([&] {
+        const standalone::Pairing pairing = work.Host().Pairings().List().at(0);
+        return !LettersFor(work, pairing, RequireKeys(work)).value().letter.word.empty();
+      });
     });
   }
 
@@ -188,6 +202,17 @@ TEST_F(ARestoredBackup, HasNoRuleBookAnythingMeanwhile) {
 
   EXPECT_EQ(At("Alder", [&](Company& company) { return ShowInbox(company, RequestId(request)).state; }),
             InboxState::kAccepted);
+}
+
+TEST_F(ARestoredBackup, AsksThePartnerWhatItHoldsAlsoOnceAnAdministratorInsists) {
+  At("Alder", [](Company& company) { InsistOnBooks(company); });
+
+  EXPECT_EQ(AwaitedBy("Alder"), std::nullopt);
+  EXPECT_TRUE(AsksForAReply("Alder"));
+  CarryUntilAtRest();
+  ConfirmAt("Alder");
+  CarryUntilAtRest();
+  EXPECT_FALSE(AsksForAReply("Alder"));
 }
 
 TEST_F(ARestoredBackup, IsConfirmedOnceAndInTheTrail) {

@@ -167,7 +167,9 @@ void FollowUp(Work& work) {
 }
 
 void Insist(Work& work) {
-  EndComparing(work, Look(work));
+  const Looked looked = Look(work);
+  for (const Pairing& pairing : PartnersToCompareWith(work, looked)) AskToCompare(work, pairing, SinceOf(looked));
+  EndComparing(work, looked);
 }
 
 void Confirm(Work& work) {

@@ -28,7 +28,7 @@ void RequireComparedWith(Work& work, const std::vector<DBMultiEntityTransaction>
 // In a unit of work that writes: asks the partners for a comparison while one is awaited and remembers when it is over;
 // withholds what is not to leave, or lets it go.
 void FollowUp(Work& work);
-// Goes on without the comparison.
+// Goes on without the comparison, for which the partners are asked all the same.
 void Insist(Work& work);
 // Remembers that a person has confirmed why all that came back did.
 void Confirm(Work& work);

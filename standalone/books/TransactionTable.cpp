@@ -1,5 +1,7 @@
 #include "standalone/books/TransactionTable.h"
 
+#include "standalone/values/Unicode.h"
+
 namespace standalone {
 
 void ReadLine(const Rows& rows, int first, LineView& line) {
@@ -35,12 +37,13 @@ TransactionTable::TransactionTable(Database& database)
       nextId_(database, "SELECT ifnull(max(id), 0) + 1 FROM txn"),
       header_(database, "SELECT id, type, date, name_id, posted, memo, document_number FROM txn WHERE id = ?1"),
       document_(database,
-                "SELECT id FROM txn WHERE type = ?1 AND name_id IS nullif(?2, 0) AND document_number = ?3 "
+                "SELECT id, document_number FROM txn WHERE type = ?1 AND name_id IS nullif(?2, 0) AND "
+                "(document_number = ?3 COLLATE NOCASE OR document_number GLOB '*[^ -~]*') "
                 "AND posted = 1 AND NOT EXISTS "
                 "(SELECT 1 FROM txn_link WHERE txn_id = txn.id AND kind = 'reverses') AND NOT EXISTS "
                 "(SELECT 1 FROM txn_link AS reversal WHERE earlier_txn_id = txn.id AND kind = 'reverses' "
                 "AND NOT EXISTS (SELECT 1 FROM txn_link WHERE earlier_txn_id = reversal.txn_id AND kind = 'reverses')) "
-                "ORDER BY id LIMIT 1"),
+                "ORDER BY id"),
       linesOf_(database, "SELECT id, account_id, amount, memo FROM txn_line WHERE txn_id = ?1 ORDER BY id"),
       anyLine_(database, "SELECT 1 FROM txn_line WHERE id = ?1"),
       anyLineAtAll_(database, "SELECT 1 FROM txn_line LIMIT 1"),
@@ -96,11 +99,14 @@ std::optional<TransactionHeader> TransactionTable::FindHeader(std::int32_t txnId
   return header;
 }
 
-std::optional<std::int32_t> TransactionTable::FindDocument(std::int16_t type, std::int32_t nameId,
-                                                           std::string_view documentNumber) {
-  Rows rows = document_.Query(type, nameId, documentNumber);
-  if (!rows.Step()) return std::nullopt;
-  return rows.Int32(0);
+std::optional<KnownDocument> TransactionTable::FindDocument(std::int16_t type, std::int32_t nameId,
+                                                            std::string_view documentNumber) {
+  const std::string form = FoldedForm(documentNumber);
+  for (Rows rows = document_.Query(type, nameId, form); rows.Step();) {
+    if (FoldedForm(rows.Text(1)) == form)
+      return KnownDocument{.txnId = rows.Int32(0), .number = std::string(rows.Text(1))};
+  }
+  return std::nullopt;
 }
 
 std::vector<PostedLine> TransactionTable::LinesOf(std::int32_t txnId) {

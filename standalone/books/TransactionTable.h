@@ -66,6 +66,11 @@ struct PostedLine {
   std::string memo;
 };
 
+struct KnownDocument {
+  std::int32_t txnId = 0;
+  std::string number;  // as it was entered
+};
+
 // The company's bills, checks and journal entries. The lines of a posted transaction, of which there are two or more,
 // sum to zero; the file itself refuses to post another one and to change a posted one. A line's id is its target id:
 // ascending in the order of insertion, never used again. Every operation needs an open unit of work; a change that the
@@ -83,8 +88,8 @@ class TransactionTable {
   std::int32_t NextId();
   std::optional<TransactionHeader> FindHeader(std::int32_t txnId);
   // The oldest posted one of that type, name (0 without one) and document number that is not reversed and reverses
-  // none.
-  std::optional<std::int32_t> FindDocument(std::int16_t type, std::int32_t nameId, std::string_view documentNumber);
+  // none; numbers that FoldedForm takes for one are one.
+  std::optional<KnownDocument> FindDocument(std::int16_t type, std::int32_t nameId, std::string_view documentNumber);
   // By id.
   std::vector<PostedLine> LinesOf(std::int32_t txnId);
   // False when there is no such line; `view` is the type to see it under, 0 for any.

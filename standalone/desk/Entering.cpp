@@ -108,11 +108,12 @@ struct Document {
 
 void RefuseASecondOne(Work& work, const Document& document) {
   if (document.number.empty()) return;
-  const std::optional<std::int32_t> known =
+  const std::optional<standalone::KnownDocument> known =
       work.Host().Transactions().FindDocument(document.type, document.nameId, document.number);
   if (!known) return;
-  work.Refuse("the document number " + standalone::Quoted(document.number) + " of that name is in the books, as " +
-                  TransactionText(EnteredType{document.type}, *known),
+  const std::string written = known->number == document.number ? "" : ", written " + standalone::Quoted(known->number);
+  work.Refuse("the document number " + standalone::Quoted(document.number) + " of that name is in the books" + written +
+                  ", as " + TransactionText(EnteredType{document.type}, known->txnId),
               Remedy::kRecordAgain);
 }
 
@@ -187,7 +188,6 @@ LineToPost CopyOf(Work& work, std::int32_t txnId, const RecordedLine& line) {
   return PartnersLine(work, relation, copied.amount, copied.memo);
 }
 
-TransactionToPost Copied(Work& work, const TransactionToCopy& copy) {
 // What nobody has called wrong stays, also a partner's line that was imported on another account than the relation's.
 LineToPost RepeatOf(Work& work, std::int32_t txnId, const RecordedLine& line) {
   LineToPost repeated = CopyOf(work, txnId, line);
@@ -195,6 +195,7 @@ LineToPost RepeatOf(Work& work, std::int32_t txnId, const RecordedLine& line) {
   return repeated;
 }
 
+TransactionToPost Copied(Work& work, const TransactionToCopy& copy) {
   const RecordedTransaction original = RequireOriginal(work, copy);
   TransactionToPost toPost{
       .type = static_cast<std::int16_t>(copy.type),

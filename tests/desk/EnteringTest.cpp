@@ -434,6 +434,27 @@ TEST_F(Entering, ADocumentOfThatNameIsRefusedTheSecondTimeUnlessItIsAnother) {
   EXPECT_GT(Record(Check()).txnId, first.txnId);
 }
 
+TEST_F(Entering, ADocumentIsTheSameHoweverItsNumberIsWritten) {
+  const std::int32_t first = Record(Bill()).txnId;
+  TransactionToRecord accented = Bill();
+  accented.documentNumber = DocumentNumber("\u00c9-12");
+  const std::int32_t second = Record(accented).txnId;
+  TransactionToRecord inSmallLetters = Bill();
+  inSmallLetters.documentNumber = DocumentNumber("np-4711");
+  TransactionToRecord wide = Bill();
+  wide.documentNumber = DocumentNumber("NP-\uff14\uff17\uff11\uff11");
+  TransactionToRecord inTwoCharacters = Bill();
+  inTwoCharacters.documentNumber = DocumentNumber("e\u0301-12");
+
+  EXPECT_EQ(RefusalOfRecording(inSmallLetters).why,
+            "the document number \"np-4711\" of that name is in the books, written \"NP-4711\", as bill " +
+                std::to_string(first));
+  EXPECT_THAT(RefusalOfRecording(wide).why, testing::EndsWith("as bill " + std::to_string(first)));
+  EXPECT_THAT(RefusalOfRecording(inTwoCharacters).why, testing::EndsWith("as bill " + std::to_string(second)));
+  inSmallLetters.again = true;
+  EXPECT_EQ(Record(inSmallLetters).documentNumber, "np-4711");
+}
+
 TEST_F(Entering, ACopyHasRequestsOfItsOwn) {
   const RecordedTransaction original = Record(Bill());
   SetState(*company_, original.txnId, PartnersLine(original).lineId, standalone::TransactionState::kSent);

@@ -726,6 +726,7 @@ TEST_F(ALostRequest, IsEnteredAsWhatItWas) {
 TEST_F(ALostRequest, IsNotAskedForAnewByMistake) {
   const Refusal ofTheDay = RefusalOfEntering(BillAnew({2026, 11, 2}, ""));
   const Refusal ofTheDocument = RefusalOfEntering(BillAnew({2026, 11, 9}, "HL-1"));
+  const Refusal inSmallLetters = RefusalOfEntering(BillAnew({2026, 11, 9}, "hl-1"));
 
   EXPECT_EQ(ofTheDay.why, "Birch was sent the bill " + request_ +
                               " of 2026-11-02 over 240.00 USD, which these books lost; this bill asks for that amount "
@@ -733,6 +734,7 @@ TEST_F(ALostRequest, IsNotAskedForAnewByMistake) {
   EXPECT_THAT(ofTheDocument.why, HasSubstr("under the same document number, \"HL-1\""));
   EXPECT_EQ(ofTheDay.remedy, Remedy::kEnterUnderTheLostRequest);
   EXPECT_EQ(ofTheDocument.remedy, Remedy::kEnterUnderTheLostRequest);
+  EXPECT_EQ(inSmallLetters.remedy, Remedy::kEnterUnderTheLostRequest);
 }
 
 TEST_F(ALostRequest, ThatThePartnerHasBookedIsNotAskedForAnewEither) {

@@ -18,6 +18,7 @@
 #include "standalone/desk/inside/Requests.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Text.h"
+#include "standalone/values/Unicode.h"
 
 namespace desk {
 
@@ -124,7 +125,8 @@ struct Asked {
 };
 
 bool HasDocumentOf(const LostRequest& lost, const Asked& asked) {
-  return !asked.document.empty() && lost.proposal.document == asked.document;
+  return !asked.document.empty() &&
+         standalone::FoldedForm(lost.proposal.document) == standalone::FoldedForm(asked.document);
 }
 
 // Rather the one of the same document than one of the same day; null without any.

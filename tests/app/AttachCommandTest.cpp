@@ -38,6 +38,16 @@ TEST_F(BooksWithPapers, LoseOneThatWasAttachedByMistake) {
   EXPECT_EQ(Answer({"show", kFile, "3"}).at("attachments"), Json({"b.pdf"}));
 }
 
+TEST_F(BooksWithPapers, GetAPaperAsItIsTyped) {
+  const std::string listed = "[page 1.pdf,page 2.pdf]";
+
+  const Json attached = Answer({"attach", kFile, "1", listed, "[]", "[x.pdf]", "--user", "Admin"});
+
+  EXPECT_EQ(attached.at("attached"), Json({listed, "[]", "[x.pdf]"}));
+  EXPECT_EQ(Answer({"detach", kFile, "1", listed, "[x.pdf]"}).at("attachments"), Json({"[]"}));
+  EXPECT_THAT(Run({"detach", kFile, "1", "page 1.pdf"}).err, HasSubstr("has no attachment \"page 1.pdf\""));
+}
+
 TEST_F(BooksWithPapers, TellProgramsWhatHasChangedAndWhatThereIs) {
   const Json attached = Answer({"attach", kFile, "2", "a.pdf", "b.pdf"});
   const Json detached = Answer({"detach", kFile, "2", "a.pdf"});

@@ -262,9 +262,19 @@ std::string Suggestion(const CLI::App& program, const CLI::App& command, const s
   return standalone::DidYouMean(rest.front().substr(0, rest.front().find('=')), names);
 }
 
+// The parser takes "[a,b]" for a list wherever a command takes several values. No argument of a program has a byte of
+// zero, which keeps it from doing so and is taken off again.
+constexpr char kNoList = '\0';
+
+std::string AsWasTyped(std::string argument) {
+  if (argument.ends_with(kNoList)) argument.pop_back();
+  return argument;
+}
+
 ExitCode FailUsage(const CLI::App& program, const CLI::ParseError& error, bool json) {
   const CLI::App& command = ChosenCommand(program);
-  const std::vector<std::string> rest = program.remaining(true);
+  std::vector<std::string> rest = program.remaining(true);
+  for (std::string& argument : rest) argument = AsWasTyped(std::move(argument));
   const std::string suggestion = Suggestion(program, command, rest);
   return FailWithHint(
       json, kExitBadInput,
@@ -325,6 +335,26 @@ ExitCode RunCommand(Invocation& invocation) {
   }
 }
 
+void TakeOffMarks(CLI::App& command) {
+  for (CLI::Option* option : command.get_options()) {
+    if (option->get_items_expected_max() > 0) option->transform(AsWasTyped);
+  }
+  for (CLI::App* child : command.get_subcommands([](CLI::App*) { return true; })) TakeOffMarks(*child);
+}
+
+// In the order in which the parser takes them, the last one first.
+std::vector<std::string> ForTheParser(CLI::App& program, const std::vector<std::string>& arguments) {
+  std::vector<std::string> marked(arguments.rbegin(), arguments.rend());
+  bool isAnyMarked = false;
+  for (std::string& argument : marked) {
+    if (!argument.starts_with('[') || !argument.ends_with(']')) continue;
+    argument += kNoList;
+    isAnyMarked = true;
+  }
+  if (isAnyMarked) TakeOffMarks(program);
+  return marked;
+}
+
 struct CommandLine {
   std::vector<std::string> arguments;
   bool usualCompany = false;  // the company among them is the one that the environment names
@@ -340,8 +370,7 @@ ExitCode Run(const CommandLine& line) {
   CLI::App program("Intercompany accounting with partner companies, on company files of this machine");
   AddCommands(program, invocation);
   try {
-    // The parser takes the last argument first.
-    program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    program.parse(ForTheParser(program, arguments));
   } catch (const CLI::ParseError& end) {
     if (end.get_exit_code() != 0 && !line.usualCompany) {
       if (const auto completed = WithUsualCompany(program, arguments)) return Run({*completed, true});

@@ -16,9 +16,10 @@ struct ListedText {
 };
 
 constexpr std::array kTexts{
-    ListedText{kNoRealmStrings, kNoRealmText,
-               "This company has no online company id yet. Connect the company file to its online company before you "
-               "work with intercompany transactions."},
+    ListedText{
+        kNoRealmStrings, kNoRealmText,
+        "The company reports no online company id. Connect the company file to its online company before you work "
+        "with intercompany transactions."},
     ListedText{kReminderStrings, kReminderTitle, "Intercompany transactions"},
     ListedText{kReminderStrings, kReminderOfBothText,
                "Intercompany transactions are waiting for your answer, and a relation with a partner company is not "

@@ -147,6 +147,17 @@ TEST_F(Books, WithoutARealmIntercompanyWorkIsStoppedWithANotice) {
   EXPECT_EQ(Answer({"realm", "show", kFile}).at("remembered"), nullptr);
 }
 
+TEST_F(Books, WithoutARealmItIsToldWhichOneTheFileRemembers) {
+  Done({"realm", "set", kFile, "--realm", "9130"});
+
+  const Outcome outcome = Run({"realm", "check", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err,
+            "multientity: the company reports no realm id, but the company file remembers \"9130\"; intercompany work "
+            "must not go on; if the company's own is that one: multientity realm check alder.company --realm 9130\n");
+}
+
 TEST_F(Books, WithTheCheckSwitchedOffAnyRealmMayGoOnAndNoneIsRemembered) {
   WriteFile("alder.company.remote.toml", "[values.MultiEntity]\nCheckForRealmReset = \"0\"\n");
 

@@ -11,6 +11,7 @@
 #include "standalone/app/Encounter.h"
 #include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/PartnerTexts.h"
 #include "standalone/app/Values.h"
 #include "standalone/app/commands/Commands.h"
 #include "standalone/desk/Realm.h"
@@ -57,9 +58,15 @@ std::string WhyGoOn(const desk::RealmCheck& check, const std::string& realm) {
   }
 }
 
-std::string WhyBlocked(const desk::RealmCheck& check, const std::string& realm) {
-  if (check.outcome == desk::RealmOutcome::kNoRealm) {
+std::string WhyBlocked(const desk::RealmCheck& check, const std::string& realm, const std::string& file) {
+  if (check.outcome == desk::RealmOutcome::kNoRealm && !check.before) {
     return "the company has no realm id; intercompany work must not go on";
+  }
+  if (check.outcome == desk::RealmOutcome::kNoRealm) {
+    return fmt::format(
+        "the company reports no realm id, but the company file remembers {}; intercompany work must not go on; if the "
+        "company's own is that one: multientity realm check {} --realm {}",
+        standalone::Quoted(*check.before), AsTyped(file), AsTyped(*check.before));
   }
   return fmt::format(
       "the company reports the realm id {}, but the company file remembers {}; intercompany work must "
@@ -80,7 +87,7 @@ void CheckRealm(Invocation& invocation, const RealmOptions& options) {
   invocation.Report(json, check.blocked
                               ? std::string()
                               : fmt::format("{}. Intercompany work may go on.\n", WhyGoOn(check, options.realm)));
-  if (check.blocked) throw std::runtime_error(WhyBlocked(check, options.realm));
+  if (check.blocked) throw std::runtime_error(WhyBlocked(check, options.realm, options.file));
 }
 
 void AddCheck(CLI::App& realm, Invocation& invocation) {

@@ -142,6 +142,9 @@ std::string PartnerText(const PairedPartner& partner, const std::string& file) {
   for (const std::string& outstanding : partner.outstanding) {
     text += fmt::format("Outstanding: {}\n", Shown(outstanding));
   }
+  for (const std::string& notUnderstood : partner.notUnderstood) {
+    text += fmt::format("Not understood before a later version reads it: {}\n", Shown(notUnderstood));
+  }
   if (!next.toDo.empty()) text += fmt::format("Next:        {}\n", next.toDo);
   return text;
 }

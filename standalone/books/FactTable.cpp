@@ -70,10 +70,6 @@ FactTable::FactTable(Database& database)
       setAside_(database,
                 "SELECT pairing_id, hash, origin, kind, name, names, month, body, signature, shown, set_aside "
                 "FROM exchange_fact WHERE pairing_id = ?1 AND set_aside <> '' ORDER BY id"),
-      countSetAside_(database,
-                     "SELECT count(*) FROM exchange_fact JOIN exchange_pairing "
-                     "ON exchange_pairing.id = exchange_fact.pairing_id "
-                     "WHERE set_aside <> '' AND exchange_pairing.state <> 'removed'"),
       anyNotShown_(database,
                    "SELECT 1 FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 "
                    "AND hash NOT IN (SELECT hash FROM exchange_withheld) LIMIT 1"),
@@ -148,12 +144,6 @@ void FactTable::ForEachSetAside(std::int32_t pairing, const std::function<void(c
 
 bool FactTable::HasNotShown(std::int32_t pairing) {
   return anyNotShown_.Query(pairing).Step();
-}
-
-std::int64_t FactTable::CountSetAside() {
-  Rows rows = countSetAside_.Query();
-  rows.Step();
-  return rows.Int64(0);
 }
 
 void FactTable::ForEachHash(std::int32_t pairing, const std::function<void(std::string_view hash)>& take) {

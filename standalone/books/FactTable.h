@@ -56,8 +56,6 @@ class FactTable {
   bool HasNotShown(std::int32_t pairing);
   // Those that are set aside, in that order.
   void ForEachSetAside(std::int32_t pairing, const std::function<void(const StoredFact& fact)>& take);
-  // How many there are of all pairings that are not ended.
-  std::int64_t CountSetAside();
   // The number of the one that came back last, 0 for none; they have ascending ones in the order in which they came.
   std::int64_t LastCameBack();
   std::int64_t CountCameBackAfter(std::int64_t number);
@@ -93,7 +91,6 @@ class FactTable {
   Statement last_;
   Statement notShown_;
   Statement setAside_;
-  Statement countSetAside_;
   Statement anyNotShown_;
   Statement hashes_;
   Statement hashesByMonth_;

@@ -1,8 +1,7 @@
 #include "standalone/books/PendingWork.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <vector>
+#include <utility>
 
 namespace standalone {
 
@@ -20,6 +19,10 @@ bool WaitsForAnswer(BookedState state) noexcept {
   return number >= 0 && number <= 2;
 }
 
+void PendingWork::CountAsOutstanding(std::function<bool(const StoredFact& fact)> isOutstanding) {
+  isOutstanding_ = std::move(isOutstanding);
+}
+
 SyncNeed PendingWork::Need() {
   const WaitingWork waiting = Count();
   const bool transactionsWait =
@@ -35,16 +38,26 @@ WaitingWork PendingWork::Count() {
         .cameBack = 0,
         .ofBefore = 0,
         .partners = 0,
-        .outstanding = tables_.facts.CountSetAside(),
+        .outstanding = 0,
         .relations = tables_.relations.CountInState(static_cast<std::int16_t>(RelationState::kPending))};
     tables_.intercompany.ForEachState([&waiting](BookedState state, std::int64_t count) {
       if (!WaitsForAnswer(state)) return;
       (state.number == TransactionState::kCameBack ? waiting.cameBack : waiting.ofBefore) += count;
     });
-    const std::vector<Pairing> pairings = tables_.pairings.List();
-    waiting.partners = std::ranges::count_if(pairings, IsToConfirm);
+    for (const Pairing& pairing : tables_.pairings.List()) {
+      if (IsToConfirm(pairing)) ++waiting.partners;
+      if (pairing.state != PairingState::kRemoved) waiting.outstanding += CountOutstanding(pairing);
+    }
     return waiting;
   });
+}
+
+std::int64_t PendingWork::CountOutstanding(const Pairing& pairing) {
+  std::int64_t count = 0;
+  tables_.facts.ForEachSetAside(pairing.id, [&](const StoredFact& fact) {
+    if (isOutstanding_(fact)) ++count;
+  });
+  return count;
 }
 
 }  // namespace standalone

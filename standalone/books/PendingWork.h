@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "MultiEntityHost/Bridge.h"
 #include "standalone/books/FactTable.h"
 #include "standalone/books/InboxTable.h"
@@ -28,14 +30,23 @@ class PendingWork {
   };
   PendingWork(Database& database, const Tables& tables) noexcept : database_(database), tables_(tables) {}
 
+  // Which of the facts that are set aside wait for a person: all of them, unless it is said. The books do not know what
+  // facts say.
+  void CountAsOutstanding(std::function<bool(const StoredFact& fact)> isOutstanding);
+
   // Relations wait while one of them is pending (state 1); all else that waits counts as transactions.
   SyncNeed Need();
   // Of partners with whom the pairing is ended nothing is counted.
   WaitingWork Count();
 
  private:
+  std::int64_t CountOutstanding(const Pairing& pairing);
+
   Database& database_;
   Tables tables_;
+  std::function<bool(const StoredFact& fact)> isOutstanding_ = [](const StoredFact&) {
+    return true;
+  };
 };
 
 }  // namespace standalone

@@ -244,8 +244,9 @@ TEST_F(ExchangingCompanies, TheStatusIsThereForProgramsAndSpreadsheets) {
   EXPECT_EQ(partner.at("state"), "answered");
   EXPECT_EQ(partner.at("waitsFor"), "us");
   EXPECT_THAT(partner.at("toDo").get<std::string>(), HasSubstr("partner confirm"));
-  EXPECT_THAT(csv, AllOf(StartsWith("partner,realm,state,waitsFor,why,toDo,hasLetterToSend,outstanding,folder,"),
-                         HasSubstr(",inbox.marked\nBirch Services Company,")));
+  EXPECT_THAT(
+      csv, AllOf(StartsWith("partner,realm,state,waitsFor,why,toDo,hasLetterToSend,outstanding,notUnderstood,folder,"),
+                 HasSubstr(",inbox.marked\nBirch Services Company,")));
 }
 
 TEST_F(ExchangingCompanies, WithoutAPartnerNothingIsExchanged) {

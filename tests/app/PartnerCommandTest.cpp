@@ -286,10 +286,10 @@ TEST_F(PairingCompanies, PartnersAreListedForPeopleProgramsAndSpreadsheets) {
             "Birch Services Company         invited  Due from Birch  Due to Birch\n");
   EXPECT_EQ(Run({"partner", "list", kFile, "--csv"}).out,
             "id,partner,realm,state,invitedByUs,fingerprint,dueFrom.id,dueFrom.name,dueTo.id,dueTo.name,folder,"
-            "hasLetterToSend,outstanding,bookedUpTo\n"
+            "hasLetterToSend,outstanding,notUnderstood,bookedUpTo\n"
             "1,Birch Services Company,,invited,true,," +
                 std::to_string(AccountId("Due from Birch")) + ",Due from Birch," +
-                std::to_string(AccountId("Due to Birch")) + ",Due to Birch,,true,,\n");
+                std::to_string(AccountId("Due to Birch")) + ",Due to Birch,,true,,,\n");
   EXPECT_EQ(Answer({"partner", "list", kFile}).at("partners").at(0).at("state"), "invited");
 }
 

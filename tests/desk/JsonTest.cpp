@@ -300,13 +300,14 @@ TEST(AsJson, APartnerThatIsPairedHasAllThatIsKnownOfIt) {
                               .dueTo = ListItem{.id = 12, .name = "Due to Birch"},
                               .folder = "shared",
                               .hasLetterToSend = true,
-                              .outstanding = {"statement: not understood"}};
+                              .outstanding = {"answer: no right"},
+                              .notUnderstood = {"statement: not known"}};
 
   EXPECT_EQ(JsonOf(partner).dump(),
             R"({"id":1,"partner":"Birch","realm":"1001","state":"established","invitedByUs":true,)"
             R"("fingerprint":"12345 67890 12345 67890 12345 67890","dueFrom":{"id":11,"name":"Due from Birch"},)"
             R"("dueTo":{"id":12,"name":"Due to Birch"},"folder":"shared","hasLetterToSend":true,)"
-            R"("outstanding":["statement: not understood"],"bookedUpTo":null})");
+            R"("outstanding":["answer: no right"],"notUnderstood":["statement: not known"],"bookedUpTo":null})");
 }
 
 TEST(AsJson, APartnerOfWhomLittleIsKnownHasNullForTheRest) {

@@ -9,6 +9,9 @@
 #include "standalone/desk/Entering.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/Reminder.h"
+#include "standalone/desk/inside/OwnIdentity.h"
+#include "standalone/desk/inside/Pairings.h"
+#include "standalone/desk/inside/Work.h"
 #include "tests/desk/DayOfACompany.h"
 #include "tests/desk/PairedCompanies.h"
 
@@ -71,6 +74,25 @@ class WhatNeedsAttention : public PairedCompanies {
     });
   }
 
+  void SayWhatALaterVersionDoes(const std::string& who) {
+    At(who, [](Company& company) {
+      Work work(company.Opened(), UseCase::kExchange);
+      work.Write([&] {
+        const standalone::Pairing pairing = work.Host().Pairings().List().at(0);
+        const exchange::KeyPair keys = RequireKeys(work);
+        Keep(work, pairing,
+             exchange::Fact::Signed({.pairing = pairing.pairingId,
+                                     .author = keys.Public(),
+                                     .kind = "greeting",
+                                     .name = "1",
+                                     .month = "2026-11",
+                                     .fields = {{"text", "Hello"}}},
+                                    keys),
+             standalone::FactOrigin::kMade);
+      });
+    });
+  }
+
   WaitingWork WaitingAt(const std::string& who) {
     return At(who, [](Company& company) { return ShowReminder(company).waiting; });
   }
@@ -130,6 +152,18 @@ TEST_F(WhatNeedsAttention, IsWhatCouldNotBeApplied) {
 
   EXPECT_EQ(WaitingAt("Alder"), WaitingWork{.outstanding = 1});
   EXPECT_EQ(NeedAt("Alder"), kTransactionsWait);
+}
+
+TEST_F(WhatNeedsAttention, IsNothingThatOnlyALaterVersionUnderstands) {
+  PairOverTheFolder();
+  SayWhatALaterVersionDoes("Alder");
+
+  CarryInTurns("Alder", "Birch", 1);
+
+  EXPECT_EQ(WaitingAt("Birch"), WaitingWork());
+  EXPECT_EQ(At("Birch", [](Company& company) { return company.Opened().Host().Pending().Need(); }), kNothingWaits);
+  EXPECT_THAT(Seen("Birch", "Alder").outstanding, IsEmpty());
+  EXPECT_THAT(Seen("Birch", "Alder").notUnderstood, ElementsAre(HasSubstr("greeting: ")));
 }
 
 TEST_F(WhatNeedsAttention, IsNothingOfAPartnerWithWhomThePairingIsEnded) {

@@ -236,6 +236,7 @@ constexpr std::array kStatusColumns{"partner",
                                     "toDo",
                                     "hasLetterToSend",
                                     "outstanding",
+                                    "notUnderstood",
                                     "folder",
                                     "outbox.entered.count",
                                     "outbox.entered.amount",
@@ -267,6 +268,9 @@ std::string StatusText(const desk::PairedPartner& partner, const StandingWith& s
   for (const std::string& requests : standing.requests) text += fmt::format("  {}\n", requests);
   for (const std::string& outstanding : partner.outstanding) {
     text += fmt::format("  outstanding: {}\n", standalone::Shown(outstanding));
+  }
+  for (const std::string& notUnderstood : partner.notUnderstood) {
+    text += fmt::format("  not understood before a later version reads it: {}\n", standalone::Shown(notUnderstood));
   }
   for (const std::string& step : standing.toDo) text += fmt::format("  {}\n", step);
   return text;

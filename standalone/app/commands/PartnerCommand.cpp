@@ -229,9 +229,9 @@ void PairBoth(Invocation& invocation, const PairOptions& options) {
                     PairedText(options, paired));
 }
 
-constexpr std::array kPartnerColumns{"id",          "partner",         "realm",        "state",     "invitedByUs",
-                                     "fingerprint", "dueFrom.id",      "dueFrom.name", "dueTo.id",  "dueTo.name",
-                                     "folder",      "hasLetterToSend", "outstanding",  "bookedUpTo"};
+constexpr std::array kPartnerColumns{"id",          "partner",         "realm",        "state",         "invitedByUs",
+                                     "fingerprint", "dueFrom.id",      "dueFrom.name", "dueTo.id",      "dueTo.name",
+                                     "folder",      "hasLetterToSend", "outstanding",  "notUnderstood", "bookedUpTo"};
 
 void ListPartners(Invocation& invocation, const PairingOptions& options) {
   desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));

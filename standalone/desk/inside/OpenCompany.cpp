@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "standalone/desk/inside/Pairings.h"
 #include "standalone/values/Dates.h"
 #include "standalone/values/Errors.h"
 
@@ -57,6 +58,7 @@ OpenCompany::OpenCompany(const std::filesystem::path& file, const std::string& u
       host_(file, user, HostOptionsOf(clock_.get(), std::move(how), log)),
       session_(host_) {
   host_.Data().SetSavedObserver(std::move(onSaved));
+  host_.Pending().CountAsOutstanding(IsUnderstood);
   if (clock_ != nullptr) LogTheClock(host_.Log());
 }
 

@@ -125,8 +125,10 @@ PairedPartner PairedPartnerOf(Work& work, const Pairing& pairing) {
   const bool hasLetter =
       work.Host().Facts().HasNotShown(pairing.id) || !work.Host().Pairings().CarryingOf(pairing.id).telling.empty();
   std::vector<std::string> outstanding;
-  work.Host().Facts().ForEachSetAside(
-      pairing.id, [&](const standalone::StoredFact& fact) { outstanding.push_back(fact.kind + ": " + fact.setAside); });
+  std::vector<std::string> notUnderstood;
+  work.Host().Facts().ForEachSetAside(pairing.id, [&](const standalone::StoredFact& fact) {
+    (IsUnderstood(fact) ? outstanding : notUnderstood).push_back(fact.kind + ": " + fact.setAside);
+  });
   const auto account = [&work](std::int32_t id) {
     return ListItem{.id = id, .name = AccountName(work, id)};
   };
@@ -141,7 +143,17 @@ PairedPartner PairedPartnerOf(Work& work, const Pairing& pairing) {
           .folder = standalone::PathOfText(pairing.folder),
           .hasLetterToSend = hasLetter,
           .outstanding = std::move(outstanding),
+          .notUnderstood = std::move(notUnderstood),
           .bookedUpTo = pairing.bookedUpTo ? std::optional(MoneyOf(work, *pairing.bookedUpTo)) : std::nullopt};
+}
+
+bool IsUnderstood(const standalone::StoredFact& fact) {
+  try {
+    static_cast<void>(exchange::MeaningOf(exchange::Fact(fact.body, fact.signature)));
+    return true;
+  } catch (const exchange::NotUnderstood&) {
+    return false;
+  }
 }
 
 std::string PartnerText(const Pairing& pairing) {

@@ -23,6 +23,9 @@ PairedPartner PairedPartnerOf(Work& work, const standalone::Pairing& pairing);
 // Birch Services Company, with the realm id as far as it is known.
 std::string PartnerText(const standalone::Pairing& pairing);
 
+// What is not says nothing to anybody before a later version of the program reads it.
+bool IsUnderstood(const standalone::StoredFact& fact);
+
 // Of the facts by which a pairing comes about.
 inline constexpr std::array kKindsOfThePairing{exchange::kinds::kInvitation, exchange::kinds::kAcceptance,
                                                exchange::kinds::kConfirmation};

@@ -34,6 +34,7 @@ Json JsonOf(const PairedPartner& partner) {
           {"folder", PathJson(partner.folder)},
           {"hasLetterToSend", partner.hasLetterToSend},
           {"outstanding", partner.outstanding},
+          {"notUnderstood", partner.notUnderstood},
           {"bookedUpTo", partner.bookedUpTo ? Json(standalone::FormatPlainAmount(*partner.bookedUpTo)) : Json()}};
 }
 

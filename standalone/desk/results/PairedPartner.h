@@ -25,6 +25,8 @@ struct PairedPartner {
   std::filesystem::path folder;          // where letters are put and looked for; empty for none
   bool hasLetterToSend = false;          // what the partner has not shown to hold
   std::vector<std::string> outstanding;  // what came and could not be applied, and why
+  // What came and says what only a later version understands, and why this one does not; it asks nothing of anybody.
+  std::vector<std::string> notUnderstood{std::vector<std::string>()};
   // Requests up to it that a rule fits are booked without a person; none of them without it.
   std::optional<standalone::Money> bookedUpTo = std::nullopt;
 };

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "standalone/app/ExchangeTexts.h"
+#include "standalone/app/Remedies.h"
 #include "standalone/desk/results/Awaited.h"
 #include "standalone/values/Counted.h"
 #include "standalone/values/Text.h"
@@ -42,6 +43,21 @@ std::string TakenText(const desk::Json& letter, std::string_view indent) {
   return LinesOf(letter.at("done"), indent) + LinesOf(letter.at("outstanding"), fmt::format("{}outstanding: ", indent));
 }
 
+desk::Json CarriedJson(const desk::CarriedWith& carried) {
+  desk::Json json = desk::JsonOf(carried);
+  json["hints"] = desk::Json::array();
+  for (const desk::Remedy remedy : carried.remedies) {
+    if (const std::string_view hint = HintFor(remedy); !hint.empty()) json["hints"].emplace_back(hint);
+  }
+  return json;
+}
+
+desk::Json CarriedJson(const std::vector<desk::CarriedWith>& all) {
+  desk::Json json = desk::Json::array();
+  for (const desk::CarriedWith& carried : all) json.push_back(CarriedJson(carried));
+  return json;
+}
+
 std::string CarriedText(const desk::Json& carried, const std::string& file) {
   const std::string name = TextIn(carried, "partner");
   if (const std::string failure = TextIn(carried, "failure"); !failure.empty()) {
@@ -59,7 +75,8 @@ std::string CarriedText(const desk::Json& carried, const std::string& file) {
   if (const auto sent = carried.at("sent").get<std::int64_t>(); sent != 0) {
     text += fmt::format("  sent {}\n", standalone::Counted(sent, "request"));
   }
-  return text + LinesOf(carried.at("notSent"), "  not sent: ") + LinesOf(carried.at("setAside"), "  set aside: ");
+  return text + LinesOf(carried.at("notSent"), "  not sent: ") + LinesOf(carried.at("hints"), "    ") +
+         LinesOf(carried.at("setAside"), "  set aside: ");
 }
 
 }  // namespace app

@@ -263,6 +263,7 @@ CarriedWith CarryWith(Carrier& carrier, const Pairing& pairing) {
       SentOfPartner sent = SendAllOf(carrier.AtWork(), *now, carrier.OwnKeys());
       carried.sent = sent.sent;
       carried.notSent = std::move(sent.left);
+      carried.remedies = std::move(sent.remedies);
     }
     PutFor(carrier, mailbox, *now, carried);
   } catch (const exchange::MailboxError& failure) {

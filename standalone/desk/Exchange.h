@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "standalone/desk/results/Awaited.h"
+#include "standalone/desk/results/Refusal.h"
 
 // What travels between this company and its partners: letters of signed facts, sealed for who they are to. All that
 // carry are refused, as MEStatusFeatureDisabled, while the feature is switched off; letters stay where they lie.
@@ -54,6 +55,7 @@ struct CarriedWith {
   std::optional<Awaited> awaited = std::nullopt;                    // why nothing is decided or sent for now
   std::size_t sent = 0;                                             // entered lines that are requests now
   std::vector<std::string> notSent{std::vector<std::string>()};     // those that could not be, each with why
+  std::vector<Remedy> remedies{std::vector<Remedy>()};              // what would be right for those, each once
   std::size_t put = 0;                                              // letters
   std::vector<std::string> setAside;                                // files, each with why
   std::string failure;  // why the folder could not be reached; empty if it could

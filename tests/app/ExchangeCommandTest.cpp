@@ -649,6 +649,23 @@ TEST_F(ExchangingForSeveral, OneThatWaitsForAnotherProgramKeepsNobodyWaiting) {
   EXPECT_THAT(outcome.out, StartsWith("alder.company:\n"));
 }
 
+TEST_F(ExchangingForSeveral, WhatIsNotSentIsToldWithWhatToType) {
+  EnterBill("NP-1");
+  EnterBill("NP-2");
+  Done({"users", "change", kFile, "Exchange", "--right", "bills:view"});
+
+  const Outcome outcome = Run({"exchange", "run", kFile});
+
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  const std::string hint = "an administrator may do this, or give the right with: multientity users change FILE NAME";
+  EXPECT_THAT(outcome.out, AllOf(HasSubstr("\n  not sent: the request "), HasSubstr("\n    " + hint)));
+  EXPECT_EQ(outcome.out.find(hint), outcome.out.rfind(hint));
+  const Json carried = Answer({"exchange", "run", kFile}).at("partners").at(0);
+  EXPECT_EQ(carried.at("notSent").size(), 2U);
+  ASSERT_EQ(carried.at("hints").size(), 1U);
+  EXPECT_THAT(carried.at("hints").at(0).get<std::string>(), StartsWith(hint));
+}
+
 TEST_F(ExchangingForSeveral, QuietlyOnlyWhatTravelsIsTold) {
   Carry();
   Carry();

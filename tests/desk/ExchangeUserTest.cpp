@@ -247,7 +247,9 @@ TEST_F(TheExchangeUser, SendsNothingByItselfWithoutTheRightAndSaysWhoLacksIt) {
   EXPECT_EQ(without.at(0).sent, 0U);
   EXPECT_THAT(without.at(0).notSent,
               ElementsAre(AllOf(HasSubstr(request), HasSubstr("the user \"Exchange\" has no right"))));
+  EXPECT_THAT(without.at(0).remedies, ElementsAre(Remedy::kAskForTheRight));
   EXPECT_EQ(with.at(0).sent, 1U);
+  EXPECT_THAT(with.at(0).remedies, IsEmpty());
   EXPECT_EQ(StateAtAlder(request), TransactionState::kSent);
 }
 

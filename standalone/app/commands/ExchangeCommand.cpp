@@ -98,11 +98,11 @@ void RunForOne(Invocation& invocation, const std::string& file, bool quiet) {
   const bool forPeople = !invocation.options.json;
   std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
     if (!forPeople || (quiet && !IsNews(carried))) return;
-    Print(CarriedText(desk::JsonOf(carried), file));
+    Print(CarriedText(CarriedJson(carried), file));
     FinishPrinting();
   });
   if (quiet) std::erase_if(all, [](const desk::CarriedWith& carried) { return !IsNews(carried); });
-  invocation.Report({{"partners", desk::JsonOf(all)}}, quiet ? "" : SummaryOf(all));
+  invocation.Report({{"partners", CarriedJson(all)}}, quiet ? "" : SummaryOf(all));
   if (const std::int64_t failures = FailuresAmong(all); failures != 0) {
     throw std::runtime_error(fmt::format(
         "{} could not be reached; the other partners were served. Look whether the disk or the share is there and may "

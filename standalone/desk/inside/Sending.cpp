@@ -178,6 +178,8 @@ SentOfPartner SendAllOf(Work& work, const Pairing& pairing, const exchange::KeyP
       ++sent.sent;
     } catch (const Refused& refused) {
       sent.left.push_back(LineText(row) + ": " + refused.what());
+      const Remedy remedy = refused.Value().remedy;
+      if (std::ranges::count(sent.remedies, remedy) == 0) sent.remedies.push_back(remedy);
     } catch (const standalone::InvalidInput& unspeakable) {
       sent.left.push_back(LineText(row) + ": " + unspeakable.what());
     }

@@ -28,6 +28,7 @@ MEStatusCode SendLine(Work& work, const standalone::Pairing& pairing, const exch
 struct SentOfPartner {
   std::size_t sent = 0;
   std::vector<std::string> left;  // those that could not be sent, each with why
+  std::vector<Remedy> remedies;   // what would be right for them, each once
 };
 SentOfPartner SendAllOf(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys);
 

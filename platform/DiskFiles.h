@@ -26,6 +26,9 @@ void TakeRightsOf(const std::filesystem::path& model, const std::filesystem::pat
 // taken.
 bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem::path& name);
 
+// The same in the place of a file that has that name.
+void RenameOver(const std::filesystem::path& file, const std::filesystem::path& name);
+
 // Brings to the disk what was written to a file.
 void BringToDisk(const std::filesystem::path& file);
 

@@ -85,6 +85,11 @@ bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem:
   return true;
 }
 
+void RenameOver(const std::filesystem::path& file, const std::filesystem::path& name) {
+  if (std::rename(file.c_str(), name.c_str()) != 0) ThrowSystemError(name);
+  BringFolderToDisk(name.parent_path());
+}
+
 void BringToDisk(const std::filesystem::path& file) {
   const Descriptor descriptor = Opened(file, O_RDONLY);
   if (!descriptor.IsOpen() || fsync(descriptor.Number()) != 0) ThrowSystemError(file);

@@ -68,6 +68,12 @@ bool RenameUnlessTaken(const std::filesystem::path& file, const std::filesystem:
   ThrowSystemError(name);
 }
 
+void RenameOver(const std::filesystem::path& file, const std::filesystem::path& name) {
+  if (MoveFileExW(file.c_str(), name.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
+    ThrowSystemError(name);
+  }
+}
+
 void BringToDisk(const std::filesystem::path& file) {
   const OpenFile opened(file, GENERIC_WRITE);
   if (!opened.IsOpen() || FlushFileBuffers(opened.Handle()) == 0) ThrowSystemError(file);

@@ -56,8 +56,34 @@ class IdentityDraft {
 }  // namespace
 
 void IdentityFile::Make(const std::filesystem::path& file, const KeyPair& keys) {
-  std::string text = NewIdentityText(keys);
+  MakeForLost(file, keys, {});
+}
+
+void IdentityFile::MakeForLost(const std::filesystem::path& file, const KeyPair& keys,
+                               std::span<const PublicKey> lost) {
+  std::string text = NewIdentityText(keys, lost);
   MakeFrom(file, text);
+  Wipe(text);
+}
+
+void IdentityFile::Replace(const CarrierLock& lock, const std::filesystem::path& file, const KeyPair& keys) {
+  if (!lock.IsOf(file)) throw std::logic_error("the lock is that of another company");
+  const IdentityFile before(file);
+  std::string lines = before.Text();
+  std::string text = ReplacedIdentityText(lines, before.Keys(), keys);
+  Wipe(lines);
+  try {
+    // Where it is a link, that stays.
+    const std::filesystem::path place = std::filesystem::canonical(file);
+    const IdentityDraft draft(place);
+    platform::TakeRightsOf(place, draft.Path());
+    draft.Write(text);
+    platform::RenameOver(draft.Path(), place);
+  } catch (const std::system_error& error) {
+    Wipe(text);
+    ThrowFailure(file, "cannot be replaced", error.code(),
+                 "Check that you may write in its folder and that there is room.");
+  }
   Wipe(text);
 }
 
@@ -87,6 +113,7 @@ void IdentityFile::Look() {
   Scan(lines);
   keys_ = lines.Keys();
   former_ = lines.FormerKeys();
+  lost_ = lines.LostKeys();
   leftCount_ = lines.LeftCount();
   wholeBytes_ = lines.WholeBytes();
 }

@@ -20,6 +20,11 @@ class IdentityFile {
  public:
   // Makes one for its owner only, as a whole; never over one that is there.
   static void Make(const std::filesystem::path& file, const KeyPair& keys);
+  // The same in the place of a lost one, of a company that had these keys, the last one first.
+  static void MakeForLost(const std::filesystem::path& file, const KeyPair& keys, std::span<const PublicKey> lost);
+  // Puts other keys in the place of those of now, which are former ones from then on; what left stays. The file has
+  // either all of that or is as it was. The lock is that of this company.
+  static void Replace(const CarrierLock& lock, const std::filesystem::path& file, const KeyPair& keys);
   static void RequireNone(const std::filesystem::path& file);
   // The same from lines that were checked.
   static void MakeFrom(const std::filesystem::path& file, std::string_view text);
@@ -30,6 +35,8 @@ class IdentityFile {
   const KeyPair& Keys() const { return keys_.value(); }
   // Those that were replaced.
   const std::vector<KeyPair>& FormerKeys() const noexcept { return former_; }
+  // Those that the company had before and whose identity was lost; nobody knows which facts had left by then.
+  const std::vector<PublicKey>& LostKeys() const noexcept { return lost_; }
 
   // How many facts have left, by their lines; a fact may have several.
   std::uint64_t LeftCount() const noexcept { return leftCount_; }
@@ -52,6 +59,7 @@ class IdentityFile {
   std::filesystem::path file_;
   std::optional<KeyPair> keys_;
   std::vector<KeyPair> former_;
+  std::vector<PublicKey> lost_;
   std::uint64_t leftCount_ = 0;
   std::uint64_t wholeBytes_ = 0;
 };

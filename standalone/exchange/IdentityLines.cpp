@@ -11,21 +11,37 @@ constexpr std::string_view kFirstWord = "multientity-identity ";
 constexpr std::string_view kSeed = "seed ";
 constexpr std::string_view kLeft = "left ";
 constexpr std::string_view kFormer = "former ";
+constexpr std::string_view kLost = "lost ";
 constexpr std::size_t kDigitsOfLines = 64;
 constexpr std::size_t kLongestLine = kFormer.size() + kDigitsOfLines;
 // Each was replaced by a person.
 constexpr std::size_t kMostFormer = 1'000;
 
 constexpr std::uint64_t kLineOfTheSeed = 2;
+constexpr std::size_t kBytesToTheSeed = kFirstLine.size() + 1 + kSeed.size() + kDigitsOfLines + 1;
 
 }  // namespace
 
-std::string NewIdentityText(const KeyPair& keys) {
+std::string NewIdentityText(const KeyPair& keys, std::span<const PublicKey> lost) {
   std::string digits = keys.HexSeed();
   std::string text;
-  text.reserve(kFirstLine.size() + 1 + kSeed.size() + digits.size() + 1);
+  // At once, so that no seed is left in what is given up when it grows.
+  text.reserve(kBytesToTheSeed + lost.size() * (kLost.size() + kDigitsOfLines + 1));
   text.append(kFirstLine).append(1, '\n').append(kSeed).append(digits).append(1, '\n');
+  for (const PublicKey& key : lost) text.append(kLost).append(key.Hex()).append(1, '\n');
   Wipe(digits);
+  return text;
+}
+
+std::string ReplacedIdentityText(std::string_view lines, const KeyPair& before, const KeyPair& now) {
+  std::string head = NewIdentityText(now);
+  std::string digits = before.HexSeed();
+  const std::string_view rest = lines.substr(kBytesToTheSeed);
+  std::string text;
+  text.reserve(head.size() + kLongestLine + 1 + rest.size());
+  text.append(head).append(kFormer).append(digits).append(1, '\n').append(rest);
+  Wipe(digits);
+  Wipe(head);
   return text;
 }
 
@@ -70,6 +86,9 @@ void IdentityLines::TakeLine(std::string_view line) {
   } else if (line.starts_with(kFormer)) {
     if (former_.size() == kMostFormer) Refuse("is one of too many former keys");
     former_.push_back(KeyPair::FromHexSeed(Digits(line, kFormer)));
+  } else if (line.starts_with(kLost)) {
+    if (lost_.size() == kMostFormer) Refuse("is one of too many lost keys");
+    lost_.push_back(PublicKey::FromHex(Digits(line, kLost)));
   } else {
     const Hash hash = Hash::FromHex(Digits(line, kLeft));
     ++leftCount_;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -20,8 +21,12 @@ class IdentityError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The text of a new identity, which the caller wipes, and a line of a fact that left.
-std::string NewIdentityText(const KeyPair& keys);
+// The text of a new identity, which the caller wipes, and a line of a fact that left. With one that is made in the
+// place of a lost one, the public keys of the company up to then, the last one first, so that books that know no newer
+// one are known to be this company's.
+std::string NewIdentityText(const KeyPair& keys, std::span<const PublicKey> lost = {});
+// The lines of an identity with other keys; those that it has are former ones there. The caller wipes it.
+std::string ReplacedIdentityText(std::string_view lines, const KeyPair& before, const KeyPair& now);
 std::string LeftLine(const Hash& hash);
 
 // Reads the lines of an identity file, piece by piece, in constant memory.
@@ -42,6 +47,8 @@ class IdentityLines {
   const KeyPair& Keys() const { return keys_.value(); }
   // Those that were replaced.
   const std::vector<KeyPair>& FormerKeys() const noexcept { return former_; }
+  // Those that are lost.
+  const std::vector<PublicKey>& LostKeys() const noexcept { return lost_; }
   std::uint64_t LeftCount() const noexcept { return leftCount_; }
   // The bytes up to the end of the last line; what is behind them is what a crash left of a line.
   std::uint64_t WholeBytes() const noexcept { return wholeBytes_; }
@@ -61,6 +68,7 @@ class IdentityLines {
   std::uint64_t leftCount_ = 0;
   std::optional<KeyPair> keys_;
   std::vector<KeyPair> former_;
+  std::vector<PublicKey> lost_;
 };
 
 }  // namespace exchange

@@ -14,6 +14,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
 
 class AnIdentity : public IdentityFixture {
  protected:
@@ -41,6 +42,51 @@ TEST_F(AnIdentity, IsNeverReplaced) {
   EXPECT_THAT(message, AllOf(HasSubstr("alder.company.identity"), HasSubstr("exists already")));
   EXPECT_EQ(Content(), begin_);
   EXPECT_THAT(FilesInTheFolder(), ElementsAre("alder.company.identity"));
+}
+
+TEST_F(AnIdentity, GetsOtherKeysAsAWholeAndKeepsTheFormerOnesAndWhatLeft) {
+  IdentityFile::Make(file_, KeysOf(10));
+  IdentityFile before(file_);
+  AddLeft(before, {HashFrom(1), HashFrom(2)});
+
+  for (const char next : {'\x0b', '\x0c'}) {
+    IdentityFile::Replace(CarrierLock::TryTake(file_, platform::SystemClock()).value(), file_, KeysOf(next));
+  }
+
+  const IdentityFile identity(file_);
+  EXPECT_EQ(Content(), "multientity-identity 1\nseed " + Digits("0c") + "\nformer " + Digits("0b") + "\nformer " +
+                           Digits("0a") + "\nleft " + HashFrom(1).Hex() + "\nleft " + HashFrom(2).Hex() + "\n");
+  EXPECT_EQ(SeedOf(identity), Digits("0c"));
+  ASSERT_THAT(identity.FormerKeys(), SizeIs(2));
+  EXPECT_EQ(identity.FormerKeys()[0].HexSeed(), Digits("0b"));
+  EXPECT_THAT(LeftOf(identity), ElementsAre(HashFrom(1), HashFrom(2)));
+  EXPECT_THAT(FilesInTheFolder(), UnorderedElementsAre("alder.company.identity", "alder.company.identity.lock"));
+}
+
+TEST_F(AnIdentity, InThePlaceOfALostOneKnowsTheKeysThatWereLost) {
+  const std::vector<PublicKey> lost{KeysOf(11).Public(), KeysOf(12).Public()};
+  IdentityFile::MakeForLost(file_, KeysOf(10), lost);
+  const std::string lines = "lost " + lost[0].Hex() + "\nlost " + lost[1].Hex() + "\n";
+  EXPECT_EQ(Content(), begin_ + lines);
+  EXPECT_EQ(IdentityFile(file_).LostKeys(), lost);
+
+  IdentityFile::Replace(CarrierLock::TryTake(file_, platform::SystemClock()).value(), file_, KeysOf(13));
+
+  EXPECT_EQ(Content(), "multientity-identity 1\nseed " + Digits("0d") + "\nformer " + Digits("0a") + "\n" + lines);
+  EXPECT_EQ(IdentityFile(file_).LostKeys(), lost);
+  EXPECT_EQ(IdentityFile(file_).LeftCount(), 0U);
+}
+
+TEST_F(AnIdentity, GetsNoOtherKeysUnderTheLockOfAnotherCompanyOrWhereItIsDamaged) {
+  IdentityFile::Make(file_, KeysOf(10));
+  const auto ofAnother = CarrierLock::TryTake(folder_ / "birch.company.identity", platform::SystemClock());
+  EXPECT_THROW(IdentityFile::Replace(ofAnother.value(), file_, KeysOf(11)), std::logic_error);
+  EXPECT_EQ(Content(), begin_);
+
+  Write(begin_ + "nonsense\n");
+  const auto lock = CarrierLock::TryTake(file_, platform::SystemClock());
+  EXPECT_THROW(IdentityFile::Replace(lock.value(), file_, KeysOf(11)), IdentityError);
+  EXPECT_EQ(Content(), begin_ + "nonsense\n");
 }
 
 TEST_F(AnIdentity, IsMadeWhateverAProgramThatWasKilledHasLeftOfAnother) {

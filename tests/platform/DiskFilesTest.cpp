@@ -81,6 +81,17 @@ TEST_F(DiskFiles, GetNoNameThatIsTaken) {
   EXPECT_EQ(ReadFile(file_), "new");
 }
 
+TEST_F(DiskFiles, GetANameInThePlaceOfTheFileThatHasIt) {
+  WriteFile(file_, "new");
+  WriteFile(other_, "old");
+
+  RenameOver(file_, other_);
+
+  EXPECT_EQ(ReadFile(other_), "new");
+  EXPECT_FALSE(std::filesystem::exists(file_));
+  EXPECT_THROW(RenameOver(file_, other_), std::system_error);
+}
+
 TEST_F(DiskFiles, MayBeWrittenByWhoMadeThem) {
   MakeFile(file_);
 

@@ -7,7 +7,7 @@ IDENTITY is the identity file of the company that the envelope is for, or any fi
 hexadecimal digits. ENVELOPE is an envelope, or the file of one as it lies in a shared folder. Everything is checked as
 docs/exchange.md says: the seal, the sender's signature, and of each fact its canonical form, its hash and its author's
 signature. Of an answer the proposal that it answers is shown as "answers", of a dispute and a note what they say as
-"remark", or why they are "not_understood". Ends with 1 and says why when the envelope is refused; a fact that is none is
+"remark", of a new key which one it tells as "key", or why they are "not_understood". Ends with 1 and says why when the envelope is refused; a fact that is none is
 shown with the reason. Whether the sender is a partner is for the reader to see: compare the fingerprint.
 
 Needs Debian's python3-nacl.
@@ -133,9 +133,24 @@ def remark_in(fact, fields):
     }
 
 
-def tell_remark(fact, fields):
+def key_in(fact, fields):
+    """Which key a new-key fact tells, and whether it is a former one of its author's or the one from now on."""
+    require(set(fields) in ({b"key"}, {b"former"}), "it does not tell one key")
+    (field, value), = fields.items()
+    key = require_like(HEX_32, value, "the key")
+    named = hashlib.sha256(b"multientity-new-key-1" + fact["pairing"].encode() + value).hexdigest()[:32]
+    require(key != fact["author"], "it has the key of its author")
+    require(fact["name"] == named and not fact["month"], "it is not named by its key")
+    return {"public": key, "former": field == b"former", "fingerprint": fingerprint(bytes.fromhex(key))}
+
+
+TOLD = {"dispute": ("remark", remark_in), "note": ("remark", remark_in), "new-key": ("key", key_in)}
+
+
+def tell(fact, fields):
+    name, tell_it = TOLD[fact["kind"]]
     try:
-        fact["remark"] = remark_in(fact, fields)
+        fact[name] = tell_it(fact, fields)
     except Refused as refusal:
         fact["not_understood"] = str(refusal)
 
@@ -165,8 +180,8 @@ def read_fact(wire):
     require(is_signed(fact["author"], body, signature), "its author did not sign it")
     if fact["kind"] == "answer" and b"proposal" in fields:
         fact["answers"] = shown_fact(fields[b"proposal"])
-    if fact["kind"] in ("dispute", "note"):
-        tell_remark(fact, fields)
+    if fact["kind"] in TOLD:
+        tell(fact, fields)
     return fact
 
 

@@ -30,7 +30,8 @@ std::string TextIn(const desk::Json& object, const char* key) {
 }
 
 desk::Awaited AwaitedIn(const desk::Json& object) {
-  return {.missing = object.at("missing").get<std::int64_t>(),
+  return {.isIdentityLost = object.at("identityLost").get<bool>(),
+          .missing = object.at("missing").get<std::int64_t>(),
           .cameBack = object.at("cameBack").get<std::int64_t>(),
           .fromElsewhere = object.at("fromElsewhere").get<std::int64_t>(),
           .firstThatCameBack = object.at("first").get<std::vector<std::string>>(),
@@ -76,7 +77,7 @@ std::string CarriedText(const desk::Json& carried, const std::string& file) {
     text += fmt::format("  sent {}\n", standalone::Counted(sent, "request"));
   }
   return text + LinesOf(carried.at("notSent"), "  not sent: ") + LinesOf(carried.at("hints"), "    ") +
-         LinesOf(carried.at("setAside"), "  set aside: ");
+         LinesOf(carried.at("waiting"), "  waiting: ") + LinesOf(carried.at("setAside"), "  set aside: ");
 }
 
 }  // namespace app

@@ -95,7 +95,7 @@ std::string AwaitedText(const desk::Awaited& awaited, const std::string& file, s
   const auto addLine = [&](const std::string& sentence) {
     text += fmt::format("{}{}\n", indent, sentence);
   };
-  if (awaited.missing != 0) addLine(standalone::Shown(desk::MissingText(awaited)));
+  if (awaited.missing != 0 || awaited.isIdentityLost) addLine(standalone::Shown(desk::MissingText(awaited)));
   if (awaited.cameBack != 0) addLine(standalone::Shown(desk::CameBackText(awaited)));
   if (!awaited.toCompare.empty()) {
     addLine(

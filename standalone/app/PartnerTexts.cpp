@@ -22,6 +22,7 @@ std::string StateText(const PairedPartner& partner) {
 }
 
 std::string_view WhyOf(const PairedPartner& partner) {
+  if (!partner.offeredKeys.empty()) return "somebody writes as it under another key, and a person has to see who";
   switch (partner.state) {
     case PairingState::kInvited:
       return "invited, and nobody has accepted yet";
@@ -41,6 +42,7 @@ std::string_view WhyOf(const PairedPartner& partner) {
 }
 
 std::string_view WaitsFor(const PairedPartner& partner) {
+  if (!partner.offeredKeys.empty()) return "us";
   switch (partner.state) {
     case PairingState::kInvited:
     case PairingState::kAccepted:
@@ -61,7 +63,17 @@ std::string HowToTake(const PairedPartner& partner, const std::string& file) {
                                 : fmt::format("multientity exchange run {}", AsTyped(file));
 }
 
+std::string OfferedText(const desk::OfferedKey& offered) {
+  return fmt::format("{}{}", offered.fingerprint, offered.isAnnounced ? ", announced under the key of now" : "");
+}
+
 std::string ToDoWith(const PairedPartner& partner, const std::string& file) {
+  if (!partner.offeredKeys.empty()) {
+    return fmt::format(
+        "call the partner under a number that you know, have it read out its fingerprint, and confirm that, whichever "
+        "of the two it is: multientity partner confirm {} {} --fingerprint DIGITS",
+        AsTyped(file), AsTyped(partner.name));
+  }
   switch (partner.state) {
     case PairingState::kInvited:
       return fmt::format("take the answer, once it is there, with: {}", HowToTake(partner, file));
@@ -144,6 +156,9 @@ std::string PartnerText(const PairedPartner& partner, const std::string& file) {
   }
   for (const std::string& notUnderstood : partner.notUnderstood) {
     text += fmt::format("Not understood before a later version reads it: {}\n", Shown(notUnderstood));
+  }
+  for (const desk::OfferedKey& offered : partner.offeredKeys) {
+    text += fmt::format("Other key:   {}\n", OfferedText(offered));
   }
   if (!next.toDo.empty()) text += fmt::format("Next:        {}\n", next.toDo);
   return text;

@@ -192,6 +192,10 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
              "ACCOUNT, or accept its invitation with: multientity partner accept FILE INVITATION";
     case Remedy::kSeePartners:
       return "see with whom this company is paired, and how far, with: multientity partner list FILE";
+    case Remedy::kMoveTheIdentityAway:
+      return "leave out --lost to replace its key; if it is not this company's, move it to another place first";
+    case Remedy::kTakeUpTheKey:
+      return "these books take the key up when letters are carried: multientity exchange run FILE";
     case Remedy::kBringTheIdentity:
       return "bring the identity of this company from where it works with: multientity identity export FILE there, and "
              "multientity identity import FILE TEXT here";

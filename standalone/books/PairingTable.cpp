@@ -14,6 +14,26 @@ PairingState StateOf(std::string_view stored) {
   throw CompanyFileError("The company file is damaged: it has a pairing in an unknown state.");
 }
 
+std::string_view NameOf(KeyStanding standing) noexcept {
+  switch (standing) {
+    case KeyStanding::kFormer:
+      return "former";
+    case KeyStanding::kOffered:
+      return "offered";
+    case KeyStanding::kDeclined:
+      return "declined";
+  }
+  return "";
+}
+
+KeyStanding StandingNamed(std::string_view stored) {
+  using enum KeyStanding;
+  for (const KeyStanding standing : {kFormer, kOffered, kDeclined}) {
+    if (NameOf(standing) == stored) return standing;
+  }
+  throw CompanyFileError("The company file is damaged: it has a partner's key of an unknown standing.");
+}
+
 Pairing ReadPairing(const Rows& rows) {
   const std::int32_t relation = rows.Int32(7);
   const std::int16_t stateBefore = rows.Int16(12);
@@ -75,13 +95,23 @@ PairingTable::PairingTable(Database& database)
                    "ON CONFLICT (pairing_id) DO UPDATE SET word = ?2, word_for = ?3, is_echoed = ?4, "
                    "their_word = ?5, letters = ?6, letters_for = ?7, owes_reply = ?8, their_summary = ?9, "
                    "telling = ?10, worked_through = ?11, compared_since = ?12, is_compared = ?13"),
-      insertKey_(database, Writes::kLists, "INSERT INTO exchange_own_key (public_key) VALUES (?1)"),
-      keys_(database, "SELECT public_key FROM exchange_own_key ORDER BY id"),
+      insertKey_(database, Writes::kLists, "INSERT OR REPLACE INTO exchange_own_key (public_key) VALUES (?1)"),
+      insertKnownKey_(database, Writes::kLists,
+                      "INSERT INTO exchange_own_key (public_key, signs) VALUES (?1, 0) ON CONFLICT DO NOTHING"),
+      keys_(database, "SELECT public_key FROM exchange_own_key ORDER BY signs, id"),
       lookedFor_(database, "SELECT looked_for FROM exchange_left"),
       setLookedFor_(database, Writes::kLists, "UPDATE exchange_left SET looked_for = ?1"),
       cameBack_(database, "SELECT came_back_compared, came_back_confirmed FROM exchange_left"),
       setCameBack_(database, Writes::kLists,
-                   "UPDATE exchange_left SET came_back_compared = ?1, came_back_confirmed = ?2") {}
+                   "UPDATE exchange_left SET came_back_compared = ?1, came_back_confirmed = ?2"),
+      partnerKeys_(database,
+                   "SELECT public_key, standing, announced FROM exchange_partner_key WHERE pairing_id = ?1 "
+                   "AND public_key IS NOT (SELECT partner_key FROM exchange_pairing WHERE id = ?1) "
+                   "ORDER BY public_key"),
+      setPartnerKey_(database, Writes::kLists,
+                     "INSERT INTO exchange_partner_key (pairing_id, public_key, standing, announced) "
+                     "VALUES (?1, ?2, ?3, ?4) "
+                     "ON CONFLICT (pairing_id, public_key) DO UPDATE SET standing = ?3, announced = ?4") {}
 
 std::int32_t PairingTable::Add(const Pairing& pairing) {
   insert_.Run(pairing.pairingId, pairing.invitedByUs, NameOf(pairing.state), pairing.partnerName, pairing.partnerRealm,
@@ -167,8 +197,25 @@ void PairingTable::SetCameBack(const CameBackUpTo& upTo) {
   setCameBack_.Run(upTo.compared, upTo.confirmed);
 }
 
+std::vector<PartnerKey> PairingTable::PartnerKeysOf(std::int32_t id) {
+  std::vector<PartnerKey> keys;
+  for (Rows rows = partnerKeys_.Query(id); rows.Step();) {
+    keys.push_back(
+        {.key = std::string(rows.Bytes(0)), .standing = StandingNamed(rows.Text(1)), .isAnnounced = rows.Bool(2)});
+  }
+  return keys;
+}
+
+void PairingTable::SetPartnerKey(std::int32_t id, const PartnerKey& key) {
+  setPartnerKey_.Run(id, Blob{key.key}, NameOf(key.standing), key.isAnnounced);
+}
+
 void PairingTable::AddOwnKey(std::string_view publicKey) {
   insertKey_.Run(Blob{publicKey});
+}
+
+void PairingTable::KnowOwnKey(std::string_view publicKey) {
+  insertKnownKey_.Run(Blob{publicKey});
 }
 
 std::vector<std::string> PairingTable::OwnKeys() {

@@ -56,6 +56,21 @@ struct CameBackUpTo {
   friend bool operator==(const CameBackUpTo&, const CameBackUpTo&) = default;
 };
 
+enum class KeyStanding {
+  kFormer,    // what it has signed is the partner's
+  kOffered,   // letters under it wait until a person has compared the fingerprint
+  kDeclined,  // a person has, and it was not the partner's
+};
+
+// A key that is not that of the pairing.
+struct PartnerKey {
+  std::string key;  // 32 bytes
+  KeyStanding standing = KeyStanding::kOffered;
+  bool isAnnounced = false;  // by the key of the pairing
+
+  friend bool operator==(const PartnerKey&, const PartnerKey&) = default;
+};
+
 // With whom this company is paired, in the order in which it was begun. Every operation needs an open unit of work;
 // ConstraintViolation for a pairing that there is and for a relation that another live one has.
 class PairingTable {
@@ -86,8 +101,14 @@ class PairingTable {
   CameBackUpTo CameBack();
   void SetCameBack(const CameBackUpTo& upTo);
 
-  // The public keys of 32 bytes by which these books have signed, the last one now.
+  std::vector<PartnerKey> PartnerKeysOf(std::int32_t id);
+  // In the place of what is known of that key.
+  void SetPartnerKey(std::int32_t id, const PartnerKey& key);
+
+  // The public keys of 32 bytes of this company: the last one is that by which these books sign now. One that is added
+  // becomes that; one that is only known, and was not before, does not.
   void AddOwnKey(std::string_view publicKey);
+  void KnowOwnKey(std::string_view publicKey);
   std::vector<std::string> OwnKeys();
 
  private:
@@ -98,11 +119,14 @@ class PairingTable {
   Statement carrying_;
   Statement setCarrying_;
   Statement insertKey_;
+  Statement insertKnownKey_;
   Statement keys_;
   Statement lookedFor_;
   Statement setLookedFor_;
   Statement cameBack_;
   Statement setCameBack_;
+  Statement partnerKeys_;
+  Statement setPartnerKey_;
 };
 
 }  // namespace standalone

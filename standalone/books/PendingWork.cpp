@@ -1,5 +1,6 @@
 #include "standalone/books/PendingWork.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -7,8 +8,10 @@ namespace standalone {
 
 namespace {
 
-bool IsToConfirm(const Pairing& pairing) noexcept {
-  return pairing.state == PairingState::kAnswered;
+bool IsToConfirm(PairingTable& pairings, const Pairing& pairing) {
+  if (pairing.state == PairingState::kRemoved) return false;
+  if (pairing.state == PairingState::kAnswered) return true;
+  return std::ranges::count(pairings.PartnerKeysOf(pairing.id), KeyStanding::kOffered, &PartnerKey::standing) != 0;
 }
 
 }  // namespace
@@ -45,7 +48,7 @@ WaitingWork PendingWork::Count() {
       (state.number == TransactionState::kCameBack ? waiting.cameBack : waiting.ofBefore) += count;
     });
     for (const Pairing& pairing : tables_.pairings.List()) {
-      if (IsToConfirm(pairing)) ++waiting.partners;
+      if (IsToConfirm(tables_.pairings, pairing)) ++waiting.partners;
       if (pairing.state != PairingState::kRemoved) waiting.outstanding += CountOutstanding(pairing);
     }
     return waiting;

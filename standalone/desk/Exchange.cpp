@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
@@ -46,6 +47,14 @@ struct Taken {
   bool stays = false;  // where it lies: it says what the partner holds, and asks for nothing
 };
 
+std::optional<exchange::Letter> OpenedWith(const exchange::KeyPair& former, std::string_view envelope) {
+  try {
+    return exchange::Open(envelope, former);
+  } catch (const exchange::Malformed&) {
+    return std::nullopt;
+  }
+}
+
 // What carries for one company, as the only one. Whoever starts it needs the right to; what it does then, it does as
 // the company's own user for that.
 class Carrier {
@@ -53,16 +62,26 @@ class Carrier {
   explicit Carrier(Company& company)
       : company_(company.Opened()),
         work_(company_, UseCase::kExchange),
-        keys_(Keys()),
         lock_(TakeLock()),
-        acting_(work_.Host(), RequireExchangeUser(work_)) {
+        acting_(work_.Host(), RequireExchangeUser(work_)),
+        identity_(Identity()) {
     LookForAwaited();
   }
 
   Work& AtWork() noexcept { return work_; }
-  const exchange::KeyPair& OwnKeys() const noexcept { return keys_; }
-  Answering Answers() const noexcept {
-    return {.keys = keys_, .isWaiting = awaited_.has_value(), .bookAtOnce = AcceptAtOnce};
+  const exchange::KeyPair& OwnKeys() const { return identity_.Keys(); }
+  // Of the keys before that of now, to which partners write until they have confirmed it, and of that; the oldest
+  // first, like what lies there.
+  std::vector<std::string> Addresses() const {
+    std::vector<std::string> addresses{exchange::AddressOf(OwnKeys().Public())};
+    for (const exchange::KeyPair& former : identity_.FormerKeys()) {
+      addresses.push_back(exchange::AddressOf(former.Public()));
+    }
+    std::ranges::reverse(addresses);
+    return addresses;
+  }
+  Answering Answers() const {
+    return {.keys = OwnKeys(), .isWaiting = awaited_.has_value(), .bookAtOnce = AcceptAtOnce};
   }
   // Why nothing is decided or sent.
   const std::optional<Awaited>& WhatIsAwaited() const noexcept { return awaited_; }
@@ -74,22 +93,18 @@ class Carrier {
   }
 
   // Before anybody else may have them.
-  void NoteLeaving(const std::vector<exchange::Hash>& own) {
-    if (own.empty()) return;
-    if (!identity_) identity_.emplace(IdentityFileOf(work_));
-    identity_->AddLeft(lock_, own);
-  }
+  void NoteLeaving(const std::vector<exchange::Hash>& own) { identity_.AddLeft(lock_, own); }
 
   // Throws standalone::InvalidInput, with the reason, for a letter that is not taken.
   Taken Take(std::string_view envelope) {
-    const exchange::Letter letter = exchange::Open(envelope, keys_);
-    const Pairing pairing = work_.Read([&] { return RequirePairingOf(work_, letter); });
+    const exchange::Letter letter = Opened(envelope);
+    const Pairing pairing = PairingOf(letter);
     Taken taken{.letter = {.partner = pairing.partnerName, .facts = 0, .done = {}, .outstanding = {}},
                 .pairing = pairing.id,
                 .wasNew = !IsNothingNew(pairing, letter),
                 .stays = false};
     if (taken.wasNew) {
-      for (const std::string& wire : letter.facts) TakeOne(pairing, letter, wire, taken.letter);
+      for (const std::string& wire : letter.facts) TakeOne(pairing, wire, taken.letter);
     }
     for (std::string& done : RetryOutstanding(work_, pairing, Answers())) taken.letter.done.push_back(std::move(done));
     const std::optional<Pairing> now = work_.Read([&] { return work_.Host().Pairings().Find(pairing.id); });
@@ -113,14 +128,37 @@ class Carrier {
   void LookForAwaited() {
     awaited_ = work_.Read([&] { return FindAwaited(work_); });
   }
-  exchange::KeyPair Keys() {
-    return work_.Read([&] {
+  exchange::IdentityFile Identity() {
+    if (work_.Read([&] { return HasNewerKeys(work_); })) {
+      work_.Write([&] { work_.Host().Record(TakeUpKeys(work_)); });
+    }
+    return work_.Read([&] { return RequireIdentity(work_); });
+  }
+  exchange::Letter Opened(std::string_view envelope) const {
+    try {
+      return exchange::Open(envelope, OwnKeys());
+    } catch (const exchange::Malformed&) {
+      for (const exchange::KeyPair& former : identity_.FormerKeys()) {
+        if (std::optional<exchange::Letter> letter = OpenedWith(former, envelope)) return *std::move(letter);
+      }
+      throw;
+    }
+  }
+  Pairing PairingOf(const exchange::Letter& letter) {
+    try {
+      return work_.Read([&] { return RequirePairingOf(work_, letter); });
+    } catch (const FromAnotherKey& another) {
+      work_.Write([&] { NoteAnotherKey(work_, another.OfPairing(), letter); });
+      throw;
+    }
+  }
+  // Before the keys are read, which nobody replaces meanwhile.
+  exchange::CarrierLock TakeLock() {
+    work_.Read([&] {
       work_.RequireFeature();
       if (!work_.MayManageRelations()) work_.Accept(MEStatusPermissionDenied);
-      return RequireKeys(work_);
+      RequireAnIdentity(work_);
     });
-  }
-  exchange::CarrierLock TakeLock() {
     const std::filesystem::path identity = IdentityFileOf(work_);
     std::optional<exchange::CarrierLock> lock = exchange::CarrierLock::TryTake(identity, work_.Host().Clock());
     if (!lock) {
@@ -129,9 +167,9 @@ class Carrier {
     }
     return *std::move(lock);
   }
-  void TakeOne(const Pairing& pairing, const exchange::Letter& letter, const std::string& wire, TakenLetter& taken) {
+  void TakeOne(const Pairing& pairing, const std::string& wire, TakenLetter& taken) {
     try {
-      TakenFact fact = TakeFact(work_, pairing, {.sender = letter.sender, .answering = Answers()}, wire);
+      TakenFact fact = TakeFact(work_, pairing, Answers(), wire);
       if (fact.isNew) ++taken.facts;
       if (fact.cameBack && !awaited_) LookForAwaited();
       if (!fact.done.empty()) taken.done.push_back(std::move(fact.done));
@@ -143,10 +181,9 @@ class Carrier {
 
   OpenCompany& company_;
   Work work_;
-  exchange::KeyPair keys_;
   exchange::CarrierLock lock_;
   standalone::StandaloneHost::ActingAs acting_;
-  std::optional<exchange::IdentityFile> identity_;  // once facts have left
+  exchange::IdentityFile identity_;
   std::optional<Awaited> awaited_;
   std::map<std::int32_t, std::set<exchange::Hash>> notTaken_;  // by pairing
 };
@@ -179,6 +216,8 @@ void TakeOneFrom(Carrier& carrier, exchange::Mailbox& mailbox, const Found& foun
     Taken taken = carrier.Take(found.envelope.bytes);
     Leave(mailbox, found.name, taken, staying);
     if (taken.wasNew || !taken.letter.done.empty()) carried.taken.push_back(std::move(taken.letter));
+  } catch (const FromAnotherKey& another) {
+    if (std::ranges::count(carried.waiting, another.what()) == 0) carried.waiting.emplace_back(another.what());
   } catch (const NotTakenNow&) {
     return;
   } catch (const standalone::InvalidInput& notTaken) {
@@ -187,10 +226,17 @@ void TakeOneFrom(Carrier& carrier, exchange::Mailbox& mailbox, const Found& foun
   }
 }
 
+std::vector<std::string> LyingFor(const Carrier& carrier, exchange::Mailbox& mailbox) {
+  std::vector<std::string> names;
+  for (const std::string& address : carrier.Addresses()) {
+    std::ranges::copy(mailbox.List(address), std::back_inserter(names));
+  }
+  return names;
+}
+
 void TakeFrom(Carrier& carrier, exchange::Mailbox& mailbox, CarriedWith& carried) {
-  const std::string address = exchange::AddressOf(carrier.OwnKeys().Public());
   Staying staying;
-  for (const std::string& name : mailbox.List(address)) {
+  for (const std::string& name : LyingFor(carrier, mailbox)) {
     const exchange::TakenEnvelope envelope = mailbox.Take(name, exchange::kMostEnvelopeBytes);
     if (envelope.finding == exchange::Finding::kGone || envelope.finding == exchange::Finding::kUnfinished) continue;
     if (envelope.finding == exchange::Finding::kUnreadable) {

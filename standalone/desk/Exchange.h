@@ -58,6 +58,8 @@ struct CarriedWith {
   std::vector<Remedy> remedies{std::vector<Remedy>()};              // what would be right for those, each once
   std::size_t put = 0;                                              // letters
   std::vector<std::string> setAside;                                // files, each with why
+  // Letters under a key that nobody has confirmed, each once.
+  std::vector<std::string> waiting{std::vector<std::string>()};
   std::string failure;  // why the folder could not be reached; empty if it could
 };
 

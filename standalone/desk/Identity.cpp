@@ -1,14 +1,19 @@
 #include "standalone/desk/Identity.h"
 
+#include <algorithm>
 #include <exception>
 #include <system_error>
+#include <vector>
 
 #include "standalone/books/PairingTable.h"
 #include "standalone/company/FileNames.h"
 #include "standalone/desk/Company.h"
 #include "standalone/desk/inside/OwnIdentity.h"
+#include "standalone/desk/inside/Pairings.h"
 #include "standalone/desk/inside/Work.h"
+#include "standalone/exchange/CarrierLock.h"
 #include "standalone/exchange/ExportedIdentity.h"
+#include "standalone/exchange/IdentityFile.h"
 #include "standalone/values/Text.h"
 
 namespace desk {
@@ -35,11 +40,74 @@ OwnIdentity AdoptImported(Work& work) {
   return work.WriteAsAdministrator(kImport, [&] {
     const exchange::KeyPair keys = KeysBeside(work);
     const std::vector<std::string> own = work.Host().Pairings().OwnKeys();
-    if (!own.empty() && own.back() != keys.Public().Bytes()) {
+    if (!own.empty() && own.back() != keys.Public().Bytes() && !HasNewerKeys(work)) {
       work.Refuse("the identity in the text is not the one by which these books sign", Remedy::kBringTheIdentity);
     }
     work.Host().Record(DeedOfIdentity("identity.import", keys));
     return IdentityOf(work, keys);
+  });
+}
+
+constexpr std::string_view kReplace = "another key";
+
+exchange::CarrierLock RequireLock(Work& work, const std::filesystem::path& file) {
+  std::optional<exchange::CarrierLock> lock = exchange::CarrierLock::TryTake(file, work.Host().Clock());
+  if (!lock) {
+    work.Refuse("letters of this company are being carried by " + exchange::CarrierLock::Holder(file),
+                Remedy::kWaitForTheOtherProgram);
+  }
+  return *std::move(lock);
+}
+
+// Who has no key of the partner's yet, or is not known to it, can be told of no other one but under the one of now.
+void RequireNoneBegun(Work& work) {
+  for (const standalone::Pairing& pairing : work.Host().Pairings().List()) {
+    const bool isBegun = pairing.state == standalone::PairingState::kInvited ||
+                         pairing.state == standalone::PairingState::kAccepted ||
+                         pairing.state == standalone::PairingState::kAnswered;
+    if (!isBegun) continue;
+    work.Refuse("the pairing with " + PartnerText(pairing) + " was begun under the key that is lost, and is " +
+                    std::string(NameOf(pairing.state)),
+                Remedy::kRemoveThePairingFirst);
+  }
+}
+
+// Whether the identity has another key already, and only the books lack it.
+bool MayReplace(Work& work, KeyOfNow key) {
+  work.RequireAdministrator(kReplace);
+  if (!HasOwnKey(work)) work.Refuse("this company has not been paired with anybody", Remedy::kPairFirst);
+  if (HasNewerKeys(work)) return true;
+  if (key == KeyOfNow::kIsThere) {
+    static_cast<void>(RequireKeys(work));
+    return false;
+  }
+  const std::filesystem::path file = IdentityFileOf(work);
+  if (standalone::IsThere(file)) {
+    work.Refuse("the identity is not lost: there is " + standalone::PathText(file), Remedy::kMoveTheIdentityAway);
+  }
+  RequireNoneBegun(work);
+  return false;
+}
+
+// Those of the company up to now, the last one first.
+std::vector<exchange::PublicKey> KeysUpToNow(Work& work) {
+  std::vector<exchange::PublicKey> keys;
+  for (const std::string& key : work.Host().Pairings().OwnKeys()) keys.push_back(exchange::PublicKey::FromBytes(key));
+  std::ranges::reverse(keys);
+  return keys;
+}
+
+ReplacedKey TakeUpReplaced(Work& work) {
+  return work.WriteAsAdministrator(kReplace, [&] {
+    const standalone::AuditDeed deed = TakeUpKeys(work);
+    work.Host().Record(deed);
+    ReplacedKey replaced{.identity = IdentityOf(work, KeysBeside(work)),
+                         .before = deed.changes.front().before.value_or(""),
+                         .partners = {}};
+    for (const standalone::Pairing& pairing : work.Host().Pairings().List()) {
+      if (pairing.state != standalone::PairingState::kRemoved) replaced.partners.push_back(pairing.partnerName);
+    }
+    return replaced;
   });
 }
 
@@ -83,6 +151,23 @@ OwnIdentity ImportIdentity(Company& company, const std::string& text, const std:
     std::filesystem::remove(file, ignored);
     throw;
   }
+}
+
+// The identity first, as books that know a key whose seed nobody has could never sign again.
+ReplacedKey ReplaceKey(Company& company, KeyOfNow key) {
+  Work work(company.Opened(), UseCase::kUseIdentity);
+  static_cast<void>(work.Read([&] { return MayReplace(work, key); }));
+  const std::filesystem::path file = IdentityFileOf(work);
+  const exchange::CarrierLock lock = RequireLock(work, file);
+  // Somebody else may have replaced it until now.
+  if (work.Read([&] { return MayReplace(work, key); })) return TakeUpReplaced(work);
+  if (key == KeyOfNow::kIsLost) {
+    const std::vector<exchange::PublicKey> lost = work.Read([&] { return KeysUpToNow(work); });
+    exchange::IdentityFile::MakeForLost(file, exchange::KeyPair(), lost);
+  } else {
+    exchange::IdentityFile::Replace(lock, file, exchange::KeyPair());
+  }
+  return TakeUpReplaced(work);
 }
 
 }  // namespace desk

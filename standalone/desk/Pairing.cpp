@@ -63,14 +63,6 @@ void RefuseInvitation(Work& work, const exchange::Fact& invitation, const exchan
   }
 }
 
-std::string DigitsOf(std::string_view fingerprint) {
-  std::string digits;
-  for (const char character : fingerprint) {
-    if (character >= '0' && character <= '9') digits += character;
-  }
-  return digits;
-}
-
 void RequireFingerprint(Work& work, const Pairing& pairing, const std::string& given) {
   const std::string fingerprint = exchange::Fingerprint(KeyOf(pairing));
   if (DigitsOf(given) == DigitsOf(fingerprint)) return;
@@ -84,6 +76,30 @@ void RequireState(Work& work, const Pairing& pairing, PairingState state, std::s
   work.Refuse("the pairing with " + PartnerText(pairing) + " is " + std::string(NameOf(pairing.state)) + "; only one " +
                   "that is " + std::string(NameOf(state)) + " can be " + std::string(whatFor),
               Remedy::kSeePartners);
+}
+
+// Of a partner as which somebody writes under another key: whether that it is settled now which one is the partner's,
+// and no more is to be done. Refused for a fingerprint that is that of none of them.
+bool ChoseAmongKeys(Work& work, Pairing& pairing, const std::string& given) {
+  const bool isToConfirm = pairing.state == PairingState::kAnswered;
+  if (TakeOfferedKey(work, pairing, given)) return !isToConfirm;
+  if (!HasOfferedKey(work, pairing)) return false;
+  if (DigitsOf(given) == DigitsOf(exchange::Fingerprint(KeyOf(pairing)))) {
+    DeclineOfferedKeys(work, pairing);
+    if (isToConfirm) return false;
+    standalone::AuditDeed deed = DeedOfPairing(work, "partner.confirm", pairing, pairing);
+    deed.changes.push_back({"other keys", "offered", "declined"});
+    work.Host().Record(deed);
+    return true;
+  }
+  std::string offered;
+  for (const OfferedKey& key : PairedPartnerOf(work, pairing).offeredKeys) {
+    offered += (offered.empty() ? "" : " or ") + key.fingerprint;
+  }
+  work.Refuse("the fingerprint " + Quoted(given) + " is neither that of the key of " + Quoted(pairing.partnerName) +
+                  ", which is " + exchange::Fingerprint(KeyOf(pairing)) +
+                  ", nor that of a key under which somebody writes as it, which is " + offered,
+              Remedy::kCompareFingerprints);
 }
 
 void RecordBegun(Work& work, const char* action, const Pairing& pairing) {
@@ -242,6 +258,7 @@ AcceptedInvitation AcceptInvitation(Company& company, const Acceptance& acceptan
 
 PairedPartner ConfirmPartner(Company& company, const Confirmation& confirmation) {
   return ChangePairing(company, confirmation.partner, "partner.confirm", [&](Work& work, Pairing& pairing) {
+    if (ChoseAmongKeys(work, pairing, confirmation.fingerprint)) return MEStatusCode{MEStatusSuccess};
     RequireState(work, pairing, PairingState::kAnswered, "confirmed");
     RequireFingerprint(work, pairing, confirmation.fingerprint);
     const exchange::Fact acceptance =

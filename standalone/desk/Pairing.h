@@ -56,7 +56,9 @@ struct Confirmation {
   std::string fingerprint;  // as a person has compared it; blanks between the digits do not matter
   bool useExistingRelation = false;
 };
-// Establishes the relation with who has accepted. Refused unless the fingerprint is that of the key of who did.
+// Establishes the relation with who has accepted. Refused unless the fingerprint is that of the key of who did. Of a
+// partner as which somebody writes under another key: the key with that fingerprint is the partner's from now on, be it
+// the other one or that of now, and letters under the others do not wait any more.
 PairedPartner ConfirmPartner(Company& company, const Confirmation& confirmation);
 
 // In the order in which they were begun; those that are removed only when asked for.

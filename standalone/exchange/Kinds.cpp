@@ -256,6 +256,17 @@ Remark ReadRemark(const Fact& fact, bool isDispute) {
   return remark;
 }
 
+NewKey ReadNewKey(const Fact& fact) {
+  const Statement& what = fact.What();
+  TakenFields fields(fact);
+  const bool isFormer = what.fields.contains("former");
+  const NewKey newKey{.key = PublicKey::FromHex(fields.Need(isFormer ? "former" : "key")), .isFormer = isFormer};
+  fields.RequireNoOther();
+  Require(fact, newKey.key != what.author, "has the key of its author");
+  Require(fact, what.month.empty() && what.name == NameOfNewKey(what.pairing, newKey.key), "is not named by its key");
+  return newKey;
+}
+
 template <typename Kind>
 Kind Only(const Fact& fact) {
   Meaning meaning = MeaningOf(fact);
@@ -290,6 +301,7 @@ Meaning MeaningOf(const Fact& fact) {
     if (kind == kinds::kWithdrawal) return ReadWithdrawal(fact);
     if (kind == kinds::kAnswer) return ReadAnswer(fact);
     if (kind == kinds::kDispute || kind == kinds::kNote) return ReadRemark(fact, kind == kinds::kDispute);
+    if (kind == kinds::kNewKey) return ReadNewKey(fact);
     throw NotUnderstood("This version does not know facts of kind " + Quoted(kind) + ".");
   });
 }
@@ -312,6 +324,10 @@ Answer AnswerOf(const Fact& fact) {
 
 Remark RemarkOf(const Fact& fact) {
   return Only<Remark>(fact);
+}
+
+NewKey NewKeyOf(const Fact& fact) {
+  return Only<NewKey>(fact);
 }
 
 Fact MakeFact(const PairingOffer& offer, std::string_view pairing, const KeyPair& author) {
@@ -389,6 +405,21 @@ Fact MakeFact(const Remark& remark, std::string_view pairing, const KeyPair& aut
        .month = remark.month,
        .fields = NotEmpty({{"about", remark.request}, {"asker", std::string(asker)}, {"text", remark.text}})},
       author));
+}
+
+Fact MakeFact(const NewKey& newKey, std::string_view pairing, const KeyPair& author) {
+  return Understandable(Fact::Signed({.pairing = std::string(pairing),
+                                      .author = author.Public(),
+                                      .kind = std::string(kinds::kNewKey),
+                                      .name = NameOfNewKey(pairing, newKey.key),
+                                      .month = {},
+                                      .fields = {{newKey.isFormer ? "former" : "key", newKey.key.Hex()}}},
+                                     author));
+}
+
+std::string NameOfNewKey(std::string_view pairing, const PublicKey& key) {
+  constexpr std::size_t kDigits = 32;
+  return HashOf("multientity-new-key-1" + std::string(pairing) + key.Hex()).Hex().substr(0, kDigits);
 }
 
 std::string MonthOf(DateType32 date) {

@@ -23,6 +23,7 @@ inline constexpr std::string_view kWithdrawal = "withdrawal";
 inline constexpr std::string_view kAnswer = "answer";
 inline constexpr std::string_view kDispute = "dispute";
 inline constexpr std::string_view kNote = "note";
+inline constexpr std::string_view kNewKey = "new-key";
 }  // namespace kinds
 
 enum class PairingStep { kInvitation, kAcceptance, kConfirmation };
@@ -104,7 +105,16 @@ struct Remark {
   friend bool operator==(const Remark&, const Remark&) = default;
 };
 
-using Meaning = std::variant<PairingOffer, Proposal, Withdrawal, Answer, Remark>;
+// The author signs with another key from now on, which a person has to compare, or has signed with another one before.
+// Of no month.
+struct NewKey {
+  PublicKey key;          // another one than the author's
+  bool isFormer = false;  // the author's has replaced it; otherwise it replaces the author's
+
+  friend bool operator==(const NewKey&, const NewKey&) = default;
+};
+
+using Meaning = std::variant<PairingOffer, Proposal, Withdrawal, Answer, Remark, NewKey>;
 
 // Does not look at the signature of the fact itself, but at that of a proposal in an answer.
 Meaning MeaningOf(const Fact& fact);
@@ -115,6 +125,7 @@ Proposal ProposalOf(const Fact& fact);
 Withdrawal WithdrawalOf(const Fact& fact);
 Answer AnswerOf(const Fact& fact);
 Remark RemarkOf(const Fact& fact);
+NewKey NewKeyOf(const Fact& fact);
 
 // Signed facts that say it; throw NotUnderstood, or Malformed, for what would not be understood.
 Fact MakeFact(const PairingOffer& offer, std::string_view pairing, const KeyPair& author);
@@ -122,6 +133,10 @@ Fact MakeFact(const Proposal& proposal, std::string_view pairing, const KeyPair&
 Fact MakeFact(const Withdrawal& withdrawal, std::string_view pairing, const KeyPair& author);
 Fact MakeFact(const Answer& answer, const KeyPair& author);
 Fact MakeFact(const Remark& remark, std::string_view pairing, const KeyPair& author);
+Fact MakeFact(const NewKey& newKey, std::string_view pairing, const KeyPair& author);
+
+// By which a fact that tells the key is named: the same when it is made again.
+std::string NameOfNewKey(std::string_view pairing, const PublicKey& key);
 
 // YYYY-MM.
 std::string MonthOf(DateType32 date);

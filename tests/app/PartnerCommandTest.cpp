@@ -489,3 +489,70 @@ TEST_F(PairingBothCompanies, GoOnWithAnInvitationThatWasBegun) {
   EXPECT_EQ(error.at("remedy"), "see-partners");
   EXPECT_EQ(error.at("message"), "alder.company and birch.company are paired already");
 }
+
+class AnotherKeyOfACompany : public TwoCompanies {
+ protected:
+  AnotherKeyOfACompany() { Pair(); }
+
+  // Birch's program is told that letters wait.
+  Outcome BringWaitingLetters() const {
+    std::filesystem::remove(In("letters.txt"));
+    Done({"exchange", "export", kFile, kBirch, "--output", "letters.txt"});
+    return Run({"exchange", "import", kBirchFile, "letters.txt"});
+  }
+};
+
+TEST_F(AnotherKeyOfACompany, IsToldWithBothFingerprintsAndWhomToCall) {
+  const std::string before = FingerprintOf(kFile);
+
+  const Outcome replaced = Run({"partner", "rekey", kFile});
+
+  EXPECT_EQ(replaced.exitCode, 0) << replaced.err;
+  EXPECT_THAT(replaced.out,
+              AllOf(StartsWith("Replaced the key of this company. Fingerprint: " + FingerprintOf(kFile) + "; it was " +
+                               before + "\n"),
+                    HasSubstr("multientity exchange run alder.company"), HasSubstr("call: Birch Services Company\n")));
+  EXPECT_NE(FingerprintOf(kFile), before);
+}
+
+TEST_F(AnotherKeyOfACompany, WaitsAtThePartnerWhoIsToldWhatToDo) {
+  const std::string before = FingerprintOf(kFile);
+  Done({"partner", "rekey", kFile});
+  const std::string now = FingerprintOf(kFile);
+
+  const Outcome waiting = BringWaitingLetters();
+  const std::string shown = Run({"partner", "show", kBirchFile, kAlder}).out;
+  const Json offered = Answer({"partner", "show", kBirchFile, kAlder}).at("partner").at("offeredKeys");
+  const Outcome wrong = Run({"partner", "confirm", kBirchFile, kAlder, "--fingerprint", "12345"});
+  const Outcome confirmed = Run({"partner", "confirm", kBirchFile, kAlder, "--fingerprint", now});
+
+  EXPECT_EQ(waiting.exitCode, 2) << waiting.out;
+  EXPECT_THAT(waiting.err,
+              AllOf(HasSubstr("under another key, whose fingerprint is " + now), HasSubstr("waits until")));
+  EXPECT_THAT(shown,
+              AllOf(HasSubstr("Fingerprint: " + before + "\n"),
+                    HasSubstr("Other key:   " + now + ", announced under the key of now\n"),
+                    HasSubstr("multientity partner confirm birch.company \"Alder Supply Company\" --fingerprint")));
+  EXPECT_EQ(offered.at(0).at("fingerprint"), now);
+  EXPECT_EQ(offered.at(0).at("announced"), true);
+  EXPECT_EQ(wrong.exitCode, 2);
+  EXPECT_THAT(wrong.err, HasSubstr("nor that of a key under which somebody writes as it, which is " + now));
+  EXPECT_EQ(confirmed.exitCode, 0) << confirmed.err;
+  EXPECT_EQ(Answer({"partner", "show", kBirchFile, kAlder}).at("partner").at("fingerprint"), now);
+  EXPECT_EQ(BringWaitingLetters().exitCode, 0);
+}
+
+TEST_F(AnotherKeyOfACompany, IsMadeInThePlaceOfALostOneOnlyWhenThatIsSaid) {
+  const Outcome notLost = Run({"partner", "rekey", kFile, "--lost"});
+  std::filesystem::remove(In("alder.company.identity"));
+
+  const Outcome missing = Run({"partner", "rekey", kFile});
+  const Json replaced = Answer({"partner", "rekey", kFile, "--lost"});
+
+  EXPECT_EQ(notLost.exitCode, 2) << notLost.out;
+  EXPECT_THAT(notLost.err, HasSubstr("the identity is not lost: there is "));
+  EXPECT_EQ(missing.exitCode, 2) << missing.out;
+  EXPECT_THAT(missing.err, HasSubstr("the identity of this company is not beside it"));
+  EXPECT_EQ(replaced.at("identity").at("fingerprint"), FingerprintOf(kFile));
+  EXPECT_EQ(replaced.at("partners"), Json::array({kBirch}));
+}

@@ -303,11 +303,12 @@ TEST(AsJson, APartnerThatIsPairedHasAllThatIsKnownOfIt) {
                               .outstanding = {"answer: no right"},
                               .notUnderstood = {"statement: not known"}};
 
-  EXPECT_EQ(JsonOf(partner).dump(),
-            R"({"id":1,"partner":"Birch","realm":"1001","state":"established","invitedByUs":true,)"
-            R"("fingerprint":"12345 67890 12345 67890 12345 67890","dueFrom":{"id":11,"name":"Due from Birch"},)"
-            R"("dueTo":{"id":12,"name":"Due to Birch"},"folder":"shared","hasLetterToSend":true,)"
-            R"("outstanding":["answer: no right"],"notUnderstood":["statement: not known"],"bookedUpTo":null})");
+  EXPECT_EQ(
+      JsonOf(partner).dump(),
+      R"({"id":1,"partner":"Birch","realm":"1001","state":"established","invitedByUs":true,)"
+      R"("fingerprint":"12345 67890 12345 67890 12345 67890","dueFrom":{"id":11,"name":"Due from Birch"},)"
+      R"("dueTo":{"id":12,"name":"Due to Birch"},"folder":"shared","hasLetterToSend":true,)"
+      R"("outstanding":["answer: no right"],"notUnderstood":["statement: not known"],"offeredKeys":[],"bookedUpTo":null})");
 }
 
 TEST(AsJson, APartnerOfWhomLittleIsKnownHasNullForTheRest) {
@@ -357,7 +358,7 @@ TEST(AsJson, WhatWasCarriedHasItsLettersAndWhatWentWrong) {
   EXPECT_EQ(
       JsonOf(carried).dump(),
       R"({"partner":"Birch","folder":"shared","taken":[{"partner":"Birch","facts":1,"done":["done"],)"
-      R"("outstanding":[]}],"triedAgain":["established"],"awaited":null,"sent":3,"notSent":["line 5: blocked"],"put":2,"setAside":["a.envelope: no envelope"],"failure":null})");
+      R"("outstanding":[]}],"triedAgain":["established"],"awaited":null,"sent":3,"notSent":["line 5: blocked"],"put":2,"setAside":["a.envelope: no envelope"],"waiting":[],"failure":null})");
 }
 
 InboxRequest ARequest() {

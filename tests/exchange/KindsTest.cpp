@@ -411,8 +411,34 @@ TEST(ADisputeAndANote, ThatWouldNotBeUnderstoodAreNotMade) {
   EXPECT_THROW(MakeFact(nameless, kPairing, Birch()), NotUnderstood);
 }
 
+TEST(ANewKey, IsReadAsItWasMadeAndIsTheSameWhenItIsMadeAgain) {
+  for (const bool isFormer : {false, true}) {
+    const NewKey says{.key = Cedar().Public(), .isFormer = isFormer};
+    const Fact fact = MakeFact(says, kPairing, Alder());
+
+    EXPECT_EQ(NewKeyOf(fact), says);
+    EXPECT_EQ(fact, MakeFact(says, kPairing, Alder()));
+    EXPECT_EQ(fact.What().month, "");
+    EXPECT_EQ(fact.What().name, NameOfNewKey(kPairing, Cedar().Public()));
+    EXPECT_EQ(fact.What().fields, (Fields{{isFormer ? "former" : "key", Cedar().Public().Hex()}}));
+  }
+}
+
+TEST(ANewKey, TellsOneOtherKeyAndIsNamedByIt) {
+  const Fact fact = MakeFact(NewKey{.key = Cedar().Public()}, kPairing, Alder());
+
+  EXPECT_THAT(WhyNot(Without(fact, Alder(), "key")), HasSubstr("has no field \"key\""));
+  EXPECT_THAT(WhyNot(With(fact, Alder(), "former", Birch().Public().Hex())), HasSubstr("does not know"));
+  EXPECT_THAT(WhyNot(With(fact, Alder(), "key", "no key")), HasSubstr("not 64 hexadecimal digits"));
+  EXPECT_THAT(WhyNot(With(fact, Alder(), "key", Alder().Public().Hex())), HasSubstr("has the key of its author"));
+  EXPECT_THAT(WhyNot(With(fact, Alder(), "key", Birch().Public().Hex())), HasSubstr("is not named by its key"));
+  EXPECT_THAT(WhyNot(Changed(fact, Alder(), [](Statement& what) { what.month = "2026-11"; })),
+              HasSubstr("is not named by its key"));
+  EXPECT_THROW(MakeFact(NewKey{.key = Alder().Public()}, kPairing, Alder()), NotUnderstood);
+}
+
 TEST(AFactOfAnUnknownKind, IsNotUnderstoodButStaysAFact) {
-  for (const char* const kind : {"statement", "new-key", "farewell"}) {
+  for (const char* const kind : {"statement", "farewell"}) {
     const Fact fact = Changed(ProposedRent(), Alder(), [&](Statement& what) { what.kind = kind; });
     EXPECT_THAT(WhyNot(fact), HasSubstr("does not know facts of kind \"" + std::string(kind) + "\""));
     EXPECT_TRUE(Fact::VerifiedFromWire(fact.Wire()).IsVerified());

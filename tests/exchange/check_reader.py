@@ -38,9 +38,9 @@ class Vectors(unittest.TestCase):
     def test_facts_are_read(self):
         for vector in vectors("facts.json"):
             fact = reader.read_fact(bytes.fromhex(vector["wire"]))
-            told = {key: fact.pop(key) for key in ("answers", "remark", "not_understood") if key in fact}
+            told = {key: fact.pop(key) for key in ("answers", "remark", "key", "not_understood") if key in fact}
             self.assertEqual(fact, {key: vector[key] for key in fact})
-            if vector["kind"] in ("dispute", "note"):
+            if vector["kind"] in ("dispute", "note", "new-key"):
                 with self.subTest(vector["about"]):
                     self.assertEqual("not_understood" in told, "not_understood" in vector)
 
@@ -53,6 +53,15 @@ class Vectors(unittest.TestCase):
                 reader.read_fact(bytes.fromhex(vector["wire"]))["remark"],
                 {"about": vector["fields"]["about"], "asker": asker, "text": vector["fields"]["text"]},
             )
+
+    def test_which_key_replaces_which_is_told(self):
+        for vector in vectors("facts.json"):
+            if vector["kind"] != "new-key" or "not_understood" in vector:
+                continue
+            (field, public), = vector["fields"].items()
+            key = reader.read_fact(bytes.fromhex(vector["wire"]))["key"]
+            self.assertEqual((key["public"], key["former"]), (public, field == "former"))
+            self.assertEqual(key["fingerprint"], reader.fingerprint(bytes.fromhex(public)))
 
     def test_what_is_no_fact_is_refused(self):
         for vector in vectors("refused_facts.json"):

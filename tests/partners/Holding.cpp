@@ -14,7 +14,8 @@ void Note(std::map<RequestName, HeldRequest>& held, const std::string& pairing, 
   const bool isAnswer = std::holds_alternative<exchange::Answer>(meaning);
   const bool isOfOwnRequest = isAnswer != one.isOwn;
   // A dispute and a note decide nothing.
-  if (std::holds_alternative<exchange::PairingOffer>(meaning) || std::holds_alternative<exchange::Remark>(meaning)) {
+  if (std::holds_alternative<exchange::PairingOffer>(meaning) || std::holds_alternative<exchange::Remark>(meaning) ||
+      std::holds_alternative<exchange::NewKey>(meaning)) {
     return;
   }
   HeldRequest& request = held[{.pairing = pairing, .request = one.fact.What().name, .isOwn = isOfOwnRequest}];

@@ -88,6 +88,7 @@ constexpr auto kDeeds = std::to_array<Deed>({
     {"partner.confirm", "confirmed"},
     {"partner.folder", "changed the folder of"},
     {"partner.invite", "began"},
+    {"partner.rekey", "replaced the key of"},
     {"partner.remove", "ended"},
     {"partner.unblock", "unblocked"},
     {"realm.remember", "set"},

@@ -88,8 +88,8 @@ std::string SummaryOf(const std::vector<desk::CarriedWith>& all) {
 bool IsNews(const desk::CarriedWith& carried) {
   const bool hasTravelled =
       !carried.taken.empty() || !carried.triedAgain.empty() || carried.sent != 0 || carried.put != 0;
-  const bool isAmiss =
-      !carried.failure.empty() || !carried.setAside.empty() || !carried.notSent.empty() || carried.awaited;
+  const bool isAmiss = !carried.failure.empty() || !carried.setAside.empty() || !carried.waiting.empty() ||
+                       !carried.notSent.empty() || carried.awaited;
   return hasTravelled || isAmiss;
 }
 

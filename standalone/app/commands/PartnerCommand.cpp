@@ -174,6 +174,32 @@ void ConfirmPartner(Invocation& invocation, const PairingOptions& options) {
                   standalone::Shown(partner.name), standalone::Shown(partner.realm), HowToSend(partner, options.file)));
 }
 
+struct RekeyOptions {
+  std::string file;
+  bool isLost = false;
+};
+
+void ReplaceKey(Invocation& invocation, const RekeyOptions& options) {
+  desk::Company company(FilePath(options.file), HowToOpen(invocation, options.file));
+  const desk::ReplacedKey replaced =
+      desk::ReplaceKey(company, options.isLost ? desk::KeyOfNow::kIsLost : desk::KeyOfNow::kIsThere);
+  std::string partners;
+  for (const std::string& partner : replaced.partners) {
+    partners += fmt::format("{}{}", partners.empty() ? "" : ", ", standalone::Shown(partner));
+  }
+  invocation.Report(
+      desk::JsonOf(replaced),
+      fmt::format("Replaced the key of this company. Fingerprint: {}; it was {}\n"
+                  "The next letters have the new key (multientity exchange run {}, or exchange export). Until a person "
+                  "at each partner has compared the fingerprint and confirmed it there, they wait, and nothing is "
+                  "lost; call: {}\n{}",
+                  replaced.identity.fingerprint, replaced.before, AsTyped(options.file),
+                  partners.empty() ? "nobody" : partners,
+                  options.isLost ? "Nobody knows any more what partners were told: until all of them have shown what "
+                                   "they hold, nothing is decided or sent.\n"
+                                 : ""));
+}
+
 struct PairOptions {
   PairingOptions one;
   PairingOptions other;
@@ -363,11 +389,23 @@ void AddAccept(CLI::App& group, Invocation& invocation) {
   invocation.When(command, [options](Invocation& run) { AcceptPartner(run, *options); });
 }
 
+void AddRekey(CLI::App& group, Invocation& invocation) {
+  const auto options = std::make_shared<RekeyOptions>();
+  CLI::App& command = AddFileCommand(
+      group, "rekey",
+      "Give this company another key, as when somebody else may have the one of now, or when it is lost.\n"
+      "Partners take letters under it once they have compared its fingerprint and confirmed it",
+      "partner rekey alder.company", options->file);
+  command.add_flag("--lost", options->isLost, "The identity is lost, and a new one is made");
+  invocation.When(command, [options](Invocation& run) { ReplaceKey(run, *options); });
+}
+
 void AddConfirm(CLI::App& group, Invocation& invocation) {
   const auto options = std::make_shared<PairingOptions>();
   CLI::App& command = AddPartnerCommand(
       group, "confirm",
-      "Confirm that who has accepted the invitation is the partner, once its fingerprint is the one that it read out",
+      "Confirm that who has accepted the invitation is the partner, once its fingerprint is the one that it read out.\n"
+      "Of a partner whose key was replaced: take the other key, whose fingerprint is given",
       "partner confirm alder.company \"Birch Services Company\" \\\n"
       "    --fingerprint \"12345 67890 12345 67890 12345 67890\"",
       *options);
@@ -470,6 +508,7 @@ void AddPartner(CLI::App& program, Invocation& invocation) {
   AddInvite(group, invocation);
   AddAccept(group, invocation);
   AddConfirm(group, invocation);
+  AddRekey(group, invocation);
   AddPair(group, invocation);
   AddPartnerList(group, invocation);
   AddPartnerShow(group, invocation);

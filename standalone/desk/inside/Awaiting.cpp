@@ -31,6 +31,7 @@ struct Looked {
   std::uint64_t count = 0;  // of all lines that tell of a fact that left
   std::uint64_t known = 0;  // of those that need not be looked for
   std::size_t missing = 0;  // among the others
+  bool isLost = false;      // what left before those is not known to anybody here, and has not been looked for
   std::int64_t lastCameBack = 0;
   CameBackUpTo cameBack;
 };
@@ -41,7 +42,7 @@ std::size_t CountMissing(Work& work, const exchange::IdentityFile& identity, std
     return std::ranges::any_of(
         pairings, [&](const Pairing& pairing) { return work.Host().Facts().Has(pairing.id, hash.Bytes()); });
   };
-  std::uint64_t line = 0;
+  std::uint64_t line = identity.LostKeys().size();
   std::size_t missing = 0;
   identity.ForEachLeft([&](const exchange::Hash& hash) {
     if (++line > known && !isHeld(hash)) ++missing;
@@ -51,11 +52,14 @@ std::size_t CountMissing(Work& work, const exchange::IdentityFile& identity, std
 
 Looked Look(Work& work) {
   const exchange::IdentityFile identity(IdentityFileOf(work));
-  Looked looked{.count = identity.LeftCount(),
+  // Each lost identity stands for a line, before all others.
+  Looked looked{.count = identity.LostKeys().size() + identity.LeftCount(),
                 .known = work.Host().Pairings().LookedFor(),
                 .missing = 0,
+                .isLost = false,
                 .lastCameBack = work.Host().Facts().LastCameBack(),
                 .cameBack = work.Host().Pairings().CameBack()};
+  looked.isLost = looked.known < identity.LostKeys().size();
   if (looked.known < looked.count) looked.missing = CountMissing(work, identity, looked.known);
   return looked;
 }
@@ -67,7 +71,8 @@ std::string SinceOf(const Looked& looked) {
 }
 
 std::vector<Pairing> PartnersToCompareWith(Work& work, const Looked& looked) {
-  if (looked.missing == 0 && looked.lastCameBack <= looked.cameBack.compared) return {};
+  const bool isComplete = looked.missing == 0 && !looked.isLost;
+  if (isComplete && looked.lastCameBack <= looked.cameBack.compared) return {};
   std::vector<Pairing> pairings = work.Host().Pairings().List();
   std::erase_if(pairings, [&](const Pairing& pairing) {
     return pairing.partnerKey.empty() || pairing.state == PairingState::kBlocked ||
@@ -123,7 +128,7 @@ void WithholdWhatHasNotLeft(Work& work) {
 }
 
 [[noreturn]] void RefuseFor(Work& work, const Awaited& awaited) {
-  work.Refuse(awaited.missing != 0 ? MissingText(awaited) : CameBackText(awaited),
+  work.Refuse(awaited.missing != 0 || awaited.isIdentityLost ? MissingText(awaited) : CameBackText(awaited),
               awaited.toCompare.empty() ? Remedy::kConfirmWhatCameBack : Remedy::kCarryUntilCompared);
 }
 
@@ -134,7 +139,10 @@ std::optional<Awaited> FindAwaited(Work& work) {
   const Looked looked = Look(work);
   Awaited awaited;
   for (const Pairing& pairing : PartnersToCompareWith(work, looked)) awaited.toCompare.push_back(pairing.partnerName);
-  if (!awaited.toCompare.empty()) awaited.missing = static_cast<std::int64_t>(looked.missing);
+  if (!awaited.toCompare.empty()) {
+    awaited.missing = static_cast<std::int64_t>(looked.missing);
+    awaited.isIdentityLost = looked.isLost;
+  }
   TellWhatCameBack(work, looked, awaited);
   if (awaited.toCompare.empty() && awaited.cameBack == 0) return std::nullopt;
   return awaited;

@@ -35,14 +35,32 @@ bool IsOfThePairing(const Pairing& pairing, const StoredFact& fact) {
   return std::ranges::count(kKindsOfThePairing, fact.kind) != 0 && fact.name == pairing.pairingId;
 }
 
+// What those before say of the key of now, and then what that says of them.
+std::vector<std::string> FactsOfTheKey(Work& work, const Pairing& pairing, const exchange::PublicKey& now) {
+  std::vector<std::string> facts;
+  std::vector<std::string> keys = work.Host().Pairings().OwnKeys();
+  if (keys.size() == 1) return facts;
+  std::ranges::reverse(keys);
+  for (const std::string& key : keys) {
+    const std::string name = exchange::NameOfNewKey(pairing.pairingId, exchange::PublicKey::FromBytes(key));
+    work.Host().Facts().ForEachOf(pairing.id, exchange::kinds::kNewKey, name, [&](const StoredFact& stored) {
+      const Fact fact(stored.body, stored.signature);
+      const bool isOfNow = key == now.Bytes() || fact.What().author == now;
+      if (stored.origin != FactOrigin::kPartners && isOfNow) facts.push_back(fact.Wire());
+    });
+  }
+  return facts;
+}
+
 // They go with each letter: whoever has lost them could read no other.
-std::vector<std::string> FactsOfThePairing(Work& work, const Pairing& pairing) {
+std::vector<std::string> FactsOfThePairing(Work& work, const Pairing& pairing, const exchange::PublicKey& now) {
   std::vector<std::string> facts;
   for (const std::string_view kind : kKindsOfThePairing) {
     work.Host().Facts().ForEachOf(pairing.id, kind, pairing.pairingId, [&facts](const StoredFact& fact) {
       facts.push_back(Fact(fact.body, fact.signature).Wire());
     });
   }
+  for (std::string& fact : FactsOfTheKey(work, pairing, now)) facts.push_back(std::move(fact));
   return facts;
 }
 
@@ -110,7 +128,7 @@ std::optional<LettersToSend> LettersFor(Work& work, const Pairing& pairing, cons
                           .summary = held,
                           .months = {},
                           .hashes = {},
-                          .facts = FactsOfThePairing(work, pairing)};
+                          .facts = FactsOfThePairing(work, pairing, keys.Public())};
   if (!letter.word.empty()) TellOfMonths(work, pairing, carrying, letter);
   std::string says = letter.word + ' ' + letter.echo + ' ' + held.Text();
   const bool isDue = carrying.owesReply || !letter.word.empty();

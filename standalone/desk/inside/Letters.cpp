@@ -46,10 +46,9 @@ std::string AboutText(const Fact& fact) {
   return " about request " + exchange::RemarkOf(fact).request;
 }
 
-std::string FactText(const Fact& fact, const Pairing& pairing) {
+std::string FactText(const Fact& fact, const Pairing& pairing, bool isOwn) {
   const std::string request = IsAboutARequest(fact) ? " " + fact.What().name : AboutText(fact);
-  const bool isByPartner = fact.What().author.Bytes() == pairing.partnerKey || pairing.partnerKey.empty();
-  return "the " + fact.What().kind + request + (isByPartner ? " of " : " that was sent to ") + PartnerText(pairing);
+  return "the " + fact.What().kind + request + (isOwn ? " that was sent to " : " of ") + PartnerText(pairing);
 }
 
 // What a fact comes to when it is applied.
@@ -137,14 +136,37 @@ Applied ConfirmAgain(Work& work, const Pairing& pairing, const Fact& fact) {
           .after = std::move(after)};
 }
 
+// What these books sign with stays as it is where one came after that: they were restored together with an identity of
+// before.
 Applied ApplyOwn(Work& work, const Pairing& pairing, const Fact& fact) {
   if (fact.What().kind == exchange::kinds::kConfirmation && pairing.invitedByUs) {
     return ConfirmAgain(work, pairing, fact);
+  }
+  if (fact.What().kind == exchange::kinds::kNewKey) {
+    const exchange::PublicKey key = exchange::NewKeyOf(fact).key;
+    if (IsOtherPartnersKey(work, key)) return Outstanding("it names a partner's key as this company's");
+    work.Host().Pairings().KnowOwnKey(key.Bytes());
   }
   return {.done = "the " + fact.What().kind + " that this company sent to " + PartnerText(pairing) +
                   " came back: these books were restored, or a copy of the company is at work",
           .outstanding = {},
           .after = {}};
+}
+
+// What announces a key proves nothing: a person compares fingerprints. What the partner's key says that it has replaced
+// is the partner's word like all under it.
+Applied ApplyNewKey(Work& work, const Pairing& pairing, const Fact& fact) {
+  const exchange::NewKey says = exchange::NewKeyOf(fact);
+  if (IsPartnersKey(work, pairing, says.key)) return {};
+  if (IsOwnKey(work, says.key) || IsOtherPartnersKey(work, says.key, pairing.id)) {
+    return Outstanding("it names the key of another company");
+  }
+  if (!says.isFormer) {
+    return Outstanding("it announces a key that nobody here has confirmed, whose fingerprint is " +
+                       exchange::Fingerprint(says.key));
+  }
+  NoteFormerKey(work, pairing, says.key);
+  return {};
 }
 
 Applied Apply(Work& work, const Pairing& pairing, const Fact& fact) {
@@ -154,6 +176,7 @@ Applied Apply(Work& work, const Pairing& pairing, const Fact& fact) {
     if (kind == exchange::kinds::kAcceptance && pairing.invitedByUs) return ApplyAcceptance(work, pairing, fact);
     if (kind == exchange::kinds::kConfirmation && !pairing.invitedByUs) return ApplyConfirmation(work, pairing, fact);
     if (kind == exchange::kinds::kInvitation && !pairing.invitedByUs) return {};
+    if (kind == exchange::kinds::kNewKey) return ApplyNewKey(work, pairing, fact);
     return Outstanding("this version of the program does not know what to do with it");
   } catch (const exchange::NotUnderstood& notUnderstood) {
     return Outstanding(notUnderstood.what());
@@ -161,17 +184,17 @@ Applied Apply(Work& work, const Pairing& pairing, const Fact& fact) {
 }
 
 // Of both companies, and of nobody else: until a person has confirmed the partner, whoever accepts.
-bool IsOfThePair(Work& work, const Pairing& pairing, const exchange::PublicKey& sender, const Fact& fact) {
+bool IsOfThePair(Work& work, const Pairing& pairing, const Fact& fact) {
   const exchange::PublicKey& author = fact.What().author;
   if (IsOwnKey(work, author)) return true;
-  if (!pairing.partnerKey.empty()) return author.Bytes() == pairing.partnerKey;
-  return author == sender && fact.What().kind == exchange::kinds::kAcceptance;
+  if (!pairing.partnerKey.empty()) return IsPartnersKey(work, pairing, author);
+  return fact.What().kind == exchange::kinds::kAcceptance;
 }
 
 void Change(Work& work, const Pairing& pairing, const Fact& fact, const Applied& applied) {
   if (applied.after) work.Host().Pairings().Change(*applied.after);
   standalone::AuditDeed deed = DeedOfPairing(work, "exchange.take", pairing, applied.after ? *applied.after : pairing);
-  deed.subject = FactText(fact, pairing);
+  deed.subject = FactText(fact, pairing, IsOwnKey(work, fact.What().author));
   deed.changes.insert(deed.changes.end(), applied.changes.begin(), applied.changes.end());
   if (applied.txnId) deed.transactions = {.first = *applied.txnId, .last = *applied.txnId};
   if (!applied.outstanding.empty()) deed.changes.push_back({"outstanding", std::nullopt, applied.outstanding});
@@ -203,7 +226,7 @@ std::string WhyNothing(Work& work, const Pairing& pairing, const Fact& fact) {
   if (fact.What().kind != exchange::kinds::kAnswer) return {};
   const exchange::PublicKey asked = exchange::AnswerOf(fact).proposal.What().author;
   const bool isToTheOther =
-      IsOwnKey(work, fact.What().author) ? asked.Bytes() == pairing.partnerKey : IsOwnKey(work, asked);
+      IsOwnKey(work, fact.What().author) ? IsPartnersKey(work, pairing, asked) : IsOwnKey(work, asked);
   return isToTheOther ? "" : "it answers a proposal of somebody else";
 }
 
@@ -292,12 +315,12 @@ Applied KeepAndTell(Work& work, const Pairing& pairing, const Answering& answeri
 
 // Within the unit of work that takes it; `refused` says why it could not be applied in one before. Of who is not the
 // partner yet nothing is kept but what makes it the partner: anybody may have the invitation.
-TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, const Fact& fact,
+TakenFact TakeNow(Work& work, const Pairing& pairing, const Answering& answering, const Fact& fact,
                   const std::string& refused) {
   const Pairing now = Now(work, pairing);
   if (fact.What().pairing != now.pairingId) throw exchange::Malformed("A fact in it is of another pairing.");
   if (!IsLive(now) || work.Host().Facts().Has(now.id, fact.Id().Bytes())) return {};
-  if (!IsOfThePair(work, now, from.sender, fact)) {
+  if (!IsOfThePair(work, now, fact)) {
     return {.isNew = false,
             .cameBack = false,
             .done = {},
@@ -306,15 +329,15 @@ TakenFact TakeNow(Work& work, const Pairing& pairing, const TakenFrom& from, con
   const bool isOwn = IsOwnKey(work, fact.What().author);
   const bool isAboutARequest = IsAboutARequest(fact);
   const bool isRemark = IsRemark(fact);
-  const Applied applied = isAboutARequest   ? KeepAndDecide(work, now, from.answering, fact, refused)
-                          : isRemark        ? KeepAndTell(work, now, from.answering, fact)
+  const Applied applied = isAboutARequest   ? KeepAndDecide(work, now, answering, fact, refused)
+                          : isRemark        ? KeepAndTell(work, now, answering, fact)
                           : refused.empty() ? Apply(work, now, fact)
                                             : Outstanding(refused);
   TakenFact taken{.isNew = isOwn || !now.partnerKey.empty() || applied.after,
                   .cameBack = isAboutARequest ? applied.cameBack : isOwn,
                   .done = applied.done,
                   .outstanding = {}};
-  if (!applied.outstanding.empty()) taken.outstanding = FactText(fact, now) + ": " + applied.outstanding;
+  if (!applied.outstanding.empty()) taken.outstanding = FactText(fact, now, isOwn) + ": " + applied.outstanding;
   if (!taken.isNew) return taken;
   if (!isAboutARequest && !isRemark) {
     Keep(work, now, fact, isOwn ? FactOrigin::kCameBack : FactOrigin::kPartners, applied.outstanding);
@@ -355,6 +378,53 @@ bool MayBeTriedAgain(Work& work, const Pairing& pairing, const Answering& answer
   return IsAboutARequest(fact) && WhyNothing(work, pairing, fact).empty();
 }
 
+// Whether a fact says, under the partner's key of now, that this is the one from now on.
+bool IsAnnouncement(const std::string& wire, const Pairing& pairing, const exchange::PublicKey& key) {
+  try {
+    const Fact fact = Fact::VerifiedFromWire(wire);
+    return fact.What().pairing == pairing.pairingId && fact.What().author.Bytes() == pairing.partnerKey &&
+           exchange::NewKeyOf(fact) == exchange::NewKey{.key = key};
+  } catch (const standalone::InvalidInput&) {
+    return false;
+  }
+}
+
+bool IsAnnounced(const Pairing& pairing, const exchange::Letter& letter) {
+  return std::ranges::any_of(letter.facts,
+                             [&](const std::string& wire) { return IsAnnouncement(wire, pairing, letter.sender); });
+}
+
+// Whoever accepts an invitation is one of whom nothing but that is known until a person has confirmed it; that under
+// another key only the same one can announce.
+bool MayOfferAKey(Work& work, const Pairing& pairing, const exchange::Letter& letter) {
+  const bool isOfAnother = IsOwnKey(work, letter.sender) || IsOtherPartnersKey(work, letter.sender, pairing.id);
+  if (pairing.state == PairingState::kRemoved || isOfAnother) return false;
+  return pairing.state != PairingState::kAnswered || IsAnnounced(pairing, letter);
+}
+
+[[noreturn]] void ThrowFromAnotherKey(Work& work, const Pairing& pairing, const exchange::Letter& letter) {
+  const std::string partner = PartnerText(pairing);
+  const std::string fingerprint = exchange::Fingerprint(letter.sender);
+  const std::optional<standalone::KeyStanding> standing = StandingOf(work, pairing, letter.sender);
+  if (standing == standalone::KeyStanding::kFormer) {
+    throw standalone::InvalidInput(
+        "It is under a former key of " + partner + ", whose fingerprint is " + fingerprint +
+        "; its letters come under the one of now. Where a backup with the former one was restored, that "
+        "is to be replaced once more.");
+  }
+  if (standing == standalone::KeyStanding::kDeclined) {
+    throw standalone::InvalidInput("It is of somebody who writes as " + partner + " under a key whose fingerprint is " +
+                                   fingerprint + "; a person here has confirmed another one.");
+  }
+  if (MayOfferAKey(work, pairing, letter)) {
+    throw FromAnotherKey(pairing, "It is of somebody who writes as " + partner +
+                                      " under another key, whose fingerprint is " + fingerprint +
+                                      ", and waits until that is compared and confirmed.");
+  }
+  throw standalone::InvalidInput("It is not of " + partner + ", but of somebody whose fingerprint is " + fingerprint +
+                                 ".");
+}
+
 // A unit of work in which the module or the desk refuses is taken back, and what remains is done in another one.
 template <typename Attempt, typename Otherwise>
 auto WhateverTheModuleSays(Attempt&& attempt, Otherwise&& otherwise) {
@@ -386,10 +456,9 @@ auto WithoutBookingIfNeedBe(const Answering& answering, Attempt&& attempt) {
 
 }  // namespace
 
-TakenFact TakeFact(Work& work, const Pairing& pairing, const TakenFrom& from, const std::string& wire) {
+TakenFact TakeFact(Work& work, const Pairing& pairing, const Answering& answering, const std::string& wire) {
   const Fact fact = Fact::VerifiedFromWire(wire);
-  return WithoutBookingIfNeedBe(from.answering, [&](const Answering& answering) {
-    const TakenFrom now{.sender = from.sender, .answering = answering};
+  return WithoutBookingIfNeedBe(answering, [&](const Answering& now) {
     const auto take = [&](const std::string& refused) {
       return work.Write([&] { return TakeNow(work, pairing, now, fact, refused); });
     };
@@ -415,14 +484,21 @@ std::vector<std::string> RetryOutstanding(Work& work, const Pairing& pairing, co
   return done;
 }
 
+void NoteAnotherKey(Work& work, const Pairing& pairing, const exchange::Letter& letter) {
+  const bool isAnnounced = IsAnnounced(pairing, letter);
+  if (!NoteOfferedKey(work, pairing, letter.sender, isAnnounced)) return;
+  work.Host().Record({.action = "exchange.take",
+                      .subject = "a letter under another key of " + PartnerText(pairing),
+                      .transactions = {},
+                      .changes = {{"offered fingerprint", std::nullopt, exchange::Fingerprint(letter.sender)},
+                                  {"announced", std::nullopt, standalone::YesOrNo(isAnnounced)}}});
+}
+
 Pairing RequirePairingOf(Work& work, const exchange::Letter& letter) {
   const std::optional<Pairing> pairing = work.Host().Pairings().FindByPairingId(letter.pairing);
   if (!pairing) throw standalone::InvalidInput("It is of a pairing that this company does not have.");
   const bool isKnown = !pairing->partnerKey.empty();
-  if (isKnown && letter.sender.Bytes() != pairing->partnerKey) {
-    throw standalone::InvalidInput("It is not of " + PartnerText(*pairing) + ", but of somebody whose fingerprint is " +
-                                   exchange::Fingerprint(letter.sender) + ".");
-  }
+  if (isKnown && letter.sender.Bytes() != pairing->partnerKey) ThrowFromAnotherKey(work, *pairing, letter);
   if (!IsLive(*pairing)) {
     throw NotTakenNow("The pairing with " + PartnerText(*pairing) + " is " + std::string(NameOf(pairing->state)) + ".");
   }

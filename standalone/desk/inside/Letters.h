@@ -32,13 +32,8 @@ struct Answering {
   BookAtOnce bookAtOnce = nullptr;
   std::string notBooked{std::string()};  // why a request could not be booked so in a unit of work before
 };
-// Whose letter the fact came with.
-struct TakenFrom {
-  const exchange::PublicKey& sender;
-  Answering answering;
-};
 // One unit of work. `wire` is a fact as it travels.
-TakenFact TakeFact(Work& work, const standalone::Pairing& pairing, const TakenFrom& from, const std::string& wire);
+TakenFact TakeFact(Work& work, const standalone::Pairing& pairing, const Answering& answering, const std::string& wire);
 // Tries again what could not be applied; tells what was done.
 std::vector<std::string> RetryOutstanding(Work& work, const standalone::Pairing& pairing, const Answering& answering);
 
@@ -48,6 +43,17 @@ class NotTakenNow : public standalone::InvalidInput {
  public:
   using standalone::InvalidInput::InvalidInput;
 };
+// A letter of an established or accepted pairing from a key that is not the partner's.
+class FromAnotherKey : public NotTakenNow {
+ public:
+  FromAnotherKey(const standalone::Pairing& pairing, const std::string& why) : NotTakenNow(why), pairing_(pairing) {}
+  const standalone::Pairing& OfPairing() const noexcept { return pairing_; }
+
+ private:
+  standalone::Pairing pairing_;
+};
+// Keeps the key of such a letter for a person to compare, in a unit of work that writes.
+void NoteAnotherKey(Work& work, const standalone::Pairing& pairing, const exchange::Letter& letter);
 // The pairing to which a letter belongs. Throws standalone::InvalidInput, with the reason, for one that is not taken.
 standalone::Pairing RequirePairingOf(Work& work, const exchange::Letter& letter);
 

@@ -3,7 +3,9 @@
 #include <filesystem>
 #include <string>
 
+#include "standalone/books/AuditTable.h"
 #include "standalone/desk/inside/Work.h"
+#include "standalone/exchange/IdentityFile.h"
 #include "standalone/exchange/Keys.h"
 
 // Who this company is to its partners: the keys beside its books.
@@ -14,9 +16,12 @@ std::filesystem::path IdentityFileOf(Work& work);
 // Whether these books have ever signed anything; within a unit of work.
 bool HasOwnKey(Work& work);
 
-// The keys by which these books sign. Refused where they have none yet, and where the identity beside them is missing
-// or another one. Within a unit of work.
+// The identity by whose keys these books sign. Refused where they have none yet, and where the one beside them is
+// missing or another one. Within a unit of work, like those that follow.
+exchange::IdentityFile RequireIdentity(Work& work);
 exchange::KeyPair RequireKeys(Work& work);
+// That it is there, whoever's it is.
+void RequireAnIdentity(Work& work);
 
 // Those beside the books, whoever's they are; it is there.
 exchange::KeyPair KeysBeside(Work& work);
@@ -27,6 +32,13 @@ exchange::KeyPair RequireOrMakeKeys(Work& work);
 
 // Has the books remember that they sign with these keys; within a unit of work that writes.
 void RememberKeys(Work& work, const exchange::KeyPair& keys);
+
+// Whether the identity beside the books has a key that came after the one that they know: it was replaced, and they are
+// of before, or did not get as far. Within a unit of work.
+bool HasNewerKeys(Work& work);
+// Has the books sign with the key of the identity beside them from now on, and tells each partner so under those
+// before, as far as the identity has them. In a unit of work that writes.
+standalone::AuditDeed TakeUpKeys(Work& work);
 
 // The realm id that a company gets from its key when it has none: sixteen digits that nobody chose, and the same ones
 // when books of before the pairing are restored and paired anew.

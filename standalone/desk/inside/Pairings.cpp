@@ -20,6 +20,7 @@ namespace desk {
 
 namespace {
 
+using standalone::KeyStanding;
 using standalone::Pairing;
 using standalone::PairingState;
 using standalone::Quoted;
@@ -106,6 +107,16 @@ MEStatusCode MakeAnew(Work& work, const RelationOfPartner& wanted, const Pairing
                                            MERelationType{0}, static_cast<MEState>(wanted.state), accounts);
 }
 
+std::vector<standalone::PartnerKey> OfferedKeysOf(Work& work, const Pairing& pairing) {
+  std::vector<standalone::PartnerKey> keys = work.Host().Pairings().PartnerKeysOf(pairing.id);
+  std::erase_if(keys, [](const standalone::PartnerKey& key) { return key.standing != KeyStanding::kOffered; });
+  return keys;
+}
+
+std::string FingerprintOf(const standalone::PartnerKey& key) {
+  return exchange::Fingerprint(exchange::PublicKey::FromBytes(key.key));
+}
+
 }  // namespace
 
 Pairing RequirePairing(Work& work, std::string_view partner) {
@@ -129,6 +140,10 @@ PairedPartner PairedPartnerOf(Work& work, const Pairing& pairing) {
   work.Host().Facts().ForEachSetAside(pairing.id, [&](const standalone::StoredFact& fact) {
     (IsUnderstood(fact) ? outstanding : notUnderstood).push_back(fact.kind + ": " + fact.setAside);
   });
+  std::vector<OfferedKey> offered;
+  for (const standalone::PartnerKey& key : OfferedKeysOf(work, pairing)) {
+    offered.push_back({.fingerprint = FingerprintOf(key), .isAnnounced = key.isAnnounced});
+  }
   const auto account = [&work](std::int32_t id) {
     return ListItem{.id = id, .name = AccountName(work, id)};
   };
@@ -144,6 +159,7 @@ PairedPartner PairedPartnerOf(Work& work, const Pairing& pairing) {
           .hasLetterToSend = hasLetter,
           .outstanding = std::move(outstanding),
           .notUnderstood = std::move(notUnderstood),
+          .offeredKeys = std::move(offered),
           .bookedUpTo = pairing.bookedUpTo ? std::optional(MoneyOf(work, *pairing.bookedUpTo)) : std::nullopt};
 }
 
@@ -168,6 +184,76 @@ exchange::PublicKey KeyOf(const Pairing& pairing) {
 bool IsOwnKey(Work& work, const exchange::PublicKey& key) {
   const std::vector<std::string> keys = work.Host().Pairings().OwnKeys();
   return std::ranges::count(keys, key.Bytes()) != 0;
+}
+
+bool IsPartnersKey(Work& work, const Pairing& pairing, const exchange::PublicKey& key) {
+  return key.Bytes() == pairing.partnerKey || StandingOf(work, pairing, key) == KeyStanding::kFormer;
+}
+
+std::optional<KeyStanding> StandingOf(Work& work, const Pairing& pairing, const exchange::PublicKey& key) {
+  const std::vector<standalone::PartnerKey> keys = work.Host().Pairings().PartnerKeysOf(pairing.id);
+  const auto known = std::ranges::find(keys, key.Bytes(), &standalone::PartnerKey::key);
+  if (known == keys.end()) return std::nullopt;
+  return known->standing;
+}
+
+bool IsOtherPartnersKey(Work& work, const exchange::PublicKey& key, std::optional<std::int32_t> but) {
+  return std::ranges::any_of(work.Host().Pairings().List(), [&](const Pairing& other) {
+    return other.id != but && other.state != PairingState::kRemoved && IsPartnersKey(work, other, key);
+  });
+}
+
+void NoteFormerKey(Work& work, const Pairing& pairing, const exchange::PublicKey& key) {
+  work.Host().Pairings().SetPartnerKey(pairing.id, {.key = std::string(key.Bytes()), .standing = KeyStanding::kFormer});
+}
+
+bool NoteOfferedKey(Work& work, const Pairing& pairing, const exchange::PublicKey& key, bool isAnnounced) {
+  const standalone::PartnerKey offered{
+      .key = std::string(key.Bytes()), .standing = KeyStanding::kOffered, .isAnnounced = isAnnounced};
+  for (const standalone::PartnerKey& known : work.Host().Pairings().PartnerKeysOf(pairing.id)) {
+    if (known.key == offered.key && (known.isAnnounced || !isAnnounced)) return false;
+  }
+  work.Host().Pairings().SetPartnerKey(pairing.id, offered);
+  return true;
+}
+
+bool HasOfferedKey(Work& work, const Pairing& pairing) {
+  return !OfferedKeysOf(work, pairing).empty();
+}
+
+// One that was declined may be taken after all; one that was replaced may not, as somebody else may have it.
+bool TakeOfferedKey(Work& work, Pairing& pairing, std::string_view fingerprint) {
+  const std::vector<standalone::PartnerKey> keys = work.Host().Pairings().PartnerKeysOf(pairing.id);
+  const auto taken = std::ranges::find_if(keys, [&](const standalone::PartnerKey& known) {
+    return known.standing != KeyStanding::kFormer && DigitsOf(FingerprintOf(known)) == DigitsOf(fingerprint);
+  });
+  if (taken == keys.end()) return false;
+  DeclineOfferedKeys(work, pairing);
+  NoteFormerKey(work, pairing, KeyOf(pairing));
+  pairing.partnerKey = taken->key;
+  PutLettersAnew(work, pairing);
+  return true;
+}
+
+void DeclineOfferedKeys(Work& work, const Pairing& pairing) {
+  for (const standalone::PartnerKey& offered : OfferedKeysOf(work, pairing)) {
+    work.Host().Pairings().SetPartnerKey(pairing.id, {.key = offered.key, .standing = KeyStanding::kDeclined});
+  }
+}
+
+std::string DigitsOf(std::string_view fingerprint) {
+  std::string digits;
+  for (const char character : fingerprint) {
+    if (character >= '0' && character <= '9') digits += character;
+  }
+  return digits;
+}
+
+void PutLettersAnew(Work& work, const Pairing& pairing) {
+  standalone::Carrying carrying = work.Host().Pairings().CarryingOf(pairing.id);
+  if (carrying.lettersFor.empty()) return;
+  carrying.lettersFor.clear();
+  work.Host().Pairings().SetCarrying(pairing.id, carrying);
 }
 
 exchange::PairingOffer OwnOffer(Work& work, exchange::PairingStep step, const std::optional<exchange::Hash>& replyTo) {

@@ -26,13 +26,36 @@ std::string PartnerText(const standalone::Pairing& pairing);
 // What is not says nothing to anybody before a later version of the program reads it.
 bool IsUnderstood(const standalone::StoredFact& fact);
 
-// Of the facts by which a pairing comes about.
+// Of the facts by which a pairing comes about, and by which it is known who signs.
 inline constexpr std::array kKindsOfThePairing{exchange::kinds::kInvitation, exchange::kinds::kAcceptance,
-                                               exchange::kinds::kConfirmation};
+                                               exchange::kinds::kConfirmation, exchange::kinds::kNewKey};
 
 exchange::PublicKey KeyOf(const standalone::Pairing& pairing);
-// Whether these books have ever signed with it.
+// Whether it is one of this company, now or before.
 bool IsOwnKey(Work& work, const exchange::PublicKey& key);
+
+// Whether the partner signs with it, or has before.
+bool IsPartnersKey(Work& work, const standalone::Pairing& pairing, const exchange::PublicKey& key);
+// Of a key that is not that of the pairing; none for one that nobody here has heard of.
+std::optional<standalone::KeyStanding> StandingOf(Work& work, const standalone::Pairing& pairing,
+                                                  const exchange::PublicKey& key);
+// Whether it is that of a partner but for this one; of any without one.
+bool IsOtherPartnersKey(Work& work, const exchange::PublicKey& key, std::optional<std::int32_t> but = std::nullopt);
+// Has what the key signed be the partner's; in a unit of work that writes, as below.
+void NoteFormerKey(Work& work, const standalone::Pairing& pairing, const exchange::PublicKey& key);
+// Has a person learn that somebody writes as the partner under another key, of which nothing else is used until it is
+// confirmed; false when that is known.
+bool NoteOfferedKey(Work& work, const standalone::Pairing& pairing, const exchange::PublicKey& key, bool isAnnounced);
+bool HasOfferedKey(Work& work, const standalone::Pairing& pairing);
+// Takes the key with that fingerprint, which was offered, as the partner's from now on, and has the next letter be for
+// it; all others that are offered are declined. False when it is that of none.
+bool TakeOfferedKey(Work& work, standalone::Pairing& pairing, std::string_view fingerprint);
+// Has letters under keys that are offered wait no longer, as the partner's is that of the pairing.
+void DeclineOfferedKeys(Work& work, const standalone::Pairing& pairing);
+// Without what a person may have typed between the digits.
+std::string DigitsOf(std::string_view fingerprint);
+// Has the next letter be put whatever it says.
+void PutLettersAnew(Work& work, const standalone::Pairing& pairing);
 
 // What this company says of itself at a step of the pairing.
 exchange::PairingOffer OwnOffer(Work& work, exchange::PairingStep step, const std::optional<exchange::Hash>& replyTo);

@@ -42,7 +42,7 @@ std::vector<PairedPartner> PartnersToLookAfter(Work& work) {
   for (const standalone::Pairing& pairing : work.Host().Pairings().List()) {
     if (pairing.state == standalone::PairingState::kRemoved) continue;
     PairedPartner partner = PairedPartnerOf(work, pairing);
-    const bool isToConfirm = pairing.state == standalone::PairingState::kAnswered;
+    const bool isToConfirm = pairing.state == standalone::PairingState::kAnswered || !partner.offeredKeys.empty();
     if (isToConfirm || !partner.outstanding.empty()) partners.push_back(std::move(partner));
   }
   return partners;

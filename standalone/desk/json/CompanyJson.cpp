@@ -278,6 +278,10 @@ const char* NameOf(Remedy remedy) noexcept {
       return "pair-first";
     case Remedy::kSeePartners:
       return "see-partners";
+    case Remedy::kMoveTheIdentityAway:
+      return "move-the-identity-away";
+    case Remedy::kTakeUpTheKey:
+      return "take-up-the-key";
     case Remedy::kBringTheIdentity:
       return "bring-the-identity";
     case Remedy::kSendItToThePartner:

@@ -69,6 +69,7 @@ Json JsonOf(const MovedExpense& moved);
 Json JsonOf(const Rejection& rejection);
 Json JsonOf(const PairedPartner& partner);
 Json JsonOf(const OwnIdentity& identity);
+Json JsonOf(const ReplacedKey& replaced);
 Json JsonOf(const TakenLetter& letter);
 Json JsonOf(const Awaited& awaited);
 Json JsonOf(const CarriedWith& carried);

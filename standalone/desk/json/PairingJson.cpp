@@ -23,6 +23,10 @@ Json PathJson(const std::filesystem::path& path) {
 }  // namespace
 
 Json JsonOf(const PairedPartner& partner) {
+  Json offered = Json::array();
+  for (const OfferedKey& key : partner.offeredKeys) {
+    offered.push_back({{"fingerprint", key.fingerprint}, {"announced", key.isAnnounced}});
+  }
   return {{"id", partner.id},
           {"partner", partner.name},
           {"realm", TextJson(partner.realm)},
@@ -35,7 +39,12 @@ Json JsonOf(const PairedPartner& partner) {
           {"hasLetterToSend", partner.hasLetterToSend},
           {"outstanding", partner.outstanding},
           {"notUnderstood", partner.notUnderstood},
+          {"offeredKeys", std::move(offered)},
           {"bookedUpTo", partner.bookedUpTo ? Json(standalone::FormatPlainAmount(*partner.bookedUpTo)) : Json()}};
+}
+
+Json JsonOf(const ReplacedKey& replaced) {
+  return {{"identity", JsonOf(replaced.identity)}, {"before", replaced.before}, {"partners", replaced.partners}};
 }
 
 Json JsonOf(const OwnIdentity& identity) {
@@ -52,11 +61,9 @@ Json JsonOf(const TakenLetter& letter) {
 }
 
 Json JsonOf(const Awaited& awaited) {
-  return {{"missing", awaited.missing},
-          {"cameBack", awaited.cameBack},
-          {"fromElsewhere", awaited.fromElsewhere},
-          {"first", awaited.firstThatCameBack},
-          {"toCompare", awaited.toCompare}};
+  return {{"identityLost", awaited.isIdentityLost}, {"missing", awaited.missing},
+          {"cameBack", awaited.cameBack},           {"fromElsewhere", awaited.fromElsewhere},
+          {"first", awaited.firstThatCameBack},     {"toCompare", awaited.toCompare}};
 }
 
 Json JsonOf(const CarriedWith& carried) {
@@ -69,6 +76,7 @@ Json JsonOf(const CarriedWith& carried) {
           {"notSent", carried.notSent},
           {"put", carried.put},
           {"setAside", carried.setAside},
+          {"waiting", carried.waiting},
           {"failure", TextJson(carried.failure)}};
 }
 

@@ -23,6 +23,9 @@ std::string WhatSpeaksForWhich(const Awaited& awaited) {
 }  // namespace
 
 std::string MissingText(const Awaited& awaited) {
+  if (awaited.isIdentityLost) {
+    return "the identity that was lost knew what this company told its partners, and these books may lack some of it";
+  }
   return "these books lack " + standalone::Counted(awaited.missing, "fact") +
          " that this company told its partners, as books of before have been restored";
 }

@@ -8,6 +8,7 @@ namespace desk {
 
 // Why nobody decides or sends for now: these books are not those by which this company told its partners last.
 struct Awaited {
+  bool isIdentityLost = false;     // and with it, what this company told its partners before
   std::int64_t missing = 0;        // facts that this company told its partners, and its books lack
   std::int64_t cameBack = 0;       // facts of this company that came back, and of which nobody has confirmed why
   std::int64_t fromElsewhere = 0;  // of these, those that did not leave from here

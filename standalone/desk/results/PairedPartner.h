@@ -12,6 +12,12 @@
 
 namespace desk {
 
+// Under which somebody writes as the partner, and whose letters wait until a person has compared the fingerprint.
+struct OfferedKey {
+  std::string fingerprint;
+  bool isAnnounced = false;  // by the partner's key of now; whoever has stolen that can do so, too
+};
+
 // A company with which this one is paired, or is about to be.
 struct PairedPartner {
   std::int32_t id = 0;
@@ -27,6 +33,7 @@ struct PairedPartner {
   std::vector<std::string> outstanding;  // what came and could not be applied, and why
   // What came and says what only a later version understands, and why this one does not; it asks nothing of anybody.
   std::vector<std::string> notUnderstood{std::vector<std::string>()};
+  std::vector<OfferedKey> offeredKeys{std::vector<OfferedKey>()};
   // Requests up to it that a rule fits are booked without a person; none of them without it.
   std::optional<standalone::Money> bookedUpTo = std::nullopt;
 };

@@ -146,6 +146,8 @@ enum class Remedy {
   kReplaceTheFile,  // which is gone then, or choose another name
   kPairFirst,
   kSeePartners,
+  kMoveTheIdentityAway,
+  kTakeUpTheKey,            // of the identity, with the next letters
   kBringTheIdentity,        // from where it is, or from its export
   kSendItToThePartner,      // who accepts it
   kTalkToThePartner,        // whose books or whose key are other ones

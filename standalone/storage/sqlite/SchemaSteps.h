@@ -444,11 +444,25 @@ UPDATE exchange_left SET
 CREATE TABLE exchange_withheld (
   hash BLOB NOT NULL PRIMARY KEY CHECK (length(hash) = 32)
 ) STRICT, WITHOUT ROWID;
+
+-- Keys besides that of the pairing: by which the partner has signed before; under which letters wait until a person has
+-- compared the fingerprint, announced by the key of the pairing or by nobody; of which a person has said that they are
+-- not the partner's.
+CREATE TABLE exchange_partner_key (
+  pairing_id INTEGER NOT NULL REFERENCES exchange_pairing (id),
+  public_key BLOB NOT NULL CHECK (length(public_key) = 32),
+  standing TEXT NOT NULL CHECK (standing IN ('former', 'offered', 'declined')),
+  announced INTEGER NOT NULL CHECK (announced IN (0, 1)),
+  PRIMARY KEY (pairing_id, public_key)
+) STRICT, WITHOUT ROWID;
+-- Books that were restored together with an identity of before learn from partners which key came after it: these books
+-- do not sign with that.
+ALTER TABLE exchange_own_key ADD COLUMN signs INTEGER NOT NULL DEFAULT 1 CHECK (signs IN (0, 1));
 )sql";
 
 inline constexpr std::array kSchemaSteps{kVersion1, kVersion2, kVersion3, kVersion4};
 
 // What SchemaDigest() answers, which a test compares with what the steps make.
-inline constexpr const char* kSchemaDigest = "788c93e5fbac1b384d16216069fcd02f66b40f5d48b19f6c28141a7b282a4d4c";
+inline constexpr const char* kSchemaDigest = "78c7098a86317669cd274fdf823a376a45437e720deefe4e13b3eb8c5c1fe052";
 
 }  // namespace standalone

@@ -37,6 +37,8 @@ const std::vector<Kind>& Kinds() {
       {Act::kRemoveRule, "remove-rule", 1},
       {Act::kBookAtOnce, "book-at-once", 2},
       {Act::kClock, "clock", 2},
+      {Act::kRekey, "rekey", 1},
+      {Act::kConfirmKey, "confirm-key", 4},
       {Act::kCarry, "carry", 26},
       {Act::kCarryAll, "carry-all", 14},
       {Act::kLose, "lose", 4},

@@ -37,6 +37,8 @@ enum class Act {
   kRemoveRule,
   kBookAtOnce,
   kClock,
+  kRekey,
+  kConfirmKey,
   kCarry,
   kCarryAll,
   kLose,

@@ -11,9 +11,11 @@
 #include "partners/BadFolder.h"
 #include "partners/Books.h"
 #include "partners/Carrying.h"
+#include "standalone/company/FileNames.h"
 #include "standalone/desk/Correcting.h"
 #include "standalone/desk/Entering.h"
 #include "standalone/desk/Exchange.h"
+#include "standalone/desk/Identity.h"
 #include "standalone/desk/Inbox.h"
 #include "standalone/desk/Journal.h"
 #include "standalone/desk/Outbox.h"
@@ -22,6 +24,7 @@
 #include "standalone/desk/Rules.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Transactions.h"
+#include "standalone/exchange/IdentityFile.h"
 #include "standalone/values/Decimals.h"
 #include "standalone/values/Errors.h"
 
@@ -36,6 +39,8 @@ using standalone::LineAmount;
 using standalone::RequestId;
 using standalone::TransactionState;
 using enum standalone::TransactionState;
+
+constexpr int kMostConfirmations = 12;
 
 // There is nothing of which the step could be done.
 struct Idle {};
@@ -80,7 +85,10 @@ class Playing {
     }
     folder_.LetTimePass();
     ComeToRest(group_);
-    while (ConfirmAll()) ComeToRest(group_);
+    for (int rounds = 0; SettleKeys() || ConfirmAll(); ++rounds) {
+      if (rounds == kMostConfirmations) throw Violation("there is always something to confirm");
+      ComeToRest(group_);
+    }
     for (std::size_t who = 0; who < group_.Size(); ++who) Look(who);
     RequireAgreement(group_, hasRestores_);
   }
@@ -181,6 +189,11 @@ class Playing {
         return BookAtOnce();
       case Act::kClock:
         return SetClock();
+      case Act::kRekey:
+        desk::ReplaceKey(Here(), desk::KeyOfNow::kIsThere);
+        return;
+      case Act::kConfirmKey:
+        return ConfirmKey();
       case Act::kCarry:
         Carry(group_, who_);
         folder_.Remember();
@@ -383,6 +396,42 @@ class Playing {
                                  .partnerTxnId = standalone::PartnerTxnId("1")});
   }
 
+  std::filesystem::path IdentityOf(std::size_t who) const { return standalone::IdentityOf(group_.FileOf(who)); }
+  // As it is read out by who has it.
+  std::string FingerprintOf(std::size_t who) const {
+    return exchange::Fingerprint(exchange::IdentityFile(IdentityOf(who)).Keys().Public());
+  }
+  void ConfirmKey() {
+    std::vector<desk::PairedPartner> partners = desk::ListPairedPartners(Here());
+    std::erase_if(partners, [](const desk::PairedPartner& partner) { return partner.offeredKeys.empty(); });
+    const std::string name = AnyOf(partners).name;
+    const auto whom = std::ranges::find(kCompanies, name, [](const char* company) { return std::string(company); });
+    desk::ConfirmPartner(
+        Here(), {.partner = name, .fingerprint = FingerprintOf(static_cast<std::size_t>(whom - kCompanies.begin()))});
+  }
+  // Who has an identity of before again, which its partner knows to be replaced, has to replace it once more.
+  void SettleKey(std::size_t whom) {
+    try {
+      desk::ConfirmPartner(Here(), {.partner = kCompanies.at(whom), .fingerprint = FingerprintOf(whom)});
+    } catch (const desk::Refused&) {
+      desk::ReplaceKey(group_.Open(whom), desk::KeyOfNow::kIsThere);
+    }
+  }
+  // Whether there was something to settle.
+  bool SettleKeys() {
+    bool isAny = false;
+    for (who_ = 0; who_ < group_.Size(); ++who_) {
+      for (std::size_t whom = 0; whom < group_.Size(); ++whom) {
+        if (whom == who_) continue;
+        const desk::PairedPartner partner = desk::ShowPairedPartner(Here(), kCompanies.at(whom));
+        if (partner.offeredKeys.empty() && partner.fingerprint == FingerprintOf(whom)) continue;
+        SettleKey(whom);
+        isAny = true;
+      }
+    }
+    return isAny;
+  }
+
   std::filesystem::path Backups() const { return group_.FolderOf(who_) / "backups"; }
   void BackUp() {
     group_.CloseAll();
@@ -392,6 +441,15 @@ class Playing {
       if (entry.is_regular_file()) std::filesystem::copy_file(entry.path(), backup / entry.path().filename());
     }
   }
+  // Books are restored alone where the identity has stayed, also with another key since.
+  bool KnowsKeyOf(const std::filesystem::path& backup) const {
+    const exchange::IdentityFile then(standalone::IdentityOf(backup / "books.company"));
+    const exchange::IdentityFile now(IdentityOf(who_));
+    const auto isThat = [&then](const exchange::KeyPair& keys) {
+      return keys.Public() == then.Keys().Public();
+    };
+    return isThat(now.Keys()) || std::ranges::any_of(now.FormerKeys(), isThat);
+  }
   // Of the books alone, or of all that lies beside them, too.
   void Restore(std::string_view only) {
     if (!std::filesystem::exists(Backups())) throw Idle();
@@ -399,6 +457,7 @@ class Playing {
     for (const auto& entry : std::filesystem::directory_iterator(Backups())) backups.push_back(entry.path());
     std::ranges::sort(backups);
     const std::filesystem::path backup = AnyOf(backups);
+    if (!only.empty() && !KnowsKeyOf(backup)) throw Idle();
     group_.CloseAll();
     for (const char* suffix : {"-wal", "-shm"}) std::filesystem::remove(group_.FileOf(who_).string() + suffix);
     for (const auto& entry : std::filesystem::directory_iterator(backup)) {

@@ -193,17 +193,18 @@ struct Found {
   const exchange::TakenEnvelope& envelope;
 };
 
-// By pairing, the last letter that was read, if it stays where it lies.
-using Staying = std::map<std::int32_t, std::string>;
+// By pairing, the letters that were read and stay where they lie.
+using Staying = std::map<std::int32_t, std::vector<std::string>>;
 
-// One that stays goes as soon as another one was read.
+// Those that stay go as soon as one was read that says something new. Of several that say the same nobody here knows
+// for which one their sender looks, who would put it again whenever it is gone.
 void Leave(exchange::Mailbox& mailbox, const std::string& name, const Taken& taken, Staying& staying) {
-  if (const auto before = staying.find(taken.pairing); before != staying.end()) {
-    mailbox.Acknowledge(before->second);
-    staying.erase(before);
+  std::vector<std::string>& before = staying[taken.pairing];
+  if (taken.wasNew || !taken.stays) {
+    for (const std::string& stayed : std::exchange(before, {})) mailbox.Acknowledge(stayed);
   }
   if (taken.stays) {
-    staying.emplace(taken.pairing, name);
+    before.push_back(name);
   } else {
     mailbox.Acknowledge(name);
   }

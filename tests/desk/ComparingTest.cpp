@@ -415,6 +415,21 @@ TEST_F(ComparingPartners, AreWrittenToOnceInAStartWhenTheyRemoveWhatAsksForNothi
   EXPECT_EQ(Carry(kAlder), 1U);
 }
 
+// As a program leaves one that was killed before it knew that it had put it, by a clock that was set back since.
+TEST_F(ComparingPartners, PutNothingAnyMoreWhereTheLastLetterAlsoLiesUnderALaterName) {
+  Say(kAlder, {"one"});
+  CarryInTurns(kAlder, kBirch, 4);
+  for (const std::filesystem::path& file : Lying()) {
+    const std::string address = file.filename().string().substr(0, 16);
+    standalone::WriteFile(Folder() / (address + "-ffffffff-ffff-7fff-bfff-ffffffffffff.envelope"),
+                          standalone::ReadFile(file));
+  }
+
+  CarryInTurns(kAlder, kBirch, 1);
+
+  EXPECT_EQ(CarryInTurns(kAlder, kBirch, 2), 0U);
+}
+
 TEST_F(ComparingPartners, AreComparedOnceTheyHaveReadThatTheyAskedAndHoldTheSame) {
   const auto ask = [&](const std::string& why) {
     AtWorkIn(kAlder, [&](Work& work, const standalone::Pairing& pairing) { AskToCompare(work, pairing, why); });

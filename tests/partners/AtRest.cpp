@@ -200,13 +200,15 @@ void ComeToRest(Companies& companies) {
   std::string before = Changing(companies);
   int quiet = 0;
   for (int round = 0; round < kMostRounds; ++round) {
-    for (std::size_t who = 0; who < companies.Size(); ++who) Carry(companies, who);
+    std::size_t put = 0;
+    for (std::size_t who = 0; who < companies.Size(); ++who) put += Carry(companies, who);
     std::string after = Changing(companies);
-    quiet = after == before ? quiet + 1 : 0;
+    quiet = put == 0 && after == before ? quiet + 1 : 0;
     if (quiet == 2) return;
     before = std::move(after);
   }
-  throw Violation("after " + std::to_string(kMostRounds) + " rounds of carrying something still changes");
+  throw Violation("after " + std::to_string(kMostRounds) +
+                  " rounds of carrying something still changes, or letters are put");
 }
 
 void RequireAgreement(Companies& companies, bool hasRestores) {

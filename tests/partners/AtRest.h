@@ -4,7 +4,8 @@
 
 namespace partners {
 
-// Carries without mischief and without people until nothing changes any more; throws Violation if it takes too long.
+// Carries without mischief and without people until nothing changes any more and no letter is put; throws Violation if
+// it takes too long.
 void ComeToRest(Companies& companies);
 
 // Throws Violation unless all agree: each two of them hold the same facts, each request has become the same on both

@@ -6,7 +6,8 @@
 
 namespace partners {
 
-// One run of the exchange for one company; throws Violation when the folder could not be reached.
-void Carry(Companies& companies, std::size_t who);
+// One run of the exchange for one company; throws Violation when the folder could not be reached. Returns how many
+// letters it put.
+std::size_t Carry(Companies& companies, std::size_t who);
 
 }  // namespace partners

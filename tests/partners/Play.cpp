@@ -145,7 +145,7 @@ class Playing {
       case Act::kMoveByHand:
         return MoveByHand();
       case Act::kAccept:
-        return Accept({});
+        return AcceptAll();
       case Act::kAcceptOne:
         return Accept({.requests = {AnyInInbox()}});
       case Act::kReject:
@@ -367,6 +367,15 @@ class Playing {
                               std::to_string(Below(10)) + ":00:00");
   }
 
+  // Of what nobody has to look at on its own.
+  void AcceptAll() {
+    const std::vector<desk::InboxRequest> waiting = desk::ListInbox(Here(), {});
+    const bool isAny = std::ranges::any_of(waiting, [](const desk::InboxRequest& request) {
+      return request.state != InboxState::kHeld && request.mark.empty() && !request.isDisputed;
+    });
+    if (!isAny) throw Idle();
+    Accept({});
+  }
   void Accept(const desk::RequestSelection& selection) {
     desk::RequestBooking booking{.expense = desk::Existing{"Utilities"}, .name = desk::Existing{"Northern Power"}};
     if (OneIn(3)) booking.date = AnyDay();

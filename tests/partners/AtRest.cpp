@@ -63,13 +63,6 @@ bool Agree(InboxState inbox, TransactionState row) {
   return false;
 }
 
-std::size_t CompanyNamed(std::string_view name) {
-  for (std::size_t who = 0; who < kCompanies.size(); ++who) {
-    if (name == kCompanies.at(who)) return who;
-  }
-  throw Violation("there is a partner " + std::string(name));
-}
-
 class Agreement {
  public:
   Agreement(Companies& companies, bool hasRestores) : companies_(companies), hasRestores_(hasRestores) {}

@@ -16,7 +16,7 @@ constexpr const char* kFacts =
 constexpr const char* kRows =
     "SELECT coalesce(p.pairing_id, ''), m.request_id, l.amount, m.state, m.txn_id, "
     "  m.txn_type <> 8 OR EXISTS (SELECT 1 FROM me_own_request o WHERE o.target_id = m.target_id), "
-    "  m.txn_type "
+    "  m.txn_type, coalesce(p.partner_name, '') "
     "FROM me_transaction m JOIN txn_line l ON l.id = m.target_id "
     "LEFT JOIN exchange_pairing p ON p.relation_id = m.relation_id AND p.state <> 'removed' ORDER BY m.id";
 constexpr const char* kRejections =
@@ -60,7 +60,8 @@ std::vector<RequestRow> Books::Rows() {
                     .state = row.Int16(3),
                     .txnId = row.Int32(4),
                     .isOwn = row.Bool(5),
-                    .type = row.Int16(6)});
+                    .type = row.Int16(6),
+                    .partner = std::string(row.Text(7))});
   });
   return rows;
 }

@@ -37,6 +37,7 @@ struct RequestRow {
   std::int32_t txnId = 0;
   bool isOwn = false;
   std::int16_t type = 0;  // of the transaction
+  std::string partner;    // its name; empty like the pairing
 };
 
 struct InboxRow {

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "partners/Books.h"
+
 namespace partners {
 
 namespace {
@@ -15,6 +17,13 @@ std::string ClockOfTheProgram() {
 }
 
 }  // namespace
+
+std::size_t CompanyNamed(std::string_view name) {
+  for (std::size_t who = 0; who < kCompanies.size(); ++who) {
+    if (name == kCompanies.at(who)) return who;
+  }
+  throw Violation("there is a partner " + std::string(name));
+}
 
 Companies::Companies(const std::filesystem::path& folder, std::size_t size)
     : play_(folder / "play"), kept_(folder / "paired"), size_(size), clock_(ClockOfTheProgram()) {

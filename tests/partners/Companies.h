@@ -6,12 +6,16 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "standalone/desk/Company.h"
 
 namespace partners {
 
 inline constexpr std::array kCompanies{"Alder", "Birch", "Cedar", "Dogwood", "Elm", "Fir"};
+
+// Throws Violation for another name.
+std::size_t CompanyNamed(std::string_view name);
 
 // Companies that are partners of each other over one folder, each in a folder of its own, as on machines of their own.
 // One is open at a time.

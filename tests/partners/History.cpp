@@ -7,6 +7,31 @@
 
 namespace partners {
 
+namespace {
+
+constexpr int kDiesOneIn = 16;
+
+// All that a program of a company does, rather than the mailbox, a clock or who keeps backups.
+bool IsOfAProgram(Act act) {
+  return act < Act::kClock || act == Act::kCarry || act == Act::kCarryAll || act == Act::kConfirm;
+}
+
+// So that the first writings are met as often as the last ones of those who write much.
+Death NewDeath(std::mt19937_64& random) {
+  constexpr int kMostDoublings = 8;
+  const int most = 1 << std::uniform_int_distribution<int>(0, kMostDoublings)(random);
+  return {.atWriting = std::uniform_int_distribution<int>(1, most)(random),
+          .isPowerLost = std::uniform_int_distribution<int>(0, 1)(random) == 1,
+          .chance = static_cast<std::uint32_t>(random())};
+}
+
+std::string TextOf(const Death& death) {
+  return " and dies of writing " + std::to_string(death.atWriting) +
+         (death.isPowerLost ? ", as the power fails (" : " (") + std::to_string(death.chance) + ")";
+}
+
+}  // namespace
+
 const std::vector<Kind>& Kinds() {
   static const std::vector<Kind> kinds{
       {Act::kBill, "bill", 12},
@@ -71,10 +96,13 @@ History NewHistory(std::uint64_t seed, bool withRestores) {
   History history{.companies = companies(random), .steps = {}};
   const auto length = std::uniform_int_distribution<std::size_t>(15, 85)(random);
   std::uniform_int_distribution<std::size_t> who(0, history.companies - 1);
+  std::bernoulli_distribution deaths(1.0 / kDiesOneIn);
   for (std::size_t step = 0; step < length; ++step) {
     const Act act = Kinds()[kinds(random)].act;
     const std::size_t actor = who(random);
-    history.steps.push_back({.act = act, .who = actor, .chance = static_cast<std::uint32_t>(random())});
+    Step next{.act = act, .who = actor, .chance = static_cast<std::uint32_t>(random())};
+    if (deaths(random) && IsOfAProgram(act)) next.death = NewDeath(random);
+    history.steps.push_back(next);
   }
   return history;
 }
@@ -83,7 +111,9 @@ std::string TextOf(const History& history) {
   std::string text = std::to_string(history.companies) + " companies\n";
   for (const Step& step : history.steps) {
     text.append("  ").append(kCompanies.at(step.who)).append(" ").append(NameOf(step.act));
-    text.append(" (").append(std::to_string(step.chance)).append(")\n");
+    text.append(" (").append(std::to_string(step.chance)).append(")");
+    if (step.death) text += TextOf(*step.death);
+    text += '\n';
   }
   return text;
 }

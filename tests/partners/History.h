@@ -2,8 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "partners/Dying.h"
 
 namespace partners {
 
@@ -70,6 +73,7 @@ struct Step {
   Act act{};
   std::size_t who = 0;
   std::uint32_t chance = 0;
+  std::optional<Death> death{};  // of the program that does it
 };
 
 struct History {

@@ -11,6 +11,7 @@
 #include "partners/BadFolder.h"
 #include "partners/Books.h"
 #include "partners/Carrying.h"
+#include "partners/Dying.h"
 #include "standalone/company/FileNames.h"
 #include "standalone/desk/Correcting.h"
 #include "standalone/desk/Entering.h"
@@ -24,6 +25,7 @@
 #include "standalone/desk/Rules.h"
 #include "standalone/desk/Settings.h"
 #include "standalone/desk/Transactions.h"
+#include "standalone/exchange/FolderMailbox.h"
 #include "standalone/exchange/IdentityFile.h"
 #include "standalone/values/Decimals.h"
 #include "standalone/values/Errors.h"
@@ -45,6 +47,17 @@ constexpr int kMostConfirmations = 12;
 // There is nothing of which the step could be done.
 struct Idle {};
 
+enum class Outcome { kDone, kRefused, kIdle, kWrong };
+
+// Of the files of a company, and of those in the shared folder.
+std::string KindOf(const std::filesystem::path& file) {
+  const std::string ending = file.extension().string();
+  if (ending == exchange::kDraftSuffix || ending == exchange::kEnvelopeSuffix) return "a letter";
+  if (ending == ".company") return "the company file";
+  if (ending == ".company-wal") return "its write-ahead log";
+  return ending == ".identity" ? "the identity" : "another file";
+}
+
 std::string Amount(std::int64_t minorUnits) {
   return standalone::FormatPlainAmount(minorUnits, standalone::kTwoDecimals);
 }
@@ -59,20 +72,11 @@ class Playing {
     Tally::Times& times = tally.times[step.act];
     who_ = step.who;
     random_.seed(step.chance);
-    try {
-      Perform(step.act);
-      ++times.done;
-    } catch (const Idle&) {
-      ++times.idle;
-    } catch (const desk::Refused& refused) {
-      RequirePersonsAct(step.act, refused);
-      ++times.refused;
-    } catch (const standalone::InvalidInput& invalid) {
-      RequirePersonsAct(step.act, invalid);
-      ++times.refused;
-    } catch (const standalone::ConstraintViolation& violation) {
-      RequirePersonsAct(step.act, violation);
-      ++times.refused;
+    const std::optional<Outcome> outcome = step.death ? DoAndDie(step, tally) : Try(step.act);
+    if (!outcome) {
+      ++times.died;
+    } else {
+      ++(*outcome == Outcome::kDone ? times.done : *outcome == Outcome::kIdle ? times.idle : times.refused);
     }
     Look(step.who);
   }
@@ -108,6 +112,54 @@ class Playing {
   }
   DateType32 AnyDay() {
     return {2026, static_cast<std::uint8_t>(3 + Below(3)), static_cast<std::uint8_t>(1 + Below(28))};
+  }
+
+  Outcome Try(Act act) {
+    try {
+      Perform(act);
+      return Outcome::kDone;
+    } catch (const Idle&) {
+      return Outcome::kIdle;
+    } catch (const desk::Refused& refused) {
+      RequirePersonsAct(act, refused);
+    } catch (const standalone::InvalidInput& invalid) {
+      RequirePersonsAct(act, invalid);
+    } catch (const standalone::ConstraintViolation& violation) {
+      RequirePersonsAct(act, violation);
+    }
+    return Outcome::kRefused;
+  }
+  // Its program closes the company before it ends, too. None if it has died before.
+  std::optional<Outcome> DoAndDie(const Step& step, Tally& tally) {
+    group_.CloseAll();
+    const Ended ended = DieDuring(*step.death, [&](std::string& text) {
+      try {
+        const Outcome outcome = Try(step.act);
+        group_.CloseAll();
+        return static_cast<int>(outcome);
+      } catch (const std::exception& wrong) {
+        text = wrong.what();
+        return static_cast<int>(Outcome::kWrong);
+      }
+    });
+    if (ended.hasDied) OpenAgain(step.act);
+    NoteEntered();
+    folder_.Remember();
+    if (ended.hasDied) {
+      ++tally.diedWriting[KindOf(ended.text)];
+      return std::nullopt;
+    }
+    const auto outcome = static_cast<Outcome>(ended.code);
+    if (outcome == Outcome::kWrong) throw Violation(ended.text);
+    return outcome;
+  }
+
+  // By the program, before anybody else looks at what was left.
+  void OpenAgain(Act act) {
+    if (act == Act::kCarryAll) {
+      for (std::size_t who = 0; who < group_.Size(); ++who) group_.Open(who);
+    }
+    group_.Open(who_);
   }
 
   // What carries and what meddles is never refused.
@@ -294,12 +346,18 @@ class Playing {
   void Note(const desk::RecordedTransaction& recorded) {
     for (const desk::RecordedLine& line : recorded.lines) {
       if (!line.partners) continue;
-      const auto to =
-          std::ranges::find(kCompanies, line.partners->partner, [](const char* name) { return std::string(name); });
       group_.Requests().push_back({.from = who_,
-                                   .to = static_cast<std::size_t>(to - kCompanies.begin()),
+                                   .to = CompanyNamed(line.partners->partner),
                                    .request = line.partners->requestId,
                                    .amount = line.amount.minorUnits});
+    }
+  }
+  // By a process that has ended.
+  void NoteEntered() {
+    for (const RequestRow& row : Rows(true)) {
+      if (row.partner.empty() || std::ranges::count(group_.Requests(), row.request, &Entered::request) != 0) continue;
+      group_.Requests().push_back(
+          {.from = who_, .to = CompanyNamed(row.partner), .request = row.request, .amount = row.amount});
     }
   }
   void Enter(EnteredType type) {
@@ -485,6 +543,7 @@ class Playing {
     for (who_ = 0; who_ < group_.Size(); ++who_) {
       const std::optional<desk::Awaited> awaited = desk::TellAwaited(Here());
       if (!awaited) continue;
+      if (!hasRestores_) throw Violation(std::string(kCompanies.at(who_)) + " waits as if a backup was restored");
       if (!awaited->toCompare.empty()) {
         throw Violation(std::string(kCompanies.at(who_)) + " was not compared with " + desk::ToCompareText(*awaited));
       }

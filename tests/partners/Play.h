@@ -8,14 +8,16 @@
 
 namespace partners {
 
-// How often acts were done and refused, or had nothing to be done to.
+// How often acts were done and refused, had nothing to be done to, or ended in the middle.
 struct Tally {
   struct Times {
     int done = 0;
     int refused = 0;
     int idle = 0;
+    int died = 0;
   };
   std::map<Act, Times> times;
+  std::map<std::string, int> diedWriting;  // into what
 };
 
 // Plays the history with the group, looks at the books after each step, and in the end at all of them when nothing is

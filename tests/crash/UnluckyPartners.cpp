@@ -376,7 +376,7 @@ void UnluckyPartners::RequirePromised(const Attempt& attempt) const {
 // Kills break no letter, make nobody forget what it told, and close no folder.
 void UnluckyPartners::RequireCarriedWell(const Attempt& attempt) const {
   for (const Json& with : Json::parse(attempt.report.text).at("partners")) {
-    if (with.at("setAside").empty() && with.at("missing") == 0 && with.at("failure").is_null()) continue;
+    if (with.at("setAside").empty() && with.at("awaited").is_null() && with.at("failure").is_null()) continue;
     Fail(std::string(kCompanies.at(attempt.who)) + " carried with something amiss: " + with.dump());
   }
 }

@@ -36,5 +36,5 @@ struct RunOptions {
 // How soon a program is killed that is killed as soon as it prints.
 inline constexpr std::chrono::nanoseconds kWhenItPrints{-1};
 
-// Runs `words` (the program's full path first) without input and waits for the end.
+// Runs `words` (the program's full path first) without input and waits for the end, also of programs that it started.
 ProgramRun Run(const std::vector<std::string>& words, const RunOptions& options);

@@ -24,7 +24,17 @@ using platform::Pipe;
   throw std::system_error(errno, std::generic_category(), what);
 }
 
-pid_t Start(std::vector<std::string> words, const RunOptions& options, const Pipe& out, const Pipe& err) {
+// Which a program hands on to those that it starts, so that it is open as long as one of them lives.
+constexpr int kHandedOn = STDERR_FILENO + 1;
+
+struct Sources {
+  Pipe out;
+  Pipe err;
+  Pipe living;
+  Descriptor changes;
+};
+
+pid_t Start(std::vector<std::string> words, const RunOptions& options, const Sources& to) {
   std::vector<char*> pointers;
   pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
@@ -33,8 +43,9 @@ pid_t Start(std::vector<std::string> words, const RunOptions& options, const Pip
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_adddup2(&actions, out.writeEnd.Number(), STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, err.writeEnd.Number(), STDERR_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, to.out.writeEnd.Number(), STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, to.err.writeEnd.Number(), STDERR_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, to.living.writeEnd.Number(), kHandedOn);
   posix_spawn_file_actions_addchdir_np(&actions, options.directory.c_str());
   pid_t child = 0;
   const int error = posix_spawn(&child, pointers[0], &actions, nullptr, pointers.data(), environ);
@@ -85,11 +96,11 @@ void CountChange(ProgramRun& run, const Descriptor& changes) {
   ++run.changes;
 }
 
-struct Sources {
-  Pipe out;
-  Pipe err;
-  Descriptor changes;
-};
+void WaitForAll(const Pipe& living) {
+  char none = 0;
+  while (read(living.readEnd.Number(), &none, sizeof none) < 0 && errno == EINTR) {
+  }
+}
 
 // False when nothing came until then.
 bool ReadSome(ProgramRun& run, Sources& from, std::optional<Clock::time_point> until) {
@@ -114,11 +125,12 @@ bool ReadSome(ProgramRun& run, Sources& from, std::optional<Clock::time_point> u
 
 ProgramRun Run(const std::vector<std::string>& words, const RunOptions& options) {
   ProgramRun run;
-  Sources from{.out = {}, .err = {}, .changes = Changes(options.watchedFolders)};
+  Sources from{.out = {}, .err = {}, .living = {}, .changes = Changes(options.watchedFolders)};
   const Clock::time_point start = Clock::now();
-  const pid_t child = Start(words, options, from.out, from.err);
+  const pid_t child = Start(words, options, from);
   from.out.writeEnd.Close();
   from.err.writeEnd.Close();
+  from.living.writeEnd.Close();
 
   const bool killsWhenItPrints = options.killAfter == kWhenItPrints;
   std::optional<Clock::time_point> killAt;
@@ -136,6 +148,7 @@ ProgramRun Run(const std::vector<std::string>& words, const RunOptions& options)
   }
   int status = 0;
   if (waitpid(child, &status, 0) < 0) ThrowSystemError("waitpid");
+  WaitForAll(from.living);
   run.took = Clock::now() - start;
   if (WIFEXITED(status)) {
     run.code = WEXITSTATUS(status);

@@ -245,6 +245,11 @@ UnluckyPartners::Act UnluckyPartners::Carry(std::size_t who) const {
   return {.kind = "exchange run", .words = {"exchange", "run", File(who)}, .promise = Promise::kCarried};
 }
 
+// By one program, which has another one for each at work.
+UnluckyPartners::Act UnluckyPartners::CarryForBoth() const {
+  return {.kind = "run for both", .words = {"exchange", "run", File(0), File(1)}, .promise = Promise::kCarriedForBoth};
+}
+
 // Half of them anywhere, half of them at one of the changes that they make; a command of which nobody knows how long it
 // takes is not killed.
 UnluckyPartners::Attempt UnluckyPartners::NewAttempt(std::size_t who, Act act, int killsOneIn) {
@@ -259,29 +264,34 @@ UnluckyPartners::Attempt UnluckyPartners::NewAttempt(std::size_t who, Act act, i
   return attempt;
 }
 
-// Of each company one that carries, and mostly a person at work, before it or beside it.
+// Of each company one that carries, or one of both, and mostly a person at work, before it or beside it.
 std::vector<UnluckyPartners::Lane> UnluckyPartners::NewLanes() {
   std::vector<Lane> lanes;
+  const bool isOneForBoth = OneIn(random_, 5);
   for (std::size_t who = 0; who < companies_.Size(); ++who) {
     Lane lane;
     if (!OneIn(random_, 4)) {
       lane.push_back(NewAttempt(who, AnyAct(who), 4));
-      if (OneIn(random_, 3)) lanes.push_back(std::exchange(lane, {}));
+      if (isOneForBoth || OneIn(random_, 3)) lanes.push_back(std::exchange(lane, {}));
     }
+    if (isOneForBoth) continue;
     lane.push_back(NewAttempt(who, Carry(who), OneIn(random_, 6) ? 2 : 1));
     lanes.push_back(std::move(lane));
   }
+  if (isOneForBoth) lanes.push_back({NewAttempt(0, CarryForBoth(), OneIn(random_, 6) ? 2 : 1)});
   return lanes;
 }
 
 void UnluckyPartners::Try(Attempt& attempt) const {
   const std::filesystem::path file = companies_.FileOf(attempt.who);
+  std::vector<std::filesystem::path> folders{file.parent_path(), companies_.Shared()};
+  if (attempt.act.promise == Promise::kCarriedForBoth) folders.push_back(companies_.FolderOf(OtherOf(attempt.who)));
   const Stamps stamps(file);
   const Lying before = LyingIn(companies_.Shared());
   attempt.run = Run(CommandOf(scene_, attempt.act.words), {.directory = scene_.directory,
                                                            .watchedFile = file,
                                                            .killAfter = attempt.killAfter,
-                                                           .watchedFolders = {file.parent_path(), companies_.Shared()},
+                                                           .watchedFolders = std::move(folders),
                                                            .killAtChange = attempt.killAtChange});
   attempt.report = ReportOf(attempt.run);
   attempt.moment = MomentOf(attempt.run, stamps.Until(Stamps(file)), before, LyingIn(companies_.Shared()));
@@ -305,12 +315,13 @@ void UnluckyPartners::Step(PartnersTally& tally) {
 
 void UnluckyPartners::Judge(const Attempt& attempt, PartnersTally& tally) {
   const bool wasKilled = attempt.run.ending == Ending::kKilled;
-  const bool isCarrying = attempt.act.promise == Promise::kCarried;
+  const bool isForOne = attempt.act.promise == Promise::kCarried;
+  const bool isCarrying = isForOne || attempt.act.promise == Promise::kCarriedForBoth;
   CommandTally& commands = tally.commands[attempt.act.kind];
   if (wasKilled) {
     ++tally.kills;
     ++commands.killed;
-    if (isCarrying) ++tally.carrying.at(static_cast<std::size_t>(attempt.moment));
+    if (isForOne) ++tally.carrying.at(static_cast<std::size_t>(attempt.moment));
   }
   const bool isRefused = attempt.report.kind == Report::Kind::kRefused;
   if (attempt.report.kind == Report::Kind::kFailed || (isRefused && isCarrying)) {
@@ -369,15 +380,20 @@ void UnluckyPartners::RequirePromised(const Attempt& attempt) const {
               "withdrawn " + attempt.act.words.back());
       return;
     case Promise::kCarried:
-      RequireCarriedWell(attempt);
+      RequireCarriedWell(attempt.who, answer);
+      return;
+    case Promise::kCarriedForBoth:
+      for (std::size_t who = 0; who < companies_.Size(); ++who) {
+        RequireCarriedWell(who, answer.at("companies").at(who).at("answer"));
+      }
   }
 }
 
 // Kills break no letter, make nobody forget what it told, and close no folder.
-void UnluckyPartners::RequireCarriedWell(const Attempt& attempt) const {
-  for (const Json& with : Json::parse(attempt.report.text).at("partners")) {
+void UnluckyPartners::RequireCarriedWell(std::size_t who, const nlohmann::json& answer) const {
+  for (const Json& with : answer.at("partners")) {
     if (with.at("setAside").empty() && with.at("awaited").is_null() && with.at("failure").is_null()) continue;
-    Fail(std::string(kCompanies.at(attempt.who)) + " carried with something amiss: " + with.dump());
+    Fail(std::string(kCompanies.at(who)) + " carried with something amiss: " + with.dump());
   }
 }
 

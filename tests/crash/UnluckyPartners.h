@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "crash/Commands.h"
 #include "crash/Timing.h"
 #include "crash/Wish.h"
@@ -59,7 +61,7 @@ class UnluckyPartners {
 
  private:
   // What the program promises by reporting that it has done it.
-  enum class Promise { kEntered, kAccepted, kRejected, kWithdrawn, kCarried };
+  enum class Promise { kEntered, kAccepted, kRejected, kWithdrawn, kCarried, kCarriedForBoth };
   struct Act {
     std::string kind;
     std::vector<std::string> words;
@@ -100,6 +102,7 @@ class UnluckyPartners {
   Act Reject(std::size_t who);
   Act AnyAct(std::size_t who);
   Act Carry(std::size_t who) const;
+  Act CarryForBoth() const;
   const partners::RequestRow* AnyOwn(std::size_t who, std::initializer_list<standalone::TransactionState> states);
   const partners::InboxRow* AnyWaiting(std::size_t who);
 
@@ -110,7 +113,7 @@ class UnluckyPartners {
   void Judge(const Attempt& attempt, PartnersTally& tally);
   void Learn(const Attempt& attempt);
   void RequirePromised(const Attempt& attempt) const;
-  void RequireCarriedWell(const Attempt& attempt) const;
+  void RequireCarriedWell(std::size_t who, const nlohmann::json& answer) const;
   void Look();
   Seen LookAt(std::size_t who) const;
   void Rest(PartnersTally& tally);

@@ -277,7 +277,9 @@ void PutFor(Carrier& carrier, exchange::Mailbox& mailbox, const Pairing& pairing
       !lying.empty() && std::ranges::all_of(lying, [&](const std::string& name) { return mailbox.LiesThere(name); });
   const bool isSaid = before.lettersFor == letters->says;
   if (isSaid && allLieThere) return;
-  if (isSaid && !letters->isDue && !carrier.IsFirstInThisStart(pairing)) return;
+  // What it answers lies there unread until a person has compared its other key, however often it is asked.
+  const bool isDue = letters->isDue && carried.waiting.empty();
+  if (isSaid && !isDue && !carrier.IsFirstInThisStart(pairing)) return;
   const std::string address = exchange::AddressOf(KeyOf(pairing));
   std::vector<std::string> names;
   work.Read([&] {

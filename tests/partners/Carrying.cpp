@@ -9,7 +9,8 @@ std::size_t Carry(Companies& companies, std::size_t who) {
   std::size_t put = 0;
   for (const desk::CarriedWith& with : desk::RunExchange(companies.Open(who))) {
     if (!with.failure.empty()) throw Violation("carrying with " + with.partner + " failed: " + with.failure);
-    put += with.put;
+    // Until a person has compared the partner's other key, each start asks it once, and it cannot be heard.
+    if (with.waiting.empty()) put += with.put;
   }
   return put;
 }

@@ -7,7 +7,7 @@
 namespace partners {
 
 // One run of the exchange for one company; throws Violation when the folder could not be reached. Returns how many
-// letters it put.
+// letters it put to partners who could answer now.
 std::size_t Carry(Companies& companies, std::size_t who);
 
 }  // namespace partners

@@ -83,7 +83,7 @@ std::vector<Pairing> PartnersToCompareWith(Work& work, const Looked& looked) {
 
 std::string FactText(Work& work, const StoredFact& fact) {
   const std::optional<Pairing> pairing = work.Host().Pairings().Find(fact.pairing);
-  const bool isOfThePairing = std::ranges::count(kKindsOfThePairing, fact.kind) != 0;
+  const bool isOfThePairing = std::ranges::count(KindsOfThePairing(), fact.kind) != 0;
   return "the " + fact.kind + (isOfThePairing ? "" : " " + fact.name) + " to " + pairing.value().partnerName;
 }
 
@@ -117,7 +117,7 @@ void WithholdWhatHasNotLeft(Work& work) {
   const std::int64_t last = work.Host().Facts().LastNumber();
   for (const Pairing& pairing : work.Host().Pairings().List()) {
     work.Host().Facts().ForEachNotShown(pairing.id, last, [&](const StoredFact& fact) {
-      const bool isOfThePairing = std::ranges::count(kKindsOfThePairing, fact.kind) != 0;
+      const bool isOfThePairing = std::ranges::count(KindsOfThePairing(), fact.kind) != 0;
       if (fact.origin == FactOrigin::kMade && !isOfThePairing) made.insert(exchange::Hash::FromBytes(fact.hash));
     });
   }

@@ -32,7 +32,7 @@ std::optional<exchange::Hash> HashOfWire(const std::string& wire) {
 }
 
 bool IsOfThePairing(const Pairing& pairing, const StoredFact& fact) {
-  return std::ranges::count(kKindsOfThePairing, fact.kind) != 0 && fact.name == pairing.pairingId;
+  return std::ranges::count(KindsOfThePairing(), fact.kind) != 0 && fact.name == pairing.pairingId;
 }
 
 // What those before say of the key of now, and then what that says of them.
@@ -55,7 +55,7 @@ std::vector<std::string> FactsOfTheKey(Work& work, const Pairing& pairing, const
 // They go with each letter: whoever has lost them could read no other.
 std::vector<std::string> FactsOfThePairing(Work& work, const Pairing& pairing, const exchange::PublicKey& now) {
   std::vector<std::string> facts;
-  for (const std::string_view kind : kKindsOfThePairing) {
+  for (const std::string_view kind : KindsOfThePairing()) {
     work.Host().Facts().ForEachOf(pairing.id, kind, pairing.pairingId, [&facts](const StoredFact& fact) {
       facts.push_back(Fact(fact.body, fact.signature).Wire());
     });

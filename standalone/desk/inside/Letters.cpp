@@ -371,7 +371,7 @@ std::string TryNow(Work& work, const Pairing& pairing, const Answering& answerin
 }
 
 bool MayBeTriedAgain(Work& work, const Pairing& pairing, const Answering& answering, const StoredFact& stored) {
-  if (std::ranges::count(kKindsOfThePairing, stored.kind) != 0) return true;
+  if (std::ranges::count(KindsOfThePairing(), stored.kind) != 0) return true;
   if (answering.isWaiting && stored.origin == FactOrigin::kPartners) return false;
   const Fact fact(stored.body, stored.signature);
   if (IsRemark(fact)) return WhyNotUnderstood(fact).empty();

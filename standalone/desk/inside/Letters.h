@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "standalone/books/PairingTable.h"
@@ -46,7 +47,8 @@ class NotTakenNow : public standalone::InvalidInput {
 // A letter of an established or accepted pairing from a key that is not the partner's.
 class FromAnotherKey : public NotTakenNow {
  public:
-  FromAnotherKey(const standalone::Pairing& pairing, const std::string& why) : NotTakenNow(why), pairing_(pairing) {}
+  FromAnotherKey(standalone::Pairing pairing, const std::string& why)
+      : NotTakenNow(why), pairing_(std::move(pairing)) {}
   const standalone::Pairing& OfPairing() const noexcept { return pairing_; }
 
  private:

@@ -1,6 +1,7 @@
 #include "standalone/desk/inside/Pairings.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <vector>
 
@@ -175,6 +176,12 @@ bool IsUnderstood(const standalone::StoredFact& fact) {
 std::string PartnerText(const Pairing& pairing) {
   if (pairing.partnerRealm.empty()) return pairing.partnerName;
   return pairing.partnerName + " (realm " + pairing.partnerRealm + ")";
+}
+
+std::span<const std::string_view> KindsOfThePairing() noexcept {
+  static constexpr std::array kKinds{exchange::kinds::kInvitation, exchange::kinds::kAcceptance,
+                                     exchange::kinds::kConfirmation, exchange::kinds::kNewKey};
+  return kKinds;
 }
 
 exchange::PublicKey KeyOf(const Pairing& pairing) {

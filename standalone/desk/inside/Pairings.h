@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -27,8 +27,7 @@ std::string PartnerText(const standalone::Pairing& pairing);
 bool IsUnderstood(const standalone::StoredFact& fact);
 
 // Of the facts by which a pairing comes about, and by which it is known who signs.
-inline constexpr std::array kKindsOfThePairing{exchange::kinds::kInvitation, exchange::kinds::kAcceptance,
-                                               exchange::kinds::kConfirmation, exchange::kinds::kNewKey};
+std::span<const std::string_view> KindsOfThePairing() noexcept;
 
 exchange::PublicKey KeyOf(const standalone::Pairing& pairing);
 // Whether it is one of this company, now or before.

@@ -5,14 +5,14 @@
 
 namespace partners {
 
-std::size_t Carry(Companies& companies, std::size_t who) {
-  std::size_t put = 0;
+Run Carry(Companies& companies, std::size_t who) {
+  Run run;
   for (const desk::CarriedWith& with : desk::RunExchange(companies.Open(who))) {
     if (!with.failure.empty()) throw Violation("carrying with " + with.partner + " failed: " + with.failure);
-    // Until a person has compared the partner's other key, each start asks it once, and it cannot be heard.
-    if (with.waiting.empty()) put += with.put;
+    run.put += with.put;
+    run.hasWaiting = run.hasWaiting || !with.waiting.empty();
   }
-  return put;
+  return run;
 }
 
 }  // namespace partners

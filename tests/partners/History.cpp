@@ -62,8 +62,8 @@ const std::vector<Kind>& Kinds() {
       {Act::kRemoveRule, "remove-rule", 1},
       {Act::kBookAtOnce, "book-at-once", 2},
       {Act::kClock, "clock", 2},
-      {Act::kRekey, "rekey", 1},
-      {Act::kConfirmKey, "confirm-key", 4},
+      {Act::kRekey, "rekey", 1, Extra::kRekeys},
+      {Act::kConfirmKey, "confirm-key", 4, Extra::kRekeys},
       {Act::kCarry, "carry", 26},
       {Act::kCarryAll, "carry-all", 14},
       {Act::kLose, "lose", 4},
@@ -74,10 +74,10 @@ const std::vector<Kind>& Kinds() {
       {Act::kCorrupt, "corrupt", 2},
       {Act::kReplay, "replay", 4},
       {Act::kMisdirect, "misdirect", 2},
-      {Act::kBackUp, "back-up", 5, true},
-      {Act::kRestoreBooks, "restore-books", 3, true},
-      {Act::kRestoreFolder, "restore-folder", 1, true},
-      {Act::kConfirm, "confirm", 6, true},
+      {Act::kBackUp, "back-up", 5, Extra::kRestores},
+      {Act::kRestoreBooks, "restore-books", 3, Extra::kRestores},
+      {Act::kRestoreFolder, "restore-folder", 1, Extra::kRestores},
+      {Act::kConfirm, "confirm", 6, Extra::kRestores},
   };
   return kinds;
 }
@@ -86,10 +86,14 @@ const char* NameOf(Act act) {
   return std::ranges::find(Kinds(), act, &Kind::act)->name;
 }
 
-History NewHistory(std::uint64_t seed, bool withRestores) {
+History NewHistory(std::uint64_t seed, const Extras& extras) {
   std::mt19937_64 random(seed);
   std::vector<int> weights;
-  for (const Kind& kind : Kinds()) weights.push_back(kind.isRestore && !withRestores ? 0 : kind.weight);
+  for (const Kind& kind : Kinds()) {
+    const bool isLeftOut =
+        (kind.extra == Extra::kRestores && !extras.restores) || (kind.extra == Extra::kRekeys && !extras.rekeys);
+    weights.push_back(isLeftOut ? 0 : kind.weight);
+  }
   std::discrete_distribution<std::size_t> kinds(weights.begin(), weights.end());
   // Mostly two: what goes wrong is mostly between two, and each further one makes fewer histories.
   std::discrete_distribution<std::size_t> companies({0, 0, 20, 9, 3, 1, 1});

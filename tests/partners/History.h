@@ -58,12 +58,19 @@ enum class Act {
   kConfirm,
 };
 
-// How often each act is drawn beside the others; the last four only where histories have restores.
+// What histories only have where it is asked for.
+enum class Extra { kNone, kRestores, kRekeys };
+struct Extras {
+  bool restores = false;
+  bool rekeys = false;
+};
+
+// How often each act is drawn beside the others.
 struct Kind {
   Act act;
   const char* name;
   int weight;
-  bool isRestore = false;
+  Extra extra = Extra::kNone;
 };
 const std::vector<Kind>& Kinds();
 const char* NameOf(Act act);
@@ -81,7 +88,7 @@ struct History {
   std::vector<Step> steps;
 };
 
-History NewHistory(std::uint64_t seed, bool withRestores);
+History NewHistory(std::uint64_t seed, const Extras& extras);
 // A line for each step.
 std::string TextOf(const History& history);
 

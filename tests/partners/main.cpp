@@ -38,7 +38,7 @@ struct Options {
   std::uint64_t seed = std::random_device{}();
   int histories = 100'000;
   int seconds = 0;
-  bool restores = false;
+  partners::Extras extras;
   bool keep = false;
 };
 
@@ -128,8 +128,9 @@ void Print(const partners::Tally& tally) {
 
 void Report(Groups& groups, const Options& options, std::uint64_t seed, const History& history,
             const std::string& what) {
-  std::printf("FAILED: %s\nto play it again: partner_check --seed %llu --histories 1%s\n", what.c_str(),
-              static_cast<unsigned long long>(seed), options.restores ? " --restores" : "");
+  std::printf("FAILED: %s\nto play it again: partner_check --seed %llu --histories 1%s%s\n", what.c_str(),
+              static_cast<unsigned long long>(seed), options.extras.restores ? " --restores" : "",
+              options.extras.rekeys ? " --rekeys" : "");
   std::fflush(stdout);
   if (options.keep) return;
   const History shorter = Shortened(groups, history);
@@ -147,7 +148,7 @@ bool PlayAll(const Options& options, const std::filesystem::path& folder) {
   int played = 0;
   for (; played < options.histories && (options.seconds == 0 || elapsed() < options.seconds); ++played) {
     const std::uint64_t seed = options.seed + static_cast<std::uint64_t>(played);
-    const History history = partners::NewHistory(seed, options.restores);
+    const History history = partners::NewHistory(seed, options.extras);
     if (const std::optional<std::string> what = groups.Play(history)) {
       Report(groups, options, seed, history, *what);
       return false;
@@ -171,7 +172,8 @@ int main(int argumentCount, char** arguments) {
   program.add_option("--histories", options.histories, "How many at most")->capture_default_str();
   program.add_option("--seconds", options.seconds, "How long at most; 0 for as long as it takes")
       ->capture_default_str();
-  program.add_flag("--restores", options.restores, "Also restores backups of the companies");
+  program.add_flag("--restores", options.extras.restores, "Also restores backups of the companies");
+  program.add_flag("--rekeys", options.extras.rekeys, "Also gives companies other keys");
   program.add_flag("--keep", options.keep,
                    "Leaves the companies of a history that fails as they are, and does not shorten it");
   CLI11_PARSE(program, argumentCount, arguments);

@@ -159,13 +159,7 @@ class Carrier {
       if (!work_.MayManageRelations()) work_.Accept(MEStatusPermissionDenied);
       RequireAnIdentity(work_);
     });
-    const std::filesystem::path identity = IdentityFileOf(work_);
-    std::optional<exchange::CarrierLock> lock = exchange::CarrierLock::TryTake(identity, work_.Host().Clock());
-    if (!lock) {
-      work_.Refuse("letters of this company are being carried by " + exchange::CarrierLock::Holder(identity),
-                   Remedy::kWaitForTheOtherProgram);
-    }
-    return *std::move(lock);
+    return RequireCarrierLock(work_);
   }
   void TakeOne(const Pairing& pairing, const std::string& wire, TakenLetter& taken) {
     try {

@@ -50,15 +50,6 @@ OwnIdentity AdoptImported(Work& work) {
 
 constexpr std::string_view kReplace = "another key";
 
-exchange::CarrierLock RequireLock(Work& work, const std::filesystem::path& file) {
-  std::optional<exchange::CarrierLock> lock = exchange::CarrierLock::TryTake(file, work.Host().Clock());
-  if (!lock) {
-    work.Refuse("letters of this company are being carried by " + exchange::CarrierLock::Holder(file),
-                Remedy::kWaitForTheOtherProgram);
-  }
-  return *std::move(lock);
-}
-
 // Who has no key of the partner's yet, or is not known to it, can be told of no other one but under the one of now.
 void RequireNoneBegun(Work& work) {
   for (const standalone::Pairing& pairing : work.Host().Pairings().List()) {
@@ -158,7 +149,7 @@ ReplacedKey ReplaceKey(Company& company, KeyOfNow key) {
   Work work(company.Opened(), UseCase::kUseIdentity);
   static_cast<void>(work.Read([&] { return MayReplace(work, key); }));
   const std::filesystem::path file = IdentityFileOf(work);
-  const exchange::CarrierLock lock = RequireLock(work, file);
+  const exchange::CarrierLock lock = RequireCarrierLock(work);
   // Somebody else may have replaced it until now.
   if (work.Read([&] { return MayReplace(work, key); })) return TakeUpReplaced(work);
   if (key == KeyOfNow::kIsLost) {

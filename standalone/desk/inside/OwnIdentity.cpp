@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "standalone/books/PairingTable.h"
@@ -80,6 +81,16 @@ void TellOfKeys(Work& work, const standalone::Pairing& pairing, const exchange::
 }
 
 }  // namespace
+
+exchange::CarrierLock RequireCarrierLock(Work& work) {
+  const std::filesystem::path file = IdentityFileOf(work);
+  std::optional<exchange::CarrierLock> lock = exchange::CarrierLock::TryTake(file, work.Host().Clock());
+  if (!lock) {
+    work.Refuse("letters of this company are being carried by " + exchange::CarrierLock::Holder(file),
+                Remedy::kWaitForTheOtherProgram);
+  }
+  return *std::move(lock);
+}
 
 std::filesystem::path IdentityFileOf(Work& work) {
   return standalone::IdentityOf(work.Host().CompanyFilePath());

@@ -5,6 +5,7 @@
 
 #include "standalone/books/AuditTable.h"
 #include "standalone/desk/inside/Work.h"
+#include "standalone/exchange/CarrierLock.h"
 #include "standalone/exchange/IdentityFile.h"
 #include "standalone/exchange/Keys.h"
 
@@ -12,6 +13,9 @@
 namespace desk {
 
 std::filesystem::path IdentityFileOf(Work& work);
+
+// Refused while another program carries this company's letters.
+exchange::CarrierLock RequireCarrierLock(Work& work);
 
 // Whether these books have ever signed anything; within a unit of work.
 bool HasOwnKey(Work& work);

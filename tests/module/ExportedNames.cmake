@@ -14,6 +14,9 @@ else()
     OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
   # An entry is a name, one letter for its kind, its address and its size.
   string(REGEX REPLACE " [A-Za-z] [0-9a-f]+( [0-9a-f]+)?\n" "\n" names "${output}")
+  # Not every nm puts a blank between two brackets that close.
+  string(REPLACE ">>" "> >" names "${names}")
+  string(REPLACE ">>" "> >" names "${names}")
 endif()
 string(STRIP "${names}" names)
 string(REPLACE "\n" ";" names "${names}")

@@ -93,6 +93,8 @@ class ADamagedCompanyFile : public CompanyFixture {
   int Damages() const { return static_cast<int>(Setting("MULTIENTITY_DAMAGES", kOrdinaryDamages)); }
   // Few damages may hit a text once more than their share.
   int MostAltered() const { return Damages() / kRarely + 1; }
+  // Most of a page is free, and few damages may all fall there.
+  int LeastRefused() const { return Damages() / kRarely; }
   std::size_t Place(std::size_t from, std::size_t to) {
     return std::uniform_int_distribution<std::size_t>(from, to - 1)(random_);
   }
@@ -261,7 +263,7 @@ TEST_F(ADamagedCompanyFile, WithAChangedByteInItsPagesIsRefusedOrWorksAsBefore) 
 
   EXPECT_THAT(Complaints(Damaged(closed_, flip)), IsEmpty());
 
-  EXPECT_GT(refused_, 0);
+  EXPECT_GE(refused_, LeastRefused());
   EXPECT_LE(altered_, MostAltered());
 }
 
@@ -284,7 +286,7 @@ TEST_F(ADamagedCompanyFile, WithALostBlockIsRefusedOrWorksAsBefore) {
 
   EXPECT_THAT(Complaints(Damaged(closed_, lose)), IsEmpty());
 
-  EXPECT_GT(refused_, 0);
+  EXPECT_GE(refused_, LeastRefused());
   EXPECT_EQ(altered_, 0);
 }
 
@@ -295,7 +297,7 @@ TEST_F(ADamagedCompanyFile, WithAChangedByteAfterACrashIsRefusedOrWorksAsBefore)
 
   EXPECT_THAT(Complaints(Damaged(crashed_, flip)), IsEmpty());
 
-  EXPECT_GT(refused_, 0);
+  EXPECT_GE(refused_, LeastRefused());
   EXPECT_LE(altered_, MostAltered());
 }
 
@@ -306,7 +308,7 @@ TEST_F(ADamagedCompanyFile, WithAChangedByteInItsLogIsRefusedOrWorksAsBefore) {
 
   EXPECT_THAT(Complaints(Damaged(crashed_, flip)), IsEmpty());
 
-  EXPECT_GT(refused_, 0);
+  EXPECT_GE(refused_, LeastRefused());
   // Where the last of the four bookings that are in it was hit.
   EXPECT_LE(altered_, Damages() / 3);
 }

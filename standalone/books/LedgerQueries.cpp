@@ -57,6 +57,8 @@ LedgerQueries::LedgerQueries(Database& database)
       amounts_(database,
                "SELECT l.account_id, l.amount FROM txn_line l CROSS JOIN txn t ON t.id = l.txn_id "
                "WHERE t.posted = 1 AND t.date BETWEEN ?1 AND ?2"),
+      allAmounts_(database,
+                  "SELECT l.account_id, l.amount FROM txn_line l CROSS JOIN txn t ON t.id = l.txn_id WHERE t.posted = 1"),
       sum_(database,
            "WITH RECURSIVE wanted (id) AS (SELECT ?1 UNION "
            "SELECT a.id FROM wanted JOIN account a ON a.parent_id = wanted.id WHERE ?2) "
@@ -126,9 +128,10 @@ std::optional<LedgerAccount> LedgerQueries::FindAccount(std::int32_t id) {
 
 void LedgerQueries::ForEachAmount(LedgerDays days,
                                   const std::function<void(std::int32_t accountId, std::int64_t amount)>& take) {
-  for (Rows rows = amounts_.Query(days.from.Value(), LastOf(days.to)); rows.Step();) {
-    take(rows.Int32(0), rows.Int64(1));
-  }
+  // Reading the date of each transaction takes a tenth of the time.
+  const bool isOfAllDays = days.from == NullDate() && days.to == NullDate();
+  Rows rows = isOfAllDays ? allAmounts_.Query() : amounts_.Query(days.from.Value(), LastOf(days.to));
+  while (rows.Step()) take(rows.Int32(0), rows.Int64(1));
 }
 
 std::int64_t LedgerQueries::SumOf(std::int32_t accountId, bool withSubAccounts, LedgerDays days) {

@@ -92,6 +92,7 @@ class LedgerQueries {
   Statement accounts_;
   Statement account_;
   Statement amounts_;
+  Statement allAmounts_;
   Statement sum_;
   Statement register_;
   Statement withPartner_;

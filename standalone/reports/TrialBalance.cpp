@@ -1,5 +1,6 @@
 #include "standalone/reports/TrialBalance.h"
 
+#include <array>
 #include <limits>
 #include <ranges>
 #include <utility>
@@ -39,7 +40,7 @@ class Tree {
   }
 
   void Add(std::int32_t accountId, std::int64_t amount) {
-    Node& node = nodes_[byId_.at(accountId)];
+    Node& node = NodeOf(accountId);
     AddTo(node.own, amount);
     node.isUsed = true;
   }
@@ -74,9 +75,17 @@ class Tree {
   }
 
  private:
+  // Most of many lines are found without a hash.
+  Node& NodeOf(std::int32_t accountId) {
+    std::size_t& place = places_[static_cast<std::uint32_t>(accountId) % places_.size()];
+    if (place >= nodes_.size() || nodes_[place].account.id != accountId) place = byId_.at(accountId);
+    return nodes_[place];
+  }
+
   std::vector<Node> nodes_;
   std::vector<std::size_t> top_;
   std::unordered_map<std::int32_t, std::size_t> byId_;
+  std::array<std::size_t, 1024> places_{};
 };
 
 }  // namespace

@@ -144,9 +144,9 @@ AuditTable::AuditTable(Database& database)
       insert_(database, Writes::kBookings,
               "INSERT INTO audit VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, nullif(?8, 0), nullif(?9, 0), ?10, ?11)"),
       filtered_(database,
-                "SELECT * FROM audit WHERE (?1 = '' OR user = ?1 COLLATE NOCASE) "
-                "AND (?2 = '' OR action = ?2 OR substr(action, 1, length(?2) + 1) = ?2 || '.') "
-                "AND (?3 = 0 OR ?3 BETWEEN first_txn_id AND last_txn_id) ORDER BY id"),
+                "SELECT * FROM audit WHERE (?3 = 0 OR ?3 BETWEEN first_txn_id AND last_txn_id) "
+                "AND (?1 = '' OR user = ?1 COLLATE NOCASE) "
+                "AND (?2 = '' OR action = ?2 OR substr(action, 1, length(?2) + 1) = ?2 || '.') ORDER BY id"),
       all_(database, "SELECT * FROM audit ORDER BY id") {}
 
 std::int64_t AuditTable::Append(const AuditStamp& stamp, const AuditDeed& deed) {

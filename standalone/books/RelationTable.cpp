@@ -120,6 +120,15 @@ bool RelationTable::Remove(std::string_view realmId) {
   return delete_.Run(realmId) != 0;
 }
 
+bool RelationTable::UsesAccount(std::int32_t account) {
+  std::unordered_map<std::int32_t, bool>& isUsed = held_.Get([](Held&) {}).isUsed;
+  if (const auto known = isUsed.find(account); known != isUsed.end()) return known->second;
+  const bool uses = UsesAccounts(account, 0);
+  if (isUsed.size() == kMostHeld) isUsed.clear();
+  isUsed.emplace(account, uses);
+  return uses;
+}
+
 bool RelationTable::UsesAccounts(std::int64_t account1, std::int64_t account2) {
   return usesAccounts_.Query(account1, account2).Step();
 }

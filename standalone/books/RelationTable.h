@@ -32,7 +32,9 @@ class RelationTable {
   bool Change(DBMultiEntityRelation& row, std::int64_t now);
   bool Remove(std::string_view realmId);
 
-  // Whether any relation uses one of two accounts, 0 for none.
+  // Whether any relation uses the account. Asked of each account once as long as nobody changes a list.
+  bool UsesAccount(std::int32_t account);
+  // The same of one of two accounts, 0 for none.
   bool UsesAccounts(std::int64_t account1, std::int64_t account2);
   // The same without the relation of that realm.
   bool OthersUseAccounts(std::string_view realmId, std::int64_t account1, std::int64_t account2);
@@ -45,6 +47,7 @@ class RelationTable {
   struct Held {
     ByRealm byRealm;
     std::unordered_map<std::int64_t, const DBMultiEntityRelation*> byId;
+    std::unordered_map<std::int32_t, bool> isUsed;  // by account
   };
 
   const DBMultiEntityRelation& Hold(Held& held, const Rows& rows);

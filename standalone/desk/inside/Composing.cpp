@@ -208,7 +208,7 @@ standalone::Money MoneyOf(Work& work, std::int64_t minorUnits) {
 }
 
 void RefusePairedAccount(Work& work, EnteredType type, std::int32_t accountId) {
-  if (type != EnteredType::kBill || !work.Host().Relations().UsesAccounts(accountId, 0)) return;
+  if (type != EnteredType::kBill || !work.Host().Relations().UsesAccount(accountId)) return;
   work.Refuse("the account " + QuotedAccount(work, accountId) + " is paired with a partner", Remedy::kGiveThePartner);
 }
 

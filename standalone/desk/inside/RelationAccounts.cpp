@@ -64,7 +64,7 @@ PairOfAccounts ChooseAccounts(Work& work, const standalone::RealmId& realm, cons
 }
 
 std::string WhyPaired(Work& work, std::int32_t accountId) {
-  if (!work.Host().Relations().UsesAccounts(accountId, 0)) return {};
+  if (!work.Host().Relations().UsesAccount(accountId)) return {};
   return "the account " + Quoted(work.Host().Accounts().FullNameOf(accountId).view()) + " is paired with a partner";
 }
 

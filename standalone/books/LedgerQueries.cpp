@@ -57,8 +57,9 @@ LedgerQueries::LedgerQueries(Database& database)
       amounts_(database,
                "SELECT l.account_id, l.amount FROM txn_line l CROSS JOIN txn t ON t.id = l.txn_id "
                "WHERE t.posted = 1 AND t.date BETWEEN ?1 AND ?2"),
-      allAmounts_(database,
-                  "SELECT l.account_id, l.amount FROM txn_line l CROSS JOIN txn t ON t.id = l.txn_id WHERE t.posted = 1"),
+      allAmounts_(
+          database,
+          "SELECT l.account_id, l.amount FROM txn_line l CROSS JOIN txn t ON t.id = l.txn_id WHERE t.posted = 1"),
       sum_(database,
            "WITH RECURSIVE wanted (id) AS (SELECT ?1 UNION "
            "SELECT a.id FROM wanted JOIN account a ON a.parent_id = wanted.id WHERE ?2) "

@@ -208,6 +208,42 @@ TEST_F(AfterACrash, WhateverAnInterruptedMoveLeftIsNeverRefused) {
   }
 }
 
+// A disk writes a page in pieces. The trail lies on one page, or on many.
+TEST_F(AfterACrash, APageOfWhichThePowerLeftTheBeginningIsNeverRefused) {
+  constexpr std::size_t kSector = 512;
+  struct Trail {
+    int inFile = 0;
+    int inLog = 0;
+  };
+  for (const Trail& trail : {Trail{1, 5}, Trail{4, 2}, Trail{120, 90}}) {
+    StandaloneHost host(path_);
+    const std::int64_t before = host.Request(Access::kRead, [&] { return host.Audit().Check().lines; });
+    Work(host, trail.inFile);
+    MoveLogIntoFile(host);
+    Work(host, trail.inLog);
+    Crash();
+    const std::string file = ReadFile(CrashedFile());
+    const std::string log = ReadFile(CrashedLog());
+    const std::map<std::uint32_t, std::string> last = LastPagesOf(CrashedFile(), kPageSize);
+
+    for (const auto& [torn, content] : last) {
+      const std::string moved =
+          PartlyMoved(file, last, kPageSize, [until = torn](std::uint32_t page) { return page < until; });
+      for (std::size_t arrived = kSector; arrived < kPageSize; arrived += kSector) {
+        std::string partly = moved;
+        const std::size_t offset = std::size_t{torn - 1} * kPageSize;
+        if (partly.size() < offset + arrived) partly.resize(offset + arrived);
+        partly.replace(offset, arrived, content, 0, arrived);
+        WriteFile(CrashedFile(), partly);
+        WriteFile(CrashedLog(), log);
+        std::filesystem::remove(CrashedFile().string() + "-shm");
+
+        EXPECT_EQ(LinesAfterTheCrash(), before + trail.inFile + trail.inLog) << arrived << " bytes of page " << torn;
+      }
+    }
+  }
+}
+
 TEST_F(AfterACrash, TheLogWithAWholeNewCompanyGoesOn) {
   StandaloneHost host(path_);
   Work(host, 1);

@@ -180,8 +180,43 @@ bool IsOfTheTrail(const Row& row) {
   return row.beginning.size() > kTypes.size() && std::equal(kTypes.begin(), kTypes.end(), row.beginning.begin() + 1);
 }
 
-// Nothing where the trail's pages are still what they were before there was one.
+// Whether the rows of a leaf follow each other, and that one. Those of a page that was being written when the power
+// went do not: it tells of rows that have not arrived.
+bool IsInOrder(const Page& leaf, std::int64_t after) {
+  for (std::size_t cell = 0; cell < Number(leaf, kCellCount, 2); ++cell) {
+    const std::int64_t id = RowAt(leaf, cell).id;
+    if (id <= after) return false;
+    after = id;
+  }
+  return true;
+}
+
+// Likewise of all pages on the way to the last row. False where the pages are no table.
+bool IsWholeAtItsEnd(Pages& pages, std::uint32_t root) try {
+  std::uint32_t number = root;
+  std::int64_t after = 0;
+  for (int depth = 0; depth < kDeepest; ++depth) {
+    const Page page = pages.Get(number);
+    if (page.empty()) return false;
+    if (page.front() == kLeafPage) return IsInOrder(page, after);
+    if (page.front() != kInteriorPage) return false;
+    for (std::size_t cell = 0; cell < Number(page, kCellCount, 2); ++cell) {
+      std::int64_t largest = 0;
+      ChildAt(page, cell, largest);
+      if (largest <= after) return false;
+      after = largest;
+    }
+    number = Number(page, kRightmostChild, 4);
+    if (number == 0) return false;
+  }
+  return false;
+} catch (const std::out_of_range&) {
+  return false;
+}
+
+// Nothing where the trail's pages are still what they were before there was one, or are not wholly in the file.
 std::optional<Row> LastLineInFile(Pages& pages, std::uint32_t root) {
+  if (!IsWholeAtItsEnd(pages, root)) return std::nullopt;
   const std::optional<Row> last = FindRow(pages, root, kLast);
   return last && IsOfTheTrail(*last) ? last : std::nullopt;
 }

@@ -259,6 +259,35 @@ TEST_F(WhatCameBack, IsNothingForACompanyThatHasMovedWithItsIdentity) {
   EXPECT_FALSE(AwaitedBy("Alder").has_value());
 }
 
+// Nothing else knows what left.
+TEST_F(WhatCameBack, CannotBeToldWithoutTheIdentitySoThatNothingThatAPartnerMayKnowIsTakenBack) {
+  const std::string request = EnterBill("Alder", "Birch", "HL-1");
+  CarryUntilAtRest();
+  std::filesystem::remove(IdentityOf("Alder"));
+  const std::string books = Books("Alder");
+
+  At("Alder", [&](Company& company) {
+    const std::int32_t bill = ShowOutbox(company, RequestId(request)).txnId;
+    const Refusal refusal = RefusalOf(
+        [&] { ReverseTransaction(company, {.txnId = bill, .date = DateType32{2026, 11, 5}, .memo = std::nullopt}); });
+    EXPECT_EQ(refusal.remedy, Remedy::kBringTheIdentity);
+    EXPECT_THAT(refusal.why, HasSubstr("the identity of this company is not beside it"));
+    EXPECT_EQ(RefusalOf([&] { RemoveTransaction(company, bill); }).remedy, Remedy::kBringTheIdentity);
+    EXPECT_EQ(RefusalOf([&] { WithdrawRequest(company, RequestId(request)); }).remedy, Remedy::kBringTheIdentity);
+    EXPECT_EQ(RefusalOf([&] { InsistOnBooks(company); }).remedy, Remedy::kBringTheIdentity);
+  });
+  EXPECT_EQ(RefusalOfConfirmingAt("Alder").remedy, Remedy::kBringTheIdentity);
+
+  EXPECT_EQ(Books("Alder"), books);
+}
+
+TEST_F(WhatCameBack, IsNotAskedForWhereNoPartnerIsTold) {
+  std::filesystem::remove(IdentityOf("Alder"));
+
+  EXPECT_THAT(EnterBill("Alder", "Birch", "HL-1"), testing::Not(IsEmpty()));
+  EXPECT_FALSE(AwaitedBy("Alder").has_value());
+}
+
 // Alder's company was copied with its identity. Here it works on, there it has sent a bill.
 class ACopyAtWork : public WhatCameBack {
  protected:

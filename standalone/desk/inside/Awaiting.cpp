@@ -51,6 +51,7 @@ std::size_t CountMissing(Work& work, const exchange::IdentityFile& identity, std
 }
 
 Looked Look(Work& work) {
+  RequireAnIdentity(work);
   const exchange::IdentityFile identity(IdentityFileOf(work));
   // Each lost identity stands for a line, before all others.
   Looked looked{.count = identity.LostKeys().size() + identity.LeftCount(),

@@ -101,6 +101,10 @@ std::vector<std::string> Books::Texts(const char* sql) {
   return texts;
 }
 
+std::string Books::Key() {
+  return Texts("SELECT lower(hex(public_key)) FROM exchange_own_key ORDER BY signs, id").back();
+}
+
 std::optional<std::int64_t> Books::TrailBreak() {
   const standalone::UnitOfWork work(file_, standalone::Access::kRead);
   return standalone::AuditTable(file_).Check().breakAt;

@@ -63,6 +63,8 @@ class Books {
   // All that carrying changes, as a text.
   std::string Changing();
   std::vector<std::string> Texts(const char* sql);
+  // By which they sign, in 64 hexadecimal digits; of who has one.
+  std::string Key();
   // The first line of the audit trail that does not go on from the one before it.
   std::optional<std::int64_t> TrailBreak();
 

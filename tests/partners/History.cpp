@@ -78,6 +78,10 @@ const std::vector<Kind>& Kinds() {
       {Act::kRestoreBooks, "restore-books", 3, Extra::kRestores},
       {Act::kRestoreFolder, "restore-folder", 1, Extra::kRestores},
       {Act::kConfirm, "confirm", 6, Extra::kRestores},
+      {Act::kCopyFolder, "copy-folder", 2, Extra::kRestores},
+      {Act::kCopyBooks, "copy-books", 1, Extra::kRestores},
+      {Act::kUseOtherCopy, "use-other-copy", 9, Extra::kRestores},
+      {Act::kEndOtherCopy, "end-other-copy", 1, Extra::kRestores},
   };
   return kinds;
 }

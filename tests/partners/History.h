@@ -56,6 +56,10 @@ enum class Act {
   kRestoreBooks,
   kRestoreFolder,
   kConfirm,
+  kCopyFolder,
+  kCopyBooks,
+  kUseOtherCopy,
+  kEndOtherCopy,
 };
 
 // What histories only have where it is asked for.

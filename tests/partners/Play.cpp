@@ -43,6 +43,7 @@ using standalone::TransactionState;
 using enum standalone::TransactionState;
 
 constexpr int kMostConfirmations = 12;
+constexpr std::string_view kBooks = "books.company";
 
 // There is nothing of which the step could be done.
 struct Idle {};
@@ -84,6 +85,7 @@ class Playing {
   // Nobody holds anything back any more.
   void End() {
     for (who_ = 0; who_ < group_.Size(); ++who_) {
+      if (HasOtherCopy()) EndOtherCopy();
       desk::ChangeSetting(Here(), "closing-date", "none");
       Unblock();
     }
@@ -242,17 +244,15 @@ class Playing {
       case Act::kClock:
         return SetClock();
       case Act::kRekey:
-        desk::ReplaceKey(Here(), desk::KeyOfNow::kIsThere);
-        return;
+        return Rekey();
       case Act::kConfirmKey:
         return ConfirmKey();
       case Act::kCarry:
-        Carry(group_, who_);
-        folder_.Remember();
-        return;
+        return CarryHere();
       case Act::kCarryAll:
-        for (std::size_t who = 0; who < group_.Size(); ++who) Carry(group_, who);
-        folder_.Remember();
+        for (who_ = 0; who_ < group_.Size(); ++who_) {
+          if (HasIdentity()) CarryHere();
+        }
         return;
       default:
         return Befall(act);
@@ -280,11 +280,19 @@ class Playing {
       case Act::kBackUp:
         return BackUp();
       case Act::kRestoreBooks:
-        return Restore("books.company");
+        return Restore(kBooks);
       case Act::kRestoreFolder:
         return Restore("");
       case Act::kConfirm:
         return Confirm();
+      case Act::kCopyFolder:
+        return Copy(/*isWhole=*/true);
+      case Act::kCopyBooks:
+        return Copy(/*isWhole=*/false);
+      case Act::kUseOtherCopy:
+        return UseOtherCopy();
+      case Act::kEndOtherCopy:
+        return EndOtherCopy();
       default:
         throw std::logic_error("nobody performs this act");
     }
@@ -463,10 +471,17 @@ class Playing {
                                  .partnerTxnId = standalone::PartnerTxnId("1")});
   }
 
-  std::filesystem::path IdentityOf(std::size_t who) const { return standalone::IdentityOf(group_.FileOf(who)); }
-  // As it is read out by who has it.
-  std::string FingerprintOf(std::size_t who) const {
-    return exchange::Fingerprint(exchange::IdentityFile(IdentityOf(who)).Keys().Public());
+  // Of two copies of a company at least one has it.
+  exchange::IdentityFile IdentityOf(std::size_t who) const {
+    const std::filesystem::path atWork = standalone::IdentityOf(group_.FileOf(who));
+    return exchange::IdentityFile(std::filesystem::exists(atWork) ? atWork : OtherCopyOf(who) / atWork.filename());
+  }
+  // As it is read out by who has the identity.
+  std::string FingerprintOf(std::size_t who) const { return exchange::Fingerprint(IdentityOf(who).Keys().Public()); }
+  // Two copies of a company that both did so would be two companies.
+  void Rekey() {
+    if (HasOtherCopy()) throw Idle();
+    desk::ReplaceKey(Here(), desk::KeyOfNow::kIsThere);
   }
   void ConfirmKey() {
     std::vector<desk::PairedPartner> partners = desk::ListPairedPartners(Here());
@@ -499,6 +514,20 @@ class Playing {
     return isAny;
   }
 
+  void CarryHere() {
+    if (!HasIdentity()) return RequireRefusedToCarry();
+    Carry(group_, who_);
+    folder_.Remember();
+  }
+  void RequireRefusedToCarry() {
+    try {
+      Carry(group_, who_);
+    } catch (const desk::Refused&) {
+      throw Idle();
+    }
+    throw Violation("letters were carried for books without an identity");
+  }
+
   std::filesystem::path Backups() const { return group_.FolderOf(who_) / "backups"; }
   void BackUp() {
     group_.CloseAll();
@@ -508,12 +537,17 @@ class Playing {
       if (entry.is_regular_file()) std::filesystem::copy_file(entry.path(), backup / entry.path().filename());
     }
   }
-  // Books are restored alone where the identity has stayed, also with another key since.
-  bool KnowsKeyOf(const std::filesystem::path& backup) const {
-    const exchange::IdentityFile then(standalone::IdentityOf(backup / "books.company"));
-    const exchange::IdentityFile now(IdentityOf(who_));
-    const auto isThat = [&then](const exchange::KeyPair& keys) {
-      return keys.Public() == then.Keys().Public();
+  // Books come back without their identity where the one that stays knows their key, also as a former one; an identity
+  // of before does not where the other copy may sign under a later one.
+  bool MayComeBack(const std::filesystem::path& backup, bool isIdentityRestored) {
+    const exchange::IdentityFile now = IdentityOf(who_);
+    if (isIdentityRestored) {
+      const exchange::IdentityFile then(standalone::IdentityOf(backup / kBooks));
+      return !HasOtherCopy() || then.Keys().Public() == now.Keys().Public();
+    }
+    const std::string key = Books(backup / kBooks).Key();
+    const auto isThat = [&key](const exchange::KeyPair& keys) {
+      return keys.Public().Hex() == key;
     };
     return isThat(now.Keys()) || std::ranges::any_of(now.FormerKeys(), isThat);
   }
@@ -524,7 +558,8 @@ class Playing {
     for (const auto& entry : std::filesystem::directory_iterator(Backups())) backups.push_back(entry.path());
     std::ranges::sort(backups);
     const std::filesystem::path backup = AnyOf(backups);
-    if (!only.empty() && !KnowsKeyOf(backup)) throw Idle();
+    const bool isIdentityRestored = only.empty() && std::filesystem::exists(standalone::IdentityOf(backup / kBooks));
+    if (!MayComeBack(backup, isIdentityRestored)) throw Idle();
     group_.CloseAll();
     for (const char* suffix : {"-wal", "-shm"}) std::filesystem::remove(group_.FileOf(who_).string() + suffix);
     for (const auto& entry : std::filesystem::directory_iterator(backup)) {
@@ -532,6 +567,43 @@ class Playing {
       std::filesystem::copy_file(entry.path(), group_.FolderOf(who_) / entry.path().filename(),
                                  std::filesystem::copy_options::overwrite_existing);
     }
+  }
+
+  // Of two copies of a company one is at work, under the company's name; the other one lies beside it.
+  std::filesystem::path OtherCopyOf(std::size_t who) const { return group_.FolderOf(who).string() + " elsewhere"; }
+  std::filesystem::path OtherCopy() const { return OtherCopyOf(who_); }
+  bool HasOtherCopy() const { return std::filesystem::exists(OtherCopy()); }
+  void RequireOtherCopy() const {
+    if (!HasOtherCopy()) throw Idle();
+  }
+  std::filesystem::path Identity() const { return standalone::IdentityOf(group_.FileOf(who_)); }
+  bool HasIdentity() const { return std::filesystem::exists(Identity()); }
+  // Without its identity it can be worked with, and tells nobody anything.
+  void Copy(bool isWhole) {
+    if (HasOtherCopy()) throw Idle();
+    group_.CloseAll();
+    std::filesystem::create_directory(OtherCopy());
+    for (const auto& entry : std::filesystem::directory_iterator(group_.FolderOf(who_))) {
+      const bool isWanted = isWhole || entry.path() == group_.FileOf(who_);
+      if (entry.is_regular_file() && isWanted) {
+        std::filesystem::copy_file(entry.path(), OtherCopy() / entry.path().filename());
+      }
+    }
+  }
+  void UseOtherCopy() {
+    RequireOtherCopy();
+    group_.CloseAll();
+    const std::filesystem::path away = OtherCopy().string() + " for a moment";
+    std::filesystem::rename(group_.FolderOf(who_), away);
+    std::filesystem::rename(OtherCopy(), group_.FolderOf(who_));
+    std::filesystem::rename(away, OtherCopy());
+  }
+  // The one at work goes on, with the identity of the other one if it has none.
+  void EndOtherCopy() {
+    RequireOtherCopy();
+    group_.CloseAll();
+    if (!HasIdentity()) std::filesystem::rename(OtherCopy() / Identity().filename(), Identity());
+    std::filesystem::remove_all(OtherCopy());
   }
 
   void Confirm() {
@@ -565,7 +637,7 @@ class Playing {
 
 void PlayHistory(Group& group, const History& history, Tally& tally) {
   const bool hasRestores = std::ranges::any_of(history.steps, [](const Step& step) {
-    return step.act == Act::kRestoreBooks || step.act == Act::kRestoreFolder;
+    return step.act == Act::kRestoreBooks || step.act == Act::kRestoreFolder || step.act == Act::kUseOtherCopy;
   });
   group.Begin();
   Playing playing(group, hasRestores);

@@ -172,7 +172,8 @@ int main(int argumentCount, char** arguments) {
   program.add_option("--histories", options.histories, "How many at most")->capture_default_str();
   program.add_option("--seconds", options.seconds, "How long at most; 0 for as long as it takes")
       ->capture_default_str();
-  program.add_flag("--restores", options.extras.restores, "Also restores backups of the companies");
+  program.add_flag("--restores", options.extras.restores,
+                   "Also restores backups of the companies, and works with two copies of one");
   program.add_flag("--rekeys", options.extras.rekeys, "Also gives companies other keys");
   program.add_flag("--keep", options.keep,
                    "Leaves the companies of a history that fails as they are, and does not shorten it");

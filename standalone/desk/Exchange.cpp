@@ -187,20 +187,27 @@ struct Found {
   const exchange::TakenEnvelope& envelope;
 };
 
-// By pairing, the letters that were read and stay where they lie.
-using Staying = std::map<std::int32_t, std::vector<std::string>>;
+// The letters of a pairing that were read and stay where they lie.
+struct Left {
+  std::vector<std::string> names;
+  bool wereOthers = false;  // that say something else
+};
+using Staying = std::map<std::int32_t, Left>;
 
-// Those that stay go as soon as one was read that says something new. Of several that say the same nobody here knows
-// for which one their sender looks, who would put it again whenever it is gone.
+// Those that stay go as soon as one was read that says something else, before or after: none of their names tells which
+// is the last, and that is put again by its sender. Of several that say the same nobody here knows for which one their
+// sender looks, who would put it again whenever it is gone.
 void Leave(exchange::Mailbox& mailbox, const std::string& name, const Taken& taken, Staying& staying) {
-  std::vector<std::string>& before = staying[taken.pairing];
+  Left& left = staying[taken.pairing];
   if (taken.wasNew || !taken.stays) {
-    for (const std::string& stayed : std::exchange(before, {})) mailbox.Acknowledge(stayed);
+    left.wereOthers = left.wereOthers || !left.names.empty();
+    for (const std::string& stayed : std::exchange(left.names, {})) mailbox.Acknowledge(stayed);
   }
-  if (taken.stays) {
-    before.push_back(name);
+  if (taken.stays && !left.wereOthers) {
+    left.names.push_back(name);
   } else {
     mailbox.Acknowledge(name);
+    left.wereOthers = true;
   }
 }
 

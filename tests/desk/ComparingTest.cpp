@@ -430,6 +430,25 @@ TEST_F(ComparingPartners, PutNothingAnyMoreWhereTheLastLetterAlsoLiesUnderALater
   EXPECT_EQ(CarryInTurns(kAlder, kBirch, 2), 0U);
 }
 
+// As by a clock that was set back since, or by a disk that brings back what it had.
+TEST_F(ComparingPartners, AreComparedThoughALetterOfBeforeLiesThereUnderALaterName) {
+  Say(kAlder, {"one"});
+  CarryInTurns(kAlder, kBirch, 4);
+  const std::string books = Books(kAlder);
+  Files before;
+  for (const std::filesystem::path& file : Lying()) {
+    const std::string address = file.filename().string().substr(0, 16);
+    before.emplace_back(Folder() / (address + "-ffffffff-ffff-7fff-bfff-ffffffffffff.envelope"),
+                        standalone::ReadFile(file));
+  }
+  Say(kBirch, {"two"});
+  CarryInTurns(kAlder, kBirch, 4);
+  Restore(kAlder, books);
+  for (const auto& [file, bytes] : before) standalone::WriteFile(file, bytes);
+
+  ExpectEqualAtRest(6);
+}
+
 TEST_F(ComparingPartners, AreComparedOnceTheyHaveReadThatTheyAskedAndHoldTheSame) {
   const auto ask = [&](const std::string& why) {
     AtWorkIn(kAlder, [&](Work& work, const standalone::Pairing& pairing) { AskToCompare(work, pairing, why); });

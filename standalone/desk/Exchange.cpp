@@ -119,6 +119,12 @@ class Carrier {
   // Whether a letter that asks for nothing is put once more, as the one that said so lies there no more: once in each
   // start, so that a partner who removes it does not get it for ever.
   bool IsFirstInThisStart(const Pairing& pairing) { return company_.IsFirstOpeningTo(pairing.id); }
+  // Whether a letter that waits, as it is under another key of the partner, echoes the word: only who can open letters
+  // to the partner knows it.
+  bool IsEchoedUnderAnotherKey(const Pairing& pairing, const std::string& word) const {
+    const auto echoes = echoesThatWait_.find(pairing.id);
+    return !word.empty() && echoes != echoesThatWait_.end() && echoes->second.contains(word);
+  }
 
  private:
   bool IsNothingNew(const Pairing& pairing, const exchange::Letter& letter) {
@@ -149,6 +155,7 @@ class Carrier {
       return work_.Read([&] { return RequirePairingOf(work_, letter); });
     } catch (const FromAnotherKey& another) {
       work_.Write([&] { NoteAnotherKey(work_, another.OfPairing(), letter); });
+      echoesThatWait_[another.OfPairing().id].insert(letter.echo);
       throw;
     }
   }
@@ -179,7 +186,8 @@ class Carrier {
   standalone::StandaloneHost::ActingAs acting_;
   exchange::IdentityFile identity_;
   std::optional<Awaited> awaited_;
-  std::map<std::int32_t, std::set<exchange::Hash>> notTaken_;  // by pairing
+  std::map<std::int32_t, std::set<exchange::Hash>> notTaken_;     // by pairing
+  std::map<std::int32_t, std::set<std::string>> echoesThatWait_;  // the same
 };
 
 struct Found {
@@ -277,7 +285,8 @@ void PutFor(Carrier& carrier, exchange::Mailbox& mailbox, const Pairing& pairing
   const bool allLieThere =
       !lying.empty() && std::ranges::all_of(lying, [&](const std::string& name) { return mailbox.LiesThere(name); });
   const bool isSaid = before.lettersFor == letters->says;
-  if (isSaid && allLieThere) return;
+  // What was read is not said again where the answer waits for a person.
+  if (isSaid && (allLieThere || carrier.IsEchoedUnderAnotherKey(pairing, before.word))) return;
   // What it answers lies there unread until a person has compared its other key, however often it is asked.
   const bool isDue = letters->isDue && carried.waiting.empty();
   if (isSaid && !isDue && !carrier.IsFirstInThisStart(pairing)) return;

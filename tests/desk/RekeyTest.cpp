@@ -1,6 +1,7 @@
 // A company gets another key: each partner takes it once a person there has compared fingerprints, and not before.
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -112,6 +113,12 @@ class AnotherKey : public PairedCompanies {
   void ConfirmRestored(const std::string& who) {
     At(who, [](Company& company) { return ConfirmCameBack(company, WhyCameBack::kRestored); });
   }
+  std::vector<std::pair<std::filesystem::path, std::string>> LyingNow() const {
+    std::vector<std::pair<std::filesystem::path, std::string>> letters;
+    for (const std::filesystem::path& file : Lying()) letters.emplace_back(file, standalone::ReadFile(file));
+    return letters;
+  }
+  std::size_t PutBy(const std::string& who) { return Carry(who).at(0).put; }
   std::vector<std::string> SetAsideBy(const std::string& who) { return Carry(who).at(0).setAside; }
   void ExpectThatBothHoldTheSame() {
     CarryInTurns("Alder", "Birch", 5);
@@ -142,6 +149,24 @@ TEST_F(AnotherKey, WaitsAtThePartnerUntilAPersonHasComparedItsFingerprint) {
   ASSERT_THAT(OfferedTo("Birch", "Alder"), ElementsAre(replaced.identity.fingerprint));
   EXPECT_TRUE(Seen("Birch", "Alder").offeredKeys[0].isAnnounced);
   EXPECT_THAT(InboxOfBirch(), IsEmpty());
+}
+
+// Birch asks what the letter of before lacks, and Alder answers under the other key.
+TEST_F(AnotherKey, HasNoLetterPutAgainWhileItWaitsThoughOneOfBeforeComesAgain) {
+  CarryInTurns("Alder", "Birch", 2);
+  const std::vector<std::pair<std::filesystem::path, std::string>> before = LyingNow();
+  EnterBill();
+  CarryInTurns("Alder", "Birch", 3);
+  Replace("Alder");
+  for (const auto& [file, bytes] : before) standalone::WriteFile(file, bytes);
+  CarryInTurns("Birch", "Alder", 3);
+
+  const std::size_t put = PutBy("Birch") + PutBy("Alder") + PutBy("Birch") + PutBy("Alder");
+
+  EXPECT_EQ(put, 0U);
+  EXPECT_THAT(OfferedTo("Birch", "Alder"), ElementsAre(FingerprintOf("Alder")));
+  ConfirmKey("Birch", "Alder", FingerprintOf("Alder"));
+  ExpectThatBothHoldTheSame();
 }
 
 TEST_F(AnotherKey, IsThePartnersFromTheConfirmationOnAndNothingIsLost) {

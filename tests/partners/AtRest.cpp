@@ -194,14 +194,9 @@ void ComeToRest(Companies& companies) {
   int quiet = 0;
   for (int round = 0; round < kMostRounds; ++round) {
     std::size_t put = 0;
-    bool hasWaiting = false;
-    for (std::size_t who = 0; who < companies.Size(); ++who) {
-      const Run run = Carry(companies, who);
-      put += run.put;
-      hasWaiting = hasWaiting || run.hasWaiting;
-    }
+    for (std::size_t who = 0; who < companies.Size(); ++who) put += Carry(companies, who);
     std::string after = Changing(companies);
-    quiet = (put == 0 || hasWaiting) && after == before ? quiet + 1 : 0;
+    quiet = put == 0 && after == before ? quiet + 1 : 0;
     if (quiet == 2) return;
     before = std::move(after);
   }

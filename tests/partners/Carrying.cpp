@@ -5,14 +5,13 @@
 
 namespace partners {
 
-Run Carry(Companies& companies, std::size_t who) {
-  Run run;
+std::size_t Carry(Companies& companies, std::size_t who) {
+  std::size_t put = 0;
   for (const desk::CarriedWith& with : desk::RunExchange(companies.Open(who))) {
     if (!with.failure.empty()) throw Violation("carrying with " + with.partner + " failed: " + with.failure);
-    run.put += with.put;
-    run.hasWaiting = run.hasWaiting || !with.waiting.empty();
+    put += with.put;
   }
-  return run;
+  return put;
 }
 
 }  // namespace partners

@@ -286,10 +286,7 @@ OutboxRequest WithdrawRequest(Company& company, const standalone::RequestId& req
     RequireNothingAwaited(work);
     RequireWithdrawable(work, before);
     const HeldRequest held = HeldAbout(work, found.pairing, RequestOf::kUs, request.Text());
-    const exchange::Withdrawal withdrawal{.request = request.Text(),
-                                          .month = exchange::MonthOf(held.Proposal()->says.date)};
-    Keep(work, found.pairing, exchange::MakeFact(withdrawal, found.pairing.pairingId, RequireKeys(work)),
-         standalone::FactOrigin::kMade);
+    MakeWithdrawal(work, found.pairing, RequireKeys(work), held.Proposal()->says);
     work.Host().Record({.action = "outbox.withdraw",
                         .subject = "the request " + Quoted(request.Text()) + " to " + PartnerText(found.pairing),
                         .transactions = standalone::TransactionRange{.first = before.txnId, .last = before.txnId},

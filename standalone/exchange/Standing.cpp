@@ -86,7 +86,11 @@ SendersStanding StandingAtSender(const HeldFacts& held, const SendersBooks& book
   if (!books.row) return {.isLost = true};
   const HeldAnswer* answer = AnswerThatCounts(held);
   const TransactionState sent = *books.row == TransactionState::kEntered ? TransactionState::kSent : *books.row;
-  if (answer == nullptr) return {.row = sent, .isWithdrawing = held.withdrawal && sent == TransactionState::kSent};
+  if (answer == nullptr) {
+    return {.row = sent,
+            .isWithdrawing = held.withdrawal && sent == TransactionState::kSent,
+            .isToBeWithdrawn = !held.withdrawal && sent == TransactionState::kClosed};
+  }
   const TransactionState row = AfterAnswer(sent, answer->outcome);
   const bool hadEnded = sent == TransactionState::kCameBack || sent == TransactionState::kClosed;
   return {.row = row, .wasOvertaken = hadEnded && row == TransactionState::kEstablished};

@@ -78,6 +78,8 @@ struct SendersStanding {
   std::optional<standalone::TransactionState> row = std::nullopt;  // what it becomes; as it was for most
   bool isLost = false;                                             // a proposal of ours without its transaction
   bool isWithdrawing = false;                                      // asked to be withdrawn, and not answered
+  // Closed here before it was known that it had been sent, as by a copy of these books: the partner does not know.
+  bool isToBeWithdrawn = false;
   // An answer overtook what was done upon another one: the partner has booked what was corrected, reversed or closed
   // here.
   bool wasOvertaken = false;

@@ -385,6 +385,28 @@ TEST_F(ACopyAtWork, OfAPartnerThatIsNotThereIsConfirmedWhenAnAdministratorInsist
   EXPECT_EQ(ConfirmAt("Alder", WhyCameBack::kCopyEnded), 1);
 }
 
+TEST_F(WhatCameBack, IsWithdrawnWhereThisCopyHadReversedItBeforeItKnew) {
+  const std::string request = EnterBill("Alder", "Birch", "HL-1");
+  const Whole here = Take("Alder");
+  CarryInTurns("Alder", "Birch", 1);
+  ASSERT_THAT(InboxOf("Birch"), ElementsAre(request));
+  Put("Alder", here);
+  At("Alder", [&](Company& company) {
+    const std::int32_t bill = ShowOutbox(company, RequestId(request)).txnId;
+    ReverseTransaction(company, {.txnId = bill, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
+  });
+
+  CarryUntilAtRest();
+  ConfirmAt("Alder", WhyCameBack::kCopyEnded);
+  CarryUntilAtRest();
+
+  EXPECT_EQ(At("Birch", [&](Company& company) { return ShowInbox(company, RequestId(request)); }).state,
+            InboxState::kWithdrawn);
+  const OutboxRequest sent = At("Alder", [&](Company& company) { return ShowOutbox(company, RequestId(request)); });
+  EXPECT_EQ(sent.state->number, TransactionState::kClosed);
+  EXPECT_FALSE(Seen("Alder", "Birch").hasLetterToSend);
+}
+
 // Birch has rejected Alder's bill, and books it after all from a copy of before.
 class ARejectionThatIsOvertaken : public WhatCameBack {
  protected:

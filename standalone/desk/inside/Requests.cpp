@@ -258,7 +258,8 @@ void FollowOvertaking(Work& work, const Pairing& pairing, std::int32_t txnId, Ou
   work.Host().Outbox().Set(row);
 }
 
-void DecideAtSender(Work& work, const Pairing& pairing, const std::string& request, DecidedRequest& decided) {
+void DecideAtSender(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const std::string& request,
+                    DecidedRequest& decided) {
   const HeldRequest held = HeldAbout(work, pairing, RequestOf::kUs, request);
   const HeldProposal* proposal = held.Proposal();
   if (proposal == nullptr) return;
@@ -286,6 +287,13 @@ void DecideAtSender(Work& work, const Pairing& pairing, const std::string& reque
     decided.changes.push_back({"request " + request, std::nullopt, "lost"});
     decided.done.push_back(RequestText(work, proposal->says) + " came back: " + now.mark);
     decided.outstanding = CloseWhatItCorrects(work, pairing, proposal->says, decided);
+  }
+  if (standing.isToBeWithdrawn) {
+    MakeWithdrawal(work, pairing, keys, proposal->says);
+    decided.txnId = line->row.txnId;
+    decided.changes.push_back({"withdrawing", "no", "yes"});
+    decided.done.push_back(RequestText(work, proposal->says) +
+                           " had been sent, and is closed here: the partner is asked to withdraw it");
   }
   if (!standing.row || standing.row == books.row) return;
   const MEStatusCode answer = MoveTo(pairing, request, *standing.row);
@@ -342,7 +350,7 @@ DecidedRequest DecideRequest(Work& work, const Pairing& pairing, const exchange:
     return decided;
   }
   if (whose == RequestOf::kUs) {
-    DecideAtSender(work, pairing, request, decided);
+    DecideAtSender(work, pairing, keys, request, decided);
     LookAgainAtCorrected(work, pairing, request);
     return decided;
   }
@@ -366,6 +374,12 @@ void DecideWhatNames(Work& work, const Pairing& pairing, const exchange::KeyPair
 
 void MakeAnswer(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const exchange::Answer& answer) {
   Keep(work, pairing, exchange::MakeFact(answer, keys), standalone::FactOrigin::kMade);
+}
+
+void MakeWithdrawal(Work& work, const Pairing& pairing, const exchange::KeyPair& keys,
+                    const exchange::Proposal& proposal) {
+  const exchange::Withdrawal withdrawal{.request = proposal.request, .month = exchange::MonthOf(proposal.date)};
+  Keep(work, pairing, exchange::MakeFact(withdrawal, pairing.pairingId, keys), standalone::FactOrigin::kMade);
 }
 
 std::string DecidedText(Work& work, const exchange::Proposal& proposal, InboxState state) {

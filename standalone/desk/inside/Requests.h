@@ -40,6 +40,10 @@ DecidedRequest DecideRequest(Work& work, const standalone::Pairing& pairing, con
 void MakeAnswer(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
                 const exchange::Answer& answer);
 
+// Makes the plea not to accept this company's proposal any more, and keeps it.
+void MakeWithdrawal(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
+                    const exchange::Proposal& proposal);
+
 // Looks again at what was held for want of this request.
 void DecideWhatNames(Work& work, const standalone::Pairing& pairing, const exchange::KeyPair& keys,
                      const std::string& request, DecidedRequest& decided);

@@ -143,6 +143,11 @@ MovedExpense MoveExpense(Company& company, const ExpenseToMove& given) {
     work.RequireRight({kFeatureJournalEntries, kActionCreate});
     work.RequireRight({kFeatureJournalEntries, kActionModify});
     const BookedExpense expense = RequireExpense(work, given.txnId);
+    if (const std::optional<std::int32_t> back = TakenBackBy(work, given.txnId)) {
+      work.Refuse(
+          "the partner has taken back " + TextOf(expense.entry) + ", with " + TextOf(RequirePosted(work, *back)),
+          Remedy::kEnterAnEntry);
+    }
     const standalone::Account account = RequireAnotherAccount(work, expense, given.account);
     const DateType32 date = given.date.value_or(work.Today());
     RequireNotBefore(work, expense.last, date);

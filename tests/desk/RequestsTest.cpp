@@ -289,6 +289,31 @@ TEST_F(TheRequest, ThatIsEstablishedIsTakenBackByOneThatIsBookedToTheSameAccount
   EXPECT_EQ(StateAtAlder(waiting[0].requestId), TransactionState::kEstablished);
 }
 
+TEST_F(TheRequest, ThatIsTakenBackHasNoExpenseToMoveAnyMore) {
+  const RecordedTransaction bill = EnterBill();
+  CarryInTurns("Alder", "Birch", 1);
+  const std::int32_t entry = AcceptAtBirch(PartnersLineOf(bill).partners->requestId).booked.at(0).request.entry.value().txnId;
+  const auto moveTo = [&](const char* account) {
+    return At("Birch", [&](Company& company) { return MoveExpense(company, {.txnId = entry, .account = account}); });
+  };
+  const std::int32_t move = moveTo("Checking").move.txnId;
+  CarryUntilAtRest();
+  At("Alder", [&](Company& company) {
+    return ReverseTransaction(company, {.txnId = bill.txnId, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
+  });
+  CarryUntilAtRest();
+  ASSERT_THAT(AcceptAtBirch(InboxOf("Birch", /*decided=*/false).at(0).requestId, {}).booked, SizeIs(1));
+
+  EXPECT_EQ(RefusalOf([&] { moveTo("Maintenance"); }).remedy, Remedy::kEnterAnEntry);
+  At("Birch", [&](Company& company) {
+    EXPECT_EQ(RefusalOf([&] { RemoveTransaction(company, move, {}); }).remedy, Remedy::kEnterAnEntry);
+    EXPECT_EQ(RefusalOf([&] {
+                ReverseTransaction(company, {.txnId = move, .date = std::nullopt, .memo = std::nullopt});
+              }).remedy,
+              Remedy::kEnterAnEntry);
+  });
+}
+
 TEST_F(TheRequest, IsNotBookedToWhatAnyPartnerOwesOrIsOwed) {
   RelateBirchToCedar({.dueFrom = "Due from Cedar", .dueTo = "Due to Cedar"});
   const std::string request = EnterRequest();

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <optional>
 
+#include "standalone/books/FactTable.h"
+#include "standalone/books/InboxTable.h"
 #include "standalone/books/IntercompanyTable.h"
 #include "standalone/books/LinkTable.h"
 #include "standalone/books/OwnRequestTable.h"
+#include "standalone/books/PairingTable.h"
 #include "standalone/books/RowFields.h"
 #include "standalone/desk/inside/Awaiting.h"
 #include "standalone/desk/inside/LineReader.h"
@@ -14,6 +17,8 @@
 #include "standalone/desk/inside/OwnTransactions.h"
 #include "standalone/desk/inside/Partners.h"
 #include "standalone/desk/inside/Posting.h"
+#include "standalone/exchange/Fact.h"
+#include "standalone/exchange/Kinds.h"
 #include "standalone/values/Dates.h"
 
 namespace desk {
@@ -74,10 +79,15 @@ std::string TextById(Work& work, std::int32_t txnId) {
   return TextOf(work.Host().Transactions().FindHeader(txnId).value());
 }
 
-// Of several moves, the expense stands where the last one put it.
+// Of several moves, the expense stands where the last one put it; what takes back the entry was booked there.
 void RequireLastMove(Work& work, std::int32_t moveId) {
   const std::optional<std::int32_t> entry = EarlierOf(work, moveId, LinkKind::kMoves);
   if (!entry) return;
+  if (const std::optional<std::int32_t> back = TakenBackBy(work, *entry)) {
+    work.Refuse("the partner has taken back " + TextById(work, *entry) + ", and " + TextById(work, *back) +
+                    " was booked where " + TextById(work, moveId) + " had moved its expense",
+                Remedy::kEnterAnEntry);
+  }
   const std::vector<std::int32_t> moves = LiveMovesOf(work, *entry);
   if (moves.empty() || moves.back() <= moveId) return;
   work.Refuse(TextById(work, moves.back()) + " has moved the same expense since " + TextById(work, moveId),
@@ -236,6 +246,27 @@ void RequireNotBefore(Work& work, const TransactionHeader& earlier, DateType32 d
 
 std::vector<std::int32_t> LiveMovesOf(Work& work, std::int32_t entryId) {
   return LiveOf(work, LaterOf(work, entryId, LinkKind::kMoves));
+}
+
+std::optional<std::int32_t> TakenBackBy(Work& work, std::int32_t entryId) {
+  std::vector<exchange::Proposal> naming;
+  std::optional<std::int32_t> back;
+  for (const DBMultiEntityTransaction& row : RowsOf(work, entryId)) {
+    const std::optional<standalone::Pairing> pairing = work.Host().Pairings().FindLiveOf(row.relationId);
+    if (!pairing) continue;
+    work.Host().Facts().ForEachNaming(
+        pairing->id, standalone::Field(row.requestId), [&](const standalone::StoredFact& fact) {
+          if (fact.origin != standalone::FactOrigin::kPartners) return;
+          naming.push_back(exchange::ProposalOf(exchange::Fact(fact.body, fact.signature)));
+        });
+    for (const exchange::Proposal& later : naming) {
+      if (later.earlier->how != exchange::EarlierRequest::kReversed) continue;
+      const std::optional<standalone::InboxRow> booked = work.Host().Inbox().Find(pairing->id, later.request);
+      if (booked && booked->txnId) back = booked->txnId;
+    }
+    naming.clear();
+  }
+  return back;
 }
 
 std::optional<std::int32_t> LastAboutExpenseOf(Work& work, std::int32_t entryId) {

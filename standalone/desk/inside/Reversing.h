@@ -27,6 +27,9 @@ void RequireNotBefore(Work& work, const standalone::TransactionHeader& earlier, 
 // The live moves of the entry's expense: of those that are not reversed, by their numbers.
 std::vector<std::int32_t> LiveMovesOf(Work& work, std::int32_t entryId);
 
+// What was booked from the request by which the partner takes back the one that this entry was booked from.
+std::optional<std::int32_t> TakenBackBy(Work& work, std::int32_t entryId);
+
 // What was posted last about the entry's expense: a move, or the reversal of one, which only goes before the others do.
 std::optional<std::int32_t> LastAboutExpenseOf(Work& work, std::int32_t entryId);
 

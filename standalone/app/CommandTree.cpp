@@ -28,6 +28,8 @@ std::vector<std::string> NamesOf(const CLI::Option& option) {
 // Options of which one is chosen stand in a group of their own, which is a command without a name.
 void AddOptions(const CLI::App& command, CommandText& text) {
   for (const CLI::Option* const option : command.get_options()) {
+    // The help does not show it either.
+    if (option->get_group().empty()) continue;
     const OptionText described{.names = NamesOf(*option),
                                .value = option->get_items_expected_max() == 0 ? "" : option->get_type_name(),
                                .help = option->get_description(),

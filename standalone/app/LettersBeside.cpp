@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "standalone/app/Values.h"
-#include "standalone/app/Workers.h"
 #include "standalone/desk/Identity.h"
 
 namespace app {
@@ -56,7 +55,7 @@ GlobalOptions ForPrograms(GlobalOptions options) {
 LettersBeside::LettersBeside(const GlobalOptions& options, std::string file, std::chrono::seconds every,
                              OnCarried onCarried)
     : file_(std::move(file)),
-      workers_{ArgumentsToCarry(ForPrograms(options), /*quiet=*/true, file_)},
+      carrying_{{.file = file_, .arguments = ArgumentsToCarry(ForPrograms(options), /*quiet=*/true, file_)}},
       every_(every),
       onCarried_(std::move(onCarried)),
       thread_([this] { Keep(); }) {}
@@ -69,8 +68,8 @@ void LettersBeside::Keep() {
   const auto isPaired = [this] {
     return desk::HasIdentity(FilePath(file_));
   };
-  RunAgainAndAgain(
-      workers_, every_, end_, [this](std::size_t, const platform::EndedProcess& ended) { Tell(ended); }, isPaired);
+  CarryAgainAndAgain(
+      carrying_, every_, end_, [this](std::size_t, const platform::EndedProcess& ended) { Tell(ended); }, isPaired);
 }
 
 void LettersBeside::End() {
@@ -89,7 +88,7 @@ void LettersBeside::CarryAtLast(std::chrono::seconds most) {
     nobody.wait_for(lock, isDone, most, [] { return false; });
     enough.request_stop();
   });
-  RunAgainAndAgain(workers_, every_, enough, [&](std::size_t, const platform::EndedProcess& ended) {
+  CarryAgainAndAgain(carrying_, every_, enough, [&](std::size_t, const platform::EndedProcess& ended) {
     Tell(ended);
     enough.request_stop();
   });

@@ -9,6 +9,7 @@
 
 #include "platform/ChildProcess.h"
 #include "standalone/app/Invocation.h"
+#include "standalone/app/Workers.h"
 #include "standalone/desk/json/Json.h"
 
 namespace app {
@@ -19,9 +20,10 @@ struct CarriedBeside {
   std::string failure;
 };
 
-// Carries the letters of a company that this program keeps open, by this program once more: at once, and again so long
-// after each run. Nobody waits for it, and each run reads the switches anew, which the module keeps. While another
-// program carries for the company, the user may not, the feature is off or nobody is paired, it is left at that.
+// Carries the letters of a company that this program keeps open, by this program once more: at once, again as soon as
+// there may be something to carry, and so long after each run. Nobody waits for it, and each run reads the switches
+// anew, which the module keeps. While another program carries for the company, the user may not, the feature is off or
+// nobody is paired, it is left at that.
 class LettersBeside {
  public:
   // Told on a thread of this, of one run at a time; of what is amiss once as long as it stays the same.
@@ -42,7 +44,7 @@ class LettersBeside {
   void Tell(const platform::EndedProcess& ended);
 
   std::string file_;
-  std::vector<std::vector<std::string>> workers_;
+  std::vector<Carrying> carrying_;
   std::chrono::seconds every_;
   OnCarried onCarried_;
   CarriedBeside last_;

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
 #include <exception>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <semaphore>
 #include <sstream>
@@ -15,6 +15,8 @@
 #include <thread>
 
 #include "platform/NativePlatform.h"
+#include "standalone/app/CompanyWatch.h"
+#include "standalone/app/Values.h"
 #include "standalone/values/Text.h"
 
 namespace app {
@@ -34,6 +36,12 @@ platform::EndedProcess RunOne(const std::vector<std::string>& arguments, const s
             .output = {},
             .errors = fmt::format("multientity: the program was not started: {}\n", error.what())};
   }
+}
+
+std::vector<std::string> TellingPlaces(const Carrying& company) {
+  std::vector<std::string> arguments = company.arguments;
+  arguments.emplace_back(kTellPlaces);
+  return arguments;
 }
 
 // Of one processor two, so that one that waits for something keeps nobody else waiting.
@@ -131,17 +139,20 @@ void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const O
   for (std::size_t i = 0; i < outcomes.size(); ++i) onEnded(i, outcomes[i].get());
 }
 
-void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std::chrono::seconds every,
-                      std::stop_source& end, const OnEnded& onEnded, const std::function<bool()>& isWanted) {
+void CarryAgainAndAgain(const std::vector<Carrying>& companies, std::chrono::seconds every, std::stop_source& end,
+                        const OnEnded& onEnded, const std::function<bool()>& isWanted) {
   std::counting_semaphore<> places(static_cast<std::ptrdiff_t>(MostAtATime()));
   std::mutex mutex;
-  std::condition_variable_any nobody;
   std::exception_ptr failure;
+  std::vector<std::unique_ptr<CompanyWatch>> watches;
+  for (const Carrying& company : companies) watches.push_back(std::make_unique<CompanyWatch>(FilePath(company.file)));
   const auto runAndTell = [&](std::size_t worker) {
     places.acquire();
-    const platform::EndedProcess ended =
-        end.stop_requested() ? platform::EndedProcess() : RunOne(workers[worker], end.get_token());
+    platform::EndedProcess ended =
+        end.stop_requested() ? platform::EndedProcess() : RunOne(TellingPlaces(companies[worker]), end.get_token());
     places.release();
+    watches[worker]->NoteBooks();
+    ended.output = watches[worker]->TakePlaces(std::move(ended.output));
     const std::lock_guard lock(mutex);
     if (end.stop_requested()) return;
     try {
@@ -152,15 +163,15 @@ void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std:
     }
   };
   const auto keepRunning = [&](std::size_t worker) {
+    const std::stop_callback onStop(end.get_token(), [&watches, worker] { watches[worker]->End(); });
     while (!end.stop_requested()) {
       if (!isWanted || isWanted()) runAndTell(worker);
-      std::unique_lock lock(mutex);
-      nobody.wait_for(lock, end.get_token(), every, [] { return false; });
+      watches[worker]->WaitFor(every);
     }
   };
   {
     std::vector<std::jthread> threads;
-    for (std::size_t i = 0; i < workers.size(); ++i) threads.emplace_back(keepRunning, i);
+    for (std::size_t i = 0; i < companies.size(); ++i) threads.emplace_back(keepRunning, i);
   }
   if (failure) std::rethrow_exception(failure);
 }

@@ -24,11 +24,17 @@ std::vector<std::string> ArgumentsToCarry(const GlobalOptions& options, bool qui
 using OnEnded = std::function<void(std::size_t worker, const platform::EndedProcess& ended)>;
 void RunSideBySide(const std::vector<std::vector<std::string>>& workers, const OnEnded& onEnded);
 
-// The same again and again, each anew so long after it has ended, until a stop is requested, which ends those that run.
-// `onEnded` is told of each as it ends, of one at a time; what it throws stops all, and is thrown. Where `isWanted` is
-// given, it is asked before each run, which is left out unless it answers true.
-void RunAgainAndAgain(const std::vector<std::vector<std::string>>& workers, std::chrono::seconds every,
-                      std::stop_source& end, const OnEnded& onEnded, const std::function<bool()>& isWanted = {});
+// What carries for a company.
+struct Carrying {
+  std::string file;
+  std::vector<std::string> arguments;  // as ArgumentsToCarry has them
+};
+// Carries again and again, for each company anew as soon as there may be something to carry for it, or so long after
+// the last run has ended; until a stop is requested, which ends those that run. `onEnded` is told of each as it ends,
+// of one at a time; what it throws stops all, and is thrown. Where `isWanted` is given, it is asked before each run,
+// which is left out unless it answers true.
+void CarryAgainAndAgain(const std::vector<Carrying>& companies, std::chrono::seconds every, std::stop_source& end,
+                        const OnEnded& onEnded, const std::function<bool()>& isWanted = {});
 
 // An object, null for what is none.
 Json AnswerIn(const std::string& output);

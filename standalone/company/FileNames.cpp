@@ -75,6 +75,11 @@ bool IsBesideCompany(const std::filesystem::path& name, const std::filesystem::p
   return IsSuffixOfCompany(std::string_view(text).substr(own.size(), end - own.size()));
 }
 
+std::vector<std::filesystem::path> FilesOfBooks(const std::filesystem::path& company) {
+  const std::filesystem::path file = BehindItsLinks(company);
+  return {file, WithSuffix(file, kLogSuffix)};
+}
+
 std::filesystem::path IdentityOf(const std::filesystem::path& company) {
   return WithSuffix(BehindItsLinks(company), kIdentityFileSuffix);
 }

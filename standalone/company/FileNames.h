@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace standalone {
 
@@ -27,6 +28,9 @@ std::filesystem::path BehindItsLinks(const std::filesystem::path& path);
 // journals, the operations log with its older ones, the remote switches, the identity. Whatever the way to its folder
 // is; and letters are the same in capitals, as they are on some disks.
 bool IsBesideCompany(const std::filesystem::path& name, const std::filesystem::path& company);
+
+// In which its books are: the file to which its links lead, and the engine's log, which need not be there.
+std::vector<std::filesystem::path> FilesOfBooks(const std::filesystem::path& company);
 
 // The identity of a company, beside the file to which its links lead, so that each way to a company leads to one.
 std::filesystem::path IdentityOf(const std::filesystem::path& company);

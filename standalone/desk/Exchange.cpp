@@ -303,6 +303,12 @@ void PutFor(Carrier& carrier, exchange::Mailbox& mailbox, const Pairing& pairing
   carried.put = names.size();
 }
 
+LetterPlaces PlacesOf(const Carrier& carrier, const std::vector<Pairing>& pairings) {
+  LetterPlaces places{.folders = {}, .addresses = carrier.Addresses()};
+  for (const Pairing& pairing : pairings) places.folders.push_back(standalone::PathOfText(pairing.folder));
+  return places;
+}
+
 CarriedWith CarryWith(Carrier& carrier, const Pairing& pairing) {
   CarriedWith carried{.partner = pairing.partnerName,
                       .folder = standalone::PathOfText(pairing.folder),
@@ -427,13 +433,15 @@ std::int64_t ConfirmCameBack(Company& company, WhyCameBack why) {
   });
 }
 
-std::vector<CarriedWith> RunExchange(Company& company, const std::function<void(const CarriedWith&)>& onPartner) {
+std::vector<CarriedWith> RunExchange(Company& company, const RunEvents& events) {
   Carrier carrier(company);
+  std::vector<Pairing> pairings = carrier.Live();
+  std::erase_if(pairings, [](const Pairing& pairing) { return pairing.folder.empty(); });
+  if (events.onBegun) events.onBegun(PlacesOf(carrier, pairings));
   std::vector<CarriedWith> run;
-  for (const Pairing& pairing : carrier.Live()) {
-    if (pairing.folder.empty()) continue;
+  for (const Pairing& pairing : pairings) {
     CarriedWith carried = CarryWith(carrier, pairing);
-    if (onPartner) onPartner(carried);
+    if (events.onPartner) events.onPartner(carried);
     run.push_back(std::move(carried));
   }
   return run;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/desk/Arriving.h"
 #include "standalone/desk/results/Awaited.h"
 #include "standalone/desk/results/Refusal.h"
 
@@ -63,8 +64,13 @@ struct CarriedWith {
   std::string failure;  // why the folder could not be reached; empty if it could
 };
 
+// What a run tells as it goes on.
+struct RunEvents {
+  std::function<void(const LetterPlaces&)> onBegun{};  // before anything is taken
+  std::function<void(const CarriedWith&)> onPartner{};
+};
 // Takes all that lies in the partners' folders for this company and puts what is to be told, once. One program at a
-// time does so for a company: refused while another one does. `onPartner` is told of each partner as it is done.
-std::vector<CarriedWith> RunExchange(Company& company, const std::function<void(const CarriedWith&)>& onPartner = {});
+// time does so for a company: refused while another one does.
+std::vector<CarriedWith> RunExchange(Company& company, const RunEvents& events = {});
 
 }  // namespace desk

@@ -28,23 +28,8 @@ constexpr std::chrono::hours kDraftTime{24};
 // Elsewhere they are texts.
 constexpr bool kNamesAreBytes = sizeof(std::filesystem::path::value_type) == 1;
 
-// Of a file in the folder, in UTF-8; empty where its name is not even that of a text.
-std::string NameOf(const std::filesystem::path& file) {
-  try {
-    return PathText(file.filename());
-  } catch (const std::system_error&) {
-    return {};
-  }
-}
-
 bool EndsWith(std::string_view text, std::string_view end) noexcept {
   return text.size() >= end.size() && EqualIgnoringCase(text.substr(text.size() - end.size()), end);
-}
-
-// Disks that know no capitals may change their case.
-bool IsNameFor(std::string_view name, std::string_view address) {
-  return name.size() > address.size() && name[address.size()] == '-' &&
-         EqualIgnoringCase(name.substr(0, address.size()), address) && EndsWith(name, kEnvelopeSuffix);
 }
 
 // One as Put() gives them, rather than that of a copy, or what a mail program has made of it.
@@ -121,6 +106,19 @@ TakenEnvelope Unfinished() {
 
 }  // namespace
 
+std::string NameOfFile(const std::filesystem::path& file) {
+  try {
+    return PathText(file.filename());
+  } catch (const std::system_error&) {
+    return {};
+  }
+}
+
+bool IsEnvelopeNameFor(std::string_view name, std::string_view address) {
+  return name.size() > address.size() && name[address.size()] == '-' &&
+         EqualIgnoringCase(name.substr(0, address.size()), address) && EndsWith(name, kEnvelopeSuffix);
+}
+
 FolderMailbox::FolderMailbox(std::filesystem::path folder, platform::Clock& clock)
     : folder_(std::move(folder)), clock_(clock) {}
 
@@ -143,9 +141,9 @@ std::vector<std::string> FolderMailbox::List(std::string_view address) {
   std::error_code error;
   std::filesystem::directory_iterator entries(folder_, error);
   for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
-    std::string name = NameOf(entries->path());
+    std::string name = NameOfFile(entries->path());
     if (IsNameOfADraft(name)) RemoveOldDraft(*entries);
-    if (IsNameFor(name, address)) names.push_back(std::move(name));
+    if (IsEnvelopeNameFor(name, address)) names.push_back(std::move(name));
   }
   if (error) ThrowFailure("It cannot be listed", error);
   std::ranges::sort(names, {}, [](const std::string& name) { return std::pair(IsGivenHere(name), name); });
@@ -265,7 +263,7 @@ bool FolderMailbox::LiesThere(std::string_view name) {
 std::filesystem::path FolderMailbox::PathOf(std::string_view name) const {
   if (!standalone::IsUtf8(name) && !kNamesAreBytes) throw MailboxError(standalone::Quoted(name) + " is no name here.");
   const std::filesystem::path file = standalone::PathOfText(name);
-  const bool isName = name.size() > kAddressDigits && IsNameFor(name, name.substr(0, kAddressDigits)) &&
+  const bool isName = name.size() > kAddressDigits && IsEnvelopeNameFor(name, name.substr(0, kAddressDigits)) &&
                       name.find('\0') == std::string_view::npos && file == file.filename() &&
                       !platform::NamesAStream(file);
   if (!isName) throw MailboxError(standalone::Quoted(name) + " is the name of no envelope.");

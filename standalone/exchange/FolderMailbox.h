@@ -20,6 +20,11 @@ inline constexpr const char* kSetAsideFolder = "set-aside";
 // Behind the name of what was set aside.
 inline constexpr const char* kReasonSuffix = ".why.txt";
 
+// Of a file, in UTF-8; empty where its name is not even that of a text.
+std::string NameOfFile(const std::filesystem::path& file);
+// Whether a file of that name is an envelope for that address, also where a disk has changed the case of its letters.
+bool IsEnvelopeNameFor(std::string_view name, std::string_view address);
+
 // A folder that several machines share or that a program fills: one file per envelope, of one netstring of its bytes,
 // named ADDRESS-ID.envelope. Files of other names are left alone. The folder is never made: a share that is not
 // connected is no empty mailbox.

@@ -684,7 +684,9 @@ TEST_F(ExchangingForSeveral, WatchedTheyGoOnUntilTheProgramIsEnded) {
   Carry();
   RunningProgram program(In("."), {"exchange", "run", kFile, kBirchFile, "--watch", "--every", "1"});
   program.EndInput();
-  program.WaitFor("Letters are carried for 2 companies until Ctrl-C ends it, 1 second after each run.\n");
+  program.WaitFor(
+      "Letters are carried for 2 companies until Ctrl-C ends it, as soon as something changes and 1 second after each "
+      "run.\n");
 
   const std::string request = EnterBill();
   program.WaitFor("  sent 1 request\n");
@@ -708,6 +710,97 @@ TEST_F(ExchangingForSeveral, WatchedOneThatFailsIsToldEachTimeAndTheOtherGoesOn)
   program.Signal(SIGINT);
 
   EXPECT_EQ(program.End().exitCode, 0);
+}
+
+class ExchangingAtOnce : public ExchangingForSeveral {
+ protected:
+  RunningProgram Watch(const std::vector<std::string>& files) const {
+    std::vector<std::string> arguments{"exchange", "run", "--watch", "--every", "3600"};
+    arguments.insert(arguments.end(), files.begin(), files.end());
+    return RunningProgram(In("."), arguments);
+  }
+  // Each run asks the module, which writes it down.
+  std::size_t AskedByRuns() const { return Contents(kFileLog).size() + Contents(kBirchFileLog).size(); }
+  // Once it has not run for longer than it ever lets changes wait; false when that does not come about.
+  bool ComesToRest() const {
+    constexpr std::chrono::seconds kRest{4};
+    const auto latest = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+    auto since = std::chrono::steady_clock::now();
+    for (std::size_t asked = AskedByRuns(); std::chrono::steady_clock::now() < since + kRest;) {
+      if (std::chrono::steady_clock::now() > latest) return false;
+      if (const std::size_t now = AskedByRuns(); now != asked) {
+        asked = now;
+        since = std::chrono::steady_clock::now();
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return true;
+  }
+
+  static constexpr const char* kFileLog = "alder.company.log";
+  static constexpr const char* kBirchFileLog = "birch.company.log";
+};
+
+TEST_F(ExchangingAtOnce, ALetterIsTakenAsSoonAsItLiesThere) {
+  RunningProgram program = Watch({kBirchFile});
+  program.WaitFor("put 1 letter into ");
+
+  const std::string request = EnterBill();
+  Done({"exchange", "run", kFile});
+  program.WaitFor("waits in the inbox\n");
+
+  EXPECT_EQ(InInbox(request).at("state"), "new");
+}
+
+TEST_F(ExchangingAtOnce, WhatIsEnteredLeavesAtOnce) {
+  RunningProgram program = Watch({kFile});
+  program.WaitFor("put 1 letter into ");
+
+  EnterBill();
+  program.WaitFor("  sent 1 request\n");
+  EnterBill("NP-2");
+  program.WaitFor("  sent 1 request\n");
+}
+
+TEST_F(ExchangingAtOnce, BothSidesComeToAnEndAndThenToRest) {
+  RunningProgram program = Watch({kFile, kBirchFile});
+  const std::string request = EnterBill();
+  program.WaitFor("waits in the inbox\n");
+
+  EXPECT_EQ(AcceptRequest(request).exitCode, 0);
+
+  const auto latest = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  while (InOutbox(request).at("state") != "established") ASSERT_LT(std::chrono::steady_clock::now(), latest);
+  EXPECT_TRUE(ComesToRest());
+}
+
+TEST_F(ExchangingAtOnce, WhoOnlyReadsTheBooksHasNobodyCarry) {
+  RunningProgram program = Watch({kFile, kBirchFile});
+  program.WaitFor("put 1 letter into ");
+  ASSERT_TRUE(ComesToRest());
+  const std::string before = Contents(kFileLog);
+
+  Done({"accounts", kFile});
+
+  ASSERT_TRUE(ComesToRest());
+  EXPECT_EQ(Contents(kFileLog), before);
+}
+
+TEST_F(ExchangingAtOnce, AFolderThatIsThereAgainIsLookedIntoAtOnce) {
+  RunningProgram program = Watch({kBirchFile});
+  program.WaitFor("put 1 letter into ");
+  std::filesystem::rename(In("shared"), In("elsewhere"));
+  std::filesystem::create_directory(In("shared"));
+
+  EnterBill();
+  Done({"exchange", "run", kFile});
+
+  program.WaitFor("waits in the inbox\n");
+}
+
+TEST_F(ExchangingAtOnce, WhatItAsksItsRunsToTellIsNobodyElses) {
+  EXPECT_THAT(Run({"exchange", "run", "--help"}).out, AllOf(HasSubstr("--watch"), Not(HasSubstr("--tell-places"))));
+  EXPECT_THAT(Run({"completion", "bash"}).out, AllOf(HasSubstr("--watch"), Not(HasSubstr("--tell-places"))));
 }
 
 TEST_F(ExchangingForSeveral, HowOftenIsSaidOfWhatIsWatchedAndInSeconds) {

@@ -9,11 +9,13 @@
 #include <stdexcept>
 #include <stop_token>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "standalone/app/CarriedTexts.h"
+#include "standalone/app/CompanyWatch.h"
 #include "standalone/app/ExchangeTexts.h"
 #include "standalone/app/HowToOpen.h"
 #include "standalone/app/Invocation.h"
@@ -52,6 +54,7 @@ struct RunOptions {
   std::vector<std::string> files;
   bool quiet = false;
   bool watch = false;
+  bool tellPlaces = false;
   std::optional<std::string> every;
 };
 
@@ -93,14 +96,24 @@ bool IsNews(const desk::CarriedWith& carried) {
   return hasTravelled || isAmiss;
 }
 
-void RunForOne(Invocation& invocation, const std::string& file, bool quiet) {
+void RunForOne(Invocation& invocation, const RunOptions& options) {
+  const std::string& file = options.files.front();
+  const bool quiet = options.quiet;
   desk::Company company(FilePath(file), HowToOpen(invocation, file));
-  const bool forPeople = !invocation.options.json;
-  std::vector<desk::CarriedWith> all = desk::RunExchange(company, [&](const desk::CarriedWith& carried) {
-    if (!forPeople || (quiet && !IsNews(carried))) return;
-    Print(CarriedText(CarriedJson(carried), file));
-    FinishPrinting();
-  });
+  desk::RunEvents events;
+  if (options.tellPlaces) {
+    events.onBegun = [](const desk::LetterPlaces& places) {
+      Print(PlacesLine(places));
+    };
+  }
+  if (!invocation.options.json) {
+    events.onPartner = [&](const desk::CarriedWith& carried) {
+      if (quiet && !IsNews(carried)) return;
+      Print(CarriedText(CarriedJson(carried), file));
+      FinishPrinting();
+    };
+  }
+  std::vector<desk::CarriedWith> all = desk::RunExchange(company, events);
   if (quiet) std::erase_if(all, [](const desk::CarriedWith& carried) { return !IsNews(carried); });
   invocation.Report({{"partners", CarriedJson(all)}}, quiet ? "" : SummaryOf(all));
   if (const std::int64_t failures = FailuresAmong(all); failures != 0) {
@@ -139,7 +152,10 @@ void RunForAll(Invocation& invocation, const RunOptions& options) {
 
 void Watch(Invocation& invocation, const RunOptions& options) {
   const std::chrono::seconds every = HowOften(options.every);
-  const std::vector<std::vector<std::string>> workers = WorkersFor(invocation, options);
+  std::vector<Carrying> companies;
+  for (std::vector<std::string>& arguments : WorkersFor(invocation, options)) {
+    companies.push_back({.file = options.files[companies.size()], .arguments = std::move(arguments)});
+  }
   std::stop_source end;
   TerminationHandlers handlers;
   handlers.onEnd = [&end](TerminationCause) {
@@ -149,12 +165,13 @@ void Watch(Invocation& invocation, const RunOptions& options) {
   const Termination termination(std::move(handlers));
   const bool json = invocation.options.json;
   if (!json) {
-    Print(fmt::format("Letters are carried for {} until Ctrl-C ends it, {} after each run.\n",
-                      standalone::Counted(static_cast<std::int64_t>(workers.size()), "company", "companies"),
-                      SecondsText(every)));
+    Print(fmt::format(
+        "Letters are carried for {} until Ctrl-C ends it, as soon as something changes and {} after each "
+        "run.\n",
+        standalone::Counted(static_cast<std::int64_t>(companies.size()), "company", "companies"), SecondsText(every)));
     FinishPrinting();
   }
-  RunAgainAndAgain(workers, every, end, [&](std::size_t worker, const platform::EndedProcess& ended) {
+  CarryAgainAndAgain(companies, every, end, [&](std::size_t worker, const platform::EndedProcess& ended) {
     TellWorker(json, options.files[worker], ended);
   });
 }
@@ -164,7 +181,7 @@ void Run(Invocation& invocation, const RunOptions& options) {
     throw standalone::InvalidInput("--every says how often --watch looks; give --watch, too");
   }
   if (options.watch) return Watch(invocation, options);
-  if (options.files.size() == 1) return RunForOne(invocation, options.files.front(), options.quiet);
+  if (options.files.size() == 1) return RunForOne(invocation, options);
   RunForAll(invocation, options);
 }
 
@@ -330,9 +347,13 @@ void AddExchangeRun(CLI::App& group, Invocation& invocation) {
       "not\nbe reached, once the other partners were served",
       "exchange run alder.company birch.company", options->files);
   command.add_flag("--quiet", options->quiet, "Only of partners of whom there is something to tell");
-  command.add_flag("--watch", options->watch,
-                   "Go on until Ctrl-C or a request to terminate: look again and again, tell as with --quiet");
-  command.add_option("--every", options->every, "With --watch: how many seconds after a run the next one comes (60)");
+  command.add_flag(
+      "--watch", options->watch,
+      "Go on until Ctrl-C or a request to terminate: carry as soon as a letter comes or the books change, and "
+      "again and\nagain, tell as with --quiet");
+  command.add_option("--every", options->every,
+                     "With --watch: how many seconds after a run the next one comes in any case (60)");
+  command.add_flag(kTellPlaces, options->tellPlaces)->group("");
   invocation.When(command, [options](Invocation& run) { Run(run, *options); });
 }
 

@@ -292,7 +292,8 @@ TEST_F(TheRequest, ThatIsEstablishedIsTakenBackByOneThatIsBookedToTheSameAccount
 TEST_F(TheRequest, ThatIsTakenBackHasNoExpenseToMoveAnyMore) {
   const RecordedTransaction bill = EnterBill();
   CarryInTurns("Alder", "Birch", 1);
-  const std::int32_t entry = AcceptAtBirch(PartnersLineOf(bill).partners->requestId).booked.at(0).request.entry.value().txnId;
+  const std::int32_t entry =
+      AcceptAtBirch(PartnersLineOf(bill).partners->requestId).booked.at(0).request.entry.value().txnId;
   const auto moveTo = [&](const char* account) {
     return At("Birch", [&](Company& company) { return MoveExpense(company, {.txnId = entry, .account = account}); });
   };

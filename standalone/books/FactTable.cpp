@@ -78,10 +78,10 @@ FactTable::FactTable(Database& database)
               "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY hash"),
       hashesByMonth_(database,
                      "SELECT month, hash FROM exchange_fact WHERE pairing_id = ?1 "
-                     "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY month, hash"),
+                     "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY month, +hash"),
       hashesOfMonth_(database,
                      "SELECT hash FROM exchange_fact WHERE pairing_id = ?1 AND month = ?2 "
-                     "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY hash"),
+                     "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY +hash"),
       markShown_(database, Writes::kBookings,
                  "UPDATE exchange_fact SET shown = 1 WHERE pairing_id = ?1 AND hash = ?2 AND shown = 0"),
       markNotShown_(database, Writes::kBookings,

@@ -36,11 +36,10 @@ InboxTable::InboxTable(Database& database)
       one_(database,
            "SELECT pairing_id, request_id, proposal, state, mark, txn_id FROM exchange_inbox "
            "WHERE pairing_id = ?1 AND request_id = ?2"),
-      ofRelation_(
-          database,
-          "SELECT inbox.pairing_id, request_id, proposal, inbox.state, mark, txn_id FROM exchange_inbox AS inbox "
-          "JOIN exchange_pairing ON exchange_pairing.id = inbox.pairing_id "
-          "WHERE relation_id = ?1 AND request_id = ?2 ORDER BY inbox.pairing_id DESC LIMIT 1"),
+      ofRelation_(database,
+                  "SELECT pairing_id, request_id, proposal, state, mark, txn_id FROM exchange_inbox "
+                  "WHERE pairing_id IN (SELECT id FROM exchange_pairing WHERE relation_id = ?1) AND request_id = ?2 "
+                  "ORDER BY pairing_id DESC LIMIT 1"),
       byEntry_(database,
                "SELECT pairing_id, request_id, proposal, state, mark, txn_id FROM exchange_inbox WHERE txn_id = ?1 "
                "ORDER BY id DESC LIMIT 1"),

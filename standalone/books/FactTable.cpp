@@ -73,6 +73,9 @@ FactTable::FactTable(Database& database)
       anyNotShown_(database,
                    "SELECT 1 FROM exchange_fact WHERE pairing_id = ?1 AND shown = 0 "
                    "AND hash NOT IN (SELECT hash FROM exchange_withheld) LIMIT 1"),
+      count_(database,
+             "SELECT (SELECT count(*) FROM exchange_fact WHERE pairing_id = ?1) - (SELECT count(*) "
+             "FROM exchange_withheld CROSS JOIN exchange_fact USING (hash) WHERE pairing_id = ?1)"),
       hashes_(database,
               "SELECT hash FROM exchange_fact WHERE pairing_id = ?1 "
               "AND hash NOT IN (SELECT hash FROM exchange_withheld) ORDER BY hash"),
@@ -144,6 +147,11 @@ void FactTable::ForEachSetAside(std::int32_t pairing, const std::function<void(c
 
 bool FactTable::HasNotShown(std::int32_t pairing) {
   return anyNotShown_.Query(pairing).Step();
+}
+
+std::uint64_t FactTable::Count(std::int32_t pairing) {
+  Rows rows = count_.Query(pairing);
+  return rows.Step() ? static_cast<std::uint64_t>(rows.Int64(0)) : 0;
 }
 
 void FactTable::ForEachHash(std::int32_t pairing, const std::function<void(std::string_view hash)>& take) {

@@ -66,6 +66,7 @@ class FactTable {
   void Withhold(std::string_view hash);
   void WithholdNothing();
 
+  std::uint64_t Count(std::int32_t pairing);
   // All in ascending order of the hashes, which are valid within the call.
   void ForEachHash(std::int32_t pairing, const std::function<void(std::string_view hash)>& take);
   // Month by month, each in ascending order of the hashes, which are valid within the call.
@@ -92,6 +93,7 @@ class FactTable {
   Statement notShown_;
   Statement setAside_;
   Statement anyNotShown_;
+  Statement count_;
   Statement hashes_;
   Statement hashesByMonth_;
   Statement hashesOfMonth_;

@@ -163,7 +163,6 @@ void NoteSent(Work& work, const Pairing& pairing, const LettersToSend& sent, con
 }
 
 void NoteRead(Work& work, const Pairing& pairing, const exchange::Letter& letter, std::set<exchange::Hash>& notTaken) {
-  const exchange::Summary held = SummaryOfHeld(work, pairing);
   Carrying carrying = work.Host().Pairings().CarryingOf(pairing.id);
   const bool isEcho = IsEchoOf(carrying, letter);
   if (isEcho && !carrying.isEchoed) {
@@ -176,12 +175,12 @@ void NoteRead(Work& work, const Pairing& pairing, const exchange::Letter& letter
   }
   carrying.theirSummary = letter.summary.Text();
   MarkTold(work, pairing, letter, notTaken);
-  const bool isEqual = letter.summary == held;
+  const bool isEqual = IsSummaryOfHeld(work, pairing, letter.summary);
   if (isEqual) {
     // One that has not read what is told may be of before: books that were restored since have left it in the folder.
     if (!carrying.word.empty()) work.Host().Facts().MarkAllShown(pairing.id);
   } else {
-    if (!letter.months.empty()) carrying.workedThrough = PairOf(held, carrying.theirSummary);
+    if (!letter.months.empty()) carrying.workedThrough = PairOf(SummaryOfHeld(work, pairing), carrying.theirSummary);
     TakeMonths(work, pairing, letter, carrying);
     TakeLists(work, pairing, letter, notTaken, carrying);
   }

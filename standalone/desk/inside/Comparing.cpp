@@ -87,6 +87,10 @@ Summary SummaryOfHeld(Work& work, const Pairing& pairing) {
   return summarizing.Finish();
 }
 
+bool IsSummaryOfHeld(Work& work, const Pairing& pairing, const Summary& summary) {
+  return work.Host().Facts().Count(pairing.id) == summary.count && SummaryOfHeld(work, pairing) == summary;
+}
+
 std::string PairOf(const Summary& held, std::string_view theirs) {
   return held.Text() + ' ' + std::string(theirs);
 }

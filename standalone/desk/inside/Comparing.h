@@ -15,6 +15,8 @@
 namespace desk {
 
 exchange::Summary SummaryOfHeld(Work& work, const standalone::Pairing& pairing);
+// The same as comparing it with that; of another number of facts, none of them is read.
+bool IsSummaryOfHeld(Work& work, const standalone::Pairing& pairing, const exchange::Summary& summary);
 
 // Has the next letter begin to look for the difference, unless the two hold the same, nothing was told yet about what
 // this company holds now, or the same two summaries were worked through.

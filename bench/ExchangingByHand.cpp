@@ -24,7 +24,7 @@ namespace {
 constexpr std::string_view kFactForm = "multientity-fact-1";
 constexpr std::string_view kEnvelopeForm = "multientity-envelope-1";
 constexpr std::string_view kSealedForm = "multientity-sealed-1\n";
-constexpr std::size_t kMostContent = 4'194'304 - kSealedForm.size() - crypto_box_SEALBYTES;
+constexpr std::size_t kMostContent = 1'048'576 - kSealedForm.size() - crypto_box_SEALBYTES;
 // "64:", the signature, ",".
 constexpr std::size_t kSignatureField = crypto_sign_BYTES + 4;
 constexpr std::size_t kAddressDigits = 16;

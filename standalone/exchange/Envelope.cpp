@@ -20,9 +20,11 @@ constexpr std::string_view kEnvelopeForm = "multientity-envelope-1";
 constexpr std::string_view kTheEnvelope = "The envelope";
 // "64:", the signature, ",".
 constexpr std::size_t kSignatureNetstringBytes = kSignatureBytes + 4;
-constexpr std::size_t kMostContentBytes = kMostEnvelopeBytes - kOutside.size() - kSealBytes;
+constexpr std::size_t kAroundContentBytes = kOutside.size() + kSealBytes;
+constexpr std::size_t kMostContentBytes = kMostEnvelopeBytes - kAroundContentBytes;
+constexpr std::size_t kFullContentBytes = kFullEnvelopeBytes - kAroundContentBytes;
 // Of one month in one field; more go into further fields.
-constexpr std::size_t kMostHashesInAField = 65'536;
+constexpr std::size_t kMostHashesInAField = 16'000;
 
 void Require(bool holds, const std::string& otherwise) {
   if (!holds) throw Malformed("The envelope " + otherwise + ".");
@@ -187,7 +189,8 @@ void Sealing::AddFact(std::string_view wire) {
 }
 
 void Sealing::Add(std::string_view field) {
-  if (content_.size() + field.size() + kSignatureNetstringBytes > kMostContentBytes) HandOn();
+  const bool isBegun = content_.size() > head_.size();
+  if (isBegun && content_.size() + field.size() + kSignatureNetstringBytes > kFullContentBytes) HandOn();
   content_ += field;
 }
 

@@ -13,6 +13,8 @@
 namespace exchange {
 
 inline constexpr std::size_t kMostEnvelopeBytes = 4'194'304;
+// A letter with more goes on in another envelope, as there are several copies of one while it is sealed or opened.
+inline constexpr std::size_t kFullEnvelopeBytes = 1'048'576;
 
 // What one carrying tells the partner.
 struct Letter {
@@ -30,7 +32,7 @@ struct Letter {
   friend bool operator==(const Letter&, const Letter&) = default;
 };
 
-// Envelopes that together say what the letter does: one when that fits into kMostEnvelopeBytes, otherwise several, each
+// Envelopes that together say what the letter does: one when that fits into kFullEnvelopeBytes, otherwise several, each
 // with the word, the echo and the summary, and with some of the months, hashes and facts. Throws Malformed when the
 // letter has what nobody would read, std::invalid_argument when the keys are not those of its sender.
 std::vector<std::string> Seal(const Letter& letter, const KeyPair& sender);

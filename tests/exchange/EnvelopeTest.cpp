@@ -13,6 +13,7 @@ using namespace std::string_view_literals;
 using testing::Alder;
 using testing::Birch;
 using testing::Cedar;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using testing::kOtherWord;
 using testing::kPairing;
@@ -280,11 +281,11 @@ TEST(ALetter, ThatNobodyWouldReadIsNotSent) {
   EXPECT_THROW(Seal(misdated, Alder()), Malformed);
 }
 
-TEST(ALetterOfMoreThanOneEnvelopeHolds, GoesIntoSeveral) {
+TEST(ALetterThatFillsMoreThanOneEnvelope, GoesIntoSeveral) {
   Letter letter = LetterToBirch();
   Proposal proposal = testing::Rent();
   proposal.memo = std::string(4000, 'm');
-  for (int i = 0; i < 1000; ++i) {
+  for (int i = 0; i < 250; ++i) {
     proposal.request = "REQ-" + std::to_string(i + 1);
     letter.facts.push_back(MakeFact(proposal, kPairing, Alder()).Wire());
   }
@@ -292,7 +293,7 @@ TEST(ALetterOfMoreThanOneEnvelopeHolds, GoesIntoSeveral) {
   const std::vector<std::string> envelopes = Seal(letter, Alder());
 
   ASSERT_EQ(envelopes.size(), 2);
-  EXPECT_LE(envelopes[0].size(), kMostEnvelopeBytes);
+  EXPECT_LE(envelopes[0].size(), kFullEnvelopeBytes);
   const Letter first = Open(envelopes[0], Birch());
   const Letter second = Open(envelopes[1], Birch());
   EXPECT_EQ(second.word, letter.word);
@@ -303,13 +304,13 @@ TEST(ALetterOfMoreThanOneEnvelopeHolds, GoesIntoSeveral) {
   EXPECT_EQ(together, letter);
 }
 
-TEST(ALetterOfMoreThanOneEnvelopeHolds, IsTheSameWhenItsFactsAreAddedOneByOne) {
+TEST(ALetterThatFillsMoreThanOneEnvelope, IsTheSameWhenItsFactsAreAddedOneByOne) {
   Letter letter = LetterToBirch();
   letter.facts.clear();
   Proposal proposal = testing::Rent();
   proposal.memo = std::string(4000, 'm');
   std::vector<std::string> wires;
-  for (int i = 0; i < 1000; ++i) {
+  for (int i = 0; i < 250; ++i) {
     proposal.request = "REQ-" + std::to_string(i + 1);
     wires.push_back(MakeFact(proposal, kPairing, Alder()).Wire());
   }
@@ -329,7 +330,7 @@ TEST(ALetterOfMoreThanOneEnvelopeHolds, IsTheSameWhenItsFactsAreAddedOneByOne) {
   EXPECT_EQ(together, wires);
 }
 
-TEST(AListOfMoreHashesThanOneEnvelopeHolds, GoesIntoSeveral) {
+TEST(AListOfHashesThatFillsMoreThanOneEnvelope, GoesIntoSeveral) {
   constexpr std::size_t kMany = 150'000;
   Letter letter = LetterToBirch();
   letter.facts.clear();
@@ -345,12 +346,24 @@ TEST(AListOfMoreHashesThanOneEnvelopeHolds, GoesIntoSeveral) {
 
   std::vector<Hash> together;
   for (const std::string& envelope : Seal(letter, Alder())) {
-    EXPECT_LE(envelope.size(), kMostEnvelopeBytes);
+    EXPECT_LE(envelope.size(), kFullEnvelopeBytes);
     const std::vector<Hash> part = Open(envelope, Birch()).hashes["2026-11"];
     together.insert(together.end(), part.begin(), part.end());
   }
 
   EXPECT_EQ(together, hashes);
+}
+
+TEST(AFactThatFillsAnEnvelope, GoesIntoOneOfItsOwn) {
+  Letter letter = LetterToBirch();
+  letter.months.clear();
+  letter.hashes.clear();
+  letter.facts = {std::string(kFullEnvelopeBytes, 'a'), "small", std::string(kFullEnvelopeBytes, 'b')};
+
+  std::vector<std::vector<std::string>> facts;
+  for (const std::string& envelope : Seal(letter, Alder())) facts.push_back(Open(envelope, Birch()).facts);
+
+  EXPECT_THAT(facts, ElementsAre(ElementsAre(letter.facts[0]), ElementsAre("small"), ElementsAre(letter.facts[2])));
 }
 
 }  // namespace

@@ -75,6 +75,9 @@ IntercompanyTable::IntercompanyTable(Database& database, LinesAhead& lines)
       entered_(database,
                "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
                "WHERE relation_id = ?1 AND state = 0 AND of_before = 0 ORDER BY id"),
+      enteredBehind_(database,
+                     "SELECT txn_id, relation_id, target_id, request_id, txn_type, state, id FROM me_transaction "
+                     "WHERE relation_id = ?1 AND state = 0 AND of_before = 0 AND id > ?2 ORDER BY id LIMIT ?3"),
       ofLine_(database,
               "SELECT txn_id, relation_id, target_id, request_id, txn_type, state FROM me_transaction "
               "WHERE target_id = ?1"),
@@ -151,6 +154,15 @@ void IntercompanyTable::ListOf(std::int64_t txnId, std::vector<DBMultiEntityTran
 std::vector<DBMultiEntityTransaction> IntercompanyTable::ListEntered(std::int64_t relationId) {
   std::vector<DBMultiEntityTransaction> entered;
   for (Rows rows = entered_.Query(relationId); rows.Step();) Read(rows, entered.emplace_back());
+  return entered;
+}
+
+EnteredRows IntercompanyTable::ListEnteredBehind(std::int64_t relationId, std::int64_t number, std::int64_t most) {
+  EnteredRows entered{.rows = {}, .lastNumber = number};
+  for (Rows rows = enteredBehind_.Query(relationId, number, most); rows.Step();) {
+    Read(rows, entered.rows.emplace_back());
+    entered.lastNumber = rows.Int64(6);
+  }
   return entered;
 }
 

@@ -27,6 +27,12 @@ struct BookedRow {
   std::string entryMemo;  // of the transaction
 };
 
+// A piece of a list, and the number of its last row.
+struct EnteredRows {
+  std::vector<DBMultiEntityTransaction> rows;
+  std::int64_t lastNumber = 0;
+};
+
 // The intercompany rows of bills, checks and journal entries: which line of which transaction belongs to which
 // partner's request, and its state. Lists come in the order in which their rows were added, the rows of one transaction
 // in the order of their lines. Every operation needs an open unit of work; a row that the company refuses throws
@@ -52,6 +58,8 @@ class IntercompanyTable {
   void List(std::vector<DBMultiEntityTransaction>& rows);
   // Those of a relation that are entered and not sent yet, but for those of before.
   std::vector<DBMultiEntityTransaction> ListEntered(std::int64_t relationId);
+  // The same behind the one of that number, 0 for all, but no more than that many.
+  EnteredRows ListEnteredBehind(std::int64_t relationId, std::int64_t number, std::int64_t most);
   // The row of a line, whichever transaction it is of; false when there is none.
   bool FindLine(std::int32_t targetId, DBMultiEntityTransaction& row);
   // Its request id.
@@ -87,6 +95,7 @@ class IntercompanyTable {
   Statement delete_;
   Statement ofTransaction_;
   Statement entered_;
+  Statement enteredBehind_;
   Statement ofLine_;
   Statement booked_;
   Statement count_;

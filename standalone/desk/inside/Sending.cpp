@@ -1,6 +1,7 @@
 #include "standalone/desk/inside/Sending.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -28,6 +29,8 @@ using standalone::Pairing;
 using standalone::PairingState;
 using standalone::Quoted;
 using standalone::TransactionState;
+
+constexpr std::int64_t kLinesReadAtOnce = 512;
 
 std::string RequestOfLine(const DBMultiEntityTransaction& row) {
   return std::string(standalone::Field(row.requestId));
@@ -128,14 +131,39 @@ void RequireConnected(Work& work, const Pairing& pairing) {
   RequireEstablished(work, relation);
 }
 
+bool IsConnected(const Pairing& pairing) noexcept {
+  return pairing.state == PairingState::kEstablished && pairing.relationId;
+}
+
+void LeaveOutWhatIsNotSent(Work& work, const Pairing& pairing, std::vector<DBMultiEntityTransaction>& entered) {
+  std::erase_if(entered, [&](const DBMultiEntityTransaction& row) {
+    return row.txnId < pairing.firstTxnId || !IsOwn(work, row.txnId);
+  });
+}
+
+void SendOneOf(Work& work, const Pairing& pairing, const exchange::KeyPair& keys, const DBMultiEntityTransaction& row,
+               SentOfPartner& sent) {
+  try {
+    work.AskToWrite([&] {
+      RefuseToSendTwice(work, row);
+      return SendLine(work, pairing, keys, row);
+    });
+    ++sent.sent;
+  } catch (const Refused& refused) {
+    sent.left.push_back(LineText(row) + ": " + refused.what());
+    const Remedy remedy = refused.Value().remedy;
+    if (std::ranges::count(sent.remedies, remedy) == 0) sent.remedies.push_back(remedy);
+  } catch (const standalone::InvalidInput& unspeakable) {
+    sent.left.push_back(LineText(row) + ": " + unspeakable.what());
+  }
+}
+
 }  // namespace
 
 std::vector<DBMultiEntityTransaction> LinesToSend(Work& work, const Pairing& pairing) {
-  if (pairing.state != PairingState::kEstablished || !pairing.relationId) return {};
+  if (!IsConnected(pairing)) return {};
   std::vector<DBMultiEntityTransaction> lines = work.Host().Intercompany().ListEntered(*pairing.relationId);
-  std::erase_if(lines, [&](const DBMultiEntityTransaction& row) {
-    return row.txnId < pairing.firstTxnId || !IsOwn(work, row.txnId);
-  });
+  LeaveOutWhatIsNotSent(work, pairing, lines);
   return lines;
 }
 
@@ -167,24 +195,20 @@ MEStatusCode SendLine(Work& work, const Pairing& pairing, const exchange::KeyPai
 }
 
 SentOfPartner SendAllOf(Work& work, const Pairing& pairing, const exchange::KeyPair& keys) {
-  const std::vector<DBMultiEntityTransaction> lines = work.Read([&] { return LinesToSend(work, pairing); });
   SentOfPartner sent;
-  for (const DBMultiEntityTransaction& row : lines) {
-    try {
-      work.AskToWrite([&] {
-        RefuseToSendTwice(work, row);
-        return SendLine(work, pairing, keys, row);
-      });
-      ++sent.sent;
-    } catch (const Refused& refused) {
-      sent.left.push_back(LineText(row) + ": " + refused.what());
-      const Remedy remedy = refused.Value().remedy;
-      if (std::ranges::count(sent.remedies, remedy) == 0) sent.remedies.push_back(remedy);
-    } catch (const standalone::InvalidInput& unspeakable) {
-      sent.left.push_back(LineText(row) + ": " + unspeakable.what());
-    }
+  if (!IsConnected(pairing)) return sent;
+  // One that could not be sent stays entered, and is not met again behind the last one that was looked at.
+  for (std::int64_t last = 0;;) {
+    standalone::EnteredRows entered = work.Read([&] {
+      standalone::EnteredRows some =
+          work.Host().Intercompany().ListEnteredBehind(*pairing.relationId, last, kLinesReadAtOnce);
+      LeaveOutWhatIsNotSent(work, pairing, some.rows);
+      return some;
+    });
+    if (entered.lastNumber == last) return sent;
+    last = entered.lastNumber;
+    for (const DBMultiEntityTransaction& row : entered.rows) SendOneOf(work, pairing, keys, row, sent);
   }
-  return sent;
 }
 
 }  // namespace desk

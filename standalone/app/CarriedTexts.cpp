@@ -41,7 +41,11 @@ desk::Awaited AwaitedIn(const desk::Json& object) {
 }  // namespace
 
 std::string TakenText(const desk::Json& letter, std::string_view indent) {
-  return LinesOf(letter.at("done"), indent) + LinesOf(letter.at("outstanding"), fmt::format("{}outstanding: ", indent));
+  std::string text = LinesOf(letter.at("done"), indent);
+  if (const auto more = letter.at("moreDone").get<std::int64_t>(); more != 0) {
+    text += fmt::format("{}and {} more, of which inbox list, outbox list and the audit trail tell\n", indent, more);
+  }
+  return text + LinesOf(letter.at("outstanding"), fmt::format("{}outstanding: ", indent));
 }
 
 desk::Json CarriedJson(const desk::CarriedWith& carried) {

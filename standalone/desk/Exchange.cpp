@@ -190,6 +190,19 @@ class Carrier {
   std::map<std::int32_t, std::set<std::string>> echoesThatWait_;  // the same
 };
 
+// What a run tells of one partner's letters, so that it holds no more; the trail and the lists have each.
+constexpr std::size_t kMostDone = 1'000;
+
+void LeaveOutTooMany(const std::vector<TakenLetter>& before, TakenLetter& letter) {
+  std::size_t told = 0;
+  for (const TakenLetter& one : before) told += one.done.size();
+  const std::size_t room = kMostDone - told;
+  if (letter.done.size() <= room) return;
+  letter.moreDone = letter.done.size() - room;
+  letter.done.resize(room);
+  letter.done.shrink_to_fit();
+}
+
 struct Found {
   const std::string& name;
   const exchange::TakenEnvelope& envelope;
@@ -225,7 +238,9 @@ void TakeOneFrom(Carrier& carrier, exchange::Mailbox& mailbox, const Found& foun
     if (found.envelope.finding != exchange::Finding::kWhole) throw exchange::Malformed(found.envelope.reason);
     Taken taken = carrier.Take(found.envelope.bytes);
     Leave(mailbox, found.name, taken, staying);
-    if (taken.wasNew || !taken.letter.done.empty()) carried.taken.push_back(std::move(taken.letter));
+    if (!taken.wasNew && taken.letter.done.empty()) return;
+    LeaveOutTooMany(carried.taken, taken.letter);
+    carried.taken.push_back(std::move(taken.letter));
   } catch (const FromAnotherKey& another) {
     if (std::ranges::count(carried.waiting, another.what()) == 0) carried.waiting.emplace_back(another.what());
   } catch (const NotTakenNow&) {

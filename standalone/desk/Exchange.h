@@ -23,6 +23,7 @@ struct TakenLetter {
   std::string partner;                   // its name here; empty for a letter that was not taken
   std::size_t facts = 0;                 // that were new
   std::vector<std::string> done;         // such as "Birch has accepted the invitation"
+  std::size_t moreDone = 0;              // of a run: things done besides, which it does not tell of
   std::vector<std::string> outstanding;  // what could not be applied, and why
 };
 

@@ -402,6 +402,28 @@ TEST_F(ExchangingRequests, WhoMaySeeNoTransactionsIsToldOfThePairingAlone) {
   EXPECT_THAT(Run({"exchange", "status", kBirchFile, "--user", "Kim"}).out, Not(HasSubstr("inbox")));
 }
 
+TEST_F(ExchangingRequests, ARunOfManyRequestsTellsOfTheFirstThousandAndHowManyMore) {
+  constexpr std::size_t kMany = 1'002;
+  const auto realm = Answer({"partner", "show", kFile, kBirch}).at("partner").at("realm").get<std::string>();
+  std::string csv = "transaction,type,date,name,memo,account,amount,line_memo,partner_realm,request_id,state\n";
+  for (std::size_t i = 1; i <= kMany; ++i) {
+    const std::string number = std::to_string(i);
+    csv += number + ",bill,2024-03-05,Northern Power,,Utilities,45.00,,,,\n";
+    csv += number + ",,,,,Due from Birch,45.00,," + realm + ",R-" + number + ",entered\n";
+    csv += number + ",,,,,Payables,-90.00,,,,\n";
+  }
+  WriteFile("many.csv", csv);
+  Done({"import", "transactions", kFile, "many.csv"});
+  Done({"exchange", "run", kFile});
+
+  const Outcome taken = Run({"exchange", "run", kBirchFile});
+
+  EXPECT_THAT(taken.out, AllOf(HasSubstr(" waits in the inbox\n  and 2 more, of which inbox list, outbox list and the "
+                                         "audit trail tell\n"),
+                               Not(HasSubstr("bill R-1001 "))));
+  EXPECT_EQ(Answer({"inbox", "list", kBirchFile}).at("requests").size(), kMany);
+}
+
 // Alder's bill is in Birch's inbox, and Alder's books are those of before it.
 class RestoredBooks : public PairedCompanies {
  protected:

@@ -345,19 +345,20 @@ TEST(AsJson, AnIdentityHasItsFileAndItsFingerprint) {
 }
 
 TEST(AsJson, WhatWasCarriedHasItsLettersAndWhatWentWrong) {
-  const CarriedWith carried{.partner = "Birch",
-                            .folder = "shared",
-                            .taken = {{.partner = "Birch", .facts = 1, .done = {"done"}, .outstanding = {}}},
-                            .triedAgain = {"established"},
-                            .sent = 3,
-                            .notSent = {"line 5: blocked"},
-                            .put = 2,
-                            .setAside = {"a.envelope: no envelope"},
-                            .failure = ""};
+  const CarriedWith carried{
+      .partner = "Birch",
+      .folder = "shared",
+      .taken = {{.partner = "Birch", .facts = 1, .done = {"done"}, .moreDone = 2, .outstanding = {}}},
+      .triedAgain = {"established"},
+      .sent = 3,
+      .notSent = {"line 5: blocked"},
+      .put = 2,
+      .setAside = {"a.envelope: no envelope"},
+      .failure = ""};
 
   EXPECT_EQ(
       JsonOf(carried).dump(),
-      R"({"partner":"Birch","folder":"shared","taken":[{"partner":"Birch","facts":1,"done":["done"],)"
+      R"({"partner":"Birch","folder":"shared","taken":[{"partner":"Birch","facts":1,"done":["done"],"moreDone":2,)"
       R"("outstanding":[]}],"triedAgain":["established"],"awaited":null,"sent":3,"notSent":["line 5: blocked"],"put":2,"setAside":["a.envelope: no envelope"],"waiting":[],"failure":null})");
 }
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "standalone/desk/Import.h"
+#include "standalone/desk/Inbox.h"
 #include "standalone/desk/Names.h"
 #include "tests/desk/PairedCompanies.h"
 
@@ -12,9 +13,11 @@ namespace {
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::SizeIs;
 
-// More than is read of the books at once.
+// More than is read of the books at once, and than a run tells of.
 constexpr std::size_t kMany = 1'030;
+constexpr std::size_t kTold = 1'000;
 
 // Alder has entered them, each with a half that Birch bears.
 class ManyBills : public PairedCompanies {
@@ -54,6 +57,23 @@ TEST_F(ManyBills, AreAllSentWhereSomeCannotBe) {
   EXPECT_EQ(carried.at(0).sent, kMany - 2);
   EXPECT_THAT(carried.at(0).notSent, ElementsAre(AllOf(HasSubstr("\"same\""), HasSubstr("cannot be told from")),
                                                  AllOf(HasSubstr("\"SAME\""), HasSubstr("cannot be told from"))));
+}
+
+TEST_F(ManyBills, AreAllTakenWhereARunTellsOfTheFirstOnes) {
+  Enter(Requests());
+  Carry("Alder");
+
+  const std::vector<CarriedWith> carried = Carry("Birch");
+
+  std::size_t told = 0;
+  std::size_t more = 0;
+  for (const TakenLetter& letter : carried.at(0).taken) {
+    told += letter.done.size();
+    more += letter.moreDone;
+  }
+  EXPECT_EQ(told, kTold);
+  EXPECT_EQ(more, kMany - kTold);
+  EXPECT_THAT(At("Birch", [](Company& company) { return ListInbox(company, {}); }), SizeIs(kMany));
 }
 
 }  // namespace

@@ -57,6 +57,7 @@ Json JsonOf(const TakenLetter& letter) {
   return {{"partner", TextJson(letter.partner)},
           {"facts", letter.facts},
           {"done", letter.done},
+          {"moreDone", letter.moreDone},
           {"outstanding", letter.outstanding}};
 }
 

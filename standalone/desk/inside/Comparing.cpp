@@ -149,6 +149,7 @@ void TakeLists(Work& work, const Pairing& pairing, const exchange::Letter& lette
 }
 
 bool HoldsAllThatIsListed(Work& work, const Pairing& pairing, const exchange::Letter& letter) {
+  if (letter.hashes.empty()) return false;
   std::vector<Hash> theirs;
   for (const auto& [month, listed] : letter.hashes) theirs.insert(theirs.end(), listed.begin(), listed.end());
   if (!std::ranges::all_of(theirs,

@@ -385,26 +385,48 @@ TEST_F(ACopyAtWork, OfAPartnerThatIsNotThereIsConfirmedWhenAnAdministratorInsist
   EXPECT_EQ(ConfirmAt("Alder", WhyCameBack::kCopyEnded), 1);
 }
 
-TEST_F(WhatCameBack, IsWithdrawnWhereThisCopyHadReversedItBeforeItKnew) {
-  const std::string request = EnterBill("Alder", "Birch", "HL-1");
-  const Whole here = Take("Alder");
-  CarryInTurns("Alder", "Birch", 1);
-  ASSERT_THAT(InboxOf("Birch"), ElementsAre(request));
-  Put("Alder", here);
-  At("Alder", [&](Company& company) {
-    const std::int32_t bill = ShowOutbox(company, RequestId(request)).txnId;
-    ReverseTransaction(company, {.txnId = bill, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
-  });
+// Alder's bill was sent by a copy of the company. Here it was reversed as one that was sent to nobody.
+class ABillThatWasTakenBackHere : public WhatCameBack {
+ protected:
+  ABillThatWasTakenBackHere() : request_(EnterBill("Alder", "Birch", "HL-1")) {
+    const Whole here = Take("Alder");
+    CarryInTurns("Alder", "Birch", 1);
+    Put("Alder", here);
+    At("Alder", [&](Company& company) {
+      ReverseTransaction(company, {.txnId = 1, .date = DateType32{2026, 11, 5}, .memo = std::nullopt});
+    });
+  }
 
+  TransactionState StateAtAlder() {
+    return At("Alder", [&](Company& company) { return ShowOutbox(company, RequestId(request_)).state.value().number; });
+  }
+  InboxState StateAtBirch() {
+    return At("Birch", [&](Company& company) { return ShowInbox(company, RequestId(request_)).state; });
+  }
+
+  std::string request_;
+};
+
+TEST_F(ABillThatWasTakenBackHere, IsWithdrawnOnceItShowsThatItWasSentAndThatIsConfirmed) {
+  CarryUntilAtRest();
+  EXPECT_EQ(StateAtBirch(), InboxState::kNew);
+
+  ConfirmAt("Alder", WhyCameBack::kCopyEnded);
+  CarryUntilAtRest();
+
+  EXPECT_EQ(StateAtBirch(), InboxState::kWithdrawn);
+  EXPECT_EQ(StateAtAlder(), TransactionState::kClosed);
+  EXPECT_FALSE(Seen("Alder", "Birch").hasLetterToSend);
+}
+
+TEST_F(ABillThatWasTakenBackHere, IsPutBackWhereThePartnerHasBookedIt) {
+  AcceptAt("Birch", request_);
   CarryUntilAtRest();
   ConfirmAt("Alder", WhyCameBack::kCopyEnded);
   CarryUntilAtRest();
 
-  EXPECT_EQ(At("Birch", [&](Company& company) { return ShowInbox(company, RequestId(request)); }).state,
-            InboxState::kWithdrawn);
-  const OutboxRequest sent = At("Alder", [&](Company& company) { return ShowOutbox(company, RequestId(request)); });
-  EXPECT_EQ(sent.state->number, TransactionState::kClosed);
-  EXPECT_FALSE(Seen("Alder", "Birch").hasLetterToSend);
+  EXPECT_EQ(StateAtBirch(), InboxState::kAccepted);
+  EXPECT_EQ(StateAtAlder(), TransactionState::kEstablished);
 }
 
 // Birch has rejected Alder's bill, and books it after all from a copy of before.

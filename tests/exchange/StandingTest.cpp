@@ -106,6 +106,12 @@ TEST(ARequestAtItsSender, StaysClosedOnceItWasCorrectedReversedOrRemovedAfterItC
             (SendersStanding{.row = TransactionState::kClosed}));
 }
 
+TEST(ARequestAtItsSender, IsToBeWithdrawnWhenItWasClosedBeforeItsProposalCameBack) {
+  EXPECT_EQ(Sent(Asked(), TransactionState::kClosed),
+            (SendersStanding{.row = TransactionState::kClosed, .isToBeWithdrawn = true}));
+  EXPECT_EQ(Sent(AskedAndWithdrawn(), TransactionState::kClosed), (SendersStanding{.row = TransactionState::kClosed}));
+}
+
 TEST(ARequestAtItsSender, StaysEstablishedWhateverElseIsHeld) {
   for (const Outcome other : {Outcome::kRejected, Outcome::kRefused, Outcome::kWithdrawn}) {
     EXPECT_EQ(Sent(AskedAndWithdrawn({other, Outcome::kAccepted}), TransactionState::kEstablished),

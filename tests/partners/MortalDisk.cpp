@@ -16,8 +16,9 @@ namespace partners {
 
 namespace {
 
-// What a disk writes wholly or not at all.
+// What a disk writes wholly or not at all: of a log and other files a sector, of the company file a page of it.
 constexpr std::size_t kSector = 512;
+constexpr std::size_t kPage = 4096;
 
 MortalDisk* there = nullptr;
 
@@ -35,6 +36,10 @@ struct stat StatusOf(int file) {
 // The index of a write-ahead log is memory that programs share; whoever opens the log anew makes it again.
 bool IsMemory(std::string_view name) {
   return name.ends_with("-shm");
+}
+
+bool HasPages(int file) {
+  return NameOf(file).ends_with(".company");
 }
 
 // None for what is no file on a disk, or while nobody dies.
@@ -77,7 +82,8 @@ void LiveWith(MortalDisk& disk) {
 
 void MortalDisk::Write(int file, off_t at, std::string_view bytes) {
   const bool isLast = IsTheLast();
-  if (isLast) bytes = bytes.substr(0, UpTo(bytes.size()));
+  const std::size_t unit = HasPages(file) ? kPage : 1;
+  if (isLast) bytes = bytes.substr(0, UpTo(bytes.size() / unit) * unit);
   if (death_.isPowerLost) Remember(file, {.at = at, .bytes = std::string(bytes)});
   if (!isLast) return;
   there = nullptr;
@@ -112,13 +118,14 @@ void MortalDisk::Remember(int file, Piece piece) {
 // What was written later may be on the disk without what was written before it, and the other way round.
 void MortalDisk::LosePartOf(const Unsafe& unsafe) {
   if (unsafe.pieces.empty()) return;
+  const std::size_t unit = HasPages(unsafe.file) ? kPage : kSector;
   EndAt(unsafe.file, 0);
   WriteAt(unsafe.file, 0, unsafe.before);
   for (const Piece& piece : unsafe.pieces) {
-    const std::size_t most = piece.bytes.size() / kSector + 1;
-    const std::size_t sectors = UpTo(2) == 0 ? UpTo(most) : UpTo(1) * most;
-    if (piece.isCut && sectors != 0) EndAt(unsafe.file, piece.at);
-    WriteAt(unsafe.file, piece.at, std::string_view(piece.bytes).substr(0, sectors * kSector));
+    const std::size_t most = piece.bytes.size() / unit + 1;
+    const std::size_t units = UpTo(2) == 0 ? UpTo(most) : UpTo(1) * most;
+    if (piece.isCut && units != 0) EndAt(unsafe.file, piece.at);
+    WriteAt(unsafe.file, piece.at, std::string_view(piece.bytes).substr(0, units * unit));
   }
 }
 

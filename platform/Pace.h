@@ -23,7 +23,7 @@ class Pace {
  private:
   Clock::duration span_;
   Clock::duration ahead_;
-  Clock::time_point due_{};  // of the next one, if all had kept their distance
+  Clock::time_point due_;  // of the next one, if all had kept their distance
 };
 
 }  // namespace platform

@@ -20,7 +20,7 @@ bool IsLetterFor(const std::vector<std::string>& addresses, const std::filesyste
 struct BooksWritten {
   struct File {
     std::uintmax_t bytes = 0;
-    std::filesystem::file_time_type at{};
+    std::filesystem::file_time_type at;
     bool operator==(const File&) const = default;
   };
   std::vector<File> files;

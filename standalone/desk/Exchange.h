@@ -67,8 +67,8 @@ struct CarriedWith {
 
 // What a run tells as it goes on.
 struct RunEvents {
-  std::function<void(const LetterPlaces&)> onBegun{};  // before anything is taken
-  std::function<void(const CarriedWith&)> onPartner{};
+  std::function<void(const LetterPlaces&)> onBegun = nullptr;  // before anything is taken
+  std::function<void(const CarriedWith&)> onPartner = nullptr;
 };
 // Takes all that lies in the partners' folders for this company and puts what is to be told, once. One program at a
 // time does so for a company: refused while another one does.

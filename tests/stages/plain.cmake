@@ -7,7 +7,7 @@ add_stage_test(valgrind valgrind 1800
 add_stage_test(crash crash 1800 ${programs}/crash)
 add_stage_test(crash.partners crash 1800 ${programs}/partner_kills)
 add_stage_test(partners.1 partners 1800 ${programs}/partner_check --seed 1 --histories 500)
-add_stage_test(partners.2 partners 1800 ${programs}/partner_check --seed 100001 --histories 500)
+add_stage_test(partners.2 partners 1800 ${programs}/partner_check --seed 100001 --histories 500 --restores)
 use_all_processors(model valgrind crash crash.partners)
 
 add_stage_test(instructions.plans instructions 300

@@ -60,7 +60,7 @@ class FolderQueue final : public FolderEvents {
  private:
   std::vector<Event> TakeAll() {
     std::vector<Event> events;
-    alignas(inotify_event) std::array<char, 16 * 1024> bytes;
+    alignas(inotify_event) std::array<char, 16'384> bytes;
     ssize_t count = 0;
     while ((count = read(queue_.Number(), bytes.data(), bytes.size())) > 0) {
       for (std::size_t offset = 0; offset < static_cast<std::size_t>(count);) {

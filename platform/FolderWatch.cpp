@@ -37,7 +37,7 @@ FolderWatch::Woken FolderWatch::WaitFor(std::chrono::milliseconds longest) {
     if (isEnded_) return Woken::kByEnd;
     if (std::exchange(isChanged_, false)) return Woken::kByChange;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(latest - Clock::now());
-    if (left <= left.zero()) return Woken::kByTime;
+    if (left <= std::chrono::milliseconds::zero()) return Woken::kByTime;
     Take(std::min(left, kUntilLookedFor));
   }
 }

@@ -10,7 +10,7 @@
 #include "MultiEntityHost/HostServices.h"
 #include "platform/SystemTime.h"
 
-namespace host_contract {
+namespace forwarding {
 
 class MockOps : public Util::Ops {
  public:
@@ -217,4 +217,4 @@ class MockPlatform : public Platform {
   MOCK_METHOD(void, LocalFree, (void*), (noexcept, override));
 };
 
-}  // namespace host_contract
+}  // namespace forwarding

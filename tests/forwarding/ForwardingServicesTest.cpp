@@ -9,9 +9,9 @@
 
 #include "MultiEntityHostHelpers/AbsentServices.h"
 #include "MultiEntityHostHelpers/ForwardingServices.h"
-#include "tests/host_contract/MockServices.h"
+#include "tests/forwarding/MockServices.h"
 
-namespace host_contract {
+namespace forwarding {
 
 namespace {
 
@@ -710,4 +710,4 @@ TEST_F(HostInFront, OnlyTheOverriddenOperationDiffers) {
 
 }  // namespace
 
-}  // namespace host_contract
+}  // namespace forwarding

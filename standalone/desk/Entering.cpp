@@ -189,9 +189,11 @@ LineToPost CopyOf(Work& work, std::int32_t txnId, const RecordedLine& line) {
 }
 
 // What nobody has called wrong stays, also a partner's line that was imported on another account than the relation's.
-LineToPost RepeatOf(Work& work, std::int32_t txnId, const RecordedLine& line) {
-  LineToPost repeated = CopyOf(work, txnId, line);
+LineToPost RepeatOf(Work& work, const RecordedTransaction& original, const RecordedLine& line,
+                    const std::string& memo) {
+  LineToPost repeated = CopyOf(work, original.txnId, line);
   repeated.accountId = line.account.id;
+  repeated.memo = MemoOfRepeated(line.memo, original.memo, memo);
   return repeated;
 }
 
@@ -360,7 +362,7 @@ TransactionToPost Corrected(Work& work, const RecordedTransaction& original, con
   if (!given.lines.empty()) {
     toPost.lines = Compose(work, LinesOf(work, part));
   } else {
-    for (const RecordedLine& line : original.lines) toPost.lines.push_back(RepeatOf(work, original.txnId, line));
+    for (const RecordedLine& line : original.lines) toPost.lines.push_back(RepeatOf(work, original, line, toPost.memo));
   }
   RequireAnythingElse(work, toPost, original, given.date);
   NameEarlierRequests(work, original.txnId, toPost.lines);

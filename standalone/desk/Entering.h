@@ -95,7 +95,7 @@ struct TransactionToCorrect {
   std::int32_t txnId = 0;
   std::optional<DateType32> date = std::nullopt;  // today when left out
   std::variant<std::monostate, Existing, NewVendor> name{std::monostate()};
-  std::optional<standalone::Memo> memo = std::nullopt;
+  std::optional<standalone::Memo> memo = std::nullopt;  // of the lines, too, whose memo was the original's
   std::optional<standalone::DocumentNumber> documentNumber = std::nullopt;
   std::vector<EnteredLine> lines{std::vector<EnteredLine>()};
   std::vector<PartnersShare> shares{std::vector<PartnersShare>()};

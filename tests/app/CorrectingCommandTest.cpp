@@ -143,6 +143,20 @@ TEST_F(BooksWithAMistake, ACorrectionIsOnlyShownWhenThatIsAskedFor) {
   Done({"bill", "correct", kFile, "1", "--memo", "Power of March"});
 }
 
+TEST_F(BooksWithAMistake, ACorrectionAsksThePartnerWithItsMemo) {
+  const Json bill = Answer({"bill", "record", kFile, "--name", "Walker", "--memo", "Inspection of the lift", "--line",
+                            "Utilities", "100.00", "--partner", "1001", "--share", "50%"});
+
+  const Json correction = Answer({"bill", "correct", kFile, std::to_string(bill.at("transaction").get<int>()), "--memo",
+                                  "Inspection of the WEST lift"})
+                              .at("correction");
+
+  EXPECT_EQ(correction.at("lines").at(0).at("memo"), "");
+  EXPECT_EQ(correction.at("lines").at(1).at("realm"), "1001");
+  EXPECT_EQ(correction.at("lines").at(1).at("memo"), "Inspection of the WEST lift");
+  EXPECT_EQ(correction.at("lines").at(2).at("memo"), "Inspection of the WEST lift");
+}
+
 TEST_F(BooksWithAMistake, ACorrectionWithoutAnythingNewIsRefused) {
   EXPECT_EQ(ErrorOf({"bill", "correct", kFile, "1"}).at("remedy"), "say-what-is-wrong");
   EXPECT_EQ(ErrorOf({"bill", "correct", kFile, "1", "--line", "Utilities", "90.00"}).at("remedy"),

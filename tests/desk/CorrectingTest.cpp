@@ -73,6 +73,23 @@ class InTheBooks : public DeskFixture {
     return states;
   }
 
+  // Of 100.00 in two lines, the second without a text of its own; Birch bears half.
+  std::int32_t RecordInspection(const char* memo) {
+    return RecordTransaction(*company_,
+                             {.type = EnteredType::kBill,
+                              .date = kDayOfTheBill,
+                              .name = Existing{"Northern Power"},
+                              .memo = standalone::Memo(memo),
+                              .lines = {{.account = "Utilities",
+                                         .amount = standalone::LineAmount("60.00"),
+                                         .memo = standalone::Memo("Rope")},
+                                        {.account = "Utilities:Power", .amount = standalone::LineAmount("40.00")}},
+                              .shares = {{.partner = "1001", .share = standalone::ShareText("50%")}},
+                              .attachments = {}},
+                             Posting::kPost)
+        .txnId;
+  }
+
   ReversedTransaction Reverse(std::int32_t txnId) { return ReverseTransaction(*company_, {.txnId = txnId}); }
   // The company file is compared as it is before and after.
   template <typename Ask>
@@ -441,6 +458,33 @@ TEST_F(ACorrection, TakesTheOriginalBackAndLeavesWhatIsNotGivenAsItWas) {
   EXPECT_EQ(Number("SELECT earlier_txn_id FROM txn_link WHERE kind = 'corrects' AND txn_id = " +
                    std::to_string(corrected.correction.txnId)),
             kBill);
+}
+
+TEST_F(ACorrection, GivesItsMemoToTheLinesThatHadTheOriginalsAndLeavesOtherTexts) {
+  const std::int32_t txnId = RecordInspection("Inspection of the lift");
+
+  const CorrectedTransaction corrected =
+      Correct({.type = EnteredType::kBill, .txnId = txnId, .memo = standalone::Memo("Inspection of the WEST lift")});
+
+  EXPECT_THAT(corrected.correction.lines,
+              ElementsAre(Line("Utilities", 3000, "Rope"), Line("Utilities:Power", 2000, ""),
+                          Line("Due from Birch", 5000, "Inspection of the WEST lift"),
+                          Line("Payables", -10000, "Inspection of the WEST lift")));
+  EXPECT_THAT(corrected.reversed.reversal.lines,
+              ElementsAre(Line("Utilities", -3000, "Rope"), Line("Utilities:Power", -2000, ""),
+                          Line("Due from Birch", -5000, "Inspection of the lift"),
+                          Line("Payables", 10000, "Inspection of the lift")));
+}
+
+TEST_F(ACorrection, LeavesLinesWithoutATextWithoutOneWhereTheOriginalHadNoMemo) {
+  const std::int32_t txnId = RecordInspection("");
+
+  const RecordedTransaction correction =
+      Correct({.type = EnteredType::kBill, .txnId = txnId, .memo = standalone::Memo("Inspection")}).correction;
+
+  EXPECT_EQ(correction.memo, "Inspection");
+  EXPECT_THAT(correction.lines, ElementsAre(Line("Utilities", 3000, "Rope"), Line("Utilities:Power", 2000, ""),
+                                            Line("Due from Birch", 5000, ""), Line("Payables", -10000, "")));
 }
 
 TEST_F(ACorrection, NamesTheRequestOfTheSamePartnerThatItCorrects) {

@@ -224,6 +224,10 @@ LineToPost PartnersLine(Work& work, const DBMultiEntityRelation& relation, std::
           .request = RequestToPost{.relationId = relation.relationId, .requestId = NewRequestId(work)}};
 }
 
+std::string MemoOfRepeated(const std::string& lines, const std::string& before, const std::string& after) {
+  return !lines.empty() && lines == before ? after : lines;
+}
+
 std::vector<LineToPost> Compose(Work& work, const LinesToCompose& given) {
   RequireLines(work, given);
   return given.type == EnteredType::kEntry ? ComposeEntry(work, given) : ComposePayment(work, given);

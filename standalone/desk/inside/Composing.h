@@ -39,6 +39,9 @@ bool MayCredit(EnteredType type, std::int16_t accountType) noexcept;
 // What the partner is asked to book for: a line on what it owes this company, with a request of its own.
 LineToPost PartnersLine(Work& work, const DBMultiEntityRelation& relation, std::int64_t amount, std::string memo);
 
+// That of a line which is repeated in another transaction: it follows the transaction's, and a text of its own stays.
+std::string MemoOfRepeated(const std::string& lines, const std::string& before, const std::string& after);
+
 // The amount as the company has it.
 standalone::Money MoneyOf(Work& work, std::int64_t minorUnits);
 

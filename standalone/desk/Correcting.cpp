@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 #include "standalone/books/AccountTable.h"
@@ -112,7 +113,8 @@ ReversedTransaction ReverseTransaction(Company& company, const TransactionToReve
     RequireNotBefore(work, original, date);
     Closing closing(work, given.closedDays);
     closing.RequireOpen(date);
-    PostedReversal reversal = PostReversal(work, original, date, given.memo ? given.memo->Text() : original.memo);
+    PostedReversal reversal =
+        PostReversal(work, original, date, given.memo ? std::optional(given.memo->Text()) : std::nullopt);
     work.Host().Record(closing.Told(DeedOfReversal(work, reversal)));
     return ReversedTransaction{
         .txnId = original.id, .reversal = ReadTransaction(work, reversal.txnId), .toTell = std::move(reversal.toTell)};

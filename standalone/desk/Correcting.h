@@ -17,7 +17,7 @@ class Company;
 struct TransactionToReverse {
   std::int32_t txnId = 0;
   std::optional<DateType32> date = std::nullopt;        // today when left out
-  std::optional<standalone::Memo> memo = std::nullopt;  // the original's when left out
+  std::optional<standalone::Memo> memo = std::nullopt;  // of the lines, too; the original's when left out
   ClosedDays closedDays = ClosedDays::kRefused;
 };
 

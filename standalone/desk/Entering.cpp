@@ -396,7 +396,7 @@ CorrectedTransaction PostCorrection(Work& work, const TransactionToCorrect& give
   closing.RequireOpen(date);
   const TransactionToPost toPost = Corrected(work, original, given, date);
   if (!given.again) RefuseToAskTwice(work, toPost);
-  PostedReversal reversal = PostReversal(work, header, reversalDate, original.memo);
+  PostedReversal reversal = PostReversal(work, header, reversalDate);
   if (!given.again && IsOfAnotherPaper(toPost, original)) RefuseASecondOne(work, DocumentOf(toPost));
   const std::int32_t correctionId = Post(work, toPost).txnId;
   if (how == Posting::kPost) {

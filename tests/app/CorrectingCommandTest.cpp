@@ -43,6 +43,19 @@ TEST_F(BooksWithAMistake, AReversalIsReadByPrograms) {
   EXPECT_EQ(answer.at("reversal").at("lines").at(0).at("amount"), "100.00");
 }
 
+TEST_F(BooksWithAMistake, AReversalAsksThePartnerWithItsMemo) {
+  const Json bill = Answer({"bill", "record", kFile, "--name", "Walker", "--memo", "Inspection of the lift", "--line",
+                            "Utilities", "100.00", "--partner", "1001", "--share", "50%"});
+
+  const Json reversal =
+      Answer({"reverse", kFile, std::to_string(bill.at("transaction").get<int>()), "--memo", "Never delivered"})
+          .at("reversal");
+
+  EXPECT_EQ(reversal.at("lines").at(0).at("memo"), "");
+  EXPECT_EQ(reversal.at("lines").at(1).at("realm"), "1001");
+  EXPECT_EQ(reversal.at("lines").at(1).at("memo"), "Never delivered");
+}
+
 TEST_F(BooksWithAMistake, AReversalIsNotMadeTwice) {
   Done({"reverse", kFile, "1"});
 

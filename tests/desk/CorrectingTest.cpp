@@ -158,6 +158,18 @@ TEST_F(AReversal, HasTheMemoAndTheDocumentNumberOfTheOriginalAndIsDatedTodayUnle
   EXPECT_EQ(reversal.date, platform::Today(other.Clock()));
 }
 
+TEST_F(AReversal, GivesItsMemoToTheLinesThatHadTheOriginalsAndLeavesOtherTexts) {
+  const std::int32_t txnId = RecordInspection("Inspection of the lift");
+
+  const RecordedTransaction reversal =
+      ReverseTransaction(*company_, {.txnId = txnId, .memo = standalone::Memo("Never delivered")}).reversal;
+
+  EXPECT_EQ(reversal.memo, "Never delivered");
+  EXPECT_THAT(reversal.lines, ElementsAre(Line("Utilities", -3000, "Rope"), Line("Utilities:Power", -2000, ""),
+                                          Line("Due from Birch", -5000, "Never delivered"),
+                                          Line("Payables", 10000, "Never delivered")));
+}
+
 TEST_F(AReversal, OfWhatAPartnerHasIsSentToItAsARequestOfItsOwn) {
   SetStates(kBill, 3);
 

@@ -274,12 +274,14 @@ TEST_F(TheRequest, ThatIsEstablishedIsTakenBackByOneThatIsBookedToTheSameAccount
   CarryUntilAtRest();
 
   At("Alder", [&](Company& company) {
-    return ReverseTransaction(company, {.txnId = bill.txnId, .date = DateType32(2026, 11, 5), .memo = std::nullopt});
+    return ReverseTransaction(
+        company, {.txnId = bill.txnId, .date = DateType32(2026, 11, 5), .memo = standalone::Memo("Never delivered")});
   });
   CarryUntilAtRest();
   const std::vector<InboxRequest> waiting = InboxOf("Birch", /*decided=*/false);
   ASSERT_THAT(waiting, SizeIs(1));
   EXPECT_EQ(waiting[0].amount.minorUnits, -24000);
+  EXPECT_EQ(waiting[0].memo, "Never delivered");
   EXPECT_TRUE(waiting[0].earlier->reverses);
   const BookedRequests accepted = AcceptAtBirch(waiting[0].requestId, {});
   ASSERT_THAT(accepted.booked, SizeIs(1)) << accepted.left.at(0).refusal.why;
@@ -878,12 +880,12 @@ TEST_F(TheRequest, ThatTakesAnEarlierOneBackIsTakenUpAgainWhenItWasLost) {
   AcceptAtBirch(request);
   CarryUntilAtRest();
   const std::string before = Books("Alder");
-  const auto reverseOn = [&](DateType32 date) {
+  const auto reverseOn = [&](DateType32 date, std::optional<standalone::Memo> memo = std::nullopt) {
     return At("Alder", [&](Company& company) {
-      return ReverseTransaction(company, {.txnId = bill.txnId, .date = date, .memo = std::nullopt});
+      return ReverseTransaction(company, {.txnId = bill.txnId, .date = date, .memo = memo});
     });
   };
-  const RecordedTransaction reversal = reverseOn({2026, 11, 5}).reversal;
+  const RecordedTransaction reversal = reverseOn({2026, 11, 5}, standalone::Memo("Never delivered")).reversal;
   const std::string takesBack = PartnersLineOf(reversal).partners->requestId;
   CarryInTurns("Alder", "Birch", 1);
   Restore("Alder", before);
@@ -901,7 +903,13 @@ TEST_F(TheRequest, ThatTakesAnEarlierOneBackIsTakenUpAgainWhenItWasLost) {
               }).why,
               HasSubstr("reverse the transaction of that one, with the date 2026-11-05"));
   EXPECT_EQ(RefusalOf([&] { reverseOn({2026, 11, 6}); }).remedy, Remedy::kEnterWhatWasSent);
-  EXPECT_EQ(PartnersLineOf(reverseOn({2026, 11, 5}).reversal).partners->requestId, takesBack);
+  const Refusal otherMemo = RefusalOf([&] { reverseOn({2026, 11, 5}, standalone::Memo("Delivered late")); });
+  EXPECT_EQ(otherMemo.remedy, Remedy::kEnterWhatWasSent);
+  EXPECT_EQ(otherMemo.why, "Birch was asked to take it back with the memo \"Never delivered\", by the request " +
+                               standalone::Quoted(takesBack) + ", which these books lost; not with \"Delivered late\"");
+  const RecordedTransaction onceMore = reverseOn({2026, 11, 5}).reversal;
+  EXPECT_EQ(PartnersLineOf(onceMore).partners->requestId, takesBack);
+  EXPECT_EQ(PartnersLineOf(onceMore).memo, "Never delivered");
   CarryUntilAtRest();
 
   EXPECT_EQ(StateAtAlder(takesBack), TransactionState::kSent);

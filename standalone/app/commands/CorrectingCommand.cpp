@@ -76,7 +76,8 @@ void AddReverse(CLI::App& program, Invocation& invocation) {
       "reverse alder.company 17 --date 2026-03-31", options->file);
   command.add_option("TXN", options->txn, "Its transaction id")->required();
   command.add_option("--date", options->date, "The day of the reversal, YYYY-MM-DD; today when left out");
-  command.add_option("--memo", options->memo, "The memo of the reversal; the original's when left out");
+  command.add_option("--memo", options->memo,
+                     "The memo of the reversal and of what partners bear; the original's when left out");
   AddAfterClose(command, options->closedDays);
   invocation.When(command, [options](Invocation& run) { Reverse(run, *options); });
 }

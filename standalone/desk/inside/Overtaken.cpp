@@ -84,7 +84,7 @@ std::optional<std::int32_t> PutBackReversed(Work& work, std::int32_t txnId) {
     return std::nullopt;
   }
   const TransactionHeader header = HeaderOf(work, *reversal);
-  return PostReversal(work, header, OpenDay(work, header.date), header.memo).txnId;
+  return PostReversal(work, header, OpenDay(work, header.date)).txnId;
 }
 
 std::string WhatIsLeftToDo(Work& work, const Pairing& pairing, std::string_view request, std::int32_t txnId) {

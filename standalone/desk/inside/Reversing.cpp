@@ -11,6 +11,7 @@
 #include "standalone/books/PairingTable.h"
 #include "standalone/books/RowFields.h"
 #include "standalone/desk/inside/Awaiting.h"
+#include "standalone/desk/inside/Composing.h"
 #include "standalone/desk/inside/LineReader.h"
 #include "standalone/desk/inside/LostRequests.h"
 #include "standalone/desk/inside/Overtaken.h"
@@ -186,6 +187,24 @@ void RequireDayOf(Work& work, const LostRequest& lost, DateType32 date) {
               Remedy::kEnterWhatWasSent);
 }
 
+// What the partner was asked by is the line's memo where none is given, and another one is not.
+void AskAsSent(Work& work, const LostRequest& lost, bool isMemoGiven, TransactionToPost& toPost) {
+  const auto line = std::ranges::find_if(toPost.lines, [&](const LineToPost& candidate) {
+    return candidate.request && candidate.request->relationId == lost.pairing.relationId.value_or(0) &&
+           candidate.request->requestId == lost.proposal.request;
+  });
+  const std::string& memo = line->memo.empty() ? toPost.memo : line->memo;
+  if (memo == lost.proposal.memo) return;
+  if (isMemoGiven) {
+    work.Refuse(lost.pairing.partnerName + " was asked to take it back with the memo " +
+                    standalone::Quoted(lost.proposal.memo) + ", by the request " +
+                    standalone::Quoted(lost.proposal.request) + ", which these books lost; not with " +
+                    standalone::Quoted(memo),
+                Remedy::kEnterWhatWasSent);
+  }
+  line->memo = lost.proposal.memo;
+}
+
 // Closes the request of the original if it has come to nothing, and answers with that of the reversal.
 RequestToPost Answer(Work& work, DBMultiEntityTransaction row, DateType32 date, PostedReversal& reversal) {
   const standalone::BookedState before = StateOf(work, row);
@@ -315,23 +334,27 @@ void RequireRemovable(Work& work, const TransactionHeader& header) {
   }
 }
 
-PostedReversal PostReversal(Work& work, const TransactionHeader& original, DateType32 date, const std::string& memo) {
+PostedReversal PostReversal(Work& work, const TransactionHeader& original, DateType32 date,
+                            const std::optional<std::string>& memo) {
   PostedReversal reversal;
   TransactionToPost toPost{.type = original.type,
                            .date = date,
                            .nameId = original.nameId,
-                           .memo = memo,
+                           .memo = memo.value_or(original.memo),
                            .documentNumber = original.documentNumber,
                            .lines = {},
                            .links = {{.kind = LinkKind::kReverses, .earlierTxnId = original.id}}};
   for (const standalone::PostedLine& line : work.Host().Transactions().LinesOf(original.id)) {
-    LineToPost mirrored{.accountId = line.accountId, .amount = -line.amount, .memo = line.memo};
+    LineToPost mirrored{.accountId = line.accountId,
+                        .amount = -line.amount,
+                        .memo = MemoOfRepeated(line.memo, original.memo, toPost.memo)};
     DBMultiEntityTransaction row{};
     if (work.Host().Intercompany().Find(original.id, line.id, row)) {
       mirrored.request = Answer(work, row, date, reversal);
     }
     toPost.lines.push_back(std::move(mirrored));
   }
+  for (const LostRequest& lost : reversal.takenUp) AskAsSent(work, lost, memo.has_value(), toPost);
   reversal.txnId = Post(work, toPost).txnId;
   LookAgainAtOvertaken(work, original.id);
   return reversal;

@@ -45,8 +45,9 @@ struct PostedReversal {
   std::vector<LostRequest> takenUp;             // by which partners were asked before; the caller has them followed
 };
 
-// Posts the reversal of what is reversible.
+// Posts the reversal of what is reversible. A memo that is given is that of the lines, too, which had the original's;
+// the original's when left out.
 PostedReversal PostReversal(Work& work, const standalone::TransactionHeader& original, DateType32 date,
-                            const std::string& memo);
+                            const std::optional<std::string>& memo = std::nullopt);
 
 }  // namespace desk

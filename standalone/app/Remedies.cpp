@@ -95,8 +95,6 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
     case Remedy::kChangeTheRelation:
       return "give the relation other accounts first with: multientity relation update FILE --realm REALM --due-from "
              "ACCOUNT --due-to ACCOUNT";
-    case Remedy::kSeeJournalEntries:
-      return "there is no journal entry with that id, or it may not be deleted; see: multientity transactions FILE";
     case Remedy::kSeeRelationsAndRequests:
       return "see the partners with: multientity relation list FILE, and the intercompany lines with their request ids "
              "with: multientity transactions FILE";

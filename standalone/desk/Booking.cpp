@@ -107,9 +107,9 @@ std::optional<std::int32_t> RequireRequest(Work& work, const EntryToRecord& entr
     DBMultiEntityTransaction booked{};
     if (work.Host().Intercompany().FindRequest(relation.relationId, request, booked)) {
       if (!IsOwn(work, booked.txnId)) return booked.txnId;
-      work.Refuse("the request " + standalone::Quoted(request) + " is one that this company has sent to " +
-                      PartnerText(relation) + " itself",
-                  Remedy::kSeeOwnTransactions);
+      work.Refuse(
+          "the request " + standalone::Quoted(request) + " is one of this company's own to " + PartnerText(relation),
+          Remedy::kSeeOwnTransactions);
     }
     RefuseRejectedRequest(work, entry, relation);
     if (butForBlanks) RefuseNearlyKnown(work, entry, relation, *butForBlanks);

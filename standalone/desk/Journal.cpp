@@ -61,16 +61,14 @@ void RequireNotMoved(Work& work, const standalone::TransactionHeader& entry) {
               Remedy::kTakeBackTheLaterFirst);
 }
 
-// Nothing where there is none, of which the module tells.
-std::optional<standalone::TransactionHeader> FindEntryToRemove(Work& work, std::int32_t txnId) {
-  std::optional<standalone::TransactionHeader> entry = work.Host().Transactions().FindHeader(txnId);
-  if (!entry) return std::nullopt;
-  RequireRightsToType(work, entry->type, {kActionDelete});
+standalone::TransactionHeader RequireEntryToRemove(Work& work, std::int32_t txnId) {
+  standalone::TransactionHeader entry = RequirePosted(work, txnId);
+  RequireRightsToType(work, entry.type, {kActionDelete});
   if (IsOwn(work, txnId)) {
-    work.Refuse(TextOf(*entry) + " was entered here, not booked from a partner's request", Remedy::kReverseOrRemove);
+    work.Refuse(TextOf(entry) + " was entered here, not booked from a partner's request", Remedy::kReverseOrRemove);
   }
-  RefuseAnswered(work, *entry);
-  RequireNotMoved(work, *entry);
+  RefuseAnswered(work, entry);
+  RequireNotMoved(work, entry);
   return entry;
 }
 
@@ -97,14 +95,14 @@ std::vector<IntercompanyLine> RemoveJournalEntry(Company& company, std::int32_t 
   std::vector<IntercompanyLine> removed;
   work.AskToWrite([&] {
     work.RequireRight({kFeatureJournalEntries, kActionDelete});
-    const std::optional<standalone::TransactionHeader> entry = FindEntryToRemove(work, txnId);
+    const standalone::TransactionHeader entry = RequireEntryToRemove(work, txnId);
     Closing closing(work, closedDays);
-    if (entry) closing.RequireOpen(entry->date);
+    closing.RequireOpen(entry.date);
     removed = LineReader(work).LinesOfEntry(txnId).lines;
     ClearMarks(work, txnId);
     const std::vector<std::string> attachments = work.Host().Attachments().Of(txnId);
     return work.Recorded(MultiEntityDriver::RemoveGeneralJournalEntry(static_cast<std::uint32_t>(txnId)),
-                         [&] { return closing.Told(DeedOfRemoval(removed, entry.value().memo, attachments)); });
+                         [&] { return closing.Told(DeedOfRemoval(removed, entry.memo, attachments)); });
   });
   return removed;
 }

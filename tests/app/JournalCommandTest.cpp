@@ -388,8 +388,22 @@ TEST_F(Books, ARemovedEntryIsNoLongerListed) {
 TEST_F(Books, AnEntryThatDoesNotExistCannotBeRemoved) {
   const Outcome outcome = Run({"journal", "remove", kFile, "--txn", "4711"});
 
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_THAT(outcome.err, HasSubstr("status 18:"));
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err, testing::StartsWith("multientity: there is no transaction 4711\n"));
+}
+
+TEST_F(Books, ARequestOfOnesOwnThatIsOnlyEnteredIsNotBooked) {
+  RelateBirch();
+  ImportMarch();
+  ChangeTheFile("UPDATE me_transaction SET state = 0 WHERE txn_id = 1");
+
+  const Outcome outcome =
+      Run(Booking({"--amount", "40", "--request", "request-bill", "--expense", "Utilities", "--name", "Walker"}));
+
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.err,
+              testing::StartsWith("multientity: the request \"request-bill\" is one of this company's own to "
+                                  "Birch Services Company (realm 1001)\n"));
 }
 
 TEST_F(Books, ATransactionIdBelowOneIsNamed) {

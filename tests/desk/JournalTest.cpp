@@ -166,7 +166,7 @@ TEST_F(TheJournal, BooksARejectedRequestOnceItsRejectionIsDeleted) {
   EXPECT_THAT(Lines(RecordJournalEntry(*company_, Entry("request-1"))), SizeIs(1));
 }
 
-TEST_F(TheJournal, RefusesARequestThatTheCompanySentItself) {
+TEST_F(TheJournal, RefusesARequestOfTheCompanysOwn) {
   RelateBirch();
   ImportMarch();
 
@@ -175,7 +175,7 @@ TEST_F(TheJournal, RefusesARequestThatTheCompanySentItself) {
 
     EXPECT_EQ(refusal.remedy, Remedy::kSeeOwnTransactions) << own;
     EXPECT_EQ(refusal.why, "the request " + standalone::Quoted(own) +
-                               " is one that this company has sent to Birch Services Company (realm 1001) itself");
+                               " is one of this company's own to Birch Services Company (realm 1001)");
   }
 }
 
@@ -588,7 +588,15 @@ TEST_F(TheJournal, RemovesNothingForWhoMayNotAndTellsNotWhatIsThere) {
 }
 
 TEST_F(TheJournal, TellsOfAnEntryThatIsNotThere) {
-  EXPECT_EQ(RefusalOf([&] { RemoveJournalEntry(*company_, 4711); }).status, 18);
+  const std::string before = WholeFile();
+
+  const Refusal refusal = RefusalOf([&] { RemoveJournalEntry(*company_, 4711); });
+
+  EXPECT_EQ(refusal.status, std::nullopt);
+  EXPECT_EQ(refusal.what, UseCase::kRemoveJournalEntry);
+  EXPECT_EQ(refusal.why, "there is no transaction 4711");
+  EXPECT_EQ(refusal.remedy, Remedy::kSeeTransactions);
+  EXPECT_EQ(WholeFile(), before);
 }
 
 }  // namespace

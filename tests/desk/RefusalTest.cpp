@@ -100,7 +100,7 @@ TEST(ARefusal, OfAStateSaysThatTheStateIsUnchanged) {
 
 TEST(ARefusal, OfARemovalSaysWhatIsInTheBooks) {
   EXPECT_EQ(RefusalFor(UseCase::kRemoveJournalEntry, MEStatusJournalEntryNotRemoved).remedy,
-            Remedy::kSeeJournalEntries);
+            Remedy::kReadTheLogBooksUnchanged);
   EXPECT_EQ(RefusalFor(UseCase::kRemoveJournalEntry, MEStatusRowsNotRemoved).remedy, Remedy::kReadTheLogBooksUnchanged);
 }
 

@@ -202,8 +202,6 @@ const char* NameOf(Remedy remedy) noexcept {
       return "delete-the-lower-first";
     case Remedy::kChangeTheRelation:
       return "change-the-relation";
-    case Remedy::kSeeJournalEntries:
-      return "see-journal-entries";
     case Remedy::kSeeRelationsAndRequests:
       return "see-relations-and-requests";
     case Remedy::kTransactionHasChanged:

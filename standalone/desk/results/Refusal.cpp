@@ -103,7 +103,6 @@ Reason ReasonOfBooking(std::int32_t status) noexcept {
 Reason ReasonOfRemoval(std::int32_t status) noexcept {
   switch (status) {
     case MEStatusJournalEntryNotRemoved:
-      return {.why = {}, .remedy = Remedy::kSeeJournalEntries};
     case MEStatusRowsNotRemoved:
       return {.why = {}, .remedy = Remedy::kReadTheLogBooksUnchanged};
     default:

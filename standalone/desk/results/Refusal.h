@@ -108,7 +108,6 @@ enum class Remedy {
   kRenameInstead,        // what is used stays
   kDeleteTheLowerFirst,  // what stands below it in the list
   kChangeTheRelation,    // which uses the account
-  kSeeJournalEntries,
   kSeeRelationsAndRequests,
   kTransactionHasChanged,  // it is gone from the books or of another type than its intercompany line says
   kSeeRejections,

@@ -130,6 +130,9 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
       return "give each partner once with --partner NAME --share SHARE: a percentage like 50%, a fraction like 1/3, or "
              "an "
              "amount, together no more than the whole";
+    case Remedy::kShareByAnAmount:
+      return "give what the partner bears as an amount: above zero, such as --share 50.00, it is taken out of what is "
+             "debited, below zero, such as --share -50.00, out of what is credited";
     case Remedy::kRecordAgain:
       return "if it is another one all the same, add --again";
     case Remedy::kCopyAnotherOne:

@@ -33,7 +33,8 @@ struct PartnersShare {
 
 // A bill or a check: its lines are debited and what they come to is credited to one account. The partners' shares are
 // taken out of the lines and debited to what they owe this company. Or a journal entry, whose lines sum to zero: shares
-// are taken out of what is debited, amounts below zero out of what is credited.
+// are taken out of what is debited, amounts below zero out of what is credited, in lines that are not on a bank, a
+// credit card, a receivable, a payable or a relation's account; where there are none, amounts out of all of that side.
 struct TransactionToRecord {
   EnteredType type = EnteredType::kBill;
   std::optional<DateType32> date = std::nullopt;           // today when left out

@@ -179,6 +179,11 @@ void Negate(Values& values) {
 std::string_view RequireShare(std::string_view text) {
   if (text.find_first_of("%/") == std::string_view::npos && HasAmountForm(text)) return text;
   const std::optional<Fraction> fraction = ReadFraction(text);
+  if (!fraction && text.starts_with('-') && ReadFraction(text.substr(1))) {
+    throw InvalidInput("share " + Quoted(text) +
+                       " is below zero, and percentages and fractions are of what is debited; give what a partner "
+                       "bears of what an entry credits as an amount like -120.00");
+  }
   if (!fraction) {
     throw InvalidInput("share " + Quoted(text) +
                        " is not acceptable; write a percentage like 50% or 33.333333%, a fraction like 1/3, or an "

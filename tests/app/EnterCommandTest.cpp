@@ -81,6 +81,19 @@ TEST_F(EnterBooks, AnEntryTakesAmountsBelowZero) {
   EXPECT_THAT(LinesOf(entry), ElementsAre("Utilities 90.00", "Due from Birch -30.00", "Payables -60.00"));
 }
 
+TEST_F(EnterBooks, APercentageOfWhatOnlyMovesMoneyIsRefusedWithWhatIsRight) {
+  const auto entry = [](const char* share) {
+    return Arguments{"entry",     "record", kFile,       "--line", "Checking", "90.00", "--line",
+                     "Utilities", "-90.00", "--partner", "1001",   "--share",  share};
+  };
+
+  EXPECT_EQ(ErrorOf(entry("50%")).at("remedy"), "share-by-an-amount");
+  EXPECT_THAT(ErrorOf(entry("50%")).at("hint").get<std::string>(), HasSubstr("--share -50.00"));
+  EXPECT_THAT(ErrorOf(entry("-50%")).at("message").get<std::string>(), HasSubstr("share \"-50%\" is below zero"));
+  EXPECT_THAT(LinesOf(Answer(entry("-45.00"))),
+              ElementsAre("Checking 90.00", "Due from Birch -45.00", "Utilities -45.00"));
+}
+
 TEST_F(EnterBooks, AnEntryOfTheCompanysOwnIsListedByItsName) {
   Done({"entry", "record", kFile, "--name", "Walker", "--line", "Utilities", "90.00", "--line", "Payables", "-90.00",
         "--partner", "1001", "--share", "50%"});

@@ -154,6 +154,45 @@ TEST_F(Entering, AnAmountBelowZeroIsTakenOutOfWhatAnEntryCredits) {
               ElementsAre(Line("Utilities", 3'000), Line("Due from Birch", -1'200), Line("Payables", -1'800)));
 }
 
+TEST_F(Entering, SharesOfAnEntryComeOutOfWhatPartnersCanBear) {
+  TransactionToRecord entry = JournalEntry();
+  entry.lines = {{.account = "Checking", .amount = LineAmount("40.00")},
+                 {.account = "Utilities", .amount = LineAmount("20.00")},
+                 {.account = "Due from Cedar", .amount = LineAmount("5.00")},
+                 {.account = "Utilities:Power", .amount = LineAmount("10.00")},
+                 {.account = "Payables", .amount = LineAmount("-75.00")}};
+  entry.shares = {Share("1001", "50%")};
+
+  EXPECT_THAT(AmountsOf(Record(entry)),
+              ElementsAre(Line("Checking", 4'000), Line("Utilities", 1'000), Line("Due from Cedar", 500),
+                          Line("Utilities:Power", 500), Line("Due from Birch", 1'500), Line("Payables", -7'500)));
+  entry.shares = {Share("1001", "30.01")};
+  EXPECT_EQ(RefusalOfRecording(entry).why,
+            "with the share of Birch Services Company (realm 1001) the partners bear more than what partners can bear "
+            "of the journal entry, which comes to 30.00");
+}
+
+TEST_F(Entering, APercentageOfAnEntryThatOnlyMovesMoneyIsRefusedAndAnAmountIsNot) {
+  Import(*company_, Importable::kAccounts,
+         Csv("name,type\nSavings,Bank\nVisa,Credit Card\nOwed,Accounts Receivable\n"));
+  for (const char* const debited : {"Savings", "Visa", "Owed", "Payables", "Due to Cedar"}) {
+    TransactionToRecord entry = JournalEntry();
+    entry.lines[0].account = debited;
+    entry.lines[1].account = "Checking";
+
+    const Refusal refusal = RefusalOfRecording(entry);
+
+    EXPECT_EQ(refusal.remedy, Remedy::kShareByAnAmount);
+    EXPECT_EQ(refusal.why,
+              "the share \"1/3\" of Birch Services Company (realm 1001) is of what the journal entry debits, and no "
+              "partner bears a percentage or a fraction of what is debited to " +
+                  standalone::Quoted(debited));
+    entry.shares = {Share("1001", "10.00")};
+    EXPECT_THAT(AmountsOf(Record(entry)),
+                ElementsAre(Line(debited, 2'000), Line("Due from Birch", 1'000), Line("Checking", -3'000)));
+  }
+}
+
 TEST_F(Entering, ALineThatPartnersBearWhollyIsLeftOut) {
   TransactionToRecord bill = Bill();
   bill.shares = {Share("1001", "50.01"), Share("Cedar Leasing", "50")};

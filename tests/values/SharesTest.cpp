@@ -45,11 +45,20 @@ TEST(AShare, IsWrittenAsAPercentageAFractionOrAnAmount) {
 
 TEST(AShare, IsRefusedWhenItIsNoneOfThese) {
   for (const char* const none :
-       {"",      "%",    "/",           "half", "50 %", "-50%", "+50%",     "1/0",       "1/-3", "-1/3",
-        "1/3/3", "1/3%", "33.3333333%", ".5%",  "5.%",  "1,5%", "1234567%", "1/1000000", "1e1%", "0x1%"}) {
+       {"",     "%",           "/",   "half", "50 %", "+50%",     "1/0",       "1/-3", "-1/0", "1/3/3",
+        "1/3%", "33.3333333%", ".5%", "5.%",  "1,5%", "1234567%", "1/1000000", "1e1%", "0x1%", "--5%"}) {
     EXPECT_EQ(ReasonAgainst(none), "share \"" + std::string(none) +
                                        "\" is not acceptable; write a percentage like 50% or 33.333333%, a fraction "
                                        "like 1/3, or an amount like 120.00");
+  }
+}
+
+TEST(AShare, OfWhatIsCreditedIsAnAmount) {
+  for (const char* const belowZero : {"-50%", "-1/3"}) {
+    EXPECT_EQ(ReasonAgainst(belowZero), "share \"" + std::string(belowZero) +
+                                            "\" is below zero, and percentages and fractions are of what is debited; "
+                                            "give what a partner bears of what an entry credits as an amount like "
+                                            "-120.00");
   }
 }
 

@@ -20,6 +20,7 @@ using standalone::SplitFault;
 struct Bearer {
   DBMultiEntityRelation relation{};
   standalone::Share share;
+  std::string shareText;
 };
 
 // The lines of a bill or a check, or what is debited or credited by an entry, and who bears a part of it.
@@ -63,7 +64,7 @@ std::int64_t SumOf(Work& work, const std::vector<LineToPost>& lines) {
 std::vector<Bearer> BearersOf(Work& work, const LinesToCompose& given) {
   std::vector<Bearer> bearers;
   for (const PartnerAndShare& part : given.shares) {
-    Bearer bearer{.relation = RequirePartner(work, part.partner), .share = {}};
+    Bearer bearer{.relation = RequirePartner(work, part.partner), .share = {}, .shareText = part.share.Text()};
     RequireDueFrom(work, bearer.relation);
     const bool isKnown = std::ranges::any_of(
         bearers, [&](const Bearer& before) { return before.relation.relationId == bearer.relation.relationId; });
@@ -79,10 +80,17 @@ std::vector<Bearer> BearersOf(Work& work, const LinesToCompose& given) {
   return bearers;
 }
 
+// What is shared, which is not all of an entry.
+struct SharedWhole {
+  std::int64_t amount = 0;
+  bool isAll = true;
+};
+
 std::string WhyNot(Work& work, const LinesToCompose& given, const SplitFault& fault, const Bearer& bearer,
-                   std::int64_t whole) {
+                   const SharedWhole& whole) {
   const std::string partner = PartnerText(bearer.relation);
-  const std::string ofWhole = std::string("the ") + NounOf(given.type) + ", which comes to " + AmountText(work, whole);
+  const std::string ofWhole = std::string(whole.isAll ? "the " : "what partners can bear of the ") +
+                              NounOf(given.type) + ", which comes to " + AmountText(work, whole.amount);
   switch (fault.why) {
     case SplitFault::Why::kOfNothing:
       return partner + " cannot bear a share of " + ofWhole;
@@ -98,7 +106,6 @@ std::string WhyNot(Work& work, const LinesToCompose& given, const SplitFault& fa
   return "the fractions up to that of " + partner + " have no common denominator to reckon with; give percentages";
 }
 
-// Takes what the bearers bear out of the lines; returns what they bear.
 void RequirePostable(Work& work, std::int64_t part) {
   if (std::abs(part) <= standalone::kLargestAmount) return;
   work.Refuse("a partner's share comes to " + AmountText(work, part) + ", and no more than " +
@@ -106,15 +113,53 @@ void RequirePostable(Work& work, std::int64_t part) {
               Remedy::kCheckTheShares);
 }
 
+// Not what money went through, what is owed anyway, and what settles with a partner.
+bool CanBeBorne(Work& work, std::int32_t accountId) {
+  const std::optional<standalone::Account> account = work.Host().Accounts().Find(accountId);
+  if (!account || work.Host().Relations().UsesAccount(accountId)) return false;
+  return account->type != KrEnumerations::kBank && account->type != KrEnumerations::kCreditCard &&
+         account->type != KrEnumerations::kAccountsReceivable && account->type != KrEnumerations::kAccountsPayable;
+}
+
+void RefuseFractions(Work& work, const Side& side) {
+  for (const Bearer& bearer : side.bearers) {
+    if (!std::holds_alternative<standalone::Fraction>(bearer.share)) continue;
+    work.Refuse("the share " + standalone::Quoted(bearer.shareText) + " of " + PartnerText(bearer.relation) +
+                    " is of what the journal entry debits, and no partner bears a percentage or a fraction of what is "
+                    "debited to " +
+                    QuotedAccount(work, side.lines.front().accountId),
+                Remedy::kShareByAnAmount);
+  }
+}
+
+// Of an entry those that partners can bear a part of; an amount may be one of the others where there are no such.
+std::vector<LineToPost*> LinesToShare(Work& work, EnteredType type, Side& side) {
+  std::vector<LineToPost*> all;
+  std::vector<LineToPost*> borne;
+  for (LineToPost& line : side.lines) {
+    all.push_back(&line);
+    if (type == EnteredType::kEntry && CanBeBorne(work, line.accountId)) borne.push_back(&line);
+  }
+  if (!borne.empty()) return borne;
+  if (type == EnteredType::kEntry) RefuseFractions(work, side);
+  return all;
+}
+
+// Takes what the bearers bear out of the lines; returns what they bear.
 std::vector<LineToPost> TakeShares(Work& work, const LinesToCompose& given, Side& side) {
+  if (side.bearers.empty()) return {};
+  const std::vector<LineToPost*> shared = LinesToShare(work, given.type, side);
   std::vector<std::int64_t> amounts;
   std::vector<standalone::Share> shares;
-  for (const LineToPost& line : side.lines) amounts.push_back(line.amount);
+  SharedWhole whole{.isAll = shared.size() == side.lines.size()};
+  for (const LineToPost* const line : shared) {
+    amounts.push_back(line->amount);
+    whole.amount += line->amount;
+  }
   for (const Bearer& bearer : side.bearers) shares.push_back(bearer.share);
   const auto result = standalone::SplitAmong(amounts, shares);
   if (const auto* const fault = std::get_if<SplitFault>(&result)) {
-    work.Refuse(WhyNot(work, given, *fault, side.bearers[fault->share], SumOf(work, side.lines)),
-                Remedy::kCheckTheShares);
+    work.Refuse(WhyNot(work, given, *fault, side.bearers[fault->share], whole), Remedy::kCheckTheShares);
   }
   const auto& split = std::get<standalone::Split>(result);
   for (const std::int64_t part : split.partners) RequirePostable(work, part);
@@ -122,7 +167,7 @@ std::vector<LineToPost> TakeShares(Work& work, const LinesToCompose& given, Side
   for (std::size_t i = 0; i < side.bearers.size(); ++i) {
     partners.push_back(PartnersLine(work, side.bearers[i].relation, split.partners[i], given.memo));
   }
-  for (std::size_t i = 0; i < side.lines.size(); ++i) side.lines[i].amount = split.own[i];
+  for (std::size_t i = 0; i < shared.size(); ++i) shared[i]->amount = split.own[i];
   std::erase_if(side.lines, [](const LineToPost& line) { return line.amount == 0; });
   return partners;
 }

@@ -262,6 +262,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "give-the-partner";
     case Remedy::kCheckTheShares:
       return "check-the-shares";
+    case Remedy::kShareByAnAmount:
+      return "share-by-an-amount";
     case Remedy::kRecordAgain:
       return "record-again";
     case Remedy::kCopyAnotherOne:

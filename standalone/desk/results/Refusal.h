@@ -138,8 +138,9 @@ enum class Remedy {
   kNameTheBank,     // or the credit card
   kGiveThePartner,  // in the place of an account that is paired with one
   kCheckTheShares,
-  kRecordAgain,     // if it is another transaction
-  kCopyAnotherOne,  // that was entered here and reverses none
+  kShareByAnAmount,  // of what is debited or credited
+  kRecordAgain,      // if it is another transaction
+  kCopyAnotherOne,   // that was entered here and reverses none
   kSeeTransactions,
   kSeeTheAttachments,
   kReplaceTheFile,  // which is gone then, or choose another name

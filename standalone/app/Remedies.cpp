@@ -118,6 +118,9 @@ std::string_view HintFor(desk::Remedy remedy) noexcept {
              "names FILE";
     case Remedy::kGiveLines:
       return "give each line with --line ACCOUNT AMOUNT, such as --line Utilities 480.00";
+    case Remedy::kGiveOtherLines:
+      return "name with --line what it is for, such as --line Utilities 480.00, or with --payable or --bank another "
+             "account to credit";
     case Remedy::kBalanceTheEntry:
       return "debits are positive and credits negative; change or add a line with --line ACCOUNT AMOUNT";
     case Remedy::kNameThePayable:

@@ -94,6 +94,14 @@ TEST_F(EnterBooks, APercentageOfWhatOnlyMovesMoneyIsRefusedWithWhatIsRight) {
               ElementsAre("Checking 90.00", "Due from Birch -45.00", "Utilities -45.00"));
 }
 
+TEST_F(EnterBooks, ABillOnThePayableAccountIsRefusedWithWhatIsRight) {
+  const Json error = ErrorOf({"bill", "record", kFile, "--name", "Walker", "--line", "Payables", "90.00"});
+
+  EXPECT_EQ(error.at("remedy"), "give-other-lines");
+  EXPECT_THAT(error.at("hint").get<std::string>(), HasSubstr("name with --line what it is for"));
+  EXPECT_EQ(BookedLines(), 0U);
+}
+
 TEST_F(EnterBooks, AnEntryOfTheCompanysOwnIsListedByItsName) {
   Done({"entry", "record", kFile, "--name", "Walker", "--line", "Utilities", "90.00", "--line", "Payables", "-90.00",
         "--partner", "1001", "--share", "50%"});

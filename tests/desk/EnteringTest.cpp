@@ -416,6 +416,25 @@ TEST_F(Entering, ADueAccountIsRefusedInABillButSettlesByACheck) {
   EXPECT_EQ(PartnersLines(Record(settlement)), 0U);
 }
 
+TEST_F(Entering, ALineOnTheAccountThatIsCreditedIsRefused) {
+  Import(*company_, Importable::kAccounts, Csv("name,type\nSavings,Bank\n"));
+  TransactionToRecord check = Check();
+  check.lines[1].account = "Checking";
+  check.credited = "Checking";
+
+  const Refusal ofBill = RefusalOfBill([](auto& bill) { bill.lines[1].account = "Payables"; });
+  const Refusal ofCheck = RefusalOfRecording(check);
+
+  EXPECT_EQ(ofBill.why,
+            "the line for \"Payables\" is on the account that the bill credits with what its lines come to");
+  EXPECT_EQ(ofCheck.why,
+            "the line for \"Checking\" is on the account that the check credits with what its lines come to");
+  EXPECT_EQ(ofBill.remedy, Remedy::kGiveOtherLines);
+  EXPECT_EQ(ofCheck.remedy, Remedy::kGiveOtherLines);
+  check.credited = "Savings";
+  EXPECT_THAT(AmountsOf(Record(check)), testing::Contains(Line("Savings", -10'001)));
+}
+
 TEST_F(Entering, SharesAreRefusedThatCannotBeTakenOut) {
   const std::vector<std::pair<std::vector<PartnersShare>, std::string>> refused{
       {{Share("1001", "60%"), Share("1002", "40.01")},

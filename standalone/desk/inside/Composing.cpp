@@ -198,6 +198,14 @@ std::int32_t AccountToCredit(Work& work, const LinesToCompose& given) {
               given.type == EnteredType::kBill ? Remedy::kNameThePayable : Remedy::kNameTheBank);
 }
 
+// It would take back there what the line books.
+void RequireNoLineOn(Work& work, const LinesToCompose& given, std::int32_t credited) {
+  if (std::ranges::find(given.lines, credited, &LineToPost::accountId) == given.lines.end()) return;
+  work.Refuse("the line for " + QuotedAccount(work, credited) + " is on the account that the " + NounOf(given.type) +
+                  " credits with what its lines come to",
+              Remedy::kGiveOtherLines);
+}
+
 std::vector<LineToPost> ComposePayment(Work& work, const LinesToCompose& given) {
   const std::int64_t whole = SumOf(work, given.lines);
   if (whole == 0 || std::abs(whole) > standalone::kLargestAmount) {
@@ -208,6 +216,7 @@ std::vector<LineToPost> ComposePayment(Work& work, const LinesToCompose& given) 
         Remedy::kGiveLines);
   }
   const std::int32_t credited = AccountToCredit(work, given);
+  RequireNoLineOn(work, given, credited);
   Side side{.lines = given.lines, .bearers = BearersOf(work, given)};
   const std::vector<LineToPost> partners = TakeShares(work, given, side);
   std::vector<LineToPost> lines = std::move(side.lines);

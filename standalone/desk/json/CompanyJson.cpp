@@ -252,6 +252,8 @@ const char* NameOf(Remedy remedy) noexcept {
       return "name-whom";
     case Remedy::kGiveLines:
       return "give-lines";
+    case Remedy::kGiveOtherLines:
+      return "give-other-lines";
     case Remedy::kBalanceTheEntry:
       return "balance-the-entry";
     case Remedy::kNameThePayable:

@@ -130,9 +130,10 @@ enum class Remedy {
   kMoveTheExpenseAgain,
   kGiveTheSharesAgain,  // or say that no partner shares it any more
   kSayWhatIsWrong,
-  kReplace,    // what is there is kept beside it
-  kNameWhom,   // the bill or the check is for
-  kGiveLines,  // with amounts that come to something
+  kReplace,         // what is there is kept beside it
+  kNameWhom,        // the bill or the check is for
+  kGiveLines,       // with amounts that come to something
+  kGiveOtherLines,  // than on the account that is credited, or credit another one
   kBalanceTheEntry,
   kNameThePayable,  // an account of type Accounts Payable
   kNameTheBank,     // or the credit card

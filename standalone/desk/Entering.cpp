@@ -163,6 +163,13 @@ std::int32_t NameIdOf(const RecordedTransaction& transaction) {
   return transaction.name ? transaction.name->id : 0;
 }
 
+bool IsMove(Work& work, std::int32_t txnId) {
+  const std::vector<standalone::TransactionLink> links = work.Host().Links().Of(txnId);
+  return std::ranges::any_of(links, [txnId](const standalone::TransactionLink& link) {
+    return link.txnId == txnId && link.kind == standalone::LinkKind::kMoves;
+  });
+}
+
 // Who asks for one of another type learns nothing about it.
 RecordedTransaction RequireOriginal(Work& work, const TransactionToCopy& copy) {
   const std::optional<standalone::TransactionHeader> header = work.Host().Transactions().FindHeader(copy.txnId);
@@ -175,6 +182,9 @@ RecordedTransaction RequireOriginal(Work& work, const TransactionToCopy& copy) {
   }
   if (IsReversal(work, copy.txnId)) {
     work.Refuse(TransactionText(copy.type, copy.txnId) + " reverses another transaction", Remedy::kCopyAnotherOne);
+  }
+  if (IsMove(work, copy.txnId)) {
+    work.Refuse(TransactionText(copy.type, copy.txnId) + " moves an expense", Remedy::kMoveTheExpenseAgain);
   }
   return ReadTransaction(work, copy.txnId);
 }
@@ -249,13 +259,6 @@ RecordedTransaction Enter(Work& work, Posting how, const Entry& entry) {
     return ReadTransaction(work, posted.txnId);
   };
   return how == Posting::kPost ? work.Write(post) : work.Host().Rehearse(post);
-}
-
-bool IsMove(Work& work, std::int32_t txnId) {
-  const std::vector<standalone::TransactionLink> links = work.Host().Links().Of(txnId);
-  return std::ranges::any_of(links, [txnId](const standalone::TransactionLink& link) {
-    return link.txnId == txnId && link.kind == standalone::LinkKind::kMoves;
-  });
 }
 
 standalone::TransactionHeader RequireCorrectable(Work& work, const TransactionToCorrect& given) {

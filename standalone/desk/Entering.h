@@ -86,7 +86,7 @@ struct TransactionToCopy {
 };
 
 // Posts a transaction that this company entered once more, with requests of its own; otherwise as above. Refused for
-// what was booked from a partner's request and for what reverses another transaction.
+// what was booked from a partner's request, reverses another transaction or moves an expense.
 RecordedTransaction CopyTransaction(Company& company, const TransactionToCopy& copy, Posting how);
 
 // What is left out is as in the original. Lines and shares belong together: there are no shares without lines, and

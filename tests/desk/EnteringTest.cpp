@@ -565,6 +565,20 @@ TEST_F(Entering, OnlyWhatWasEnteredHereAndReversesNothingIsCopied) {
   EXPECT_EQ(refusal(EnteredType::kBill, bill), Remedy::kAskForTheRight);
 }
 
+TEST_F(Entering, ACopyOfAMoveWouldMoveNothingAndIsRefused) {
+  const std::int32_t partners = RecordJournalEntry(*company_, Entry("request-1"));
+  const std::int32_t move =
+      MoveExpense(*company_, {.txnId = partners, .account = "Utilities:Power", .date = DateType32(2024, 5, 5)})
+          .move.txnId;
+  const std::string before = WholeFile();
+
+  const Refusal refusal = RefusalOf([&] { CopyOf(EnteredType::kEntry, move); });
+
+  EXPECT_EQ(refusal.remedy, Remedy::kMoveTheExpenseAgain);
+  EXPECT_EQ(refusal.why, "journal entry " + std::to_string(move) + " moves an expense");
+  EXPECT_EQ(WholeFile(), before);
+}
+
 // Whatever people type. Not by a distribution of the library, which each system has of its own.
 class AnyTyping {
  public:

@@ -366,6 +366,8 @@ desk::Register LookingUpByHand::Register(std::int32_t accountId) {
     line.memo = query.Text(6);
     line.lineMemo = query.Text(7);
     line.account = told.account.name;
+    line.accountId = told.account.id;
+    line.accountNumber = told.account.number;
     line.amount = query.Number(8);
     line.balance = told.closing;
     if (!query.IsNull(9)) line.otherAccount = desk::ListItem{.id = query.Id(9), .name = query.Text(10)};

@@ -80,6 +80,8 @@ RegisterLine RegisterLineOf(Work& work, const standalone::RegisterLine& line, st
                     .memo = std::string(line.memo),
                     .lineMemo = std::string(line.lineMemo),
                     .account = TextOf(accounts.FullNameOf(line.accountId)),
+                    .accountId = line.accountId,
+                    .accountNumber = {},
                     .otherAccount = {},
                     .amount = line.amount,
                     .balance = balance};
@@ -87,6 +89,17 @@ RegisterLine RegisterLineOf(Work& work, const standalone::RegisterLine& line, st
     told.otherAccount = ListItem{.id = line.otherAccountId, .name = TextOf(accounts.FullNameOf(line.otherAccountId))};
   }
   return told;
+}
+
+// Nearly all lines are on few accounts.
+void NumberAccounts(Work& work, Register& told) {
+  std::unordered_map<std::int32_t, std::string> numbers{{told.account.id, told.account.number}};
+  for (RegisterLine& line : told.lines) {
+    const auto known = numbers.find(line.accountId);
+    line.accountNumber = known != numbers.end()
+                             ? known->second
+                             : numbers.emplace(line.accountId, NumberedById(work, line.accountId).number).first->second;
+  }
 }
 
 OpenItem OpenItemOf(standalone::OpenItem item) {
@@ -300,6 +313,7 @@ Register ReadRegister(Company& company, const RegisterQuery& query) {
                                             [&](const standalone::RegisterLine& line, std::int64_t balance) {
                                               told.lines.push_back(RegisterLineOf(work, line, balance));
                                             });
+    NumberAccounts(work, told);
     return told;
   });
 }

@@ -77,6 +77,8 @@ struct RegisterLine {
   std::string memo;                      // the transaction's
   std::string lineMemo;                  // the line's own
   std::string account;                   // the full name of the line's own
+  std::int32_t accountId = 0;            // its record number
+  std::string accountNumber;             // what people call it by; empty without one
   std::optional<ListItem> otherAccount;  // that of all other lines; none when they are on several
   std::int64_t amount = 0;
   std::int64_t balance = 0;  // after the line

@@ -124,12 +124,29 @@ TEST_F(Books, TellTextsWithCommasQuotesAndBlanksToASpreadsheetAsTheyAre) {
   Done({"import", "transactions", kFile, "odd.csv"});
 
   const std::string out = Run({"register", kFile, "Utilities", "--csv"}).out;
+  const std::string id = std::to_string(AccountId("Utilities"));
 
-  EXPECT_THAT(out, AllOf(StartsWith("date,type,typeNumber,transaction,line,documentNumber,name,memo,lineMemo,account,"
-                                    "otherAccount.id,otherAccount.name,amount,balance,currency\n"
-                                    ",opening,,,,,,,,Utilities,,,,0.00,USD\n"),
-                         HasSubstr("2024-03-31,journal,8,1,1,,,\"Fuel, \"\"diesel\"\"\",\"a, b\",Utilities,"),
-                         HasSubstr(",Checking,75.50,75.50,USD\n,closing,,,,,,,,Utilities,,,,75.50,USD\n")));
+  EXPECT_THAT(
+      out,
+      AllOf(StartsWith("date,type,typeNumber,transaction,line,documentNumber,name,memo,lineMemo,account,"
+                       "otherAccount.id,otherAccount.name,amount,balance,currency,accountId,accountNumber\n"
+                       ",opening,,,,,,,,Utilities,,,,0.00,USD," +
+                       id + ",\n"),
+            HasSubstr("2024-03-31,journal,8,1,1,,,\"Fuel, \"\"diesel\"\"\",\"a, b\",Utilities,"),
+            HasSubstr(",Checking,75.50,75.50,USD," + id + ",\n,closing,,,,,,,,Utilities,,,,75.50,USD," + id + ",\n")));
+}
+
+TEST_F(BooksOfMarch, TellASpreadsheetTheAccountOfEachLineByItsNumbers) {
+  Done({"account", "number", kFile, "Utilities", "6000"});
+  Done({"account", "number", kFile, "Utilities:Power", "6010"});
+  const std::string upper = std::to_string(AccountId("Utilities"));
+  const std::string lower = std::to_string(AccountId("Utilities:Power"));
+
+  const std::string out = Run({"register", kFile, "Utilities", "--with-sub-accounts", "--csv"}).out;
+
+  EXPECT_THAT(out, HasSubstr("0.00,USD," + upper + ",6000\n2024-03-01,bill,9,1,"));
+  EXPECT_THAT(out, HasSubstr("60.00,60.00,USD," + lower + ",6010\n"));
+  EXPECT_THAT(out, HasSubstr(",USD," + upper + ",6000\n,closing,"));
 }
 
 TEST_F(BooksOfMarch, TellALineBreakOfAnotherProgramToASpreadsheetWithinQuotes) {
@@ -216,13 +233,16 @@ TEST_F(BooksOfMarch, AddUpTheIntercompanyLinesThatAreListedForEachSide) {
 }
 
 TEST_F(BooksOfMarch, TellOpenItemsToASpreadsheet) {
+  Done({"account", "number", kFile, "Due from Birch", "1300"});
   const std::string out = Run({"open-items", kFile, "--as-of", "2024-03-01", "--csv"}).out;
 
   EXPECT_THAT(out,
               StartsWith("realm,partner,side,account,date,type,typeNumber,transaction,line,documentNumber,name,memo,"
-                         "lineMemo,amount,open,days,age,standing,state,stateNumber,ofBefore,currency\n"
+                         "lineMemo,amount,open,days,age,standing,state,stateNumber,ofBefore,currency,"
+                         "accountId,accountNumber\n"
                          "1001,Birch Services Company,owedToUs,Due from Birch,2024-03-01,bill,9,1,"));
-  EXPECT_THAT(out, HasSubstr(",,Northern Power,March power,,40.00,40.00,0,0-30,not-answered,sent,1,false,USD\n"));
+  EXPECT_THAT(out, HasSubstr(",,Northern Power,March power,,40.00,40.00,0,0-30,not-answered,sent,1,false,USD," +
+                             std::to_string(AccountId("Due from Birch")) + ",1300\n"));
 }
 
 TEST_F(BooksOfMarch, ListWhatIsOpenFromADayOnAfterOneLineForWhatIsOlder) {
@@ -241,7 +261,9 @@ TEST_F(BooksOfMarch, TellASpreadsheetWhatIsOlderInARowOfItsOwnType) {
   const std::string out = Run({"open-items", kFile, "--from", "2024-03-16", "--to", "2024-05-15", "--csv"}).out;
 
   EXPECT_THAT(out, HasSubstr("\n1001,Birch Services Company,owedToUs,Due from Birch,2024-03-16,earlier,,,,,,,,,1290.00,"
-                             ",,,,,,USD\n1001,Birch Services Company,owedByUs,Due to Birch,2024-03-31,journal,8,3,"));
+                             ",,,,,,USD," +
+                             std::to_string(AccountId("Due from Birch")) +
+                             ",\n1001,Birch Services Company,owedByUs,Due to Birch,2024-03-31,journal,8,3,"));
 }
 
 TEST_F(BooksOfMarch, AreNotAskedForOpenItemsFromADayAfterTheLastOne) {
@@ -305,10 +327,11 @@ TEST_F(BooksOfMarch, ShowTheLinesOfATransactionToASpreadsheet) {
               StartsWith("transaction,type,typeNumber,date,name.id,name.name,documentNumber,memo,confirmed,line,"
                          "account.id,account.number,account.name,amount,lineMemo,request.realm,request.partner,"
                          "request.requestId,request.state,request.stateNumber,request.ofBefore,request.reversesLine,"
-                         "request.correctsLine,currency,reverses,reversedBy,corrects,correctedBy,attachments\n"
+                         "request.correctsLine,currency,reverses,reversedBy,corrects,correctedBy,attachments,moves,"
+                         "movedBy\n"
                          "3,journal,8,2024-03-31,,,,Birch paid for us,"));
   EXPECT_THAT(out, HasSubstr(",,Utilities,75.50,Heating,1001,Birch Services Company,request-journal,established,3,"
-                             "false,,,USD,,,,,\n"));
+                             "false,,,USD,,,,,,,\n"));
 }
 
 TEST_F(BooksOfMarch, TellASpreadsheetWhatATransactionIsLinkedToAndItsPapers) {
@@ -318,15 +341,22 @@ TEST_F(BooksOfMarch, TellASpreadsheetWhatATransactionIsLinkedToAndItsPapers) {
   ChangeTheFile("INSERT INTO txn_attachment (txn_id, reference) VALUES (1, 'power bill.pdf'), (1, 'https://papers/7')");
 
   EXPECT_THAT(Run({"show", kFile, "1", "--csv"}).out,
-              HasSubstr(",request-bill,sent,1,false,,,USD,,2,,2 3,\"power bill.pdf\nhttps://papers/7\"\n"));
-  EXPECT_THAT(Run({"show", kFile, "2", "--csv"}).out, HasSubstr(",established,3,false,,,USD,1,,1,,\n"));
+              HasSubstr(",request-bill,sent,1,false,,,USD,,2,,2 3,\"power bill.pdf\nhttps://papers/7\",,\n"));
+  EXPECT_THAT(Run({"show", kFile, "2", "--csv"}).out, HasSubstr(",established,3,false,,,USD,1,,1,,,,\n"));
+}
+
+TEST_F(BooksOfMarch, TellASpreadsheetWhichEntryMovedAnExpense) {
+  Done({"journal", "move", kFile, "3", "--expense", "Utilities:Power", "--date", "2024-04-01"});
+
+  EXPECT_THAT(Run({"show", kFile, "3", "--csv"}).out, HasSubstr(",established,3,false,,,USD,,,,,,,4\n"));
+  EXPECT_THAT(Run({"show", kFile, "4", "--csv"}).out, HasSubstr(",USD,,,,,,3,\n"));
 }
 
 TEST_F(BooksOfMarch, TellASpreadsheetWhichEarlierLineARequestReverses) {
   const std::string earlier = Answer({"transactions", kFile, "--txn", "2"}).at("transactions").at(0).at("line").dump();
   Done({"reverse", kFile, "2", "--date", "2024-04-01"});
 
-  EXPECT_THAT(Run({"show", kFile, "4", "--csv"}).out, HasSubstr(",entered,0,false," + earlier + ",,USD,2,,,,\n"));
+  EXPECT_THAT(Run({"show", kFile, "4", "--csv"}).out, HasSubstr(",entered,0,false," + earlier + ",,USD,2,,,,,,\n"));
 }
 
 TEST_F(BooksOfMarch, NameATransactionThatThereIsNot) {

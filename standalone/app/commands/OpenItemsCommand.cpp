@@ -154,10 +154,10 @@ std::string OpenItemsText(const desk::OpenItems& open) {
          DifferencesText(open);
 }
 
-constexpr std::array kOpenItemColumns{"realm",      "partner",     "side",     "account",        "date", "type",
-                                      "typeNumber", "transaction", "line",     "documentNumber", "name", "memo",
-                                      "lineMemo",   "amount",      "open",     "days",           "age",  "standing",
-                                      "state",      "stateNumber", "ofBefore", "currency"};
+constexpr std::array kOpenItemColumns{
+    "realm", "partner",        "side",  "account",     "date",     "type",     "typeNumber", "transaction",
+    "line",  "documentNumber", "name",  "memo",        "lineMemo", "amount",   "open",       "days",
+    "age",   "standing",       "state", "stateNumber", "ofBefore", "currency", "accountId",  "accountNumber"};
 
 // A side's items, after a row of type `earlier` for what is dated before the first day.
 Json RowsOf(const Json& side) {
@@ -176,11 +176,14 @@ Json OpenItemRows(const desk::OpenItems& open) {
   for (const Json& partner : json.at("partners")) {
     for (const char* const side : {"owedToUs", "owedByUs"}) {
       if (partner.at(side).is_null()) continue;
+      const Json& account = partner.at(side).at("account");
       for (Json& row : RowsOf(partner.at(side))) {
         row.update({{"realm", partner.at("realm")},
                     {"partner", partner.at("partner")},
                     {"side", side},
-                    {"account", partner.at(side).at("account").at("name")},
+                    {"account", account.at("name")},
+                    {"accountId", account.at("id")},
+                    {"accountNumber", account.at("number")},
                     {"currency", json.at("currency")}});
         rows.push_back(std::move(row));
       }

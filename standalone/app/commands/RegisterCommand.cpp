@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -69,17 +70,40 @@ std::string RegisterText(const desk::Register& told, bool withSubAccounts) {
          '\n' + table.Text();
 }
 
-constexpr std::array kRegisterColumns{
-    "date",     "type",    "typeNumber",      "transaction",       "line",   "documentNumber", "name",    "memo",
-    "lineMemo", "account", "otherAccount.id", "otherAccount.name", "amount", "balance",        "currency"};
+constexpr std::array kRegisterColumns{"date",
+                                      "type",
+                                      "typeNumber",
+                                      "transaction",
+                                      "line",
+                                      "documentNumber",
+                                      "name",
+                                      "memo",
+                                      "lineMemo",
+                                      "account",
+                                      "otherAccount.id",
+                                      "otherAccount.name",
+                                      "amount",
+                                      "balance",
+                                      "currency",
+                                      "accountId",
+                                      "accountNumber"};
 
 // From the opening to the closing balance.
 Json RegisterRows(const desk::Register& told) {
   const Json json = desk::JsonOf(told);
   const auto end = [&](const char* what, const char* day, const char* balance) {
-    return Json{{"date", json.at(day)}, {"type", what}, {"account", told.account.name}, {"balance", json.at(balance)}};
+    return Json{{"date", json.at(day)},
+                {"type", what},
+                {"account", told.account.name},
+                {"accountId", told.account.id},
+                {"accountNumber", told.account.number},
+                {"balance", json.at(balance)}};
   };
   Json rows = json.at("lines");
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i]["accountId"] = told.lines[i].accountId;
+    rows[i]["accountNumber"] = told.lines[i].accountNumber;
+  }
   rows.insert(rows.begin(), end("opening", "from", "opening"));
   rows.push_back(end("closing", "to", "closing"));
   for (Json& row : rows) row["currency"] = json.at("currency");

@@ -125,7 +125,9 @@ constexpr std::array kShownColumns{"transaction",
                                    "reversedBy",
                                    "corrects",
                                    "correctedBy",
-                                   "attachments"};
+                                   "attachments",
+                                   "moves",
+                                   "movedBy"};
 
 // The transactions to which this one is linked in that way.
 Json LinkedBy(const desk::ShownTransaction& shown, desk::ShownLink::Kind kind, bool isLater) {
@@ -151,7 +153,9 @@ Json ShownRows(const desk::ShownTransaction& shown) {
                    {"reversedBy", LinkedBy(shown, kReverses, /*isLater=*/false)},
                    {"corrects", LinkedBy(shown, kCorrects, /*isLater=*/true)},
                    {"correctedBy", LinkedBy(shown, kCorrects, /*isLater=*/false)},
-                   {"attachments", AttachmentLines(shown)}};
+                   {"attachments", AttachmentLines(shown)},
+                   {"moves", LinkedBy(shown, kMoves, /*isLater=*/true)},
+                   {"movedBy", LinkedBy(shown, kMoves, /*isLater=*/false)}};
   Json rows = Json::array();
   for (Json row : json.at("lines")) {
     row["lineMemo"] = row.at("memo");

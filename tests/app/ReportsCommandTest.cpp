@@ -112,6 +112,17 @@ TEST_F(BooksOfMarch, ListTheRegisterWithTheAccountsBelow) {
   EXPECT_THAT(Run({"register", kFile, "Utilities"}).out, Not(HasSubstr("March power")));
 }
 
+TEST_F(BooksOfMarch, NameTheOpeningAndTheClosingBalanceOfARegisterOnANarrowTerminal) {
+  if (IsWindowsProgram()) GTEST_SKIP() << "an emulated program has no console here";
+
+  const std::string out =
+      RunProgramAtATerminal(50, In("."), {"register", kFile, "Checking", "--from", "2024-03-10"}).out;
+
+  EXPECT_THAT(out, testing::ContainsRegex("2024-03-10  opening +0\\.00"));
+  EXPECT_THAT(out, testing::ContainsRegex("closing +-1,250\\.00"));
+  EXPECT_THAT(out, HasSubstr("(--wide shows also: Number, Name, Memo, Other"));
+}
+
 TEST_F(BooksOfMarch, SayThatARegisterHasNoLines) {
   EXPECT_THAT(Run({"register", kFile, "Receivables"}).out, StartsWith("Register of Receivables, USD; no lines\n"));
 }

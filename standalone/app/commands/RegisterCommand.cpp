@@ -32,12 +32,13 @@ std::string OtherAccountText(const desk::RegisterLine& line) {
   return line.otherAccount ? line.otherAccount->name : "split";
 }
 
-// The column of the line's own account is there when there are several.
+// The column of the line's own account is there when there are several. The type is what tells the balances before and
+// after from the lines.
 std::string RegisterText(const desk::Register& told, bool withSubAccounts) {
   const std::string period = PeriodText(told.period);
   using enum Importance;
   std::vector<Column> columns{{.title = "Date", .fit = Fit::kWhole},
-                              {.title = "Type", .importance = kMinor, .fit = Fit::kWhole},
+                              {.title = "Type", .importance = kKey, .fit = Fit::kWhole},
                               {.title = "Txn", .align = Align::kRight},
                               {.title = "Number", .importance = kDetail, .fit = Fit::kWhole},
                               {.title = "Name", .importance = kMajor},

@@ -187,6 +187,18 @@ TEST_F(TheRequest, StaysAcceptedWhenTheWithdrawalComesTooLate) {
   EXPECT_EQ(StateAtAlder(request), TransactionState::kEstablished);
 }
 
+TEST_F(TheRequest, ComesBackRejectedWhenTheWithdrawalComesTooLate) {
+  const std::string request = EnterRequest();
+  CarryInTurns("Alder", "Birch", 1);
+  ASSERT_THAT(RejectAtBirch(request, "not ours").rejected, SizeIs(1));
+
+  At("Alder", [&](Company& company) { return WithdrawRequest(company, RequestId(request)); });
+  CarryUntilAtRest();
+
+  EXPECT_EQ(InboxOf("Birch").at(0).state, InboxState::kRejected);
+  EXPECT_EQ(StateAtAlder(request), TransactionState::kCameBack);
+}
+
 TEST_F(TheRequest, IsNeverOnTheInboxWhenItsWithdrawalIsCarriedWithIt) {
   const std::string request = EnterRequest();
   At("Alder", [](Company& company) { return SendRequests(company); });

@@ -101,6 +101,21 @@ TEST(ARequestAtItsSender, IsClosedWhenThePartnerAnswersThatItWasWithdrawn) {
             (SendersStanding{.row = TransactionState::kClosed}));
 }
 
+TEST(ARequestAtItsSender, ComesBackWhenItsWithdrawalWasTooLateForARejection) {
+  for (const Outcome outcome : {Outcome::kRejected, Outcome::kRefused}) {
+    EXPECT_EQ(Sent(AskedAndWithdrawn({outcome}), TransactionState::kSent),
+              (SendersStanding{.row = TransactionState::kCameBack}));
+  }
+}
+
+// Nothing was booked for it at the partner, as it was asked for here: there is nothing left to do.
+TEST(ARequestAtItsSender, StaysClosedWhenARejectionOvertakesThatItWasWithdrawn) {
+  for (const Outcome outcome : {Outcome::kRejected, Outcome::kRefused}) {
+    EXPECT_EQ(Sent(AskedAndWithdrawn({Outcome::kWithdrawn, outcome}), TransactionState::kClosed),
+              (SendersStanding{.row = TransactionState::kClosed}));
+  }
+}
+
 TEST(ARequestAtItsSender, StaysClosedOnceItWasCorrectedReversedOrRemovedAfterItCameBack) {
   EXPECT_EQ(Sent(Asked({Outcome::kRejected}), TransactionState::kClosed),
             (SendersStanding{.row = TransactionState::kClosed}));

@@ -567,9 +567,7 @@ TEST_F(Entering, OnlyWhatWasEnteredHereAndReversesNothingIsCopied) {
 
 TEST_F(Entering, ACopyOfAMoveWouldMoveNothingAndIsRefused) {
   const std::int32_t partners = RecordJournalEntry(*company_, Entry("request-1"));
-  const std::int32_t move =
-      MoveExpense(*company_, {.txnId = partners, .account = "Utilities:Power", .date = DateType32(2024, 5, 5)})
-          .move.txnId;
+  const std::int32_t move = MoveExpense(*company_, {.txnId = partners, .account = "Utilities:Power"}).move.txnId;
   const std::string before = WholeFile();
 
   const Refusal refusal = RefusalOf([&] { CopyOf(EnteredType::kEntry, move); });

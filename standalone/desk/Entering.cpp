@@ -163,13 +163,6 @@ std::int32_t NameIdOf(const RecordedTransaction& transaction) {
   return transaction.name ? transaction.name->id : 0;
 }
 
-bool IsMove(Work& work, std::int32_t txnId) {
-  const std::vector<standalone::TransactionLink> links = work.Host().Links().Of(txnId);
-  return std::ranges::any_of(links, [txnId](const standalone::TransactionLink& link) {
-    return link.txnId == txnId && link.kind == standalone::LinkKind::kMoves;
-  });
-}
-
 // Who asks for one of another type learns nothing about it.
 RecordedTransaction RequireOriginal(Work& work, const TransactionToCopy& copy) {
   const std::optional<standalone::TransactionHeader> header = work.Host().Transactions().FindHeader(copy.txnId);

@@ -80,7 +80,7 @@ std::vector<Bearer> BearersOf(Work& work, const LinesToCompose& given) {
   return bearers;
 }
 
-// What is shared, which is not all of an entry.
+// What is shared: of an entry maybe not all that it debits or credits.
 struct SharedWhole {
   std::int64_t amount = 0;
   bool isAll = true;

@@ -47,11 +47,19 @@ bool IsOwn(Work& work, std::int32_t txnId) {
          std::ranges::any_of(rows, [&](const auto& row) { return work.Host().OwnRequests().Has(row.targetId); });
 }
 
+std::optional<std::int32_t> EarlierOf(Work& work, std::int32_t txnId, standalone::LinkKind kind) {
+  for (const standalone::TransactionLink& link : work.Host().Links().Of(txnId)) {
+    if (link.txnId == txnId && link.kind == kind) return link.earlierTxnId;
+  }
+  return std::nullopt;
+}
+
 bool IsReversal(Work& work, std::int32_t txnId) {
-  const std::vector<standalone::TransactionLink> links = work.Host().Links().Of(txnId);
-  return std::ranges::any_of(links, [txnId](const standalone::TransactionLink& link) {
-    return link.txnId == txnId && link.kind == standalone::LinkKind::kReverses;
-  });
+  return EarlierOf(work, txnId, standalone::LinkKind::kReverses).has_value();
+}
+
+bool IsMove(Work& work, std::int32_t txnId) {
+  return EarlierOf(work, txnId, standalone::LinkKind::kMoves).has_value();
 }
 
 RecordedTransaction ReadTransaction(Work& work, std::int32_t txnId) {

@@ -54,14 +54,6 @@ std::string LineOf(Work& work, const DBMultiEntityTransaction& row) {
          " for " + PartnerText(PartnerOf(work, row));
 }
 
-// The earlier transaction to which this one is linked so.
-std::optional<std::int32_t> EarlierOf(Work& work, std::int32_t txnId, LinkKind kind) {
-  for (const standalone::TransactionLink& link : work.Host().Links().Of(txnId)) {
-    if (link.txnId == txnId && link.kind == kind) return link.earlierTxnId;
-  }
-  return std::nullopt;
-}
-
 // Those that are linked so to this one, which may be reversed.
 std::vector<std::int32_t> LaterOf(Work& work, std::int32_t txnId, LinkKind kind) {
   std::vector<std::int32_t> later;
